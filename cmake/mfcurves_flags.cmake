@@ -1,0 +1,16 @@
+# The one place for compiler flags. Every target of the project links mfcurves_flags.
+add_library(mfcurves_flags INTERFACE)
+target_compile_features(mfcurves_flags INTERFACE cxx_std_20)
+target_compile_options(mfcurves_flags INTERFACE
+  -ffp-contract=off  # one rounding per operation, so that compilers agree to the bit
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+  $<$<BOOL:${MFCURVES_WERROR}>:-Werror>)
+if(MFCURVES_SANITIZE)
+  target_compile_options(mfcurves_flags INTERFACE
+    -fsanitize=${MFCURVES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(mfcurves_flags INTERFACE -fsanitize=${MFCURVES_SANITIZE})
+endif()
+if(MFCURVES_FUZZ)
+  # Coverage feedback in the library; each fuzz target adds the fuzzer's main.
+  target_compile_options(mfcurves_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
