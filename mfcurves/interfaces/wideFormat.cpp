@@ -1,0 +1,104 @@
+#include "mfcurves/interfaces/wideFormat.h"
+
+#include "mfcurves/platform/numbers.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace mf::interfaces
+{
+namespace
+{
+
+// One conversion of the format text: `%-8.3f` has flags "-", width "8",
+// precision ".3", type 'f'.
+struct Conversion {
+    std::string flagsWidthPrecision;
+    wchar_t type = L'\0';
+    std::wstring_view source;  // as it stands in the format text
+};
+
+Conversion takeConversion(std::wstring_view& format)
+{
+    Conversion conversion;
+    const std::size_t end = format.find_first_not_of(L"-+ #0123456789.", 1);
+    conversion.source = format.substr(0, std::min(end, format.size() - 1) + 1);
+    for (const wchar_t c : conversion.source.substr(1, std::min(end, format.size()) - 1))
+        conversion.flagsWidthPrecision += static_cast<char>(c);
+    if (end != std::wstring_view::npos)
+        conversion.type = format[end];
+    format.remove_prefix(conversion.source.size());
+    return conversion;
+}
+
+std::wstring widenAscii(std::string_view text)
+{
+    return {text.begin(), text.end()};
+}
+
+template <typename Number>
+std::wstring formatInteger(const Conversion& conversion, Number number)
+{
+    const std::string format = "%" + conversion.flagsWidthPrecision + static_cast<char>(conversion.type);
+    std::string buffer(static_cast<std::size_t>(std::snprintf(nullptr, 0, format.c_str(), number)), '\0');
+    std::snprintf(buffer.data(), buffer.size() + 1, format.c_str(), number);
+    return widenAscii(buffer);
+}
+
+std::wstring formatDouble(const Conversion& conversion, double number)
+{
+    const std::string format = "%" + conversion.flagsWidthPrecision + static_cast<char>(conversion.type);
+    return widenAscii(mf::platform::formatNumber(format.c_str(), number));
+}
+
+}  // namespace
+
+std::wstring formatWide(const wchar_t* format, std::va_list arguments)
+{
+    std::wstring result;
+    std::wstring_view rest = format;
+    while (!rest.empty()) {
+        const std::size_t percent = std::min(rest.find(L'%'), rest.size());
+        result.append(rest.substr(0, percent));
+        rest.remove_prefix(percent);
+        if (rest.empty())
+            break;
+
+        const Conversion conversion = takeConversion(rest);
+        switch (conversion.type) {
+            case L'%':
+                result += L'%';
+                break;
+            case L'd':
+            case L'i':
+                result += formatInteger(conversion, va_arg(arguments, int));
+                break;
+            case L'u':
+            case L'x':
+            case L'X':
+                result += formatInteger(conversion, va_arg(arguments, unsigned));
+                break;
+            case L'e':
+            case L'E':
+            case L'f':
+            case L'g':
+            case L'G':
+                result += formatDouble(conversion, va_arg(arguments, double));
+                break;
+            case L's': {
+                const wchar_t* const text = va_arg(arguments, const wchar_t*);
+                result += text == nullptr ? L"" : text;
+                break;
+            }
+            case L'c':
+                result += static_cast<wchar_t>(va_arg(arguments, int));
+                break;
+            default:
+                result.append(conversion.source);
+        }
+    }
+    return result;
+}
+
+}  // namespace mf::interfaces

@@ -1,0 +1,93 @@
+#include "mfcurves/motion/mfTextConverter.h"
+
+#include "mfcurves/interfaces/CGeneralException.h"
+#include "mfcurves/interfaces/CMemoryException.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/locale.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <memory>
+
+namespace
+{
+
+constexpr int kFixedBufferSize = 128;
+constexpr int kBytesForEachCharacter = 4;
+constexpr std::uint32_t kOutOfMemory = 0x8007000E;
+constexpr std::uint32_t kInvalidArgument = 0x80070057;
+
+// A buffer of the size asked for: the fixed one while that is enough, else a
+// zero-filled one from the heap.
+class ConversionBuffer
+{
+public:
+    char* ofSize(int size)
+    {
+        if (size <= kFixedBufferSize)
+            return fixed_.data();
+        try {
+            heap_ = std::make_unique<char[]>(static_cast<std::size_t>(size));
+        } catch (const std::bad_alloc&) {
+            throw CMemoryException();
+        }
+        return heap_.get();
+    }
+
+private:
+    std::array<char, kFixedBufferSize> fixed_{};
+    std::unique_ptr<char[]> heap_;
+};
+
+// Error numbers become result codes of the platform; what is not positive as a
+// 32-bit number is one already.
+std::uint32_t resultCode(std::uint32_t error)
+{
+    return static_cast<std::int32_t>(error) > 0 ? (error & 0xFFFF) | 0x80070000 : error;
+}
+
+[[noreturn]] void raise(std::uint32_t code)
+{
+    if (code == kOutOfMemory)
+        throw CMemoryException();
+    throw CGeneralException(code);
+}
+
+}  // namespace
+
+std::string mfTextConverter_c::toNarrow(const CString& text) const
+{
+    if (text.GetLength() >= std::numeric_limits<int>::max() / kBytesForEachCharacter)
+        raise(kInvalidArgument);
+    const int length = text.GetLength() + 1;  // with the terminator
+    ConversionBuffer buffer;
+    char* bytes = buffer.ofSize(kBytesForEachCharacter * length);
+    std::uint32_t error = 0;
+    int written = mf::platform::encodeNarrow(text, length, bytes, kBytesForEachCharacter * length, error);
+    if (written == 0 && error == mf::platform::kErrorBufferTooSmall) {
+        const int needed = mf::platform::encodeNarrow(text, length, nullptr, 0, error);
+        bytes = buffer.ofSize(needed);
+        written = needed == 0 ? 0 : mf::platform::encodeNarrow(text, length, bytes, needed, error);
+    }
+    if (written == 0)
+        raise(resultCode(error));
+    return bytes;
+}
+
+CString mfTextConverter_c::toCString(const std::string& text) const
+{
+    return text.c_str();
+}
+
+void mfTextConverter_c::appendToCStringList(const std::vector<std::string>& source,
+                                            std::vector<CString>& destination) const
+{
+    for (const std::string& text : source)
+        destination.push_back(toCString(text));
+}
+
+std::wstring mfTextConverter_c::toWide(const std::string& text) const
+{
+    return mf::platform::widenThroughLocale(text);
+}

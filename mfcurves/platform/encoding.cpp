@@ -1,0 +1,162 @@
+#include "mfcurves/platform/encoding.h"
+
+#include <cstring>
+#include <utility>
+
+namespace mf::platform
+{
+namespace
+{
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kLastCodePoint = 0x10FFFF;
+
+bool isSurrogate(char32_t c)
+{
+    return c >= 0xD800 && c <= 0xDFFF;
+}
+
+// Takes one code point off the front of the text. Where wchar_t has 16 bits, a
+// valid pair of surrogates is one code point.
+char32_t takeCodePoint(std::wstring_view& text)
+{
+    auto c = static_cast<char32_t>(text.front());
+    text.remove_prefix(1);
+    if constexpr (sizeof(wchar_t) == 2) {
+        c &= 0xFFFF;
+        if (c >= 0xD800 && c < 0xDC00 && !text.empty()) {
+            const char32_t low = static_cast<char32_t>(text.front()) & 0xFFFF;
+            if (low >= 0xDC00 && low <= 0xDFFF) {
+                text.remove_prefix(1);
+                return 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
+            }
+        }
+    }
+    return isSurrogate(c) || c > kLastCodePoint ? kReplacement : c;
+}
+
+void appendUtf8(std::string& out, char32_t c)
+{
+    const auto tail = [&](int shift) { out += static_cast<char>(0x80 | ((c >> shift) & 0x3F)); };
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        tail(0);
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        tail(6);
+        tail(0);
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        tail(12);
+        tail(6);
+        tail(0);
+    }
+}
+
+void appendWide(std::wstring& out, char32_t c)
+{
+    if constexpr (sizeof(wchar_t) == 2) {
+        if (c >= 0x10000) {
+            out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
+            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
+        }
+    }
+    out += static_cast<wchar_t>(c);
+}
+
+// How many bytes follow a first byte, and its own bits; -1 for no first byte.
+int followers(unsigned char first, char32_t& bits)
+{
+    if (first < 0x80)
+        return bits = first, 0;
+    if (first >= 0xC2 && first < 0xE0)
+        return bits = first & 0x1F, 1;
+    if (first >= 0xE0 && first < 0xF0)
+        return bits = first & 0x0F, 2;
+    if (first >= 0xF0 && first < 0xF5)
+        return bits = first & 0x07, 3;
+    return -1;
+}
+
+// Length of the valid sequence at the front of the text, with its code point; 0
+// when there is none. Overlong forms and surrogates are not valid.
+std::size_t validSequence(std::string_view text, char32_t& codePoint)
+{
+    const int count = followers(static_cast<unsigned char>(text.front()), codePoint);
+    if (count < 0 || text.size() <= static_cast<std::size_t>(count))
+        return 0;
+    for (int i = 1; i <= count; ++i) {
+        const auto byte = static_cast<unsigned char>(text[static_cast<std::size_t>(i)]);
+        if ((byte & 0xC0) != 0x80)
+            return 0;
+        codePoint = (codePoint << 6) | (byte & 0x3F);
+    }
+    constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
+    if (codePoint < kSmallest[count] || codePoint > kLastCodePoint || isSurrogate(codePoint))
+        return 0;
+    return static_cast<std::size_t>(count) + 1;
+}
+
+int encodeUtf8(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error)
+{
+    if (text == nullptr || length <= 0 || size < 0) {
+        error = kErrorInvalidParameter;
+        return 0;
+    }
+    const std::string bytes = toUtf8({text, static_cast<std::size_t>(length)});
+    const int needed = static_cast<int>(bytes.size());
+    if (size == 0)
+        return needed;
+    if (needed > size) {
+        error = kErrorBufferTooSmall;
+        return 0;
+    }
+    std::memcpy(buffer, bytes.data(), bytes.size());
+    return needed;
+}
+
+NarrowEncoder& currentEncoder()
+{
+    static NarrowEncoder encoder;
+    return encoder;
+}
+
+}  // namespace
+
+void setNarrowEncoder(NarrowEncoder encoder)
+{
+    currentEncoder() = std::move(encoder);
+}
+
+int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error)
+{
+    const NarrowEncoder& encoder = currentEncoder();
+    return encoder ? encoder(text, length, buffer, size, error)
+                   : encodeUtf8(text, length, buffer, size, error);
+}
+
+std::wstring widen(std::string_view utf8)
+{
+    std::wstring wide;
+    wide.reserve(utf8.size());
+    while (!utf8.empty()) {
+        char32_t codePoint = 0;
+        const std::size_t length = validSequence(utf8, codePoint);
+        appendWide(wide, length == 0 ? kReplacement : codePoint);
+        utf8.remove_prefix(length == 0 ? 1 : length);
+    }
+    return wide;
+}
+
+std::string toUtf8(std::wstring_view text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty())
+        appendUtf8(bytes, takeCodePoint(text));
+    return bytes;
+}
+
+}  // namespace mf::platform

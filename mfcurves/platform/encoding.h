@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace mf::platform
+{
+
+constexpr std::uint32_t kErrorBufferTooSmall = 122;
+constexpr std::uint32_t kErrorInvalidParameter = 87;
+
+/// Converts `length` wide characters to the narrow encoding, a terminator among
+/// them when it is counted in.
+///
+/// Answers the number of bytes written to `buffer`. With `size` 0 it writes
+/// nothing and answers the number of bytes needed. On failure it answers 0 and
+/// sets `error`; kErrorBufferTooSmall asks for a larger buffer.
+using NarrowEncoder =
+    std::function<int(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error)>;
+
+/// Replaces the conversion of the whole process, so that a test can make it
+/// fail; an empty function brings the built-in one back. The built-in encoding
+/// is UTF-8, and a code point that it cannot hold becomes U+FFFD.
+void setNarrowEncoder(NarrowEncoder encoder);
+
+/// Runs the current encoder, under the contract of NarrowEncoder.
+int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error);
+
+/// UTF-8 to wide text. Every byte that belongs to no valid sequence becomes one
+/// U+FFFD.
+std::wstring widen(std::string_view utf8);
+
+/// Wide text to UTF-8, past the replaceable encoder. What is no code point
+/// becomes U+FFFD.
+std::string toUtf8(std::wstring_view text);
+
+}  // namespace mf::platform

@@ -1,0 +1,92 @@
+#include "mfcurves/platform/locale.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <langinfo.h>
+#include <locale.h>
+#include <vector>
+#include <wctype.h>
+
+namespace mf::platform
+{
+namespace
+{
+
+constexpr const char* kUtf8Locales[] = {"C.UTF-8", "C.utf8", "en_US.UTF-8"};
+
+constexpr int kCategories[] = {LC_CTYPE,    LC_NUMERIC,   LC_TIME,        LC_COLLATE,
+                               LC_MONETARY, LC_MESSAGES,  LC_PAPER,       LC_NAME,
+                               LC_ADDRESS,  LC_TELEPHONE, LC_MEASUREMENT, LC_IDENTIFICATION};
+
+bool isAscii(const std::string& text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Reads the names of the categories one by one: asking setlocale would take its
+// lock and build a text at every compile.
+bool standsAtC()
+{
+    if (uselocale(static_cast<locale_t>(nullptr)) != LC_GLOBAL_LOCALE)
+        return false;
+    return std::all_of(std::begin(kCategories), std::end(kCategories), [](int category) {
+        return std::strcmp(nl_langinfo(_NL_LOCALE_NAME(category)), "C") == 0;
+    });
+}
+
+void enterUtf8Locale()
+{
+    for (const char* name : kUtf8Locales) {
+        if (setlocale(LC_ALL, name) != nullptr)
+            return;
+    }
+}
+
+locale_t utf8Locale()
+{
+    static const locale_t locale = [] {
+        for (const char* name : kUtf8Locales) {
+            if (const locale_t made = newlocale(LC_ALL_MASK, name, static_cast<locale_t>(nullptr)))
+                return made;
+        }
+        return newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+    }();
+    return locale;
+}
+
+}  // namespace
+
+std::wstring widenThroughLocale(const std::string& text)
+{
+    if (isAscii(text) && standsAtC()) {
+        const std::size_t end = std::min(text.find('\0'), text.size());
+        return {text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end)};
+    }
+    std::vector<wchar_t> buffer(text.size() + 1, L'\0');
+    enterUtf8Locale();
+    std::mbstowcs(buffer.data(), text.c_str(), buffer.size());
+    setlocale(LC_ALL, "C");
+    return buffer.data();
+}
+
+wchar_t foldCase(wchar_t c)
+{
+    if (c >= 0 && c < 0x80)
+        return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + (L'a' - L'A')) : c;
+    return static_cast<wchar_t>(towlower_l(static_cast<wint_t>(c), utf8Locale()));
+}
+
+int compareNoCase(const wchar_t* a, const wchar_t* b)
+{
+    for (;; ++a, ++b) {
+        const wchar_t left = foldCase(*a);
+        const wchar_t right = foldCase(*b);
+        if (left != right)
+            return left < right ? -1 : 1;
+        if (left == L'\0')
+            return 0;
+    }
+}
+
+}  // namespace mf::platform

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace mf::platform
+{
+
+/// Starts the XML engine for the calling thread and counts it.
+void startXml();
+
+/// Takes one start of the calling thread back.
+void stopXml();
+
+/// How many starts of the calling thread stand against stops.
+int xmlStartCount();
+
+}  // namespace mf::platform
