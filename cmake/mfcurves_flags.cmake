@@ -3,7 +3,7 @@ add_library(mfcurves_flags INTERFACE)
 target_compile_features(mfcurves_flags INTERFACE cxx_std_20)
 target_compile_options(mfcurves_flags INTERFACE
   -ffp-contract=off  # one rounding per operation, so that compilers agree to the bit
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
   $<$<BOOL:${MFCURVES_WERROR}>:-Werror>)
 if(MFCURVES_SANITIZE)
   target_compile_options(mfcurves_flags INTERFACE

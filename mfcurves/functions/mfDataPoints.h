@@ -1,0 +1,63 @@
+#pragma once
+
+#include "mfcurves/functions/mfPoint2D.h"
+#include "mfcurves/platform/mfExport.h"
+
+#include <vector>
+
+/// A list of points with the X of its first and its last one: one row of a
+/// data-point table. Nearly every row holds one point.
+///
+/// Errors: an index outside the list answers false and leaves outputs alone;
+/// getX and getY answer 0.0 there.
+/// Ownership: the list owns its points.
+/// Copying: copy construction and assignment share the points, so only one of
+/// the two lists may be destroyed. Use copy.
+class MFCURVES_API mfDataPoints_c
+{
+public:
+    mfDataPoints_c() = default;  ///< no points; the range is 0.0 to 0.0
+    /// Takes `point`, a single heap object, over as the only point. A null point
+    /// leaves the list empty.
+    explicit mfDataPoints_c(mfPoint2D_c* point);
+    mfDataPoints_c(const mfDataPoints_c&) = default;
+    mfDataPoints_c& operator=(const mfDataPoints_c&) = default;
+    ~mfDataPoints_c();
+
+    /// Appends a point, whatever its X: the list never sorts.
+    void addPoint(double x, double y);
+
+    int getPointCount() const { return static_cast<int>(points_.size()); }
+    bool getPoint(int index, double& x, double& y) const;
+    double getX(int index) const;
+    double getY(int index) const;
+
+    double getStartX() const { return startX_; }  ///< X of the first point
+    double getEndX() const { return endX_; }      ///< X of the last point
+    void getRangeX(double& start, double& end) const;
+
+    /// Moves a point. False, changing nothing, when the first point would pass
+    /// the second or the last one the last but one; equal X are taken, and points
+    /// between are moved past their neighbours unasked.
+    bool setPoint(int index, double x, double y);
+    /// The same for X alone.
+    bool setX(int index, double x);
+    /// Changes Y, under no order test.
+    bool setY(int index, double y);
+
+    /// Appends a copy of each point of `source` and answers true; false, changing
+    /// nothing, for null. Into a list that holds points, the end of the range
+    /// becomes the X at the last index of the source, not of this list.
+    bool copy(mfDataPoints_c* source);
+
+private:
+    bool iHolds(int index) const { return index >= 0 && index < getPointCount(); }
+    bool iKeepsOrder(int index, double x) const;
+    void iReadRange();
+    mfPoint2D_c& iAt(int index) { return *points_[static_cast<std::size_t>(index)]; }
+    const mfPoint2D_c& iAt(int index) const { return *points_[static_cast<std::size_t>(index)]; }
+
+    std::vector<mfPoint2D_c*> points_;  // owned
+    double startX_ = 0.0;
+    double endX_ = 0.0;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "mfcurves/platform/mfExport.h"
+
+/// A point (x, y), the element of every plotting array.
+///
+/// Between two points `*` is the cross product and `%` the dot product; only a
+/// product with a number is a point again.
+class MFCURVES_API mfPoint2D_c
+{
+public:
+    mfPoint2D_c() = default;  ///< the point (0, 0)
+    mfPoint2D_c(double x, double y) : x_(x), y_(y) {}
+    mfPoint2D_c(const mfPoint2D_c&) = default;
+    mfPoint2D_c& operator=(const mfPoint2D_c&) = default;
+    ~mfPoint2D_c() = default;
+
+    double x() const { return x_; }  ///< value of the independent variable in a plotting array
+    double y() const { return y_; }  ///< value or derivative at x in a plotting array
+
+    mfPoint2D_c operator+(const mfPoint2D_c& q) const { return {x_ + q.x_, y_ + q.y_}; }
+    mfPoint2D_c operator-(const mfPoint2D_c& q) const { return {x_ - q.x_, y_ - q.y_}; }
+    mfPoint2D_c operator*(double s) const { return {x_ * s, y_ * s}; }
+
+    /// Cross product, x * q.y - y * q.x.
+    double operator*(const mfPoint2D_c& q) const { return x_ * q.y_ - y_ * q.x_; }
+    /// Dot product, x * q.x + y * q.y.
+    double operator%(const mfPoint2D_c& q) const { return x_ * q.x_ + y_ * q.y_; }
+
+    double length() const;
+    double sqrLength() const { return x_ * x_ + y_ * y_; }
+
+private:
+    double x_ = 0.0;
+    double y_ = 0.0;
+};
+
+inline mfPoint2D_c operator*(double s, const mfPoint2D_c& p)
+{
+    return p * s;
+}
