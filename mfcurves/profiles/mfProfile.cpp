@@ -1,0 +1,3 @@
+#include "mfcurves/profiles/mfProfile.h"
+
+mfProfile_c::~mfProfile_c() = default;

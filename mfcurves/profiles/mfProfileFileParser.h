@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <vector>
+
+/// The reader of profile definitions in the older dialect: files named
+/// "profile.txt" and the one text of the default profile.
+///
+/// It lives for one text. Its lists run in parallel, one entry for each
+/// definition, and only grow.
+///
+/// Errors: false. The definitions before the failing one are kept, and the failing
+/// one leaves no entry in any list.
+/// Copying: none.
+class mfProfileFileParser_c
+{
+public:
+    mfProfileFileParser_c();
+    ~mfProfileFileParser_c();
+    mfProfileFileParser_c(const mfProfileFileParser_c&) = delete;
+    mfProfileFileParser_c& operator=(const mfProfileFileParser_c&) = delete;
+
+    /// Reads all definitions of a file, or of `text` when `isText` is true. The text
+    /// has to end with the closing keyword of its last definition; one given directly
+    /// is taken as it stands, white space included.
+    bool parseProfiles(const std::string& fileName, bool isText, std::string text);
+
+    /// Appends what is left of the stream, without its white space.
+    void readCompactText(std::string& out);
+
+    /// Reads the header of definition `index` into the lists of names. Answers the
+    /// position just behind it, std::string::npos when a piece of it is missing.
+    std::size_t parseHeader(std::size_t index);
+
+    /// Reduces the statements of definition `index`, which begin at `start`, and
+    /// appends the value of the last one to the results. False when a piece is
+    /// missing, there is no assignment or a value outgrows the largest text of the
+    /// expression engine.
+    bool parseBody(std::size_t start, std::size_t index);
+
+    /// Appends one list of tokens to `output`: the operators of the expression, and
+    /// what stands between them.
+    void tokenize(std::vector<std::vector<std::string>>& output, const std::string& expression);
+
+    /// Puts the values of the earlier statements, in brackets, for the tokens of
+    /// statement `index` that are their variables, each at most once for one
+    /// variable. False when the value outgrows the largest text of the expression
+    /// engine.
+    bool substituteTokens(const std::vector<std::string>& variables, std::vector<std::string>& values,
+                          std::vector<std::vector<std::string>>& tokenLists, std::size_t index);
+
+    /// Each appends its list, in the order of the definitions.
+    void getNames(std::vector<std::string>& out);
+    void getResults(std::vector<std::string>& out);
+    void getIndepVars(std::vector<std::string>& out);
+    void getX1(std::vector<std::string>& out);
+    void getY1(std::vector<std::string>& out);
+    void getX2(std::vector<std::string>& out);
+    void getY2(std::vector<std::string>& out);
+    void getResultTokens(std::vector<std::vector<std::string>>& out);
+
+private:
+    std::ifstream stream_;
+    std::vector<std::string> definitions_;  // each through its closing keyword
+    std::vector<std::string> names_;
+    std::vector<std::string> indepVars_;
+    std::vector<std::string> x1Names_;
+    std::vector<std::string> y1Names_;
+    std::vector<std::string> x2Names_;
+    std::vector<std::string> y2Names_;
+    std::vector<std::string> results_;
+    std::vector<std::vector<std::string>> resultTokens_;
+};

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "mfcurves/interfaces/CString.h"
+#include "mfcurves/platform/mfExport.h"
+#include "mfcurves/profiles/mfProfileKey.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class mfProfile_c;
+
+/// The registry of all profiles that the segment curves of a host can use.
+///
+/// It keeps two groups. User profiles come from the first readable file
+/// "SegmentTypes.txt" in the host's design library directories or, when the host
+/// names no usable directory, from the built-in table. Assembly profiles come
+/// from curve documents.
+///
+/// The host makes one manager, hands it out through its context and ends it
+/// after the last curve.
+///
+/// Errors: silent; see each operation.
+/// Ownership: the records stored are owned here. A rebuild deletes those of the
+/// user group, so a caller of it lets every segment look its profile up again;
+/// keys stay valid as values.
+/// Copying: none.
+class MFCURVES_API mfProfileManager_c
+{
+public:
+    mfProfileManager_c();
+    ~mfProfileManager_c();
+    mfProfileManager_c(const mfProfileManager_c&) = delete;
+    mfProfileManager_c& operator=(const mfProfileManager_c&) = delete;
+
+    /// True when profiles come from this manager, false when each curve carries
+    /// lists of its own from the older reader. Fixed when the library is built.
+    static bool s_UseNewProfileManager();
+
+    /// Reads the user group anew: from the first readable file of the design
+    /// library directories, or from the built-in table when none was ever found
+    /// or the host names no directories.
+    ///
+    /// False, with an empty user group, when the file does not parse; nothing else is
+    /// tried then. False too when the last definition is a duplicate or gets no
+    /// key, though the others are stored.
+    bool rebuildUserProfileMap();
+
+    /// Replaces `names` by the display names of the user group and then of the
+    /// assembly group, each in order of arrival. A group whose list does not
+    /// match its records is left out. Always true.
+    bool getAllProfileNames(std::vector<CString>& names);
+
+    /// Takes a display name apart; whether a profile of that key exists is another
+    /// question. The empty key for a current suffix followed by a digit and for
+    /// an opening bracket that is never closed. The mark `<n>` of an index is
+    /// not read back.
+    mfProfileKey_c getProfileKeyFromDisplayName(const CString& displayName);
+
+    /// The record of that key, null if there is none; an assembly profile hides a
+    /// user profile of equal key. Lent until the next rebuild.
+    mfProfile_c* findProfile(const mfProfileKey_c& key);
+
+    /// The display name of the default profile: "Cubic" and the current suffix.
+    void defaultDisplayName(CString& out);
+
+    /// " (Default)" once the built-in table has been loaded, " (User)" before.
+    void currentSourceSuffix(CString& out);
+
+    /// Stores a profile of a curve document under the stem of `file`, or the
+    /// current suffix when `file` is empty.
+    ///
+    /// 0: the record is owned here from now on, and `key` is its key. 1: an equal
+    /// record exists in either group, `key` is that one's, and the new record
+    /// stays the caller's. -1: no key could be made, and the record stays the
+    /// caller's.
+    int addAssemblyProfile(const std::string& name, const CString& file, mfProfile_c* record,
+                           mfProfileKey_c& key);
+
+    /// The same for a document without a file name: under the word "Assembly", or
+    /// with the current suffix.
+    int addAssemblyProfileFromDocument(const std::string& name, bool useAssemblyWord, mfProfile_c* record,
+                                       mfProfileKey_c& key);
+
+    /// Notes which key a profile name of a curve document stands for.
+    void rememberDocumentName(const std::string& name, const mfProfileKey_c& key);
+
+    /// The key noted for a profile name of a curve document, the empty key if
+    /// there is none.
+    void lookupDocumentName(const std::string& name, mfProfileKey_c& key);
+
+private:
+    struct KeyOrder {
+        bool operator()(const mfProfileKey_c& a, const mfProfileKey_c& b) const
+        {
+            return mfProfileKey_c::keyLess(a, b);
+        }
+    };
+    using ProfileMap = std::map<mfProfileKey_c, mfProfile_c*, KeyOrder>;
+
+    bool collectSearchPaths();
+    bool loadBuiltInProfiles();
+    bool loadProfilesFromFile();
+    bool addProfilesToUserMap(std::vector<mfProfile_c*>& records);
+    int addUserProfile(const std::string& name, mfProfile_c* record, mfProfileKey_c& key);
+    int storeProfile(ProfileMap& map, const std::string& name, const CString& file, mfProfile_c* record,
+                     mfProfileKey_c& key);
+    int buildKey(mfProfileKey_c& key, const CString& name, const CString& file, mfProfile_c* record);
+    int assignIndex(mfProfileKey_c* key, mfProfile_c* record);
+    int nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map);
+    bool findEqualProfile(const mfProfile_c& record, mfProfileKey_c& key);
+    bool sameProfile(const mfProfile_c& a, const mfProfile_c& b);
+    void collectNames(const ProfileMap& map, const std::vector<CString>& list, std::vector<CString>& names);
+
+    ProfileMap userProfiles_;      // records owned
+    ProfileMap assemblyProfiles_;  // records owned
+    std::map<std::string, mfProfileKey_c> documentNameToKey_;
+    std::vector<CString> userDisplayNames_;      // in order of arrival
+    std::vector<CString> assemblyDisplayNames_;  // in order of arrival
+    std::vector<CString> searchPaths_;           // only ever grows
+    bool usingDefaultTable_ = false;
+    // Records whose key was taken over by a later one. Segments may still point
+    // to them, so they live as long as the manager.
+    std::vector<std::unique_ptr<mfProfile_c>> displacedProfiles_;
+};
