@@ -1,0 +1,87 @@
+# shellcheck shell=bash disable=SC2034  # the scripts that source this use its variables
+# Shared by demo.sh and test.sh, which source it: the tools and libraries that a
+# build needs, and how to get those that are missing.
+
+fail() {
+    echo "$(basename "$0"): $*" >&2
+    exit 1
+}
+
+has_command() { command -v "$1" >/dev/null 2>&1; }
+
+has_header() {
+    has_command c++ &&
+        printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$1" | c++ -E -x c++ - >/dev/null 2>&1
+}
+
+has_cmake() {
+    local version
+    version=$(cmake --version 2>/dev/null | sed -n '1s/[^0-9]*\([0-9.]*\).*/\1/p')
+    [ -n "$version" ] && [ "$(printf '3.25\n%s\n' "$version" | sort -V | head -n 1)" = 3.25 ]
+}
+
+# True when what the Debian package holds is there, however it came there.
+has_package() {
+    case $1 in
+        g++) has_command c++ ;;
+        cmake) has_cmake ;;
+        ninja-build) has_command ninja ;;
+        libxml2-dev) has_header libxml2/libxml/parser.h ;;
+        libcli11-dev) has_header CLI/CLI.hpp ;;
+        libgtest-dev) has_header gtest/gtest.h ;;
+        libgmock-dev) has_header gmock/gmock.h ;;
+        python3 | clang-format) has_command "$1" ;;
+        clang-tidy) has_command clang-tidy && has_command run-clang-tidy ;;
+        *) fail "has_package knows nothing of $1" ;;
+    esac
+}
+
+# Answers those of the named packages that are missing.
+missing_packages() {
+    local package
+    for package in "$@"; do
+        has_package "$package" || echo "$package"
+    done
+}
+
+# Installs those of the named Debian packages that are missing. On a system
+# without apt-get it names them and stops.
+install_packages() {
+    local missing as_root=()
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -eq 0 ] && return
+
+    has_command apt-get || fail "please install what these Debian packages hold, then try again: ${missing[*]}"
+    if [ "$(id -u)" -ne 0 ]; then
+        has_command sudo || fail "please install these packages as root, then try again: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    echo "== installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null </dev/null
+
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -eq 0 ] || fail "installed, but still not found: ${missing[*]}"
+}
+
+# Runs a command and shows what it said only when it failed.
+quietly() {
+    local log
+    log=$(mktemp)
+    if ! "$@" >"$log" 2>&1; then
+        cat "$log"
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# A compiler cache makes a second build tree cheap where there is one.
+if has_command ccache; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
+jobs=$(nproc 2>/dev/null || echo 2)
+
+build_packages=(g++ cmake ninja-build libxml2-dev libcli11-dev libgtest-dev libgmock-dev)
+check_packages=(python3 clang-format clang-tidy)
