@@ -1,9 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "mfcurves/functions/mfPoint2D.h"
 #include "mfcurves/platform/mfExport.h"
-
-#include <vector>
 
 /// A list of points with the X of its first and its last one: one row of a
 /// data-point table. Nearly every row holds one point.
@@ -13,8 +13,7 @@
 /// Ownership: the list owns its points.
 /// Copying: copy construction and assignment share the points, so only one of
 /// the two lists may be destroyed. Use copy.
-class MFCURVES_API mfDataPoints_c
-{
+class MFCURVES_API mfDataPoints_c {
 public:
     mfDataPoints_c() = default;  ///< no points; the range is 0.0 to 0.0
     /// Takes `point`, a single heap object, over as the only point. A null point

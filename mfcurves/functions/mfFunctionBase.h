@@ -8,8 +8,7 @@
 /// implies, and the questions that tell the kinds apart.
 ///
 /// Errors: fields take any number, one outside its enumeration included.
-class MFCURVES_API mfFunctionBase_c
-{
+class MFCURVES_API mfFunctionBase_c {
 public:
     /// 0 when the curve drives a motor, so that motorDependentVar governs; any
     /// other number when it is a force or torque. Not a mf::MotionObjectType_e.

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "mfcurves/functions/mfFunctionBase.h"
-#include "mfcurves/interfaces/IFunctionDataPoints.h"
-
 #include <cstddef>
 #include <vector>
+
+#include "mfcurves/functions/mfFunctionBase.h"
+#include "mfcurves/interfaces/IFunctionDataPoints.h"
 
 class ISimSplineData_c;
 class mfDataPoints_c;
@@ -31,8 +31,7 @@ class mfPoint2D_c;
 /// by the host and goes back to it once, when it is replaced or in the destructor.
 /// Copying: copy construction and assignment share spline, rows and arrays, so
 /// only one of the two objects may be destroyed. Use Copy.
-class MFCURVES_API mfFunctionDataPoints_c : public IFunctionDataPoints_c, public mfFunctionBase_c
-{
+class MFCURVES_API mfFunctionDataPoints_c : public IFunctionDataPoints_c, public mfFunctionBase_c {
 public:
     /// An empty function. Asks the host's services, if there are any, for a spline.
     mfFunctionDataPoints_c();

@@ -6,8 +6,7 @@
 ///
 /// Between two points `*` is the cross product and `%` the dot product; only a
 /// product with a number is a point again.
-class MFCURVES_API mfPoint2D_c
-{
+class MFCURVES_API mfPoint2D_c {
 public:
     mfPoint2D_c() = default;  ///< the point (0, 0)
     mfPoint2D_c(double x, double y) : x_(x), y_(y) {}

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "mfcurves/interfaces/ISimSplineData.h"
-#include "mfcurves/platform/mfExport.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <map>
 #include <vector>
 
-namespace mf::host
-{
+#include "mfcurves/interfaces/ISimSplineData.h"
+#include "mfcurves/platform/mfExport.h"
+
+namespace mf::host {
 
 /// The interpolator of the stand-alone host: Akima (kind 0), natural cubic (1) or
 /// linear (2, that of a new spline and of any other number).
@@ -28,8 +27,7 @@ namespace mf::host
 /// Errors: X that are not finite are dropped. A Y that is not finite spoils the
 /// pieces that it bears on, which for a cubic are all. Points so far apart that
 /// their distance overflows give values that are not finite.
-class MFCURVES_API Spline : public ISimSplineData_c
-{
+class MFCURVES_API Spline : public ISimSplineData_c {
 public:
     void setKind(int kind) override;
     int getKind() override { return kind_; }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "mfcurves/platform/mfExport.h"
-
 #include <cstdint>
 #include <stdexcept>
 
+#include "mfcurves/platform/mfExport.h"
+
 /// A conversion of a text failed for another reason than memory.
-class MFCURVES_API CGeneralException : public std::runtime_error
-{
+class MFCURVES_API CGeneralException : public std::runtime_error {
 public:
     explicit CGeneralException(std::uint32_t resultCode);
 

@@ -1,17 +1,16 @@
 #include "mfcurves/interfaces/CString.h"
 
-#include "mfcurves/interfaces/wideFormat.h"
-#include "mfcurves/platform/encoding.h"
-#include "mfcurves/platform/locale.h"
-#include "mfcurves/platform/resources.h"
-
 #include <algorithm>
 #include <cstdarg>
 #include <string>
 #include <utility>
 
-namespace
-{
+#include "mfcurves/interfaces/wideFormat.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/locale.h"
+#include "mfcurves/platform/resources.h"
+
+namespace {
 
 constexpr const wchar_t* kWhiteSpace = L" \t\n\v\f\r";
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "mfcurves/platform/mfExport.h"
-
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "mfcurves/platform/mfExport.h"
 
 /// The wide text of all exported signatures.
 ///
@@ -12,8 +12,7 @@
 /// the empty text.
 /// Copying: copies share one immutable buffer, so that a copy costs a reference
 /// count, and two texts with one buffer are equal without a look at it.
-class MFCURVES_API CString
-{
+class MFCURVES_API CString {
 public:
     CString() noexcept = default;  ///< the empty text
     CString(const wchar_t* text);

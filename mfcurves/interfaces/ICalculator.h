@@ -7,8 +7,7 @@
 ///
 /// Ownership: whoever received one gives it back through Release, which is the
 /// only way to dispose of it. It outlives the parser that made it.
-class MFCURVES_API ICalculator
-{
+class MFCURVES_API ICalculator {
 public:
     /// A new calculator for the derivative with respect to the one argument; it
     /// has a life of its own and ends by Release. The argument is not used.

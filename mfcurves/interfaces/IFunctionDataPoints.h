@@ -7,8 +7,7 @@
 class ISimSplineData_c;
 
 /// A data-point function as the host sees it. See mfFunctionDataPoints_c.
-class MFCURVES_API IFunctionDataPoints_c
-{
+class MFCURVES_API IFunctionDataPoints_c {
 public:
     virtual ~IFunctionDataPoints_c();
     virtual ISimSplineData_c* getSplineData() = 0;

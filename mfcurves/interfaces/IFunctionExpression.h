@@ -5,8 +5,7 @@
 #include "mfcurves/platform/mfExport.h"
 
 /// An expression function as the host sees it. See mfFunctionExpression_c.
-class MFCURVES_API IFunctionExpression_c
-{
+class MFCURVES_API IFunctionExpression_c {
 public:
     virtual ~IFunctionExpression_c();
     virtual void clearExpression() = 0;

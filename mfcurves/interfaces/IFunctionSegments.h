@@ -1,14 +1,13 @@
 #pragma once
 
+#include <vector>
+
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-#include <vector>
-
 /// A segment function as the host sees it. See mfFunctionSegments_c.
-class MFCURVES_API IFunctionSegments_c
-{
+class MFCURVES_API IFunctionSegments_c {
 public:
     virtual ~IFunctionSegments_c();
     virtual void clearSegments() = 0;

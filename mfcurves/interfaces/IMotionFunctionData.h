@@ -9,8 +9,7 @@ class IFunctionExpression_c;
 class IFunctionSegments_c;
 
 /// A motion function as the host sees it. See mfFunctionData_c.
-class MFCURVES_API IMotionFunctionData_c
-{
+class MFCURVES_API IMotionFunctionData_c {
 public:
     IMotionFunctionData_c() = default;
     IMotionFunctionData_c(const IMotionFunctionData_c&) = delete;

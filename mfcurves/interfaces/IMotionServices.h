@@ -1,16 +1,15 @@
 #pragma once
 
+#include <vector>
+
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-#include <vector>
-
 class ISimSplineData_c;
 
 /// The service object of the host.
-class MFCURVES_API IMotionServices_c
-{
+class MFCURVES_API IMotionServices_c {
 public:
     virtual ~IMotionServices_c();
 

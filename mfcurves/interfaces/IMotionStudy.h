@@ -3,8 +3,7 @@
 #include "mfcurves/platform/mfExport.h"
 
 /// The motion study at hand.
-class MFCURVES_API IMotionStudy_c
-{
+class MFCURVES_API IMotionStudy_c {
 public:
     virtual ~IMotionStudy_c();
 

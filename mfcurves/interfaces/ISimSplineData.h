@@ -1,12 +1,11 @@
 #pragma once
 
-#include "mfcurves/platform/mfExport.h"
-
 #include <map>
 
+#include "mfcurves/platform/mfExport.h"
+
 /// The interpolator of a data-point function, made by the host's services.
-class MFCURVES_API ISimSplineData_c
-{
+class MFCURVES_API ISimSplineData_c {
 public:
     virtual ~ISimSplineData_c();
 

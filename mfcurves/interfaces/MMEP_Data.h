@@ -5,8 +5,7 @@
 /// A number on its way into or out of a compiled expression.
 ///
 /// It always holds a number: an empty one holds 0.0.
-class MFCURVES_API MMEP_Data
-{
+class MFCURVES_API MMEP_Data {
 public:
     MMEP_Data() = default;
     explicit MMEP_Data(double number) : number_(number) {}

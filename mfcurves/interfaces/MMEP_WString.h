@@ -6,8 +6,7 @@
 ///
 /// Ownership: the text belongs to the parser that handed the name out and lives
 /// as long as that parser, until its next parse.
-class MFCURVES_API MMEP_WString
-{
+class MFCURVES_API MMEP_WString {
 public:
     /// What a name stands for, as the parser found it.
     enum class Meaning { Other, Time, CycleAngle, ResultObject };

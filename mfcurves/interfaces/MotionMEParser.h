@@ -1,17 +1,16 @@
 #pragma once
 
+#include <memory>
+
 #include "mfcurves/interfaces/MMEP_WString.h"
 #include "mfcurves/platform/mfExport.h"
-
-#include <memory>
 
 class ICalculator;
 
 /// Compiles one expression text into a calculator.
 ///
 /// Copying: none; a parser is made on the stack for each compile.
-class MFCURVES_API MotionMEParser
-{
+class MFCURVES_API MotionMEParser {
 public:
     MotionMEParser();
     virtual ~MotionMEParser();

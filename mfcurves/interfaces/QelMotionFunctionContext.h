@@ -8,8 +8,7 @@ class mfProfileManager_c;
 
 /// What a host answers to the library: its services, its study and the profile
 /// manager that it made. Each may be null.
-class MFCURVES_API QelMotionFunctionContext_c
-{
+class MFCURVES_API QelMotionFunctionContext_c {
 public:
     virtual ~QelMotionFunctionContext_c();
     virtual IMotionServices_c* getMotionServices() = 0;

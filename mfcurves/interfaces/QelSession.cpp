@@ -2,8 +2,7 @@
 
 #include <atomic>
 
-namespace
-{
+namespace {
 
 std::atomic<QelMotionFunctionContext_c*> theContext = nullptr;
 

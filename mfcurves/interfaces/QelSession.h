@@ -6,8 +6,7 @@ class QelMotionFunctionContext_c;
 
 /// The host session as the library sees it: the one place where the host's
 /// context is asked for.
-class MFCURVES_API QelSession_c
-{
+class MFCURVES_API QelSession_c {
 public:
     /// The context that the host handed in last, null before that. The library
     /// asks afresh at each use and keeps no copy.

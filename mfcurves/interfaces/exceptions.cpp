@@ -1,11 +1,10 @@
-#include "mfcurves/interfaces/CGeneralException.h"
-#include "mfcurves/interfaces/CMemoryException.h"
-
 #include <cstdio>
 #include <string>
 
-namespace
-{
+#include "mfcurves/interfaces/CGeneralException.h"
+#include "mfcurves/interfaces/CMemoryException.h"
+
+namespace {
 
 std::string describe(std::uint32_t resultCode)
 {

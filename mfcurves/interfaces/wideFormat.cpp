@@ -1,15 +1,13 @@
 #include "mfcurves/interfaces/wideFormat.h"
 
-#include "mfcurves/platform/numbers.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
 
-namespace mf::interfaces
-{
-namespace
-{
+#include "mfcurves/platform/numbers.h"
+
+namespace mf::interfaces {
+namespace {
 
 // One conversion of the format text: `%-8.3f` has flags "-", width "8",
 // precision ".3", type 'f'.

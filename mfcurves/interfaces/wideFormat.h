@@ -3,8 +3,7 @@
 #include <cstdarg>
 #include <string>
 
-namespace mf::interfaces
-{
+namespace mf::interfaces {
 
 /// printf over wide text: flags, width and precision of the numeric conversions
 /// as the C library has them, `%s` wide text, `%c` a wide character, and a point

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace mf
-{
+namespace mf {
 
 /// Which kind of function is active. Any other number makes an object inert.
 enum FunctionType_e : int {

@@ -1,17 +1,16 @@
 #include "mfcurves/motion/mfTextConverter.h"
 
-#include "mfcurves/interfaces/CGeneralException.h"
-#include "mfcurves/interfaces/CMemoryException.h"
-#include "mfcurves/platform/encoding.h"
-#include "mfcurves/platform/locale.h"
-
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
 
-namespace
-{
+#include "mfcurves/interfaces/CGeneralException.h"
+#include "mfcurves/interfaces/CMemoryException.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/locale.h"
+
+namespace {
 
 constexpr int kFixedBufferSize = 128;
 constexpr int kBytesForEachCharacter = 4;
@@ -20,8 +19,7 @@ constexpr std::uint32_t kInvalidArgument = 0x80070057;
 
 // A buffer of the size asked for: the fixed one while that is enough, else a
 // zero-filled one from the heap.
-class ConversionBuffer
-{
+class ConversionBuffer {
 public:
     char* ofSize(int size)
     {

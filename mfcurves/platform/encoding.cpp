@@ -3,10 +3,8 @@
 #include <cstring>
 #include <utility>
 
-namespace mf::platform
-{
-namespace
-{
+namespace mf::platform {
+namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr char32_t kLastCodePoint = 0x10FFFF;

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 constexpr std::uint32_t kErrorBufferTooSmall = 122;
 constexpr std::uint32_t kErrorInvalidParameter = 87;

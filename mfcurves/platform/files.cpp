@@ -1,7 +1,5 @@
 #include "mfcurves/platform/files.h"
 
-#include "mfcurves/platform/encoding.h"
-
 #include <array>
 #include <cstdio>
 #include <fcntl.h>
@@ -9,14 +7,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace mf::platform
-{
-namespace
-{
+#include "mfcurves/platform/encoding.h"
+
+namespace mf::platform {
+namespace {
 
 // Closes the file it holds, and removes it unless it was renamed to its place.
-class TemporaryFile
-{
+class TemporaryFile {
 public:
     explicit TemporaryFile(const std::string& target) : path_(target + ".XXXXXX")
     {
@@ -47,8 +44,7 @@ public:
     // new file gets.
     bool takeRights(const std::string& target) const
     {
-        struct stat old {
-        };
+        struct stat old {};
         if (::stat(target.c_str(), &old) == 0)
             return ::fchmod(descriptor_, old.st_mode & 07777) == 0;
         const mode_t mask = ::umask(0);

@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 #ifdef _WIN32
 constexpr char kDirectorySeparator = '\\';

@@ -8,10 +8,8 @@
 #include <vector>
 #include <wctype.h>
 
-namespace mf::platform
-{
-namespace
-{
+namespace mf::platform {
+namespace {
 
 constexpr const char* kUtf8Locales[] = {"C.UTF-8", "C.utf8", "en_US.UTF-8"};
 

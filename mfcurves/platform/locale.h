@@ -2,8 +2,7 @@
 
 #include <string>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 /// Narrow text to wide text through the multibyte locale of the process.
 ///

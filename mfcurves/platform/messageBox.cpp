@@ -1,14 +1,12 @@
 #include "mfcurves/platform/messageBox.h"
 
-#include "mfcurves/platform/encoding.h"
-
 #include <cstdio>
 #include <utility>
 
-namespace mf::platform
-{
-namespace
-{
+#include "mfcurves/platform/encoding.h"
+
+namespace mf::platform {
+namespace {
 
 MessageHandler& currentHandler()
 {

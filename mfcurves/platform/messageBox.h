@@ -2,8 +2,7 @@
 
 #include <functional>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 constexpr unsigned kOkWithExclamation = 48;
 

@@ -7,14 +7,11 @@
 #include <locale.h>
 #include <vector>
 
-namespace mf::platform
-{
-namespace
-{
+namespace mf::platform {
+namespace {
 
 // The calling thread stands at the "C" locale for the life of this object.
-class PointLocale
-{
+class PointLocale {
 public:
     PointLocale() : previous_(uselocale(cLocale())) {}
     ~PointLocale() { uselocale(previous_); }

@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 /// A number by one printf conversion for a double, such as "%f" or "%.6G". The
 /// decimal sign is a point under every locale.

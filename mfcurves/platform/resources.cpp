@@ -1,8 +1,5 @@
 #include "mfcurves/platform/resources.h"
 
-#include "mfcurves/platform/encoding.h"
-#include "mfcurves/platform/files.h"
-
 #include <atomic>
 #include <charconv>
 #include <memory>
@@ -12,10 +9,11 @@
 #include <utility>
 #include <vector>
 
-namespace mf::platform
-{
-namespace
-{
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/files.h"
+
+namespace mf::platform {
+namespace {
 
 const ResourceModule* builtInModule()
 {

@@ -3,15 +3,13 @@
 #include <map>
 #include <string>
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 /// The strings of one resource library, by number.
 ///
 /// The file form is UTF-8 text with or without a byte order mark, one
 /// `number=text` a line, split at the first `=`; other lines are skipped.
-class ResourceModule
-{
+class ResourceModule {
 public:
     explicit ResourceModule(std::map<unsigned, std::wstring> strings) : strings_(std::move(strings)) {}
 

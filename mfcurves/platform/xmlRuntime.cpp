@@ -2,10 +2,8 @@
 
 #include <libxml/parser.h>
 
-namespace mf::platform
-{
-namespace
-{
+namespace mf::platform {
+namespace {
 
 thread_local int startCount = 0;
 

@@ -1,7 +1,6 @@
 #pragma once
 
-namespace mf::platform
-{
+namespace mf::platform {
 
 /// Starts the XML engine for the calling thread and counts it.
 void startXml();

@@ -10,8 +10,7 @@
 /// else only reads them.
 /// Ownership: made on the heap by whoever parses it, owned by the profile
 /// manager from the moment it is stored there.
-class mfProfile_c
-{
+class mfProfile_c {
 public:
     virtual ~mfProfile_c();
 

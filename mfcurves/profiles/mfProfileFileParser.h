@@ -14,8 +14,7 @@
 /// Errors: false. The definitions before the failing one are kept, and the failing
 /// one leaves no entry in any list.
 /// Copying: none.
-class mfProfileFileParser_c
-{
+class mfProfileFileParser_c {
 public:
     mfProfileFileParser_c();
     ~mfProfileFileParser_c();

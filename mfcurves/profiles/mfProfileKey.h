@@ -1,16 +1,15 @@
 #pragma once
 
+#include <cstdint>
+
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/platform/mfExport.h"
-
-#include <cstdint>
 
 /// What identifies one profile in the profile manager. Profiles of one name
 /// differ by where they came from or by a running number.
 ///
 /// Copying: a value; it never refers to a record.
-class mfProfileKey_c
-{
+class mfProfileKey_c {
 public:
     mfProfileKey_c() = default;  ///< the empty key
     mfProfileKey_c(const mfProfileKey_c&) = default;

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "mfcurves/interfaces/CString.h"
-#include "mfcurves/platform/mfExport.h"
-#include "mfcurves/profiles/mfProfileKey.h"
-
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "mfcurves/interfaces/CString.h"
+#include "mfcurves/platform/mfExport.h"
+#include "mfcurves/profiles/mfProfileKey.h"
 
 class mfProfile_c;
 
@@ -26,8 +26,7 @@ class mfProfile_c;
 /// user group, so a caller of it lets every segment look its profile up again;
 /// keys stay valid as values.
 /// Copying: none.
-class MFCURVES_API mfProfileManager_c
-{
+class MFCURVES_API mfProfileManager_c {
 public:
     mfProfileManager_c();
     ~mfProfileManager_c();

@@ -16,8 +16,7 @@ class mfProfile_c;
 ///
 /// Errors: false; an output keeps what was stored in it so far. A definition
 /// whose reduction outgrows the largest text of the expression engine is refused.
-class mfSegmentTypeParser_c
-{
+class mfSegmentTypeParser_c {
 public:
     /// Appends one new record for each definition of the file to `out`; the caller
     /// owns them. An empty file name means the built-in table. False at the first
