@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "mfcurves/platform/mfExport.h"
+
 namespace mf::platform {
 
 constexpr std::uint32_t kErrorBufferTooSmall = 122;
@@ -22,7 +24,7 @@ using NarrowEncoder =
 /// Replaces the conversion of the whole process, so that a test can make it
 /// fail; an empty function brings the built-in one back. The built-in encoding
 /// is UTF-8, and a code point that it cannot hold becomes U+FFFD.
-void setNarrowEncoder(NarrowEncoder encoder);
+MFCURVES_API void setNarrowEncoder(NarrowEncoder encoder);
 
 /// Runs the current encoder, under the contract of NarrowEncoder.
 int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error);

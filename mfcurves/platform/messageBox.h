@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include "mfcurves/platform/mfExport.h"
+
 namespace mf::platform {
 
 constexpr unsigned kOkWithExclamation = 48;
@@ -11,7 +13,7 @@ using MessageHandler = std::function<void(const wchar_t* text, const wchar_t* ca
 
 /// Replaces the handler of the whole process; an empty function brings the
 /// default back, which prints caption and text to standard error.
-void setMessageHandler(MessageHandler handler);
+MFCURVES_API void setMessageHandler(MessageHandler handler);
 
 /// Hands a message to the current handler.
 void showMessage(const wchar_t* text, const wchar_t* caption, unsigned style);

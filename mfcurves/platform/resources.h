@@ -2,6 +2,9 @@
 
 #include <map>
 #include <string>
+#include <utility>
+
+#include "mfcurves/platform/mfExport.h"
 
 namespace mf::platform {
 
@@ -9,7 +12,7 @@ namespace mf::platform {
 ///
 /// The file form is UTF-8 text with or without a byte order mark, one
 /// `number=text` a line, split at the first `=`; other lines are skipped.
-class ResourceModule {
+class MFCURVES_API ResourceModule {
 public:
     explicit ResourceModule(std::map<unsigned, std::wstring> strings) : strings_(std::move(strings)) {}
 
@@ -28,17 +31,17 @@ constexpr unsigned kCycleAngleName = 1034;
 /// Loads the resource library at `path`; null when it cannot be read. Modules
 /// stay loaded until the process ends, and a library that is loaded again
 /// unchanged is the same module.
-const ResourceModule* loadResourceModule(const wchar_t* path);
+MFCURVES_API const ResourceModule* loadResourceModule(const wchar_t* path);
 
 /// The module that string look-ups use; may be null. The process starts with a
 /// built-in one that holds kTimeName `Time` and kCycleAngleName `CycleAngle`.
-const ResourceModule* currentResourceModule();
+MFCURVES_API const ResourceModule* currentResourceModule();
 
 /// Makes `module`, which may be null, the one that look-ups use.
-void setCurrentResourceModule(const ResourceModule* module);
+MFCURVES_API void setCurrentResourceModule(const ResourceModule* module);
 
 /// A string of the current module; empty where it is missing or no module is
 /// current.
-std::wstring resourceString(unsigned number);
+MFCURVES_API std::wstring resourceString(unsigned number);
 
 }  // namespace mf::platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mfcurves/platform/mfExport.h"
+
 namespace mf::platform {
 
 /// Starts the XML engine for the calling thread and counts it.
@@ -9,6 +11,6 @@ void startXml();
 void stopXml();
 
 /// How many starts of the calling thread stand against stops.
-int xmlStartCount();
+MFCURVES_API int xmlStartCount();
 
 }  // namespace mf::platform

@@ -1,0 +1,136 @@
+#pragma once
+
+#include "mfcurves/functions/mfFunctionBase.h"
+#include "mfcurves/functions/mfPoint2D.h"
+#include "mfcurves/interfaces/CString.h"
+#include "mfcurves/interfaces/IFunctionExpression.h"
+#include "mfcurves/platform/mfExport.h"
+
+class ICalculator;
+
+/// A curve given by one mathematical expression of one independent variable.
+///
+/// It holds two texts, which nobody copies from one to the other: the math
+/// expression is what the host sees and what a single point evaluates; the parse
+/// expression is what the sampling of the plotting arrays compiles.
+///
+/// Units: a single point of evaluate is divided by the host's unit factor of the
+/// quantity that the curve gives; calculateValue and the plotting arrays are not.
+/// Errors: operations answer false, or 0.0, and report nothing else.
+/// Ownership: plotting arrays and calculator belong to this object; the arrays
+/// are lent to callers until the next sampling, clearing or the object's end.
+/// Copying: none but Copy, as a copy that shared the arrays could not be freed.
+class MFCURVES_API mfFunctionExpression_c : public IFunctionExpression_c, public mfFunctionBase_c {
+public:
+    mfFunctionExpression_c();  ///< empty texts, the time variable, a count of 1
+    ~mfFunctionExpression_c() override;
+    mfFunctionExpression_c(const mfFunctionExpression_c&) = delete;
+    mfFunctionExpression_c& operator=(const mfFunctionExpression_c&) = delete;
+
+    void clearExpression() override;  ///< ClearFunction
+    void setMathExpression(const CString& expression) override;
+    CString getMathExpression() override;
+    CString getIndepVar() override;
+    /// Tells by name what X stands for: the empty text and the host's name for
+    /// time mean time, its name for the cycle angle the cycle angle, any other
+    /// text the motion result of that name. Case does not count.
+    void setIndepVar(const CString& text) override;
+    mf::MotorDriveType_e getMotorDependentVar() override;
+    void setMotorDependentVar(mf::MotorDriveType_e quantity) override;
+    mf::ForceTorqueType_e getForceTorqueDependentVar() override;
+    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override;
+    /// The stretch that is sampled; minX may lie above maxX, the samples then run
+    /// downward.
+    void setDomain(double minX, double maxX) override;
+    double getMinX() override;
+    double getMaxX() override;
+
+    /// True unless independentVar is None.
+    bool HasEnumForIndependentVariable() const override;
+    CString GetIndependentVarName() const override;
+    bool IsExpression() const override;
+    /// Forgets the math expression, the variable, the domain and the arrays; the
+    /// parse expression, the calculator and the plotting flag stay.
+    void ClearFunction() override;
+
+    void setParseExpression(const CString& expression) { parseExpression_ = expression; }
+    bool isXValueTime() const { return independentVar == mf::IndependentVariableType_Time; }
+    bool isXValueCycleAngle() const { return independentVar == mf::IndependentVariableType_CycleAngle; }
+    bool isAValidADAMSExpression(const CString& expression) const;  ///< true for every text
+
+    /// Copies math expression, variable, quantities and domain; false for null.
+    /// Whether the curve drives a motor or a force is not copied, nor is what
+    /// sampling works with or made.
+    bool Copy(mfFunctionExpression_c* other);
+
+    /// Compiles the parse expression, works out what X stands for from the names
+    /// in it, and samples 100 points over the domain with as many derivatives as
+    /// the quantity has.
+    ///
+    /// False when there is nothing to compile, a name is neither time, an
+    /// available cycle angle nor a motion result, the quantity is None, or a
+    /// sample cannot be evaluated. True without samples when the text does not
+    /// compile or has several names: isValidForPlotting then says no.
+    bool calculateValue();
+
+    /// The value of the math expression at x, which is compiled afresh. False,
+    /// leaving y alone, when it does not compile or has no finite value there.
+    bool calculateValue(double x, double& y);
+
+    /// The same with derivatives: none after a plotting count of 1, where they are
+    /// 0; one after a count of 2, the others 0; else three. A derivative that
+    /// cannot be had leaves its own and later outputs alone, with true.
+    bool calculateValue(double x, double& y, double& d1, double& d2, double& d3);
+
+    /// Fills the derivative arrays that sampling made, at the x of the values. The
+    /// last element repeats the y before it. False when a derivative cannot be
+    /// evaluated, or when there is no calculator or nothing sampled.
+    bool calculateDerivatives();
+
+    /// Makes the value array with `count` points at (0, 0) and the derivative
+    /// arrays by `objectType`, 0 for a motor, 1 for a force or torque, and by the
+    /// motor quantity. False for a motor without a quantity. A count below 1 makes
+    /// no arrays.
+    bool initializePlottingData(int count, int objectType);
+
+    /// Value (order 0) or derivative (1 to 3) at x in the host's units; 0.0 when
+    /// it cannot be had and for every other order.
+    double evaluate(double x, int order);
+
+    /// Samples the curve. The argument is not used.
+    void updateForLegacyData(bool pointPerRow);
+
+    /// False until sampling has found the text to be one that can be plotted.
+    bool isValidForPlotting() const { return validForPlotting_; }
+    /// The number of points in each array, as far as nobody has set another one.
+    int getPlottingPointCount() const { return plottingPointCount_; }
+    void setPlottingPointCount(int count) { plottingPointCount_ = count; }
+    /// The sampled (x, value) or (x, derivative), getPlottingPointCount points in
+    /// the order of sampling; null where there are none.
+    mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
+    mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
+    mfPoint2D_c* getPlottingData2() const { return plottingData_[2]; }
+    mfPoint2D_c* getPlottingData3() const { return plottingData_[3]; }
+    /// The same by order; null outside 0 to 3.
+    mfPoint2D_c* getPlottingData(int order) const;
+
+private:
+    static constexpr int kOrderCount = 4;
+
+    bool iSample();
+    double iUnitFactor() const;
+    void iFreePlottingData();
+    void iReleaseCalculator();
+
+    mfPoint2D_c* plottingData_[kOrderCount] = {};  // owned
+    int plottingDataLength_ = 0;                   // of the arrays, whatever the count says
+    CString mathExpression_;
+    CString parseExpression_;
+    double minX_ = 0.0;
+    double maxX_ = 0.0;
+    double sampleStep_ = 0.0;
+    CString independentVariable_;
+    int plottingPointCount_ = 1;
+    ICalculator* calculator_ = nullptr;  // owned, ends by Release
+    bool validForPlotting_ = false;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "mfcurves/host/Services.h"
+#include "mfcurves/host/Study.h"
+#include "mfcurves/interfaces/QelMotionFunctionContext.h"
+#include "mfcurves/platform/mfExport.h"
+
+namespace mf::host {
+
+/// Everything that the library asks of a host, for a program that has none:
+///
+///     mf::host::Context host;
+///     QelSession_c::setMotionFunctionContext(&host);
+///
+/// Ownership: services and study belong to the context, which has to outlive the
+/// functions that were made under it. When it ends it takes itself out of the
+/// session.
+class MFCURVES_API Context : public QelMotionFunctionContext_c {
+public:
+    Context();
+    ~Context() override;
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+
+    Services& services() { return services_; }
+    Study& study() { return study_; }
+
+    IMotionServices_c* getMotionServices() override;
+    IMotionStudy_c* getMotionStudy() override;
+    mfProfileManager_c* getProfileManager() override;
+
+private:
+    Services services_;
+    Study study_;
+};
+
+}  // namespace mf::host
