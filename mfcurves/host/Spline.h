@@ -11,6 +11,15 @@
 
 namespace mf::host {
 
+/// The polynomial a + b t + c t^2 + d t^3 in t = x - start.
+struct SplinePiece {
+    double start;
+    double a;
+    double b;
+    double c;
+    double d;
+};
+
 /// The interpolator of the stand-alone host: Akima (kind 0), natural cubic (1) or
 /// linear (2, that of a new spline and of any other number).
 ///
@@ -45,25 +54,36 @@ public:
     double getThirdDerivative(double x) override;
 
 private:
-    // The polynomial a + b t + c t^2 + d t^3 in t = x - start.
-    struct Piece {
-        double start;
-        double a;
-        double b;
-        double c;
-        double d;
-    };
-
-    double iMoveTo(double x);
-    void iSearch(double x);
+    double iMoveTo(double x) { return x >= from_ && x < to_ ? x - current_.start : iSearch(x); }
+    double iSearch(double x);
+    double iFollowTangent(const SplinePiece& end, double x, double from, double to);
+    void iEnter(std::size_t piece);
+    std::size_t iPieceAt(double x) const;
+    std::uint32_t iBucketOf(double x) const;
+    void iBuild();
+    void iBuildIndex();
+    void iForgetPieces();
+    void iForgetCurrent();
 
     std::map<double, double> points_;
     int kind_ = 2;
 
-    // What follows is built from the above at the first evaluation.
+    // Built from the above at the first evaluation after a change. There are as
+    // many pieces as points: the last one is the end of the piece before it,
+    // expanded at the last point.
     bool built_ = false;
-    std::vector<Piece> pieces_;  // one a point; the last is the end of the one before, expanded there
-    std::vector<std::uint32_t> firstInBucket_;
+    std::vector<SplinePiece> pieces_;
+    // The range of X is cut into buckets of equal width. Entry k is the piece at
+    // the lower edge of bucket k; one more entry behind the last holds the last piece.
+    std::vector<std::uint32_t> pieceAtBucket_;
+    double bucketsPerX_ = 0.0;
+
+    // What answers at the x asked for last, and for which x it would answer too:
+    // from_ <= x < to_, empty where nothing can be kept.
+    SplinePiece current_{};
+    double from_ = std::numeric_limits<double>::infinity();
+    double to_ = -std::numeric_limits<double>::infinity();
+    std::size_t currentPiece_ = 0;
 };
 
 }  // namespace mf::host

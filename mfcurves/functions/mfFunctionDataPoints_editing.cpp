@@ -1,0 +1,287 @@
+#include <algorithm>
+#include <memory>
+
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "mfcurves/interfaces/ISimSplineData.h"
+
+namespace {
+
+constexpr int kXColumn = 0;
+constexpr int kYColumn = 1;
+constexpr double kDistanceBeyondEnds = 1.0;  // from an end of the table to a row that had to give way there
+
+bool holds(const mfDataPoints_c& row, double x)
+{
+    return x >= row.getStartX() && x <= row.getEndX();
+}
+
+}  // namespace
+
+void mfFunctionDataPoints_c::ClearFunction()
+{
+    mfFunctionBase_c::ClearFunction();
+    interpolationType_ = mf::DataPointInterpolationType_Linear;
+    iDeleteRows();
+    if (splineData_ != nullptr)
+        splineData_->clearPoints();
+    updateRows_.clear();
+}
+
+bool mfFunctionDataPoints_c::Copy(mfFunctionDataPoints_c* source)
+{
+    if (source == nullptr)
+        return false;
+    if (source == this)
+        return true;
+
+    clearDataPoints();
+    setIndependentVar(source->getIndependentVar());
+    setMotionResult(source->getMotionResult());
+    setMotorDependentVar(source->getMotorDependentVar());
+    setForceTorqueDependentVar(source->getForceTorqueDependentVar());
+    setInterpolationType(source->getInterpolationType());
+    if (splineData_ != nullptr && source->splineData_ != nullptr)
+        splineData_->copyFrom(source->splineData_);
+
+    dataPoints_.reserve(source->dataPoints_.size());
+    for (mfDataPoints_c* row : source->dataPoints_) {
+        auto copied = std::make_unique<mfDataPoints_c>();
+        copied->copy(row);
+        dataPoints_.push_back(copied.release());
+    }
+    return true;
+}
+
+bool mfFunctionDataPoints_c::insertDataPoint(int row, mfDataPoints_c* points)
+{
+    const int countBefore = getDataPointsCount();
+    if (!iStore(row, points))
+        return false;
+    try {
+        RegenSplineData();
+    } catch (...) {
+        // The caller cannot tell whether the table has the list, so it is the
+        // caller's again.
+        if (getDataPointsCount() > countBefore)
+            dataPoints_.erase(dataPoints_.begin() + row);
+        updateRows_.clear();
+        throw;
+    }
+    return true;
+}
+
+bool mfFunctionDataPoints_c::appendDataPoint(mfDataPoints_c* points)
+{
+    return iStore(getDataPointsCount(), points);
+}
+
+// All of an insertion but the rebuilding of the spline. A clash is settled by the
+// row that was asked for alone: the list stays there, and its own X is given up
+// for one that is free.
+bool mfFunctionDataPoints_c::iStore(int row, mfDataPoints_c* points)
+{
+    updateRows_.clear();
+    if (row < 0 || row > getDataPointsCount() || points == nullptr)
+        return false;
+
+    updateRows_.reserve(1);
+    if (!iClashes(row, *points) || points->setPoint(0, iFreeX(row), points->getY(0)))
+        dataPoints_.insert(dataPoints_.begin() + row, points);
+    updateRows_.push_back(row);
+    return true;
+}
+
+// Between two rows the list may reach into the row after it, as long as it ends
+// before that row's end.
+bool mfFunctionDataPoints_c::iClashes(int row, const mfDataPoints_c& points) const
+{
+    if (isEmpty())
+        return false;
+    if (row == 0)
+        return points.getEndX() >= iRow(0).getStartX();
+    if (row == getDataPointsCount())
+        return iRow(row - 1).getEndX() >= points.getStartX();
+    return !(points.getStartX() > iRow(row - 1).getEndX() && points.getEndX() < iRow(row).getEndX());
+}
+
+double mfFunctionDataPoints_c::iFreeX(int row) const
+{
+    if (row == getDataPointsCount())
+        return iRow(row - 1).getEndX() + kDistanceBeyondEnds;
+    if (row == 0)
+        return iRow(0).getStartX() - kDistanceBeyondEnds;
+    return (iRow(row - 1).getEndX() + iRow(row).getStartX()) * 0.5;
+}
+
+bool mfFunctionDataPoints_c::modifyDataPoint(int row, int column, double x, double y)
+{
+    updateRows_.clear();
+    if (!iHolds(row))
+        return false;
+    if (column == kXColumn)
+        return iModifyX(row, x);
+    if (column == kYColumn) {
+        iRow(row).setY(0, y);
+        RegenSplineData();
+    }
+    return true;
+}
+
+// The row leaves the table, takes its new X and comes back where that fits, or
+// with its old X where it was. All memory is taken first: the row must not get
+// lost while it is out.
+bool mfFunctionDataPoints_c::iModifyX(int row, double x)
+{
+    std::vector<std::size_t> overlapping;
+    overlapping.reserve(dataPoints_.size());
+    updateRows_.reserve(2);
+
+    mfDataPoints_c* moved = &iRow(row);
+    const double oldX = moved->getStartX();
+    dataPoints_.erase(dataPoints_.begin() + row);
+    moved->setX(0, x);
+
+    int position = 0;
+    updateRows_.push_back(row);
+    if (IsRangeOverlap(moved, position, overlapping)) {
+        moved->setX(0, oldX);
+        dataPoints_.insert(dataPoints_.begin() + row, moved);
+        return false;
+    }
+    updateRows_.push_back(position);
+    dataPoints_.insert(dataPoints_.begin() + position, moved);
+    RegenSplineData();
+    return true;
+}
+
+bool mfFunctionDataPoints_c::deleteDataPoint(int row)
+{
+    if (!iHolds(row))
+        return false;
+    updateRows_.assign(1, row);
+    delete &iRow(row);
+    dataPoints_.erase(dataPoints_.begin() + row);
+    RegenSplineData();
+    return true;
+}
+
+// The vector is taken by value because the signature is exported.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+bool mfFunctionDataPoints_c::deleteDataPoints(std::vector<std::size_t> rows)
+{
+    for (const std::size_t row : rows) {
+        if (row >= dataPoints_.size())
+            continue;
+        delete dataPoints_[row];
+        dataPoints_[row] = nullptr;
+    }
+    std::erase(dataPoints_, nullptr);
+    RegenSplineData();
+    return true;
+}
+
+// The rows of one point are put ahead of the row that they come from, which is
+// then taken away.
+void mfFunctionDataPoints_c::expandDataPoints(int row)
+{
+    if (!iHolds(row))
+        return;
+    const mfDataPoints_c& expanded = iRow(row);
+    const int count = expanded.getPointCount();
+
+    std::vector<std::unique_ptr<mfDataPoints_c>> rows;
+    for (int i = 0; i < count; ++i) {
+        rows.push_back(std::make_unique<mfDataPoints_c>());
+        rows.back()->addPoint(expanded.getX(i), expanded.getY(i));
+    }
+    dataPoints_.insert(dataPoints_.begin() + row, rows.size(), nullptr);
+    for (int i = 0; i < count; ++i)
+        dataPoints_[static_cast<std::size_t>(row + i)] = rows[static_cast<std::size_t>(i)].release();
+
+    delete &iRow(row + count);
+    dataPoints_.erase(dataPoints_.begin() + row + count);
+}
+
+bool mfFunctionDataPoints_c::selectDataPoint(int row, mfDataPoints_c*& out)
+{
+    out = iHolds(row) ? &iRow(row) : nullptr;
+    return out != nullptr;
+}
+
+// Stops at the first row whose successor lies beyond the range, so each row that
+// is reached starts within the range or ahead of it, and meets it if it does not
+// also end ahead of it. Behind the last row there is always room, which is what
+// the successor 1.0 beyond the range stands for; where 1.0 is too little to tell
+// from the end of the range, the walk runs one row further.
+bool mfFunctionDataPoints_c::IsRangeOverlap(mfDataPoints_c* points, int& position,
+                                            std::vector<std::size_t>& rows)
+{
+    position = 0;
+    if (isEmpty() || points == nullptr)
+        return false;
+
+    const double start = points->getStartX();
+    const double end = points->getEndX();
+    if (end < iRow(0).getStartX())
+        return false;
+
+    const int count = getDataPointsCount();
+    for (; position < count; ++position) {
+        const double next = position == count - 1 ? end + 1.0 : iRow(position + 1).getStartX();
+        if (iRow(position).getEndX() >= start)
+            rows.push_back(static_cast<std::size_t>(position));
+        if (end < next)
+            break;
+    }
+    position = std::min(position + 1 - static_cast<int>(rows.size()), count);
+    return !rows.empty();
+}
+
+// A bisection that ends on the upper of two rows. An x that lies in the lower one
+// gets the upper one all the same.
+int mfFunctionDataPoints_c::findDataPonts(double x)
+{
+    if (isEmpty())
+        return 0;
+    int low = 0;
+    int high = getDataPointsCount() - 1;
+    int middle = getDataPointsCount() / 2;
+    while (high - low > 1) {
+        if (holds(iRow(middle), x))
+            return middle;
+        if (x >= iRow(middle).getStartX()) {
+            low = middle;
+            middle = (middle + high) / 2;
+        } else {
+            high = middle;
+            middle = (middle + low) / 2;
+        }
+    }
+    if (holds(iRow(high), x))
+        return high;
+    return holds(iRow(low), x) ? high : middle;
+}
+
+int mfFunctionDataPoints_c::getTotalPoints() const
+{
+    int total = 0;
+    for (const mfDataPoints_c* row : dataPoints_)
+        total += row->getPointCount();
+    return total;
+}
+
+void mfFunctionDataPoints_c::getDomian(double& start, double& end) const
+{
+    start = isEmpty() ? 0.0 : dataPoints_.front()->getStartX();
+    end = isEmpty() ? 0.0 : dataPoints_.back()->getEndX();
+}
+
+void mfFunctionDataPoints_c::iDeleteRows()
+{
+    for (mfDataPoints_c*& row : dataPoints_) {
+        delete row;
+        row = nullptr;
+    }
+    dataPoints_.clear();
+}
