@@ -1,0 +1,126 @@
+#pragma once
+
+#include "mfcurves/functions/mfPoint2D.h"
+#include "mfcurves/interfaces/CString.h"
+#include "mfcurves/motion/mfEnumerations.h"
+#include "mfcurves/platform/mfExport.h"
+#include "mfcurves/segments/mfSegmentCalculator.h"
+
+class mfProfileKey_c;
+class mfProfile_c;
+
+/// One row of a segment table: the stretch [startX, endX] of the independent
+/// variable and the value that the curve reaches at its end.
+///
+/// A row stores no start value. That is the value of the row before it, so two
+/// neighbours cannot disagree about the point they share.
+///
+/// Units: X in the unit of the table's independent variable, the value in the
+/// unit of the motor or force. Nothing is converted here.
+/// Errors: setters store what they are given, NaN and reversed ends included;
+/// mfFunctionSegments_c::checkInvalid is the judge.
+/// Copying: copy construction and assignment share the owned pointers, so only
+/// one of the two objects may be destroyed. Use copy.
+class MFCURVES_API mfSegment_c
+{
+public:
+    mfSegment_c();  ///< Spans [0, 1], unnamed, value 0.
+    mfSegment_c(double startX, double endX, double value, const CString& profileName);
+    mfSegment_c(const mfSegment_c&) = default;
+    mfSegment_c& operator=(const mfSegment_c&) = default;
+    ~mfSegment_c();
+
+    double getStartX() const { return startX_; }
+    void setStartX(double x) { startX_ = x; }
+    double getEndX() const { return endX_; }
+    void setEndX(double x) { endX_ = x; }
+    /// The value at endX, which is also where the next row starts.
+    double getValue() const { return value_; }
+    void setValue(double value) { value_ = value; }
+
+    /// The name that the table's own lists of profiles and documents know.
+    CString getProfileName() const { return profileName_; }
+    void setProfileName(const CString& name) { profileName_ = name; }
+    /// The formula with numbers in place of the end points: what is compiled.
+    CString getProfileExpr() const { return profileExpr_; }
+    void setProfileExpr(const CString& expression) { profileExpr_ = expression; }
+    /// Name of the variable in the profile's formula; "" before parsing.
+    CString getProflieIndepVar() const { return profileIndepVar_; }  // spelling is exported
+    void setProfileIndepVar(const CString& name) { profileIndepVar_ = name; }
+
+    /// The record of the profile, null when it is not known. A rebuild of the
+    /// profile manager ends the loan.
+    mfProfile_c* getProfile() const { return profile_; }
+    void setProfile(mfProfile_c* profile) { profile_ = profile; }
+    /// The key of the profile; null for none. The segment keeps it.
+    mfProfileKey_c* getProfileKey() const { return profileKey_; }
+    /// Takes a copy of `key` and looks its record up with the host's profile
+    /// manager. The record stays unknown when the key has no name, when there is
+    /// no manager, and when the manager has no such record.
+    void setProfileKey(const mfProfileKey_c& key);
+    /// The display name of the key, "" without one. No record is needed for it.
+    CString getDisplayName() const;
+
+    /// True when the last check of the row passed: the flag tells the opposite of
+    /// its name. False before any check.
+    bool isInvalid() const { return invalid_; }
+
+    /// How many points the next build gives each plotting array; not what the
+    /// present arrays hold.
+    int getPlottingDataCount() const { return plottingDataCount_; }
+    void setPlottingDataCount(int count) { plottingDataCount_ = count; }
+    /// The value over X and its three derivatives, ascending in x where the row
+    /// does, both ends included; null when never built. The segment keeps them.
+    mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
+    mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
+    mfPoint2D_c* getPlottingData2() const { return plottingData_[2]; }
+    mfPoint2D_c* getPlottingData3() const { return plottingData_[3]; }
+    /// The same four by order; null outside 0 to 3.
+    mfPoint2D_c* getPlottingData(int order) const;
+    /// How many points the value array holds, and every derivative array that was
+    /// built with it.
+    int getPlottingDataLength() const { return plottingDataLength_; }
+    /// How many derivative arrays were built with the value array. Those of higher
+    /// order, if any, are left from an earlier build.
+    int getPlottingDataOrders() const { return plottingDataOrders_; }
+
+    /// Builds the value array and the derivative arrays that the quantity calls
+    /// for, all of getPlottingDataCount points (0, 0); a count below 1 leaves them
+    /// null. Derivative arrays that it does not call for stay as they are.
+    ///
+    /// `motionObjectType` 0 is a motor, whose displacement (1) has three
+    /// derivatives, velocity (2) two and acceleration (3) one; 1 is a force or
+    /// torque, which has one; everything else has none.
+    void initializePlottingData(int motionObjectType, mf::MotorDriveType_e kind);
+
+    /// The compiled form of that order, 0 the value; null when it cannot be had.
+    /// See mfSegmentCalculator_c.
+    ICalculator* getCalculator(int order) { return calculator_.getCalculator(order); }
+
+    /// Deep copy of numbers, texts, key and flag. Compiled forms and plotting data
+    /// stay behind and are rebuilt on first use. A source without a key leaves the
+    /// key and the record of this row alone. False, changing nothing, when `other`
+    /// is null.
+    bool copy(mfSegment_c* other);
+
+private:
+    friend class mfFunctionSegments_c;   // judges the row
+    friend class mfSegmentCalculator_c;  // reads the texts without a copy at each evaluation
+
+    void iFreePlottingData(int order);
+
+    double startX_ = 0.0;
+    double endX_ = 1.0;
+    double value_ = 0.0;
+    CString profileName_;
+    CString profileExpr_;
+    CString profileIndepVar_;
+    mfProfileKey_c* profileKey_ = nullptr;  // owned
+    mfProfile_c* profile_ = nullptr;        // lent by the profile manager until it rebuilds
+    bool invalid_ = false;                  // true: the last check passed
+    int plottingDataCount_ = 1;
+    mfPoint2D_c* plottingData_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
+    int plottingDataLength_ = 0;
+    int plottingDataOrders_ = 0;
+    mfSegmentCalculator_c calculator_;
+};
