@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Tests of check_includes.py and check_umbrella.py on small made-up trees."""
+
+import pathlib
+import tempfile
+import unittest
+
+import check_includes
+import check_umbrella
+
+
+def tree(files):
+    folder = tempfile.TemporaryDirectory()
+    for name, text in files.items():
+        path = pathlib.Path(folder.name) / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+    return folder
+
+
+class CheckIncludes(unittest.TestCase):
+    # file, its one include, whether that is allowed
+    CASES = [
+        ("mfcurves/engine/lexer.cpp", '"mfcurves/engine/lexer.h"', True),
+        ("mfcurves/engine/lexer.cpp", '"mfcurves/platform/numbers.h"', True),
+        ("mfcurves/platform/numbers.cpp", '"mfcurves/interfaces/CString.h"', False),
+        ("mfcurves/interfaces/CString.cpp", '"mfcurves/engine/lexer.h"', False),
+        ("mfcurves/functions/mfPoint2D.h", '"mfcurves/profiles/mfProfile.h"', False),
+        ("mfcurves/profiles/mfProfile.h", '"mfcurves/functions/mfPoint2D.h"', False),
+        ("mfcurves/segments/mfSegment.h", '"mfcurves/profiles/mfProfile.h"', True),
+        ("mfcurves/segments/mfSegment.h", '"mfcurves/motion/mfFunctionData.h"', False),
+        ("mfcurves/functions/mfFunctionBase.h", '"mfcurves/motion/mfEnumerations.h"', True),
+        ("mfcurves/interfaces/IMotionServices.h", '"mfcurves/motion/mfEnumerations.h"', True),
+        ("mfcurves/motion/mfTextConverter.h", '"mfcurves/interfaces/CString.h"', True),
+        ("mfcurves/motion/mfTextConverter.cpp", '"mfcurves/segments/mfSegment.h"', False),
+        ("mfcurves/motion/mfFunctionData.cpp", '"mfcurves/documents/mfCurveDocument.h"', False),
+        ("mfcurves/host/Context.h", '"mfcurves/profiles/mfProfileManager.h"', True),
+        ("mfcurves/host/Context.h", '"mfcurves/mfcurves.h"', False),
+        ("mfcurves/mfcurves.h", '"mfcurves/host/Context.h"', True),
+        ("mfcurves/host/Context.h", '"Services.h"', False),
+        ("mfcurves/host/Context.h", '"tests/support/FakeHost.h"', False),
+        ("mfcurves/cellar/door.h", '"mfcurves/platform/files.h"', False),
+        ("mfcurves/host/Context.h", '"mfcurves/cellar/door.h"', False),
+        ("mfcurves/host/Context.h", "<vector>", True),
+        ("mfcurves/host/Context.cpp", "<unistd.h>", False),
+        ("mfcurves/interfaces/CString.cpp", "<clocale>", False),
+        ("mfcurves/platform/files.cpp", "<unistd.h>", True),
+        ("mfcurves/platform/xmlRuntime.cpp", "<libxml/parser.h>", True),
+        ("mfcurves/documents/mfCurveDocument.cpp", "<libxml/tree.h>", True),
+        ("mfcurves/documents/mfCurveDocument.cpp", "<unistd.h>", False),
+        ("mfcurves/motion/mfFunctionData.cpp", "<libxml/tree.h>", False),
+        ("tools/mfcurve/main.cpp", "<CLI/CLI.hpp>", True),
+        ("tools/mfcurve/main.cpp", "<unistd.h>", False),
+        ("examples/cam.cpp", "<libxml/tree.h>", False),
+    ]
+
+    def test_each_case(self):
+        for name, include, allowed in self.CASES:
+            with self.subTest(file=name, include=include), tree({name: f"#include {include}\n"}) as folder:
+                self.assertEqual(check_includes.violations(pathlib.Path(folder)) == [], allowed)
+
+
+class CheckUmbrella(unittest.TestCase):
+    def judge(self, **umbrella_and_files):
+        files = {name.replace("__", "/") + ".h": text for name, text in umbrella_and_files.items()}
+        with tree(files) as folder:
+            return check_umbrella.violations(pathlib.Path(folder))
+
+    def test_takes_a_complete_one(self):
+        self.assertEqual(
+            self.judge(
+                mfcurves__mfcurves='#include "mfcurves/host/Context.h"\n#include "mfcurves/motion/mfKind.h"\n',
+                mfcurves__host__Context="class MFCURVES_API Context {};\n",
+                mfcurves__motion__mfKind="class mfKind_c {};\n",
+                mfcurves__engine__lexer="struct Token {};\n",
+            ),
+            [],
+        )
+
+    def test_names_what_is_missing(self):
+        self.assertEqual(
+            self.judge(mfcurves__mfcurves="", mfcurves__host__Context="class MFCURVES_API Context {};\n"),
+            ["mfcurves/host/Context.h is public and not included"],
+        )
+
+    def test_names_what_is_internal(self):
+        self.assertEqual(
+            self.judge(
+                mfcurves__mfcurves='#include "mfcurves/engine/lexer.h"\n',
+                mfcurves__engine__lexer="struct Token {};\n",
+            ),
+            ["mfcurves/engine/lexer.h is included and not public"],
+        )
+
+
+if __name__ == "__main__":
+    unittest.main()
