@@ -40,3 +40,6 @@
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+#include "mfcurves/segments/mfSegmentCalculator.h"
