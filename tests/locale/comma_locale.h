@@ -1,0 +1,51 @@
+#pragma once
+
+// A host that writes its decimals with a comma.
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <locale>
+#include <string>
+
+namespace locale_test
+{
+
+/// While it lives, the process stands at a locale whose decimal point is a comma,
+/// for the C library and for C++ streams. Check `holds` before trusting a test to it.
+class CommaLocale
+{
+public:
+    CommaLocale() : streams_(std::locale::global(std::locale(std::locale::classic(), new Comma<char>)))
+    {
+        std::locale::global(std::locale(std::locale(), new Comma<wchar_t>));
+        setenv("LOCPATH", COMMA_LOCALE_FOLDER, 1);
+        std::setlocale(LC_NUMERIC, "comma");
+    }
+    ~CommaLocale()
+    {
+        std::locale::global(streams_);
+        unsetenv("LOCPATH");
+        std::setlocale(LC_ALL, "C");
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+
+    /// printf writes a comma, and strtod stops at a point.
+    bool holds() const
+    {
+        char text[16];
+        std::snprintf(text, sizeof text, "%.1f", 0.5);
+        return std::string(text) == "0,5" && std::strtod("1.5", nullptr) == 1.0;
+    }
+
+private:
+    template <class Char>
+    struct Comma : std::numpunct<Char> {
+        Char do_decimal_point() const override { return Char(','); }
+    };
+
+    std::locale streams_;
+};
+
+}  // namespace locale_test
