@@ -148,6 +148,22 @@ std::wstring widen(std::string_view utf8)
     return wide;
 }
 
+std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size)
+{
+    constexpr std::string_view kReplacementBytes = "\xEF\xBF\xBD";
+    std::size_t written = 0;
+    while (!utf8.empty()) {
+        char32_t codePoint = 0;
+        const std::size_t length = validSequence(utf8, codePoint);
+        const std::string_view piece = length == 0 ? kReplacementBytes : utf8.substr(0, length);
+        if (piece.size() > size - written)
+            break;
+        written += piece.copy(buffer + written, piece.size());
+        utf8.remove_prefix(length == 0 ? 1 : length);
+    }
+    return written;
+}
+
 std::string toUtf8(std::wstring_view text)
 {
     std::string bytes;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -32,6 +33,11 @@ int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::u
 /// UTF-8 to wide text. Every byte that belongs to no valid sequence becomes one
 /// U+FFFD.
 std::wstring widen(std::string_view utf8);
+
+/// Moves text from the front of `utf8` to `buffer`, which takes `size` bytes, and
+/// answers how many were written. Every byte that belongs to no valid sequence
+/// becomes one U+FFFD. From 4 bytes on there is always room for a part of it.
+std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size);
 
 /// Wide text to UTF-8, past the replaceable encoder. What is no code point
 /// becomes U+FFFD.

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,9 +74,14 @@ bool isReadable(const wchar_t* path)
     return ::access(toUtf8(path).c_str(), R_OK) == 0;
 }
 
+std::ifstream openFile(const wchar_t* path)
+{
+    return std::ifstream(toUtf8(path), std::ios::binary);
+}
+
 std::optional<std::string> readFile(const wchar_t* path)
 {
-    std::ifstream file(toUtf8(path), std::ios::binary);
+    std::ifstream file = openFile(path);
     if (!file)
         return std::nullopt;
     std::string content;

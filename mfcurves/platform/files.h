@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,9 @@ constexpr char kDirectorySeparator = '/';
 
 /// True when something at `path` may be read; a folder of that name counts.
 bool isReadable(const wchar_t* path);
+
+/// A file opened for reading bytes; in a failed state when it cannot be opened.
+std::ifstream openFile(const wchar_t* path);
 
 /// The whole content of a file; nothing when it cannot be read to its end.
 std::optional<std::string> readFile(const wchar_t* path);

@@ -85,6 +85,9 @@ public:
     /// Notes which key a profile name of a curve document stands for.
     void rememberDocumentName(const std::string& name, const mfProfileKey_c& key);
 
+    /// True once a profile name of a curve document was noted.
+    bool hasDocumentNames() const { return !documentNameToKey_.empty(); }
+
     /// The key noted for a profile name of a curve document, the empty key if
     /// there is none.
     void lookupDocumentName(const std::string& name, mfProfileKey_c& key);

@@ -1,0 +1,271 @@
+#include "mfcurves/documents/xmlDocument.h"
+
+#include <algorithm>
+#include <libxml/tree.h>
+#include <libxml/xmlsave.h>
+#include <new>
+
+#include "mfcurves/documents/xmlTree.h"
+#include "mfcurves/platform/encoding.h"
+
+namespace mf::documents {
+namespace {
+
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+const char* narrow(const xmlChar* text)
+{
+    return reinterpret_cast<const char*>(text);
+}
+
+const xmlChar* xml(const char* text)
+{
+    return reinterpret_cast<const xmlChar*>(text);
+}
+
+xmlNode* raw(void* node)
+{
+    return static_cast<xmlNode*>(node);
+}
+
+bool holdsText(const xmlNode* node)
+{
+    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
+}
+
+std::string_view content(const xmlNode* node)
+{
+    return node->content ? narrow(node->content) : std::string_view();
+}
+
+bool isBlankText(const xmlNode* node)
+{
+    return node->type == XML_TEXT_NODE &&
+           content(node).find_first_not_of(kWhiteSpace) == std::string_view::npos;
+}
+
+xmlNode* skipBlanks(xmlNode* node)
+{
+    while (node && isBlankText(node))
+        node = node->next;
+    return node;
+}
+
+std::string trimmed(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(kWhiteSpace);
+    if (first == std::string_view::npos)
+        return {};
+    return std::string(text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1));
+}
+
+// The node behind `node` in document order, below `top`; null behind the last.
+xmlNode* nextBelow(const xmlNode* top, xmlNode* node)
+{
+    if (node->type == XML_ELEMENT_NODE && node->children)
+        return node->children;
+    while (node != top && !node->next)
+        node = node->parent;
+    return node == top ? nullptr : node->next;
+}
+
+bool hasName(const xmlNode* node, std::string_view name)
+{
+    return !node->ns && narrow(node->name) == name;
+}
+
+std::vector<std::string_view> namesOf(std::string_view path)
+{
+    std::vector<std::string_view> names;
+    while (!path.empty()) {
+        path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
+        names.push_back(path.substr(0, path.find('/')));
+        path.remove_prefix(names.back().size());
+    }
+    return names;
+}
+
+// The elements on a literal path, one after the other, in one walk over the tree.
+//
+// Of the names before the last one, the walk keeps the elements that matched
+// them on the way from the root down to where it stands. Taking each name at the
+// first element that bears it leaves the most room for the names behind it, so
+// an element is on the path exactly if all of them are matched above it.
+class PathWalk {
+public:
+    PathWalk(const xmlDoc* document, std::string_view path)
+        : document_(document), names_(namesOf(path)), node_(document->children)
+    {
+    }
+
+    // The next element on the path; null behind the last.
+    xmlNode* next()
+    {
+        while (node_) {
+            xmlNode* here = node_;
+            const bool found = here->type == XML_ELEMENT_NODE && above_.size() + 1 == names_.size() &&
+                               hasName(here, names_.back());
+            step();
+            if (found)
+                return here;
+        }
+        return nullptr;
+    }
+
+private:
+    void step()
+    {
+        if (node_->type == XML_ELEMENT_NODE && node_->children) {
+            if (above_.size() + 1 < names_.size() && hasName(node_, names_[above_.size()]))
+                above_.push_back(node_);
+            node_ = node_->children;
+            return;
+        }
+        while (node_ && !node_->next)
+            leave();
+        if (node_)
+            node_ = node_->next;
+    }
+
+    void leave()
+    {
+        xmlNode* parent = node_->parent;
+        node_ = parent == reinterpret_cast<const xmlNode*>(document_) ? nullptr : parent;
+        if (node_ && !above_.empty() && above_.back() == node_)
+            above_.pop_back();
+    }
+
+    const xmlDoc* document_;
+    std::vector<std::string_view> names_;
+    std::vector<const xmlNode*> above_;
+    xmlNode* node_;
+};
+
+bool isXmlCharacter(wchar_t c)
+{
+    if (c < 0x20)
+        return c == L'\t' || c == L'\n' || c == L'\r';
+    return c != 0xFFFE && c != 0xFFFF;
+}
+
+std::string xmlText(const CString& text)
+{
+    std::wstring wide(text.View());
+    std::replace_if(
+        wide.begin(), wide.end(), [](wchar_t c) { return !isXmlCharacter(c); }, L'\uFFFD');
+    return platform::toUtf8(wide);
+}
+
+// The XML engine answers null for one reason only: there is no memory.
+template <class T>
+T* made(T* thing)
+{
+    if (!thing)
+        throw std::bad_alloc();
+    return thing;
+}
+
+}  // namespace
+
+bool XmlNode::isElement() const
+{
+    return raw(node_)->type == XML_ELEMENT_NODE;
+}
+
+XmlNode XmlNode::firstChild() const
+{
+    return XmlNode(skipBlanks(raw(node_)->type == XML_ELEMENT_NODE ? raw(node_)->children : nullptr));
+}
+
+XmlNode XmlNode::nextSibling() const
+{
+    return XmlNode(skipBlanks(raw(node_)->next));
+}
+
+std::string XmlNode::text() const
+{
+    xmlNode* top = raw(node_);
+    xmlNode* child = top->children;
+    if (child && !child->next && holdsText(child))  // nearly every element that is asked
+        return trimmed(content(child));
+
+    std::string joined;
+    for (xmlNode* node = child; node; node = nextBelow(top, node))
+        if (holdsText(node))
+            joined += content(node);
+    return trimmed(joined);
+}
+
+void XmlDocument::NewNode::Free::operator()(void* node) const
+{
+    xmlFreeNode(raw(node));
+}
+
+XmlDocument::Tree::Tree(_xmlDoc* owned) : document(made(owned)) {}
+
+XmlDocument::Tree::~Tree()
+{
+    xmlFreeDoc(document);
+}
+
+std::unique_ptr<XmlDocument::Tree> XmlDocument::emptyTree()
+{
+    return std::make_unique<Tree>(xmlNewDoc(xml("1.0")));
+}
+
+XmlDocument::XmlDocument() : tree_(emptyTree()) {}
+
+XmlDocument::~XmlDocument() = default;
+
+XmlNode XmlDocument::selectSingleNode(std::string_view path) const
+{
+    return XmlNode(PathWalk(tree_->document, path).next());
+}
+
+std::vector<XmlNode> XmlDocument::selectNodes(std::string_view path) const
+{
+    std::vector<XmlNode> found;
+    PathWalk walk(tree_->document, path);
+    while (xmlNode* node = walk.next())
+        found.emplace_back(node);
+    return found;
+}
+
+XmlDocument::NewNode XmlDocument::createElement(const char* name) const
+{
+    return NewNode(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
+}
+
+XmlDocument::NewNode XmlDocument::createProcessingInstruction(const char* target, const char* data) const
+{
+    return NewNode(made(xmlNewDocPI(tree_->document, xml(target), xml(data))));
+}
+
+XmlNode XmlDocument::append(XmlNode parent, NewNode child)
+{
+    xmlNode* above = parent ? raw(parent.node_) : reinterpret_cast<xmlNode*>(tree_->document);
+    return XmlNode(xmlAddChild(above, raw(child.node_.release())));
+}
+
+void XmlDocument::setText(XmlNode element, const CString& text)
+{
+    if (!text.IsEmpty())
+        append(element, NewNode(made(xmlNewDocText(tree_->document, xml(xmlText(text).c_str())))));
+}
+
+void XmlDocument::setAttribute(XmlNode element, const char* name, const CString& value)
+{
+    made(xmlNewProp(raw(element.node_), xml(name), xml(xmlText(value).c_str())));
+}
+
+// The writer makes the declaration a node of its own, so the engine adds none.
+std::string XmlDocument::serialise() const
+{
+    const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer*)> buffer(made(xmlBufferCreate()), xmlBufferFree);
+    xmlSaveCtxt* out = made(xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_DECL));
+    xmlSaveDoc(out, tree_->document);
+    xmlSaveClose(out);
+    return {narrow(xmlBufferContent(buffer.get())), static_cast<std::size_t>(xmlBufferLength(buffer.get()))};
+}
+
+}  // namespace mf::documents

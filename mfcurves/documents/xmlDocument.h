@@ -1,0 +1,114 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "mfcurves/interfaces/CString.h"
+
+namespace mf::documents {
+
+/// An element with more attributes, or with more name prefixes in force, may be
+/// refused: the engine compares each with each. A curve document needs one.
+constexpr int kMostAttributes = 1000;
+
+/// One node of a document, lent by it. Null where a search found nothing.
+///
+/// A child is an element, a text, a CDATA section, a comment or a processing
+/// instruction. White space between elements is none, so that an indented
+/// document has the children of a flat one.
+class XmlNode {
+public:
+    XmlNode() = default;
+    explicit XmlNode(void* node) : node_(node) {}
+
+    explicit operator bool() const { return node_ != nullptr; }
+    bool isElement() const;
+    XmlNode firstChild() const;
+    XmlNode nextSibling() const;
+
+    /// The text and the CDATA sections at all depths below an element, in
+    /// document order and without comments, as UTF-8. White space is taken off
+    /// both ends.
+    std::string text() const;
+
+private:
+    friend class XmlDocument;
+    void* node_ = nullptr;
+};
+
+/// Why a document could not be read.
+struct XmlProblem {
+    std::string message;  ///< one sentence without its full stop; empty for none
+    int line = 0;         ///< from 1; 0 where the place is not known
+    int column = 0;       ///< from 1
+};
+
+/// One XML document as a tree; the only place that knows the XML engine.
+///
+/// A document type declaration is refused, and with it every entity but the five
+/// that XML defines. Nothing is fetched. Nesting deeper than 256 elements and a
+/// text longer than ten million characters are refused. Names with a namespace
+/// match no name.
+/// Errors: a read that fails leaves a document without nodes, and problem() says
+/// why.
+class XmlDocument {
+public:
+    XmlDocument();  ///< no nodes
+    ~XmlDocument();
+    XmlDocument(const XmlDocument&) = delete;
+    XmlDocument& operator=(const XmlDocument&) = delete;
+
+    /// Reads a file in the encoding that it declares, block by block.
+    bool readFile(const wchar_t* path);
+    /// Reads text as UTF-8, with or without a byte order mark and whatever
+    /// encoding it declares. Bytes that are not UTF-8 become U+FFFD.
+    bool readUtf8(std::string_view text);
+    const XmlProblem& problem() const { return problem_; }
+
+    /// The first element in document order on a path such as "//Curve//RangeX//MinX":
+    /// one with the last of the names, and with each of the others somewhere
+    /// above it, in this order. Null for none.
+    XmlNode selectSingleNode(std::string_view path) const;
+    /// All such elements, in document order.
+    std::vector<XmlNode> selectNodes(std::string_view path) const;
+
+    /// A node that stands in no tree yet.
+    class NewNode {
+    public:
+        explicit NewNode(void* node) : node_(node) {}
+
+    private:
+        friend class XmlDocument;
+        struct Free {
+            void operator()(void* node) const;
+        };
+        std::unique_ptr<void, Free> node_;
+    };
+
+    NewNode createElement(const char* name) const;
+    NewNode createProcessingInstruction(const char* target, const char* data) const;
+    /// Puts a node under `parent`, behind its other children; a null parent is
+    /// the document itself.
+    XmlNode append(XmlNode parent, NewNode child);
+    /// Gives an element without children a text. Characters that XML cannot hold
+    /// become U+FFFD; the empty text adds nothing.
+    void setText(XmlNode element, const CString& text);
+    void setAttribute(XmlNode element, const char* name, const CString& value);
+
+    /// The document as UTF-8: its nodes as they stand, nothing added between
+    /// elements, a line feed behind each node of the top level. Empty for a
+    /// document without nodes.
+    std::string serialise() const;
+
+private:
+    struct Tree;
+    class Reader;
+    static std::unique_ptr<Tree> emptyTree();
+
+    std::unique_ptr<Tree> tree_;
+    XmlProblem problem_;
+};
+
+}  // namespace mf::documents

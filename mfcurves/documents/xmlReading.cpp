@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <libxml/SAX2.h>
+#include <libxml/parser.h>
+#include <libxml/xmlerror.h>
+
+#include "mfcurves/documents/xmlTree.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/files.h"
+
+namespace mf::documents {
+namespace {
+
+#if LIBXML_VERSION >= 21200
+using ErrorPointer = const xmlError*;
+#else
+using ErrorPointer = xmlError*;
+#endif
+
+// Fills a buffer of that size and answers how many bytes it wrote: 0 at the end,
+// -1 on a failure.
+using Source = std::function<int(char*, int)>;
+
+// The engine tells of such a limit by the name of the option that lifts it.
+constexpr std::string_view kAdviceOfEngine = " use XML_PARSE_HUGE option";
+
+std::string sentence(const char* message)
+{
+    std::string text = message ? message : "not readable as XML";
+    if (const std::size_t advice = text.find(kAdviceOfEngine); advice != std::string::npos)
+        text.erase(advice, kAdviceOfEngine.size());
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    text.erase(text.find_last_not_of(" .") + 1);
+    return text;
+}
+
+// What the calling thread does with the engine's errors that belong to no parser,
+// a failed conversion among them, for the life of this object.
+class ErrorHandling {
+public:
+    ErrorHandling(xmlStructuredErrorFunc handler, void* context)
+        : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
+    {
+        xmlSetStructuredErrorFunc(context, handler);
+    }
+    ~ErrorHandling() { xmlSetStructuredErrorFunc(context_, handler_); }
+    ErrorHandling(const ErrorHandling&) = delete;
+    ErrorHandling& operator=(const ErrorHandling&) = delete;
+
+private:
+    xmlStructuredErrorFunc handler_;
+    void* context_;
+};
+
+}  // namespace
+
+// One read from a source. The source runs dry at the first problem, so that a
+// document that cannot be read any more costs no more time.
+class XmlDocument::Reader {
+public:
+    Reader(Source source, XmlProblem& problem)
+        : source_(std::move(source)), problem_(problem), parser_(xmlNewParserCtxt())
+    {
+        if (!parser_)
+            throw std::bad_alloc();
+        parser_->_private = this;
+        parser_->sax->internalSubset = refuseTypeDeclaration;
+        parser_->sax->serror = parserError;
+    }
+    ~Reader() { xmlFreeParserCtxt(parser_); }
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+
+    // The document; one without nodes, with the problem told, when it cannot be
+    // used.
+    std::unique_ptr<Tree> run(int options)
+    {
+        const ErrorHandling handling(engineError, this);
+        xmlDoc* document = xmlCtxtReadIO(parser_, readBlock, nullptr, this, nullptr, nullptr,
+                                         options | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
+        // The engine takes a zero byte behind the root for the end of the text.
+        if (document && parser_->input && parser_->input->cur < parser_->input->end)
+            tell("Extra content behind the end of the document");
+        if (!document)
+            tell("Not readable as XML");
+        if (problem_.message.empty())
+            return std::make_unique<Tree>(document);
+        xmlFreeDoc(document);
+        return emptyTree();
+    }
+
+private:
+    static Reader& of(void* parser)
+    {
+        return *static_cast<Reader*>(static_cast<xmlParserCtxt*>(parser)->_private);
+    }
+
+    static int readBlock(void* context, char* buffer, int size)
+    {
+        Reader& reader = *static_cast<Reader*>(context);
+        reader.checkAttributes();
+        if (!reader.problem_.message.empty())
+            return 0;
+        const int got = reader.source_(buffer, size);
+        if (got < 0)
+            reader.tell("The file cannot be read to its end");
+        return std::max(got, 0);
+    }
+
+    // Attributes are compared with each other when their tag is complete, so an
+    // overlong tag has to end before that.
+    void checkAttributes()
+    {
+        constexpr int kFieldsOfAttribute = 5;
+        constexpr int kFieldsOfPrefix = 2;
+        if (parser_->maxatts > 2 * kFieldsOfAttribute * kMostAttributes ||
+            parser_->nsNr > kFieldsOfPrefix * kMostAttributes)
+            tellHere("Too many attributes");
+    }
+
+    static void refuseTypeDeclaration(void* parser, const xmlChar*, const xmlChar*, const xmlChar*)
+    {
+        of(parser).tellHere("A document type declaration is not allowed");
+        xmlStopParser(static_cast<xmlParserCtxt*>(parser));
+    }
+
+    static void parserError(void* parser, ErrorPointer error) { of(parser).take(*error); }
+    static void engineError(void* context, ErrorPointer error)
+    {
+        static_cast<Reader*>(context)->take(*error);
+    }
+
+    // Names without a declared prefix count as badly formed. What the engine says
+    // about validity does not: no document type stands behind these documents.
+    void take(const xmlError& error)
+    {
+        if (error.level < XML_ERR_ERROR || error.domain == XML_FROM_VALID || error.domain == XML_FROM_DTD)
+            return;
+        tell(sentence(error.message), error.line, error.int2);
+    }
+
+    void tellHere(const char* message)
+    {
+        tell(message, parser_->input ? parser_->input->line : 0, parser_->input ? parser_->input->col : 0);
+    }
+
+    // The first problem counts; the others follow from it.
+    void tell(std::string message, int line = 0, int column = 0)
+    {
+        if (problem_.message.empty())
+            problem_ = {std::move(message), line, column};
+    }
+
+    Source source_;
+    XmlProblem& problem_;
+    xmlParserCtxt* parser_;
+};
+
+bool XmlDocument::readFile(const wchar_t* path)
+{
+    std::ifstream file = platform::openFile(path);
+    const Source source = [&file](char* buffer, int size) {
+        file.read(buffer, size);
+        return file.bad() ? -1 : static_cast<int>(file.gcount());
+    };
+    problem_ = {};
+    if (file.is_open()) {
+        tree_ = Reader(source, problem_).run(0);
+    } else {
+        tree_ = emptyTree();
+        problem_.message = "The file cannot be opened";
+    }
+    return problem_.message.empty();
+}
+
+bool XmlDocument::readUtf8(std::string_view text)
+{
+    const Source source = [&text](char* buffer, int size) {
+        return static_cast<int>(platform::moveValidUtf8(text, buffer, static_cast<std::size_t>(size)));
+    };
+    problem_ = {};
+    tree_ = Reader(source, problem_).run(XML_PARSE_IGNORE_ENC);
+    return problem_.message.empty();
+}
+
+}  // namespace mf::documents

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "mfcurves/documents/xmlDocument.h"
+
+struct _xmlDoc;
+
+namespace mf::documents {
+
+// What a document owns of the XML engine.
+struct XmlDocument::Tree {
+    explicit Tree(_xmlDoc* owned);  // throws where there is no document
+    ~Tree();
+    Tree(const Tree&) = delete;
+    Tree& operator=(const Tree&) = delete;
+
+    _xmlDoc* document;
+};
+
+}  // namespace mf::documents
