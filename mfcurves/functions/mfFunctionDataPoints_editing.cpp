@@ -46,9 +46,8 @@ bool mfFunctionDataPoints_c::Copy(mfFunctionDataPoints_c* source)
 
     dataPoints_.reserve(source->dataPoints_.size());
     for (mfDataPoints_c* row : source->dataPoints_) {
-        auto copied = std::make_unique<mfDataPoints_c>();
-        copied->copy(row);
-        dataPoints_.push_back(copied.release());
+        dataPoints_.push_back(new mfDataPoints_c);
+        dataPoints_.back()->copy(row);
     }
     return true;
 }
@@ -195,12 +194,12 @@ void mfFunctionDataPoints_c::expandDataPoints(int row)
         rows.push_back(std::make_unique<mfDataPoints_c>());
         rows.back()->addPoint(expanded.getX(i), expanded.getY(i));
     }
-    dataPoints_.insert(dataPoints_.begin() + row, rows.size(), nullptr);
-    for (int i = 0; i < count; ++i)
-        dataPoints_[static_cast<std::size_t>(row + i)] = rows[static_cast<std::size_t>(i)].release();
+    auto place = dataPoints_.insert(dataPoints_.begin() + row, rows.size(), nullptr);
+    for (std::unique_ptr<mfDataPoints_c>& single : rows)
+        *place++ = single.release();
 
-    delete &iRow(row + count);
-    dataPoints_.erase(dataPoints_.begin() + row + count);
+    delete *place;
+    dataPoints_.erase(place);
 }
 
 bool mfFunctionDataPoints_c::selectDataPoint(int row, mfDataPoints_c*& out)

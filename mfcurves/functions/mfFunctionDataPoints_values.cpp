@@ -1,11 +1,10 @@
-#include <memory>
+#include <map>
 
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/interfaces/IMotionServices.h"
 #include "mfcurves/interfaces/ISimSplineData.h"
-#include "mfcurves/interfaces/QelMotionFunctionContext.h"
-#include "mfcurves/interfaces/QelSession.h"
+#include "mfcurves/interfaces/hostAnswers.h"
 
 namespace {
 
@@ -13,12 +12,6 @@ constexpr int kFewestSamples = 100;
 // 1/99 as the double that the step of 100 samples is made with. A division by 99
 // would round differently.
 constexpr double kStepOfFewestSamples = 0.010101010101010102;
-
-IMotionServices_c* hostServices()
-{
-    QelMotionFunctionContext_c* context = QelSession_c::QelMotionFunctionContext();
-    return context == nullptr ? nullptr : context->getMotionServices();
-}
 
 // The spline numbers its kinds from the other end: linear 2, cubic 1, Akima 0.
 // The same step leads from a type to its kind and back.
@@ -36,7 +29,7 @@ int fromOtherEnd(int number)
 
 mfFunctionDataPoints_c::mfFunctionDataPoints_c()
 {
-    if (IMotionServices_c* services = hostServices())
+    if (IMotionServices_c* services = mf::interfaces::motionServices())
         splineData_ = services->createSplineData();
 }
 
@@ -50,7 +43,7 @@ mfFunctionDataPoints_c::~mfFunctionDataPoints_c()
 void mfFunctionDataPoints_c::setSplineData(ISimSplineData_c* spline)
 {
     if (splineData_ != nullptr && splineData_ != spline) {
-        if (IMotionServices_c* services = hostServices())
+        if (IMotionServices_c* services = mf::interfaces::motionServices())
             services->releaseSplineData(splineData_);
     }
     splineData_ = spline;
@@ -151,18 +144,14 @@ void mfFunctionDataPoints_c::updateForLegacyData(bool pointPerRow)
     if (splineData_ == nullptr)
         return;
 
-    auto row = std::make_unique<mfDataPoints_c>();
-    for (const auto& [x, y] : splineData_->getPointMap()) {
-        row->addPoint(x, y);
-        if (pointPerRow) {
-            dataPoints_.push_back(row.get());
-            row.release();
-            row = std::make_unique<mfDataPoints_c>();
-        }
-    }
-    if (!pointPerRow) {
-        dataPoints_.push_back(row.get());
-        row.release();
+    const std::map<double, double>& points = splineData_->getPointMap();
+    dataPoints_.reserve(pointPerRow ? points.size() : 1);
+    if (!pointPerRow)
+        dataPoints_.push_back(new mfDataPoints_c);
+    for (const auto& [x, y] : points) {
+        if (pointPerRow)
+            dataPoints_.push_back(new mfDataPoints_c);
+        dataPoints_.back()->addPoint(x, y);
     }
 
     const int kind = splineData_->getKind();

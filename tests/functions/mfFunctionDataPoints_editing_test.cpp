@@ -1,0 +1,591 @@
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "tests/functions/dataPointTables.h"
+#include "tests/support/FakeHost.h"
+
+namespace {
+
+using mf::test::Calls;
+using mf::test::FakeHost;
+using mf::test::fill;
+using mf::test::rowOf;
+using mf::test::show;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::vector<int> updateRowsOf(const mfFunctionDataPoints_c& table)
+{
+    std::vector<int> rows{-7};  // what stood there before has to go
+    table.getUpdateRows(rows);
+    return rows;
+}
+
+// The calls by which an edit hands the points over again.
+Calls regenerationOf(mfFunctionDataPoints_c& table)
+{
+    Calls calls{"clearPoints"};
+    for (int i = 0; i < table.getDataPointsCount(); ++i) {
+        mfDataPoints_c* row = nullptr;
+        table.selectDataPoint(i, row);
+        for (int j = 0; j < row->getPointCount(); ++j) {
+            std::ostringstream call;
+            call << "addPoint " << row->getX(j) << ' ' << row->getY(j);
+            calls.push_back(call.str());
+        }
+    }
+    return calls;
+}
+
+class DataPointTable : public testing::Test {
+protected:
+    FakeHost host;
+    mfFunctionDataPoints_c table;
+
+    mf::test::RecordingSpline& spline() { return host.services.spline(); }
+
+    void start(const std::string& rows)
+    {
+        fill(table, rows);
+        ASSERT_EQ(show(table), rows);
+        spline().calls.clear();
+    }
+    bool insert(int row, const std::string& points)
+    {
+        std::unique_ptr<mfDataPoints_c> list = rowOf(points);
+        const int countBefore = table.getDataPointsCount();
+        const bool answer = table.insertDataPoint(row, list.get());
+        if (table.getDataPointsCount() > countBefore)
+            (void)list.release();
+        return answer;
+    }
+    mfDataPoints_c& rowAt(int row)
+    {
+        mfDataPoints_c* found = nullptr;
+        EXPECT_TRUE(table.selectDataPoint(row, found));
+        return *found;
+    }
+};
+
+// Insertion
+
+struct InsertCase {
+    const char* name;
+    const char* before;
+    int row;
+    const char* points;
+    const char* after;
+};
+
+const InsertCase kInsertCases[] = {
+    {"FirstRowNeverClashes", "", 0, "7:9", "7:9"},
+    {"BehindTheLast", "1 2 3", 3, "10:9", "1 2 3 10:9"},
+    {"EqualToTheLastMovesBeyondIt", "1 2 3", 3, "3:9", "1 2 3 4:9"},
+    {"BelowTheLastMovesBeyondIt", "1 2 3", 3, "-5:9", "1 2 3 4:9"},
+    {"JustAboveTheLastStays", "1 2 4", 3, "4.000001:9", "1 2 4 4:9"},  // shown with six digits
+    {"AheadOfTheFirst", "1 2 3", 0, "0.5:9", "0.5:9 1 2 3"},
+    {"EqualToTheFirstMovesAheadOfIt", "1 2 3", 0, "1:9", "0:9 1 2 3"},
+    {"AboveTheFirstMovesAheadOfIt", "1 2 3", 0, "8:9", "0:9 1 2 3"},
+    {"IntoTheGap", "1 2 3", 1, "1.5:9", "1 1.5:9 2 3"},
+    {"BeyondTheGapMovesToItsMiddle", "1 2 3", 1, "7:9", "1 1.5:9 2 3"},
+    {"EqualToTheNextMovesToTheMiddle", "1 2 3", 1, "2:9", "1 1.5:9 2 3"},
+    {"EqualToThePreviousMovesToTheMiddle", "1 2 3", 1, "1:9", "1 1.5:9 2 3"},
+    {"SecondRowAtTheSameX", "5", 1, "5:9", "5 6:9"},
+    {"InsideARowOfSeveralPointsPasses", "1 2,4 6", 1, "3:9", "1 3:9 2,4 6"},
+    {"AtTheEndOfARowOfSeveralPointsMoves", "1 2,4 6", 1, "4:9", "1 1.5:9 2,4 6"},
+    {"GapCountsFromTheEndOfTheRowBefore", "1,3 6", 1, "2:9", "1,3 4.5:9 6"},
+    {"ListOfSeveralFits", "1 6", 1, "2:8,3:9", "1 2:8,3:9 6"},
+    {"ListOfSeveralIsMovedByItsFirstPoint", "1 4", 1, "3,6:9", "1 2.5,6:9 4"},
+    {"ListOfSeveralThatReachesTheLast", "1 4", 2, "4,9", "1 4 5,9"},
+    {"ListThatCannotBeMovedIsLeftOut", "1 4", 2, "3,4.5", "1 4"},
+    {"ListWithoutPointsThatClashesIsLeftOut", "1 4", 2, "-", "1 4"},
+    {"ListWithoutPointsThatFitsIsTaken", "1 4", 0, "-", "- 1 4"},
+    {"NaNAtTheEndIsNoClash", "1 4", 2, "nan:9", "1 4 nan:9"},
+    {"NaNAheadIsNoClash", "1 4", 0, "nan:9", "nan:9 1 4"},
+    {"NaNBetweenMovesToTheMiddle", "1 4", 1, "nan:9", "1 2.5:9 4"},
+    {"InfinityAtTheEndStays", "1 4", 2, "inf:9", "1 4 inf:9"},
+    {"InfinityBetweenMovesToTheMiddle", "1 4", 1, "-inf:9", "1 2.5:9 4"},
+};
+
+void PrintTo(const InsertCase& c, std::ostream* os)
+{
+    *os << '"' << c.points << "\" at row " << c.row << " of \"" << c.before << '"';
+}
+
+class Insert : public DataPointTable, public testing::WithParamInterface<InsertCase> {};
+
+TEST_P(Insert, MovesAClashingRowAndReportsIt)
+{
+    const InsertCase& c = GetParam();
+    start(c.before);
+
+    EXPECT_TRUE(insert(c.row, c.points));
+
+    EXPECT_EQ(show(table), c.after);
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(c.row));
+    EXPECT_EQ(spline().calls, regenerationOf(table));
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, Insert, testing::ValuesIn(kInsertCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(DataPointTable, InsertOutsideTheTableIsRefused)
+{
+    start("1 2 3");
+    for (const int row : {-1, 4}) {
+        ASSERT_TRUE(table.modifyDataPoint(0, 0, 1.0, 0.0));  // leaves update rows
+        spline().calls.clear();
+        EXPECT_FALSE(insert(row, "9")) << row;
+        EXPECT_THAT(updateRowsOf(table), IsEmpty()) << row;
+        EXPECT_THAT(spline().calls, IsEmpty()) << row;
+        EXPECT_EQ(show(table), "1 2 3");
+    }
+}
+
+TEST_F(DataPointTable, InsertOfNothingIsRefused)
+{
+    start("1 2 3");
+    EXPECT_FALSE(table.insertDataPoint(1, nullptr));
+    EXPECT_THAT(updateRowsOf(table), IsEmpty());
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointTable, InsertBeyondTheLargestXCannotLeaveIt)
+{
+    start("1e+300");
+    EXPECT_TRUE(insert(1, "1e300:9"));  // 1.0 vanishes in the sum, so X come out equal
+    EXPECT_EQ(show(table), "1e+300 1e+300:9");
+}
+
+TEST_F(DataPointTable, AppendFollowsTheRulesOfInsertionAndLeavesTheSpline)
+{
+    start("1 2");
+    mfDataPoints_c* clashing = rowOf("2:9").release();
+    EXPECT_TRUE(table.appendDataPoint(clashing));
+    EXPECT_EQ(show(table), "1 2 3:9");
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(2));
+    EXPECT_FALSE(table.appendDataPoint(nullptr));
+    EXPECT_THAT(updateRowsOf(table), IsEmpty());
+    EXPECT_THAT(spline().calls, IsEmpty());
+
+    table.RegenSplineData();
+    EXPECT_THAT(spline().calls, ElementsAre("clearPoints", "addPoint 1 0", "addPoint 2 0", "addPoint 3 9"));
+}
+
+// Modification
+
+struct ModifyXCase {
+    const char* name;
+    const char* before;
+    int row;
+    double x;
+    bool answer;
+    const char* after;
+    std::vector<int> reported;
+};
+
+const ModifyXCase kModifyXCases[] = {
+    {"KeepsItsPlace", "1 2:9 3", 1, 2.5, true, "1 2.5:9 3", {1, 1}},
+    {"MovesToTheEnd", "1 2:9 3", 1, 5.0, true, "1 3 5:9", {1, 2}},
+    {"MovesToTheFront", "1 2:9 3", 1, 0.0, true, "0:9 1 3", {1, 0}},
+    {"MeetsTheNext", "1 2:9 3", 1, 3.0, false, "1 2:9 3", {1}},
+    {"MeetsTheFirst", "1 2:9 3", 1, 1.0, false, "1 2:9 3", {1}},
+    {"MeetsItselfOnly", "1 2:9 3", 1, 2.0, true, "1 2:9 3", {1, 1}},
+    {"OnlyRowGoesAnywhere", "1:9", 0, -40.0, true, "-40:9", {0, 0}},
+    {"FirstBehindTheLast", "1:9 2 3", 0, 4.0, true, "2 3 4:9", {0, 2}},
+    {"LastAheadOfTheFirst", "1 2 3:9", 2, 0.5, true, "0.5:9 1 2", {2, 0}},
+    {"JustBelowTheNext", "1 2:9 3", 1, 2.9999999999999996, true, "1 3:9 3", {1, 1}},  // shown with six digits
+    {"IntoARowOfSeveralPoints", "1:9 2,4 6", 0, 3.0, false, "1:9 2,4 6", {0}},
+    {"BetweenRowsOfSeveralPoints", "1:9 2,4 6,7", 0, 5.0, true, "2,4 5:9 6,7", {0, 1}},
+    {"RowOfSeveralPointsGrows", "1 4,6 8", 1, 2.0, true, "1 2,6 8", {1, 1}},
+    {"RowOfSeveralPointsGrowsInto", "1 4,6 8", 1, 1.0, false, "1 4,6 8", {1}},
+    {"RowOfSeveralPointsKeepsItsOrder", "1 4,6 8", 1, 7.0, true, "1 4,6 8", {1, 1}},
+    {"NaNGoesToTheEnd", "1 2:9 3", 1, kNaN, true, "1 3 nan:9", {1, 2}},
+    {"InfinityGoesToTheEnd", "1 2:9 3", 1, kInfinity, true, "1 3 inf:9", {1, 2}},
+    {"MinusInfinityGoesToTheFront", "1 2:9 3", 1, -kInfinity, true, "-inf:9 1 3", {1, 0}},
+    {"WhereOneMoreIsNoMore", "1 2:9 3", 1, 1e300, true, "1 3 1e+300:9", {1, 2}},
+};
+
+void PrintTo(const ModifyXCase& c, std::ostream* os)
+{
+    *os << "X of row " << c.row << " of \"" << c.before << "\" to " << c.x;
+}
+
+class ModifyX : public DataPointTable, public testing::WithParamInterface<ModifyXCase> {};
+
+TEST_P(ModifyX, MovesTheRowOrRefuses)
+{
+    const ModifyXCase& c = GetParam();
+    start(c.before);
+
+    EXPECT_EQ(table.modifyDataPoint(c.row, 0, c.x, 77.0), c.answer);  // the Y that comes along is ignored
+
+    EXPECT_EQ(show(table), c.after);
+    EXPECT_EQ(updateRowsOf(table), c.reported);
+    EXPECT_EQ(spline().calls, c.answer ? regenerationOf(table) : Calls());
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, ModifyX, testing::ValuesIn(kModifyXCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(DataPointTable, ModifyYChangesYOnlyAndReportsNothing)
+{
+    start("1 2:5 3");
+    EXPECT_TRUE(table.modifyDataPoint(1, 1, 0.0, 9.0));
+    EXPECT_EQ(show(table), "1 2:9 3");
+    EXPECT_THAT(updateRowsOf(table), IsEmpty());
+    EXPECT_EQ(spline().calls, regenerationOf(table));
+}
+
+TEST_F(DataPointTable, ModifyOfAnotherColumnChangesNothing)
+{
+    start("1 2:5 3");
+    for (const int column : {2, -1}) {
+        EXPECT_TRUE(table.modifyDataPoint(1, column, 0.0, 9.0)) << column;
+        EXPECT_EQ(show(table), "1 2:5 3");
+        EXPECT_THAT(updateRowsOf(table), IsEmpty());
+        EXPECT_THAT(spline().calls, IsEmpty());
+    }
+}
+
+TEST_F(DataPointTable, ModifyOutsideTheTableIsRefusedAndForgetsTheUpdateRows)
+{
+    start("1 2 3");
+    for (const int row : {-1, 3}) {
+        for (const int column : {0, 1, 2}) {
+            ASSERT_TRUE(table.modifyDataPoint(0, 0, 0.0, 0.0));
+            spline().calls.clear();
+            EXPECT_FALSE(table.modifyDataPoint(row, column, 9.0, 9.0));
+            EXPECT_THAT(updateRowsOf(table), IsEmpty());
+            EXPECT_THAT(spline().calls, IsEmpty());
+            EXPECT_EQ(show(table), "0 2 3");
+        }
+    }
+}
+
+TEST_F(DataPointTable, ModifyOfARowWithoutPointsFindsItAPlaceByItsZeroRange)
+{
+    ASSERT_TRUE(insert(0, "-"));
+    ASSERT_TRUE(insert(1, "4"));
+    EXPECT_TRUE(table.modifyDataPoint(0, 0, 9.0, 0.0));
+    EXPECT_EQ(show(table), "- 4");
+    EXPECT_TRUE(table.modifyDataPoint(0, 1, 0.0, 9.0));
+    EXPECT_EQ(show(table), "- 4");
+}
+
+// Deletion
+
+TEST_F(DataPointTable, DeleteClosesTheGapAndReportsTheRow)
+{
+    start("1 2 3");
+    EXPECT_TRUE(table.deleteDataPoint(1));
+    EXPECT_EQ(show(table), "1 3");
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(1));
+    EXPECT_EQ(spline().calls, regenerationOf(table));
+}
+
+TEST_F(DataPointTable, DeleteOutsideTheTableIsRefusedAndKeepsTheUpdateRows)
+{
+    start("1 2 3");
+    for (const int row : {-1, 3}) {
+        EXPECT_FALSE(table.deleteDataPoint(row));
+        EXPECT_THAT(updateRowsOf(table), ElementsAre(2));  // of the last insertion
+        EXPECT_THAT(spline().calls, IsEmpty());
+        EXPECT_EQ(show(table), "1 2 3");
+    }
+}
+
+struct DeleteRowsCase {
+    const char* name;
+    std::vector<std::size_t> rows;
+    const char* after;
+};
+
+const DeleteRowsCase kDeleteRowsCases[] = {
+    {"None", {}, "1 2 3 4,5 6"},
+    {"OneTwice", {0, 0}, "2 3 4,5 6"},
+    {"InAnyOrder", {4, 0, 2}, "2 4,5"},
+    {"All", {0, 1, 2, 3, 4}, ""},
+    {"OutsideIsIgnored", {5, 1, static_cast<std::size_t>(-1)}, "1 3 4,5 6"},
+};
+
+class DeleteRows : public DataPointTable, public testing::WithParamInterface<DeleteRowsCase> {};
+
+TEST_P(DeleteRows, ByTheirIndexAtTheTimeOfTheCall)
+{
+    const DeleteRowsCase& c = GetParam();
+    start("1 2 3 4,5 6");
+    EXPECT_TRUE(table.deleteDataPoints(c.rows));
+    EXPECT_EQ(show(table), c.after);
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(4));  // of the last insertion
+    EXPECT_EQ(spline().calls, regenerationOf(table));
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, DeleteRows, testing::ValuesIn(kDeleteRowsCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+// Overlap test
+
+struct OverlapCase {
+    const char* name;
+    const char* table;
+    const char* range;
+    bool answer;
+    int position;
+    std::vector<std::size_t> rows;
+};
+
+const OverlapCase kOverlapCases[] = {
+    {"EmptyTable", "", "1,2", false, 0, {}},
+    {"AheadOfTheTable", "1 2 3", "0,0.5", false, 0, {}},
+    {"AroundOneRow", "1 2 3", "1.5,2.5", true, 1, {1}},
+    {"BetweenRows", "1 2 3", "1.25,1.75", false, 1, {}},
+    {"BehindTheTable", "1 2 3", "4", false, 3, {}},
+    {"EndAtTheFirst", "1 2 3", "0,1", true, 0, {0}},
+    {"StartAtTheLast", "1 2 3", "3,9", true, 2, {2}},
+    {"OverAll", "1 2 3", "0,9", true, 0, {0, 1, 2}},
+    {"OverTheLastTwo", "1 2 3", "1.5,9", true, 1, {1, 2}},
+    {"InsideARowOfSeveralPoints", "1 2,4 6", "3", true, 1, {1}},
+    {"AtTheEndOfARowOfSeveralPoints", "1 2,4 6", "4,5", true, 1, {1}},
+    {"BehindARowOfSeveralPoints", "1 2,4 6", "5", false, 2, {}},
+    {"NaN", "1 2 3", "nan", false, 3, {}},
+    {"Infinity", "1 2 3", "inf", false, 3, {}},
+    {"BehindWhereOneMoreIsNoMore", "1 2 3", "1e300", false, 3, {}},
+    {"LastRowWhereOneMoreIsNoMore", "1 2 1e+300", "1e300", true, 3, {2}},
+};
+
+void PrintTo(const OverlapCase& c, std::ostream* os)
+{
+    *os << '"' << c.range << "\" over \"" << c.table << '"';
+}
+
+class Overlap : public DataPointTable, public testing::WithParamInterface<OverlapCase> {};
+
+TEST_P(Overlap, ListsTheRowsMetAndFindsThePlace)
+{
+    const OverlapCase& c = GetParam();
+    start(c.table);
+    int position = -9;
+    std::vector<std::size_t> rows;
+    EXPECT_EQ(table.IsRangeOverlap(rowOf(c.range).get(), position, rows), c.answer);
+    EXPECT_EQ(position, c.position);
+    EXPECT_EQ(rows, c.rows);
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, Overlap, testing::ValuesIn(kOverlapCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(DataPointTable, OverlapCountsRowsThatTheListHeldBefore)
+{
+    start("1 2 3");
+    int position = -9;
+    std::vector<std::size_t> rows{8};
+    EXPECT_TRUE(table.IsRangeOverlap(rowOf("1.5").get(), position, rows));
+    EXPECT_EQ(position, 0);
+    EXPECT_THAT(rows, ElementsAre(8));
+    EXPECT_FALSE(table.IsRangeOverlap(rowOf("0.5").get(), position, rows));  // ahead of all: not looked at
+    EXPECT_THAT(rows, ElementsAre(8));
+}
+
+TEST_F(DataPointTable, OverlapOfNothingIsNone)
+{
+    start("1 2 3");
+    int position = -9;
+    std::vector<std::size_t> rows;
+    EXPECT_FALSE(table.IsRangeOverlap(nullptr, position, rows));
+    EXPECT_EQ(position, 0);
+    EXPECT_THAT(rows, IsEmpty());
+}
+
+// Search
+
+struct FindCase {
+    const char* name;
+    const char* table;
+    double x;
+    int row;
+};
+
+const FindCase kFindCases[] = {
+    {"EmptyTable", "", 1.0, 0},
+    {"OnlyRow", "1", 1.0, 0},
+    {"OnlyRowFromOutside", "1", 5.0, 0},
+    {"FirstOfTwoGivesTheSecond", "1 2", 1.0, 1},
+    {"SecondOfTwo", "1 2", 2.0, 1},
+    {"AheadOfTwo", "1 2", -3.0, 1},
+    {"BehindTwo", "1 2", 9.0, 1},
+    {"MiddleOfThree", "1 2 3", 2.0, 1},
+    {"LastOfThree", "1 2 3", 3.0, 2},
+    {"FirstOfThreeGivesTheSecond", "1 2 3", 1.0, 1},
+    {"BehindThree", "1 2 3", 9.0, 1},   // the last middle
+    {"AheadOfThree", "1 2 3", 0.0, 0},  // the last middle
+    {"BetweenThree", "1 2 3", 2.5, 1},
+    {"LowerHalfOfFive", "1 2 3 4 5", 2.0, 1},
+    {"UpperHalfOfFive", "1 2 3 4 5", 4.0, 3},
+    {"FirstOfFiveGivesTheSecond", "1 2 3 4 5", 1.0, 1},
+    {"BehindFive", "1 2 3 4 5", 9.0, 3},
+    {"InsideARowOfSeveralPoints", "1 2,4 6", 3.0, 1},
+    {"NaNGoesDown", "1 2 3 4 5", kNaN, 0},
+};
+
+class Find : public DataPointTable, public testing::WithParamInterface<FindCase> {};
+
+TEST_P(Find, BisectsByRange)
+{
+    const FindCase& c = GetParam();
+    start(c.table);
+    EXPECT_EQ(table.findDataPonts(c.x), c.row);
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, Find, testing::ValuesIn(kFindCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+// Reading
+
+TEST_F(DataPointTable, SelectOutsideTheTableGivesNull)
+{
+    start("1 2 3");
+    mfDataPoints_c* row = &rowAt(0);
+    EXPECT_FALSE(table.selectDataPoint(-1, row));
+    EXPECT_EQ(row, nullptr);
+    row = &rowAt(0);
+    EXPECT_FALSE(table.selectDataPoint(3, row));
+    EXPECT_EQ(row, nullptr);
+    EXPECT_TRUE(table.selectDataPoint(2, row));
+    EXPECT_EQ(show(*row), "3");
+}
+
+TEST_F(DataPointTable, CountsPointsAndRows)
+{
+    EXPECT_TRUE(table.isEmpty());
+    EXPECT_EQ(table.getTotalPoints(), 0);
+    EXPECT_EQ(table.getDataPointsCount(), 0);
+    start("1 2,3,4 5");
+    EXPECT_FALSE(table.isEmpty());
+    EXPECT_EQ(table.getTotalPoints(), 5);
+    EXPECT_EQ(table.getDataPointsCount(), 3);
+}
+
+TEST_F(DataPointTable, UpdateRowsMayBeReadAgain)
+{
+    start("1 2 3");
+    ASSERT_TRUE(table.modifyDataPoint(1, 0, 9.0, 0.0));
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(1, 2));
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(1, 2));
+}
+
+TEST_F(DataPointTable, DirectUseOfARowIsUnchecked)
+{
+    start("1 2 3");
+    EXPECT_TRUE(rowAt(0).setX(0, 9.0));
+    rowAt(1).addPoint(50.0, 0.0);
+    EXPECT_EQ(show(table), "9 2,50 3");
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointTable, IsValidWhenEmpty)
+{
+    EXPECT_FALSE(table.IsValid());
+    table.setIndependentVar(mf::IndependentVariableType_Time);
+    table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    EXPECT_TRUE(table.IsValid());
+    EXPECT_TRUE(table.IsDataPoints());
+    EXPECT_FALSE(table.IsSegements());
+    EXPECT_FALSE(table.IsExpression());
+}
+
+// Clearing and copying
+
+TEST_F(DataPointTable, ClearingForgetsTableAndInterpolationAndKeepsThePlots)
+{
+    start("1 2,3");
+    table.setInterpolationType(mf::DataPointInterpolationType_Akima);
+    table.setMotionResult(L"force");
+    table.motionObjectType = 1;
+    table.calculateValue();
+    const mfPoint2D_c* plot = table.getPlottingData0();
+    spline().calls.clear();
+
+    table.clearDataPoints();
+
+    EXPECT_TRUE(table.isEmpty());
+    EXPECT_EQ(table.getInterpolationType(), mf::DataPointInterpolationType_Linear);
+    EXPECT_THAT(updateRowsOf(table), IsEmpty());
+    EXPECT_TRUE(table.getMotionResult().IsEmpty());
+    EXPECT_EQ(table.motionObjectType, 1);
+    EXPECT_EQ(table.getPlottingDataCount(), 100);
+    EXPECT_EQ(table.getPlottingData0(), plot);
+    EXPECT_THAT(spline().calls, ElementsAre("clearPoints"));  // its kind stays
+    EXPECT_EQ(spline().kind, 0);
+}
+
+TEST_F(DataPointTable, CopyIsDeepAndAsksTheSplineOnce)
+{
+    start("1:9 2:8,3:7");
+    table.setInterpolationType(mf::DataPointInterpolationType_Akima);
+    table.setIndependentVar(mf::IndependentVariableType_MotionResult);
+    table.setMotionResult(L"force");
+    table.setMotorDependentVar(mf::MotorDriveType_Velocity);
+    table.setForceTorqueDependentVar(mf::ForceTorqueType_Torque);
+    table.motionObjectType = 1;
+    table.calculateValue();
+
+    mfFunctionDataPoints_c copy;
+    fill(copy, "5");
+    mf::test::RecordingSpline& spline = *host.services.lent.back();
+    spline.calls.clear();
+    EXPECT_TRUE(copy.Copy(&table));
+
+    EXPECT_EQ(show(copy), "1:9 2:8,3:7");
+    EXPECT_THAT(spline.calls, ElementsAre("clearPoints", "setKind 0", "copyFrom"));
+    EXPECT_THAT(spline.points, ElementsAre(testing::Pair(1, 9), testing::Pair(2, 8), testing::Pair(3, 7)));
+    EXPECT_EQ(copy.getInterpolationType(), mf::DataPointInterpolationType_Akima);
+    EXPECT_EQ(copy.getIndependentVar(), mf::IndependentVariableType_MotionResult);
+    EXPECT_TRUE(copy.getMotionResult() == L"force");
+    EXPECT_EQ(copy.getMotorDependentVar(), mf::MotorDriveType_Velocity);
+    EXPECT_EQ(copy.getForceTorqueDependentVar(), mf::ForceTorqueType_Torque);
+    EXPECT_EQ(copy.motionObjectType, 0);
+    EXPECT_THAT(updateRowsOf(copy), IsEmpty());
+    EXPECT_EQ(copy.getPlottingData0(), nullptr);
+
+    ASSERT_TRUE(rowAt(0).setX(0, 0.5));
+    EXPECT_EQ(show(copy), "1:9 2:8,3:7");
+}
+
+TEST_F(DataPointTable, CopyOfNothingIsRefusedAndOfItselfDoesNothing)
+{
+    start("1:9 2");
+    EXPECT_FALSE(table.Copy(nullptr));
+    EXPECT_TRUE(table.Copy(&table));
+    EXPECT_EQ(show(table), "1:9 2");
+    EXPECT_THAT(updateRowsOf(table), ElementsAre(1));
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointTable, ShallowCopiesShareAllPointers)
+{
+    start("1:9 2");
+    table.calculateValue();
+    // Only one of the two may be destroyed, so the copy is never.
+    alignas(mfFunctionDataPoints_c) unsigned char storage[sizeof(mfFunctionDataPoints_c)];
+    auto* copy = new (storage) mfFunctionDataPoints_c(table);
+    mfDataPoints_c* row = nullptr;
+    ASSERT_TRUE(copy->selectDataPoint(1, row));
+    EXPECT_EQ(row, &rowAt(1));
+    EXPECT_EQ(copy->getSplineData(), table.getSplineData());
+    EXPECT_EQ(copy->getPlottingData3(), table.getPlottingData3());
+    EXPECT_THAT(updateRowsOf(*copy), ElementsAre(1));
+}
+
+}  // namespace

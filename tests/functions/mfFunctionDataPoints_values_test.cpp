@@ -1,0 +1,477 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "tests/functions/dataPointTables.h"
+#include "tests/support/FakeHost.h"
+
+namespace {
+
+using mf::test::Calls;
+using mf::test::FakeHost;
+using mf::test::fill;
+using mf::test::RecordingSpline;
+using mf::test::rowOf;
+using mf::test::show;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+constexpr double kOneNinetyNinth = 0.010101010101010102;
+
+// One point a row, at first, first + step and so on.
+void fillEvenly(mfFunctionDataPoints_c& table, int count, double first, double step)
+{
+    for (int i = 0; i < count; ++i)
+        table.appendDataPoint(new mfDataPoints_c(new mfPoint2D_c(first + i * step, 1.0)));
+}
+
+class DataPointValues : public testing::Test {
+protected:
+    FakeHost host;
+    mfFunctionDataPoints_c function;
+
+    RecordingSpline& spline() { return host.services.spline(); }
+
+    void start(const std::string& rows)
+    {
+        fill(function, rows);
+        spline().calls.clear();
+        host.calls.clear();
+    }
+    double stepOfPlot() const
+    {
+        return function.getPlottingData0()[1].x() - function.getPlottingData0()[0].x();
+    }
+};
+
+// The spline's life
+
+TEST_F(DataPointValues, ANewFunctionAsksForASplineAndTellsItNothing)
+{
+    EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "createSplineData"));
+    EXPECT_EQ(function.getSplineData(), &spline());
+    EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Linear);
+    EXPECT_THAT(spline().calls, IsEmpty());
+    EXPECT_EQ(function.getPlottingDataCount(), 0);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(function.getPlottingData(order), nullptr);
+}
+
+TEST(DataPointSpline, GoesBackOnceWithTheFunction)
+{
+    FakeHost host;
+    {
+        const mfFunctionDataPoints_c function;
+        host.calls.clear();
+    }
+    EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "releaseSplineData"));
+    EXPECT_EQ(host.services.takenBack.size(), 1u);
+}
+
+TEST(DataPointSpline, IsReplacedAndTheOldOneGoesBack)
+{
+    FakeHost host;
+    ISimSplineData_c* replacement = host.services.createSplineData();
+    {
+        mfFunctionDataPoints_c function;
+        const ISimSplineData_c* first = function.getSplineData();
+        function.setSplineData(replacement);
+        EXPECT_EQ(function.getSplineData(), replacement);
+        ASSERT_EQ(host.services.takenBack.size(), 1u);
+        EXPECT_EQ(host.services.takenBack.front().get(), first);
+    }
+    EXPECT_EQ(host.services.takenBack.size(), 2u);
+}
+
+TEST_F(DataPointValues, SettingTheSplineThatIsHeldGivesNothingBack)
+{
+    host.calls.clear();
+    function.setSplineData(&spline());
+    EXPECT_EQ(function.getSplineData(), &spline());
+    EXPECT_THAT(host.calls, IsEmpty());
+}
+
+TEST_F(DataPointValues, SettingNoSplineGivesTheOldOneBackAndLaterNoneTwice)
+{
+    ISimSplineData_c* lent = &spline();
+    function.setSplineData(nullptr);
+    EXPECT_EQ(function.getSplineData(), nullptr);
+    ASSERT_EQ(host.services.takenBack.size(), 1u);
+    EXPECT_EQ(host.services.takenBack.front().get(), lent);
+    host.calls.clear();
+    function.setSplineData(nullptr);
+    EXPECT_THAT(host.calls, IsEmpty());
+}
+
+TEST(DataPointSpline, IsReplacedWithoutServicesAndNotGivenBack)
+{
+    FakeHost host;
+    mfFunctionDataPoints_c function;
+    RecordingSpline* lent = &host.services.spline();
+    host.servicesAnswer = nullptr;
+    RecordingSpline own;
+    function.setSplineData(&own);
+    EXPECT_EQ(function.getSplineData(), &own);
+    EXPECT_THAT(host.services.takenBack, IsEmpty());
+
+    host.servicesAnswer = &host.services;
+    host.services.releaseSplineData(lent);
+    host.servicesAnswer = nullptr;  // nothing for the destructor to give `own` to
+    EXPECT_EQ(function.evaluate(1.0, 1), 11.0);
+}
+
+TEST(DataPointSpline, IsAbsentWithoutServicesOrContext)
+{
+    {
+        FakeHost host;
+        host.servicesAnswer = nullptr;
+        mfFunctionDataPoints_c function;
+        EXPECT_EQ(function.getSplineData(), nullptr);
+    }
+    mfFunctionDataPoints_c function;
+    EXPECT_EQ(function.getSplineData(), nullptr);
+}
+
+// Every operation that would turn to the spline.
+TEST(DataPointSpline, IsNeverMissedWhereThereIsNone)
+{
+    mfFunctionDataPoints_c function;
+    fill(function, "1:5 2:6 3:7");
+    EXPECT_EQ(show(function), "1:5 2:6 3:7");
+    EXPECT_TRUE(function.modifyDataPoint(0, 0, 4.0, 0.0));
+    EXPECT_TRUE(function.modifyDataPoint(0, 1, 0.0, 9.0));
+    EXPECT_TRUE(function.deleteDataPoint(1));
+    EXPECT_TRUE(function.deleteDataPoints({1}));
+    EXPECT_EQ(show(function), "2:9");
+    function.setInterpolationType(mf::DataPointInterpolationType_Cubic);
+    EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Cubic);
+    function.RegenSplineData();
+    EXPECT_EQ(function.evaluate(2.0, 0), 0.0);
+    double y0 = 1.0;
+    double y1 = 1.0;
+    double y2 = 1.0;
+    double y3 = 1.0;
+    function.calculateValue(2.0, y0, y1, y2, y3);
+    EXPECT_THAT((std::vector<double>{y0, y1, y2, y3}), testing::Each(0.0));
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingData3()[99].x(), 2.0);
+    EXPECT_EQ(function.getPlottingData3()[99].y(), 0.0);
+
+    mfFunctionDataPoints_c copy;
+    EXPECT_TRUE(copy.Copy(&function));
+    EXPECT_EQ(show(copy), "2:9");
+    function.ClearFunction();
+    EXPECT_TRUE(function.isEmpty());
+}
+
+TEST_F(DataPointValues, ACopyBetweenAFunctionWithASplineAndOneWithout)
+{
+    start("1:5 2:6");
+    host.servicesAnswer = nullptr;
+    mfFunctionDataPoints_c bare;
+    EXPECT_TRUE(bare.Copy(&function));
+    EXPECT_EQ(show(bare), "1:5 2:6");
+    EXPECT_TRUE(function.Copy(&bare));
+    EXPECT_EQ(show(function), "1:5 2:6");
+    EXPECT_THAT(spline().calls, ElementsAre("clearPoints", "setKind 2"));  // and no copyFrom of nothing
+    host.servicesAnswer = &host.services;
+}
+
+TEST_F(DataPointValues, RegenerationHandsOverEveryPointOfEveryRow)
+{
+    start("1:5 2:6,3:7 4:8");
+    function.RegenSplineData();
+    EXPECT_THAT(spline().calls,
+                ElementsAre("clearPoints", "addPoint 1 5", "addPoint 2 6", "addPoint 3 7", "addPoint 4 8"));
+}
+
+// Interpolation
+
+TEST_F(DataPointValues, InterpolationTypeIsTheKindCountedFromTheOtherEnd)
+{
+    function.setInterpolationType(mf::DataPointInterpolationType_Akima);
+    function.setInterpolationType(mf::DataPointInterpolationType_Cubic);
+    function.setInterpolationType(mf::DataPointInterpolationType_Linear);
+    EXPECT_THAT(spline().calls, ElementsAre("setKind 0", "setKind 1", "setKind 2"));
+}
+
+TEST_F(DataPointValues, UnknownInterpolationTypeIsStoredAndNotPassedOn)
+{
+    for (const int type : {-1, 3, 1000}) {
+        function.setInterpolationType(static_cast<mf::DataPointInterpolationType_e>(type));
+        EXPECT_EQ(function.getInterpolationType(), type);
+    }
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointValues, ChangingTheInterpolationLeavesPointsAndPlots)
+{
+    start("1:5 2:6");
+    function.calculateValue();
+    const mfPoint2D_c* plot = function.getPlottingData0();
+    spline().calls.clear();
+    function.setInterpolationType(mf::DataPointInterpolationType_Cubic);
+    EXPECT_THAT(spline().calls, ElementsAre("setKind 1"));
+    EXPECT_EQ(function.getPlottingData0(), plot);
+}
+
+// Values
+
+TEST_F(DataPointValues, EvaluationMakesTheOneCallOfItsOrder)
+{
+    start("1:5 2:6");
+    EXPECT_EQ(function.evaluate(7.5, 0), 7.5);
+    EXPECT_EQ(function.evaluate(7.5, 1), 17.5);
+    EXPECT_EQ(function.evaluate(-7.5, 2), 12.5);
+    EXPECT_EQ(function.evaluate(7.5, 3), 37.5);
+    EXPECT_THAT(spline().calls, ElementsAre("getValue 7.5", "getFirstDerivative 7.5",
+                                            "getSecondDerivative -7.5", "getThirdDerivative 7.5"));
+}
+
+TEST_F(DataPointValues, EvaluationOfAnotherOrderIsZeroWithoutACall)
+{
+    start("1:5 2:6");
+    EXPECT_EQ(function.evaluate(1.0, 4), 0.0);
+    EXPECT_EQ(function.evaluate(1.0, -1), 0.0);
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointValues, CalculationAtAnXAsksForAllFourInOrder)
+{
+    double y0 = 0.0;
+    double y1 = 0.0;
+    double y2 = 0.0;
+    double y3 = 0.0;
+    function.calculateValue(2.5, y0, y1, y2, y3);  // an empty table is the spline's affair
+    EXPECT_THAT((std::vector<double>{y0, y1, y2, y3}), ElementsAre(2.5, 12.5, 22.5, 32.5));
+    EXPECT_THAT(spline().calls, ElementsAre("getValue 2.5", "getFirstDerivative 2.5",
+                                            "getSecondDerivative 2.5", "getThirdDerivative 2.5"));
+}
+
+// Plotting
+
+TEST_F(DataPointValues, DomainReachesFromTheFirstRowToTheLast)
+{
+    double start = 1.0;
+    double end = 1.0;
+    function.getDomian(start, end);
+    EXPECT_EQ(start, 0.0);
+    EXPECT_EQ(end, 0.0);
+    fill(function, "1,2 3 4,9");
+    function.getDomian(start, end);
+    EXPECT_EQ(start, 1.0);
+    EXPECT_EQ(end, 9.0);
+}
+
+TEST_F(DataPointValues, EmptyTablePlotsNoSamples)
+{
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingDataCount(), 0);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_NE(function.getPlottingData(order), nullptr);
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
+TEST_F(DataPointValues, OnePointIsPlottedAHundredTimes)
+{
+    start("3:5");
+    function.calculateValue();
+    ASSERT_EQ(function.getPlottingDataCount(), 100);
+    for (int i = 0; i < 100; ++i)
+        EXPECT_EQ(function.getPlottingData2()[i].x(), 3.0);
+}
+
+TEST_F(DataPointValues, UpToAHundredPointsTheStepIsMadeWithTheConstant)
+{
+    fillEvenly(function, 100, 0.0, 0.7);
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingDataCount(), 100);
+    const double end = 99 * 0.7;
+    EXPECT_NE(end * kOneNinetyNinth, end / 99.0);  // so the two can be told apart here
+    EXPECT_EQ(stepOfPlot(), end * kOneNinetyNinth);
+}
+
+TEST_F(DataPointValues, AboveAHundredPointsTheStepIsADivision)
+{
+    fillEvenly(function, 101, 0.0, 0.7);
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingDataCount(), 101);
+    EXPECT_EQ(stepOfPlot(), 100 * 0.7 / 100.0);
+}
+
+TEST_F(DataPointValues, SamplesCountPointsAndNotRows)
+{
+    auto row = std::make_unique<mfDataPoints_c>();
+    for (int i = 0; i < 150; ++i)
+        row->addPoint(i, 0.0);
+    ASSERT_TRUE(function.insertDataPoint(0, row.release()));
+    function.setPlottingDataCount();
+    EXPECT_EQ(function.getPlottingDataCount(), 150);
+    EXPECT_EQ(function.getPlottingData0(), nullptr);  // counted, not built
+}
+
+TEST_F(DataPointValues, SamplesRunByRepeatedAdditionAndAskForAllFourInOrder)
+{
+    start("0.1 1.3");
+    function.calculateValue();
+    ASSERT_EQ(function.getPlottingDataCount(), 100);
+    const double step = (1.3 - 0.1) * kOneNinetyNinth;
+    double x = 0.1;
+    for (int i = 0; i < 100; ++i) {
+        for (int order = 0; order <= 3; ++order) {
+            EXPECT_EQ(function.getPlottingData(order)[i].x(), x);
+            EXPECT_EQ(function.getPlottingData(order)[i].y(), x + 10.0 * order);
+        }
+        x += step;
+    }
+    EXPECT_NE(function.getPlottingData0()[99].x(), 0.1 + 99 * step);  // as rounding has it
+    ASSERT_EQ(spline().calls.size(), 400u);
+    EXPECT_THAT(Calls(spline().calls.begin(), spline().calls.begin() + 5),
+                ElementsAre("getValue 0.1", "getFirstDerivative 0.1", "getSecondDerivative 0.1",
+                            "getThirdDerivative 0.1", "getValue 0.112121"));
+}
+
+TEST_F(DataPointValues, PlotsAreByOrderAndNullOutsideIt)
+{
+    start("1 2");
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingData(0), function.getPlottingData0());
+    EXPECT_EQ(function.getPlottingData(1), function.getPlottingData1());
+    EXPECT_EQ(function.getPlottingData(2), function.getPlottingData2());
+    EXPECT_EQ(function.getPlottingData(3), function.getPlottingData3());
+    EXPECT_EQ(function.getPlottingData(-1), nullptr);
+    EXPECT_EQ(function.getPlottingData(4), nullptr);
+}
+
+TEST_F(DataPointValues, EditsLeaveThePlotsAlone)
+{
+    start("1 2");
+    function.calculateValue();
+    const mfPoint2D_c* plot = function.getPlottingData0();
+    ASSERT_TRUE(function.modifyDataPoint(1, 0, 5.0, 0.0));
+    ASSERT_TRUE(function.deleteDataPoint(0));
+    EXPECT_EQ(function.getPlottingData0(), plot);
+    EXPECT_EQ(plot[0].x(), 1.0);
+    EXPECT_EQ(function.getPlottingDataCount(), 100);
+}
+
+// Older data
+
+struct LegacyCase {
+    const char* name;
+    bool pointPerRow;
+    std::map<double, double> points;
+    const char* table;
+};
+
+const LegacyCase kLegacyCases[] = {
+    {"PointPerRow", true, {{3, 7}, {1, 5}, {2, 6}}, "1:5 2:6 3:7"},
+    {"OneRow", false, {{3, 7}, {1, 5}, {2, 6}}, "1:5,2:6,3:7"},
+    {"PointPerRowOfNoPoints", true, {}, ""},
+    {"OneRowOfNoPoints", false, {}, "-"},
+};
+
+class Legacy : public DataPointValues, public testing::WithParamInterface<LegacyCase> {};
+
+TEST_P(Legacy, TableIsRebuiltFromTheSpline)
+{
+    const LegacyCase& c = GetParam();
+    start("40 50");
+    spline().points = c.points;
+    spline().kind = 0;
+    function.updateForLegacyData(c.pointPerRow);
+    EXPECT_EQ(show(function), c.table);
+    EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Akima);
+    EXPECT_EQ(function.getPlottingDataCount(), c.points.empty() ? 0 : 100);
+    EXPECT_NE(function.getPlottingData0(), nullptr);
+    // Nothing is handed back to the spline; the plot is all that follows.
+    ASSERT_EQ(spline().calls.size(), c.points.empty() ? 2u : 402u);
+    EXPECT_EQ(spline().calls[0], "getPointMap");
+    EXPECT_EQ(spline().calls[1], "getKind");
+    std::vector<int> rows;
+    function.getUpdateRows(rows);
+    EXPECT_THAT(rows, ElementsAre(1));  // of the last insertion
+}
+
+INSTANTIATE_TEST_SUITE_P(DataPoints, Legacy, testing::ValuesIn(kLegacyCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(DataPointValues, LegacyKindsAreReadBackwardsAndUnknownOnesIgnored)
+{
+    const std::vector<std::pair<int, int>> kinds = {{0, 2}, {1, 1}, {2, 0}, {3, 0}, {-1, 0}};
+    for (const auto& [kind, type] : kinds) {
+        spline().kind = kind;
+        function.updateForLegacyData(true);
+        EXPECT_EQ(function.getInterpolationType(), type) << kind;
+    }
+}
+
+TEST_F(DataPointValues, LegacyDataWithoutASplineEmptiesTheTableAlone)
+{
+    start("1 2");
+    function.calculateValue();
+    const mfPoint2D_c* plot = function.getPlottingData0();
+    function.setSplineData(nullptr);
+    function.updateForLegacyData(false);
+    EXPECT_TRUE(function.isEmpty());
+    EXPECT_EQ(function.getPlottingData0(), plot);
+    EXPECT_EQ(function.getPlottingDataCount(), 100);
+}
+
+TEST_F(DataPointValues, ExpandingMakesARowOfEachPointAndTouchesNothingElse)
+{
+    start("1 2:5,4:6,3:7 9");  // a row may be out of order in itself
+    function.expandDataPoints(1);
+    EXPECT_EQ(show(function), "1 2:5 4:6 3:7 9");
+    EXPECT_THAT(spline().calls, IsEmpty());
+    std::vector<int> rows;
+    function.getUpdateRows(rows);
+    EXPECT_THAT(rows, ElementsAre(2));
+    EXPECT_EQ(function.getPlottingData0(), nullptr);
+}
+
+TEST_F(DataPointValues, ExpandingARowOfOnePointMakesANewRow)
+{
+    start("1 2:5 9");
+    mfDataPoints_c* before = nullptr;
+    ASSERT_TRUE(function.selectDataPoint(1, before));
+    const auto address = reinterpret_cast<std::uintptr_t>(before);
+    function.expandDataPoints(1);
+    EXPECT_EQ(show(function), "1 2:5 9");
+    mfDataPoints_c* after = nullptr;
+    ASSERT_TRUE(function.selectDataPoint(1, after));
+    EXPECT_NE(reinterpret_cast<std::uintptr_t>(after), address);
+}
+
+TEST_F(DataPointValues, ExpandingARowOfNoPointsTakesItAway)
+{
+    ASSERT_TRUE(function.insertDataPoint(0, rowOf("-").release()));
+    function.expandDataPoints(0);
+    EXPECT_TRUE(function.isEmpty());
+}
+
+TEST_F(DataPointValues, ExpandingOutsideTheTableDoesNothing)
+{
+    start("1 2:5 9");
+    function.expandDataPoints(-1);
+    function.expandDataPoints(3);
+    EXPECT_EQ(show(function), "1 2:5 9");
+}
+
+TEST_F(DataPointValues, OlderDataComesBackToOnePointARow)
+{
+    start("1");
+    spline().points = {{1, 5}, {2, 6}, {3, 7}};
+    function.updateForLegacyData(false);
+    function.expandDataPoints(0);
+    EXPECT_EQ(show(function), "1:5 2:6 3:7");
+}
+
+}  // namespace
