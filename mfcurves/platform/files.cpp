@@ -1,8 +1,11 @@
 #include "mfcurves/platform/files.h"
 
 #include <array>
-#include <cstdio>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,45 +14,46 @@
 namespace mf::platform {
 namespace {
 
-// Closes the file it holds, and removes it unless it was renamed to its place.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const std::string& target) : path_(target + ".XXXXXX")
-    {
-        descriptor_ = ::mkstemp(path_.data());
+bool writeAll(int descriptor, std::string_view content)
+{
+    while (!content.empty()) {
+        const ssize_t written = ::write(descriptor, content.data(), content.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        content.remove_prefix(static_cast<std::size_t>(written));
     }
-    ~TemporaryFile()
+    return true;
+}
+
+// A new file in the folder of `target`, under a name that no other file bears. It
+// is closed and removed at the end unless it was renamed to its place.
+class FileBeside {
+public:
+    explicit FileBeside(const std::string& target)
+    {
+        static std::atomic<unsigned> count = 0;
+        const std::string folder = target.substr(0, target.rfind(kDirectorySeparator) + 1);
+        const std::string start = folder + ".mfcurves-" + std::to_string(::getpid()) + "-";
+        do {
+            path_ = start + std::to_string(count++);
+            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        } while (descriptor_ < 0 && errno == EEXIST);
+    }
+    ~FileBeside()
     {
         if (descriptor_ >= 0) {
             ::close(descriptor_);
             ::unlink(path_.c_str());
         }
     }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
 
-    bool write(std::string_view content)
-    {
-        while (!content.empty()) {
-            const ssize_t written = ::write(descriptor_, content.data(), content.size());
-            if (written <= 0)
-                return false;
-            content.remove_prefix(static_cast<std::size_t>(written));
-        }
-        return true;
-    }
-
-    // The new file bears the rights of the one that it replaces, or those that a
-    // new file gets.
-    bool takeRights(const std::string& target) const
-    {
-        struct stat old {};
-        if (::stat(target.c_str(), &old) == 0)
-            return ::fchmod(descriptor_, old.st_mode & 07777) == 0;
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        return ::fchmod(descriptor_, 0666 & ~mask) == 0;
-    }
+    bool isOpen() const { return descriptor_ >= 0; }
+    bool write(std::string_view content) { return writeAll(descriptor_, content); }
+    bool takeRights(mode_t rights) { return ::fchmod(descriptor_, rights & 07777) == 0; }
 
     bool renameTo(const std::string& target)
     {
@@ -60,12 +64,27 @@ public:
         return true;
     }
 
-    bool isOpen() const { return descriptor_ >= 0; }
-
 private:
     std::string path_;
     int descriptor_ = -1;
 };
+
+// A device or a pipe is no file that could be replaced: it is written to.
+bool writeStraight(const std::string& target, std::string_view content)
+{
+    const int descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool written = writeAll(descriptor, content);
+    return ::close(descriptor) == 0 && written;
+}
+
+// Where a path leads behind its links; the path itself when nothing is there.
+std::string resolved(const std::string& path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    return real ? real.get() : path;
+}
 
 }  // namespace
 
@@ -95,9 +114,15 @@ std::optional<std::string> readFile(const wchar_t* path)
 
 bool replaceFile(const wchar_t* path, std::string_view content)
 {
-    const std::string target = toUtf8(path);
-    TemporaryFile file(target);
-    return file.isOpen() && file.write(content) && file.takeRights(target) && file.renameTo(target);
+    const std::string target = resolved(toUtf8(path));
+    struct stat old {};
+    const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (exists && !S_ISREG(old.st_mode))
+        return !S_ISDIR(old.st_mode) && writeStraight(target, content);
+
+    FileBeside file(target);
+    return file.isOpen() && file.write(content) && (!exists || file.takeRights(old.st_mode)) &&
+           file.renameTo(target);
 }
 
 std::wstring fileStem(const std::wstring& path)
