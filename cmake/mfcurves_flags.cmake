@@ -14,3 +14,8 @@ if(MFCURVES_FUZZ)
   # Coverage feedback in the library; each fuzz target adds the fuzzer's main.
   target_compile_options(mfcurves_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+if(CMAKE_EXE_LINKER_FLAGS MATCHES "mold")
+  # Where all thread-local data is zero, mold 1.10 protects memory that is not
+  # there, and the program does not start.
+  target_link_options(mfcurves_flags INTERFACE -Wl,-z,norelro)
+endif()

@@ -2,6 +2,8 @@
 
 /// The whole public surface of the library in one include.
 
+#include "mfcurves/documents/mfCurveDocument.h"
+#include "mfcurves/documents/readCurve.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "mfcurves/interfaces/CString.h"
+#include "mfcurves/platform/mfExport.h"
 
 class mfFunctionData_c;
 
@@ -23,6 +24,7 @@ struct ReadOutcome {
 /// which element is missing, which has a text that is not known and which texts
 /// are, which motion result the host lacks, which version it is, or which object
 /// it is for.
-ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer);
+MFCURVES_API ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer,
+                                   std::string buffer);
 
 }  // namespace mf::documents

@@ -74,6 +74,11 @@ struct BufferCase {
     const char* read;  // text of "a"
 };
 
+void PrintTo(const BufferCase& c, std::ostream* os)
+{
+    *os << c.name;
+}
+
 const BufferCase kBufferCases[] = {
     {"Plain", "<a>1</a>", true, "1"},
     {"ByteOrderMark", "\xEF\xBB\xBF<a>1</a>", true, "1"},

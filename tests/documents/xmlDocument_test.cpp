@@ -173,6 +173,11 @@ struct TextCase {
     const char* text;
 };
 
+void PrintTo(const TextCase& c, std::ostream* os)
+{
+    *os << c.inside;
+}
+
 const TextCase kTextCases[] = {
     {"Plain", "abc", "abc"},
     {"Empty", "", ""},
@@ -206,6 +211,11 @@ struct ChildrenCase {
     const char* inside;
     const char* kinds;  // one letter a child: e an element, - something else
 };
+
+void PrintTo(const ChildrenCase& c, std::ostream* os)
+{
+    *os << c.inside;
+}
 
 const ChildrenCase kChildrenCases[] = {
     {"None", "", ""},
@@ -242,6 +252,11 @@ struct RefusedCase {
     const char* xml;
     const char* problem;  // its beginning
 };
+
+void PrintTo(const RefusedCase& c, std::ostream* os)
+{
+    *os << c.xml;
+}
 
 const RefusedCase kRefusedCases[] = {
     {"Empty", "", "1:1 Document is empty"},
@@ -507,6 +522,11 @@ struct WrittenTextCase {
     const char* written;
     const char* read;
 };
+
+void PrintTo(const WrittenTextCase& c, std::ostream* os)
+{
+    *os << c.written;
+}
 
 const WrittenTextCase kWrittenTextCases[] = {
     {"Markup", L"a<b>&c;\"'", "a&lt;b&gt;&amp;c;\"'", "a<b>&c;\"'"},
