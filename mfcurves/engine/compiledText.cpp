@@ -1,0 +1,49 @@
+#include "mfcurves/engine/compiledText.h"
+
+#include "mfcurves/engine/differentiation.h"
+#include "mfcurves/engine/parser.h"
+
+namespace mf::engine
+{
+
+CompiledText::Answer CompiledText::compile(std::wstring_view text,
+                                           const std::optional<std::wstring_view>& variableName)
+{
+    auto compiled = std::make_shared<CompiledText>();
+    auto parsed = parseText(text, variableName, compiled->graph_, compiled->parameters_);
+    if (auto* error = std::get_if<ParseError>(&parsed))
+        return std::move(*error);
+    compiled->root_ = std::get<NodeId>(parsed);
+    compiled->translator_.clear(static_cast<std::uint32_t>(compiled->parameterCount()));
+    compiled->sections_.push_back(
+        std::make_unique<const Section>(compiled->translator_.translate(compiled->graph_, compiled->root_)));
+    return compiled;
+}
+
+const Section* CompiledText::section(std::size_t order)
+{
+    const std::lock_guard lock(mutex_);
+    while (sections_.size() <= order) {
+        const NodeId derivative = differentiate(graph_, root_);
+        if (derivative == kNoNode)
+            return nullptr;
+        root_ = derivative;
+        sections_.push_back(std::make_unique<const Section>(translator_.translate(graph_, root_)));
+    }
+    return sections_[order].get();
+}
+
+std::size_t CompiledText::bytes()
+{
+    const std::lock_guard lock(mutex_);
+    std::size_t total = sizeof *this + graph_.bytes() + translator_.bytes();
+    for (const auto& section : sections_) {
+        total += section->code.capacity() * sizeof(Instruction) +
+                 section->coefficients.capacity() * sizeof(double) +
+                 section->lists.capacity() * sizeof(std::uint32_t) +
+                 section->constants.capacity() * sizeof(Section::Constant);
+    }
+    return total;
+}
+
+}  // namespace mf::engine

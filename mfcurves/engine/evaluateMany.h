@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+class ICalculator;
+
+namespace mf::engine
+{
+
+/// Evaluates a calculator of one argument at `count` points: y[i] at x[i], with
+/// the very bits that ICalculator::Evaluate gives.
+///
+/// Answers how many points were done before the first failure; what y holds from
+/// there on means nothing. The engine's own calculators work on many points at a
+/// time, and orders of one family that are asked for at the same points share
+/// their work. Any other calculator is asked point by point.
+std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, std::size_t count);
+
+}  // namespace mf::engine

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace mf::engine
+{
+
+enum class FunctionId : std::uint8_t;
+
+/// Position of a node in its graph. The operands of a node stand before it, so a
+/// walk over ascending ids meets every operand before its users and no stage has
+/// to recurse.
+using NodeId = std::uint32_t;
+
+/// Stands where there is no node; no graph grows so far.
+constexpr NodeId kNoNode = 0xffffffff;
+
+enum class Op : std::uint8_t {
+    Constant,    // number
+    Variable,    // a: number of the parameter
+    Sum,         // a + b
+    Product,     // a * b
+    Quotient,    // a / b
+    Polynomial,  // u^lowest * (c0 + c1 u + ...), u = a, coefficients from b on
+    Chebyshev,   // c0 T0(h) + c1 T1(h) + ..., h = a, coefficients from b on
+    Call1,       // function(a)
+    Call2,       // function(a, b)
+    ChooseLess,  // four operands p, q, r, s from b on: r where p < q, else s
+    ChooseSign,  // four operands c, n, z, p from b on: by the sign of c
+    ChooseStep   // six operands x, x0, x1, before, between, after from b on
+};
+
+struct Node {
+    double number = 0.0;
+    NodeId a = 0;
+    std::uint32_t b = 0;
+    std::uint32_t count = 0;      // of coefficients or operands
+    NodeId derivative = kNoNode;  // once it is known
+    std::uint16_t lowest = 0;     // exponent of a polynomial's first coefficient
+    Op op = Op::Constant;
+    FunctionId function{};
+};
+
+/// How much simplification may do. The value's own text is changed only where
+/// the result stays what the text says for every x, failures included; in a
+/// derivative, which has no text of its own, `0 * f` is 0 wherever f is asked.
+enum class Folding : std::uint8_t { KeepText, Free };
+
+/// The expressions of one text as nodes that are made once each: equal
+/// subexpressions are the same node.
+///
+/// Errors: a graph that has outgrown kMostNodes takes no more nodes, answers
+/// node 0 to every request and says so in `full`.
+class Graph
+{
+public:
+    Graph() { clear(); }
+
+    /// Empties the graph and keeps its memory.
+    void clear();
+
+    /// The node equal to `node`, made if there was none. Nodes with operands
+    /// from a list take them from `operands`, polynomials theirs from
+    /// `coefficients`; the position of either list is filled in here.
+    NodeId intern(const Node& node);
+    NodeId intern(Node node, std::span<const NodeId> operands);
+    NodeId intern(Node node, std::span<const double> coefficients);
+
+    /// The node equal to `node`, or kNoNode; for nodes without lists.
+    NodeId find(const Node& node) const;
+
+    const Node& operator[](NodeId id) const { return nodes_[id]; }
+    void setDerivative(NodeId id, NodeId derivative) { nodes_[id].derivative = derivative; }
+    std::size_t size() const { return nodes_.size(); }
+
+    std::span<const NodeId> operands(const Node& node) const { return {&operands_[node.b], node.count}; }
+    std::span<const double> coefficients(const Node& node) const
+    {
+        return {&coefficients_[node.b], node.count};
+    }
+
+    /// Calls visit(operand) for each operand of a node, from lists too.
+    void forEachOperand(const Node& node, auto&& visit) const
+    {
+        switch (node.op) {
+            case Op::Constant:
+            case Op::Variable:
+                break;
+            case Op::Sum:
+            case Op::Product:
+            case Op::Quotient:
+            case Op::Call2:
+                visit(node.a);
+                visit(node.b);
+                break;
+            case Op::Polynomial:
+            case Op::Chebyshev:
+            case Op::Call1:
+                visit(node.a);
+                break;
+            case Op::ChooseLess:
+            case Op::ChooseSign:
+            case Op::ChooseStep:
+                for (const NodeId operand : operands(node))
+                    visit(operand);
+                break;
+        }
+    }
+
+    bool full() const { return full_; }
+    /// Bytes that the graph holds.
+    std::size_t bytes() const;
+
+    Folding folding = Folding::KeepText;
+
+private:
+    NodeId* iSlot(std::uint64_t hash, const auto& isEqual);
+    NodeId iAppend(const Node& node, NodeId& slot);
+    void iGrowTable();
+    std::uint64_t iHash(const Node& node) const;
+
+    std::vector<Node> nodes_;
+    std::vector<NodeId> operands_;
+    std::vector<double> coefficients_;
+    std::vector<NodeId> table_;  // open addressing, kNoNode where free
+    bool full_ = false;
+};
+
+}  // namespace mf::engine

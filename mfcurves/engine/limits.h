@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+
+namespace mf::engine
+{
+
+/// Longest expression text in wide characters. Whoever builds a text for the
+/// engine, such as the substitution of profile variables, stops at the same size.
+constexpr std::size_t kLongestText = std::size_t{1} << 20;
+
+/// How deep parentheses and function calls may stand in one another.
+constexpr int kDeepestNesting = 1000;
+
+/// How many nodes the graph of one text may have, its derivatives and the
+/// coefficients of its polynomials included.
+constexpr std::size_t kMostNodes = 1'000'000;
+
+/// Powers up to this whole exponent are multiplications, larger ones `pow`.
+constexpr int kLargestProductPower = 16;
+
+}  // namespace mf::engine

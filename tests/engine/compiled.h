@@ -1,0 +1,87 @@
+#pragma once
+
+// Compiled expressions as the engine's tests use them: calculators that release
+// themselves, and values that are absent where an evaluation fails.
+
+#include "mfcurves/interfaces/ICalculator.h"
+#include "mfcurves/interfaces/MMEP_Data.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace engine_test
+{
+
+struct Releaser {
+    void operator()(ICalculator* calculator) const { calculator->Release(); }
+};
+using Calculator = std::unique_ptr<ICalculator, Releaser>;
+
+inline std::wstring wide(const std::string& ascii)
+{
+    return std::wstring(ascii.begin(), ascii.end());
+}
+
+/// The compiled text, or null when it is refused. Its one argument is `variable`.
+inline Calculator compile(const std::wstring& text, std::wstring variable = L"x")
+{
+    ICalculator* calculator = nullptr;
+    MotionMEParser parser;
+    parser.parse(text.c_str(), variable.data(), &calculator);
+    return Calculator(calculator);
+}
+
+inline Calculator compile(const std::string& text)
+{
+    return compile(wide(text));
+}
+
+/// The compiled text whose free names are its parameters.
+inline Calculator compileFree(const std::wstring& text)
+{
+    ICalculator* calculator = nullptr;
+    MotionMEParser parser;
+    parser.parse(text.c_str(), nullptr, &calculator);
+    return Calculator(calculator);
+}
+
+inline Calculator derivative(const Calculator& calculator)
+{
+    return Calculator(calculator ? calculator->differentiate(0) : nullptr);
+}
+
+/// Nothing when there is no calculator or the evaluation fails.
+inline std::optional<double> evaluate(const Calculator& calculator, double x)
+{
+    if (!calculator)
+        return std::nullopt;
+    MMEP_Data argument(x);
+    MMEP_Data result;
+    if (!calculator->Evaluate(1, &argument, result))
+        return std::nullopt;
+    return *result.getValue();
+}
+
+/// A text with its three derivatives: one family.
+class Orders
+{
+public:
+    explicit Orders(const std::string& text, const std::wstring& variable = L"x")
+    {
+        orders_[0] = compile(wide(text), variable);
+        for (int order = 1; order < 4; ++order)
+            orders_[order] = derivative(orders_[order - 1]);
+    }
+
+    explicit operator bool() const { return orders_[3] != nullptr; }
+    const Calculator& operator[](int order) const { return orders_[order]; }
+    std::optional<double> at(double x, int order) const { return evaluate(orders_[order], x); }
+
+private:
+    std::array<Calculator, 4> orders_;
+};
+
+}  // namespace engine_test
