@@ -34,8 +34,8 @@ struct SplinePiece {
 /// unevenly.
 ///
 /// Errors: X that are not finite are dropped. A Y that is not finite spoils the
-/// pieces that it bears on, which for a cubic are all. Points so far apart that
-/// their distance overflows give values that are not finite.
+/// pieces that it bears on, which for a cubic are all, and so do points so close
+/// that a slope overflows or so far apart that their distance does.
 class MFCURVES_API Spline : public ISimSplineData_c {
 public:
     void setKind(int kind) override;
