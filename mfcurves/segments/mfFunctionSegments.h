@@ -1,14 +1,14 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
+#include <vector>
+
 #include "mfcurves/functions/mfFunctionBase.h"
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/interfaces/IFunctionSegments.h"
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
-
-#include <cstddef>
-#include <map>
-#include <vector>
 
 class ICalculator;
 class mfProfile_c;
@@ -33,8 +33,7 @@ class mfSegment_c;
 /// over, it stays the caller's.
 /// Copying: copy construction and assignment share the rows, so only one of the
 /// two tables may be destroyed. Use Copy.
-class MFCURVES_API mfFunctionSegments_c : public IFunctionSegments_c, public mfFunctionBase_c
-{
+class MFCURVES_API mfFunctionSegments_c : public IFunctionSegments_c, public mfFunctionBase_c {
 public:
     mfFunctionSegments_c() = default;  ///< an empty table
     mfFunctionSegments_c(const mfFunctionSegments_c&) = default;
@@ -166,6 +165,8 @@ private:
     mfSegment_c& iAt(int row) const { return *segments_[static_cast<std::size_t>(row)]; }
     bool iHolds(int row) const { return row >= 0 && row < getSegmentCount(); }
     void iReport(int row) { updateRows_.push_back(row); }
+    void iDeleteSegments();
+    void iFitBefore(int row, mfSegment_c& segment) const;
     double iNotBelowZero(double x) const;
     void iMoveStart(int row, double x);
     void iMoveEnd(int row, double x);

@@ -21,8 +21,7 @@ class mfProfile_c;
 /// mfFunctionSegments_c::checkInvalid is the judge.
 /// Copying: copy construction and assignment share the owned pointers, so only
 /// one of the two objects may be destroyed. Use copy.
-class MFCURVES_API mfSegment_c
-{
+class MFCURVES_API mfSegment_c {
 public:
     mfSegment_c();  ///< Spans [0, 1], unnamed, value 0.
     mfSegment_c(double startX, double endX, double value, const CString& profileName);

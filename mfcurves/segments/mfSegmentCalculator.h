@@ -19,8 +19,7 @@ class mfSegment_c;
 /// more at each request.
 /// Copying: copy construction and assignment share the compiled forms and keep
 /// the segment of the source, so only one of the two objects may be destroyed.
-class MFCURVES_API mfSegmentCalculator_c
-{
+class MFCURVES_API mfSegmentCalculator_c {
 public:
     /// For the text of `segment`, which embeds this object. With null nothing is
     /// ever up to date or had.

@@ -1,0 +1,156 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/motion/mfTextConverter.h"
+#include "mfcurves/platform/numbers.h"
+#include "mfcurves/profiles/mfProfile.h"
+#include "mfcurves/profiles/mfProfileKey.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/hostProfileManager.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+
+namespace {
+
+// The texts of a row's numbers, in the order of a profile's parameters: start X,
+// start value, end X, end value.
+using EndPoints = std::array<CString, 4>;
+
+CString sixDecimals(double number)
+{
+    return mf::platform::formatNumber("%f", number).c_str();
+}
+
+// The record of the row's profile, null when there is none. A row without a
+// profile gets the key of the default one, which it keeps.
+mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
+{
+    const mfProfileKey_c* key = segment.getProfileKey();
+    if (key == nullptr || key->name.IsEmpty()) {
+        CString displayName;
+        manager.defaultDisplayName(displayName);
+        const mfProfileKey_c defaultKey = manager.getProfileKeyFromDisplayName(displayName);
+        if (defaultKey.isEmpty())
+            return nullptr;
+        segment.setProfileKey(defaultKey);
+    }
+    if (segment.getProfile() == nullptr)
+        segment.setProfile(manager.findProfile(*segment.getProfileKey()));
+    return segment.getProfile();
+}
+
+// Puts `number` wherever `name` stands in the text, inside a longer name too and
+// without brackets, so a negative number brings its sign along. False when the
+// text would grow longer than the engine takes.
+bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view number)
+{
+    if (name.empty())
+        return true;
+    std::wstring result;
+    std::size_t rest = 0;
+    for (std::size_t at; (at = text.find(name, rest)) != std::wstring::npos; rest = at + name.size()) {
+        result.append(text, rest, at - rest).append(number);
+        if (result.size() > mf::engine::kLongestText)
+            return false;
+    }
+    result.append(text, rest);
+    text = std::move(result);
+    return text.size() <= mf::engine::kLongestText;
+}
+
+// One text grows from name to name, so a later name is found in what an earlier
+// one brought in. False when the text would grow longer than the engine takes.
+bool fillIn(const mfProfile_c& profile, const EndPoints& numbers, std::wstring& text)
+{
+    const mfTextConverter_c converter;
+    text = converter.toCString(profile.resultExpression).View();
+    const std::string* const names[] = {&profile.x1, &profile.y1, &profile.x2, &profile.y2};
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (!substitute(text, converter.toCString(*names[i]).View(), numbers[i].View()))
+            return false;
+    }
+    return true;
+}
+
+// The tokens one behind the other. False when that is longer than the engine
+// takes.
+bool join(const std::vector<CString>& tokens, std::wstring& text)
+{
+    for (const CString& token : tokens) {
+        text += token.View();
+        if (text.size() > mf::engine::kLongestText)
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void mfFunctionSegments_c::parseExpression(int row)
+{
+    if (!iHolds(row))
+        return;
+    mfSegment_c& segment = iAt(row);
+    const double startValue = row > 0 ? iAt(row - 1).getValue() : 0.0;
+    const EndPoints numbers = {sixDecimals(segment.getStartX()), sixDecimals(startValue),
+                               sixDecimals(segment.getEndX()), sixDecimals(segment.getValue())};
+    mfProfileManager_c* manager = mf::hostProfileManager();
+
+    std::wstring expression;
+    CString independentVariable;
+    if (mfProfileManager_c::s_UseNewProfileManager()) {
+        const mfProfile_c* profile = manager == nullptr ? nullptr : profileOf(segment, *manager);
+        if (profile == nullptr || !fillIn(*profile, numbers, expression))
+            return;
+        independentVariable = mfTextConverter_c().toCString(profile->independentVariable);
+    } else {
+        const CString name = segment.getProfileName();
+        std::vector<CString> tokens = getProfileExpr(name);
+        replace(tokens, legacyX1Names_[name], numbers[0]);
+        replace(tokens, legacyY1Names_[name], numbers[1]);
+        replace(tokens, legacyX2Names_[name], numbers[2]);
+        replace(tokens, legacyY2Names_[name], numbers[3]);
+        if (!join(tokens, expression))
+            return;
+        independentVariable = legacyIndependentVariables_[name];
+    }
+    segment.setProfileIndepVar(independentVariable);
+    segment.setProfileExpr(CString(std::move(expression)));
+}
+
+void mfFunctionSegments_c::initializeSegment(const std::vector<CString>& names,
+                                             const std::vector<std::vector<CString>>& tokenLists,
+                                             const std::vector<CString>& independentVariables,
+                                             const std::vector<CString>& x1s, const std::vector<CString>& y1s,
+                                             const std::vector<CString>& x2s, const std::vector<CString>& y2s)
+{
+    const std::size_t count = std::min({names.size(), tokenLists.size(), independentVariables.size(),
+                                        x1s.size(), y1s.size(), x2s.size(), y2s.size()});
+    for (std::size_t i = 0; i < count; ++i) {
+        legacyExpressionTokens_[names[i]] = tokenLists[i];
+        legacyX1Names_[names[i]] = x1s[i];
+        legacyY1Names_[names[i]] = y1s[i];
+        legacyX2Names_[names[i]] = x2s[i];
+        legacyY2Names_[names[i]] = y2s[i];
+        legacyIndependentVariables_[names[i]] = independentVariables[i];
+    }
+}
+
+// The brackets keep the sign of a negative number, and the precedence of a
+// compound one.
+void mfFunctionSegments_c::replace(std::vector<CString>& tokens, CString from, CString to)
+{
+    if (!from.IsEmpty())
+        std::replace(tokens.begin(), tokens.end(), from, L"(" + to + L")");
+}
+
+std::vector<CString>& mfFunctionSegments_c::getProfileExpr(const CString& name)
+{
+    return legacyExpressionTokens_[name];
+}
