@@ -1,5 +1,6 @@
 #include "mfcurves/functions/mfFunctionExpression.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "mfcurves/interfaces/ICalculator.h"
@@ -188,6 +189,8 @@ bool mfFunctionExpression_c::Copy(mfFunctionExpression_c* other)
 {
     if (other == nullptr)
         return false;
+    if (other == this)
+        return true;
     setMathExpression(other->getMathExpression());
     setIndepVar(other->getIndepVar());
     setMotorDependentVar(other->getMotorDependentVar());
@@ -234,10 +237,10 @@ bool mfFunctionExpression_c::iSample()
     plottingPointCount_ = kSampleCount;
     if (!initializePlottingData(kSampleCount, motionObjectType))
         return false;
-    sampleStep_ = (maxX_ - minX_) / (plottingPointCount_ - 1);
+    const double step = (maxX_ - minX_) / (kSampleCount - 1);
 
     double x = minX_;
-    for (int i = 0; i < plottingPointCount_; ++i) {
+    for (int i = 0; i < kSampleCount; ++i) {
         mfPoint2D_c& point = plottingData_[0][i];
         point = mfPoint2D_c(x, 0.0);
         double y = 0.0;
@@ -246,7 +249,7 @@ bool mfFunctionExpression_c::iSample()
             return false;
         }
         point = mfPoint2D_c(x, y);
-        x += sampleStep_;
+        x += step;
     }
     calculateDerivatives();
     validForPlotting_ = true;
@@ -270,7 +273,7 @@ bool mfFunctionExpression_c::calculateDerivatives()
                     motorDependentVar == mf::MotorDriveType_Velocity),
         isMotor && motorDependentVar == mf::MotorDriveType_Displacment,
     };
-    const int last = plottingDataLength_ - 1;
+    const int last = std::min(plottingPointCount_, plottingDataLength_) - 1;
     for (int i = 0; i <= last; ++i) {
         const double x = plottingData_[0][i].x();
         for (int order = 1; order <= kDerivativeCount; ++order) {

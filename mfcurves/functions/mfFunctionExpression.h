@@ -128,7 +128,6 @@ private:
     CString parseExpression_;
     double minX_ = 0.0;
     double maxX_ = 0.0;
-    double sampleStep_ = 0.0;
     CString independentVariable_;
     int plottingPointCount_ = 1;
     ICalculator* calculator_ = nullptr;  // owned, ends by Release

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "mfcurves/interfaces/ISimSplineData.h"
+#include "mfcurves/host/Spline.h"
 
 namespace mf::host {
 
@@ -21,7 +21,7 @@ CString Services::getResourceLibraryPath(const CString& /*baseName*/)
 
 ISimSplineData_c* Services::createSplineData()
 {
-    std::unique_ptr<ISimSplineData_c> made = splineFactory_ ? splineFactory_() : nullptr;
+    std::unique_ptr<ISimSplineData_c> made = splineFactory_ ? splineFactory_() : std::make_unique<Spline>();
     ISimSplineData_c* const spline = made.get();
     if (spline != nullptr) {
         const std::lock_guard lock(splinesMutex_);

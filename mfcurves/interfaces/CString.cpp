@@ -29,16 +29,6 @@ int positionOrNone(std::size_t position)
     return position == std::wstring_view::npos ? -1 : static_cast<int>(position);
 }
 
-std::wstring_view withoutStart(std::wstring_view text, std::wstring_view characters)
-{
-    return text.substr(std::min(text.find_first_not_of(characters), text.size()));
-}
-
-std::wstring_view withoutEnd(std::wstring_view text, std::wstring_view characters)
-{
-    return text.substr(0, text.find_last_not_of(characters) + 1);
-}
-
 }  // namespace
 
 CString::CString(std::wstring text)
@@ -136,12 +126,12 @@ CString& CString::Trim()
 
 CString& CString::TrimLeft()
 {
-    return *this = CString(std::wstring(withoutStart(View(), kWhiteSpace)));
+    return iTrimLeft(kWhiteSpace);
 }
 
 CString& CString::TrimRight()
 {
-    return *this = CString(std::wstring(withoutEnd(View(), kWhiteSpace)));
+    return iTrimRight(kWhiteSpace);
 }
 
 CString& CString::Trim(wchar_t character)
@@ -151,12 +141,23 @@ CString& CString::Trim(wchar_t character)
 
 CString& CString::TrimLeft(wchar_t character)
 {
-    return *this = CString(std::wstring(withoutStart(View(), {&character, 1})));
+    return iTrimLeft({&character, 1});
 }
 
 CString& CString::TrimRight(wchar_t character)
 {
-    return *this = CString(std::wstring(withoutEnd(View(), {&character, 1})));
+    return iTrimRight({&character, 1});
+}
+
+CString& CString::iTrimLeft(std::wstring_view characters)
+{
+    const std::size_t start = std::min(View().find_first_not_of(characters), View().size());
+    return *this = Mid(static_cast<int>(start));
+}
+
+CString& CString::iTrimRight(std::wstring_view characters)
+{
+    return *this = Left(static_cast<int>(View().find_last_not_of(characters) + 1));
 }
 
 void CString::Format(const wchar_t* format, ...)

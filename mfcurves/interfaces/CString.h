@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,10 +82,19 @@ public:
         return a.text_ == b.text_ || a.View() == b.View();
     }
     friend bool operator==(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) == 0; }
-    friend bool operator<(const CString& a, const CString& b) noexcept { return a.View() < b.View(); }
-    friend bool operator<(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) < 0; }
-    friend bool operator<(const wchar_t* a, const CString& b) noexcept { return b.Compare(a) > 0; }
+    // All four orders, as the conversion to a pointer would take those left out.
+    friend std::strong_ordering operator<=>(const CString& a, const CString& b) noexcept
+    {
+        return a.View() <=> b.View();
+    }
+    friend std::strong_ordering operator<=>(const CString& a, const wchar_t* b) noexcept
+    {
+        return a.Compare(b) <=> 0;
+    }
 
 private:
+    CString& iTrimLeft(std::wstring_view characters);
+    CString& iTrimRight(std::wstring_view characters);
+
     std::shared_ptr<const std::wstring> text_;  // null for the empty text
 };

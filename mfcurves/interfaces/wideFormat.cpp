@@ -39,7 +39,8 @@ template <typename Number>
 std::wstring formatInteger(const Conversion& conversion, Number number)
 {
     const std::string format = "%" + conversion.flagsWidthPrecision + static_cast<char>(conversion.type);
-    std::string buffer(static_cast<std::size_t>(std::snprintf(nullptr, 0, format.c_str(), number)), '\0');
+    const int length = std::max(std::snprintf(nullptr, 0, format.c_str(), number), 0);
+    std::string buffer(static_cast<std::size_t>(length), '\0');
     std::snprintf(buffer.data(), buffer.size() + 1, format.c_str(), number);
     return widenAscii(buffer);
 }
@@ -48,6 +49,22 @@ std::wstring formatDouble(const Conversion& conversion, double number)
 {
     const std::string format = "%" + conversion.flagsWidthPrecision + static_cast<char>(conversion.type);
     return widenAscii(mf::platform::formatNumber(format.c_str(), number));
+}
+
+// The C library's rule for texts: the precision cuts, the width pads, on the
+// right after a minus.
+std::wstring formatText(const Conversion& conversion, std::wstring_view text)
+{
+    std::string_view rest = conversion.flagsWidthPrecision;
+    const std::size_t point = rest.find('.');
+    if (point != std::string_view::npos)
+        text = text.substr(0, static_cast<std::size_t>(mf::platform::readInteger(rest.substr(point + 1))));
+    rest = rest.substr(0, point);
+    const std::size_t digits = std::min(rest.find_first_of("123456789"), rest.size());
+    const bool padRight = rest.substr(0, digits).find('-') != std::string_view::npos;
+    const auto width = static_cast<std::size_t>(mf::platform::readInteger(rest.substr(digits)));
+    const std::wstring padding(width - std::min(width, text.size()), L' ');
+    return padRight ? std::wstring(text) + padding : padding + std::wstring(text);
 }
 
 }  // namespace
@@ -86,12 +103,14 @@ std::wstring formatWide(const wchar_t* format, std::va_list arguments)
                 break;
             case L's': {
                 const wchar_t* const text = va_arg(arguments, const wchar_t*);
-                result += text == nullptr ? L"" : text;
+                result += formatText(conversion, text == nullptr ? L"" : text);
                 break;
             }
-            case L'c':
-                result += static_cast<wchar_t>(va_arg(arguments, int));
+            case L'c': {
+                const auto character = static_cast<wchar_t>(va_arg(arguments, int));
+                result += formatText(conversion, {&character, 1});
                 break;
+            }
             default:
                 result.append(conversion.source);
         }

@@ -5,10 +5,11 @@
 
 namespace mf::interfaces {
 
-/// printf over wide text: flags, width and precision of the numeric conversions
-/// as the C library has them, `%s` wide text, `%c` a wide character, and a point
-/// as the decimal sign under every locale. A conversion that is not known is
-/// copied as it stands.
+/// printf over wide text: flags, width and precision as the C library has them,
+/// `%d %i` with an int, `%u %x %X` with an unsigned, `%e %E %f %g %G` with a
+/// double, `%s` with wide text, `%c` with a wide character, and a point as the
+/// decimal sign under every locale. Any other conversion, one with a size before
+/// its letter or a star among them, is copied as it stands.
 std::wstring formatWide(const wchar_t* format, std::va_list arguments);
 
 }  // namespace mf::interfaces

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/functions/mfFunctionExpression.h"
 #include "mfcurves/interfaces/IMotionServices.h"
 #include "mfcurves/interfaces/hostAnswers.h"
@@ -39,6 +40,8 @@ private:
 
 mfFunctionData_c::~mfFunctionData_c()
 {
+    delete functionDataPoints_;
+    functionDataPoints_ = nullptr;
     delete functionExpression_;
     functionExpression_ = nullptr;
 }
@@ -55,6 +58,7 @@ bool mfFunctionData_c::initialize()
         return false;
     }
     const ResourceSwap swap(services->getResourceLibraryPath(L"mfres"));
+    functionDataPoints_ = new (std::nothrow) mfFunctionDataPoints_c;
     functionExpression_ = new (std::nothrow) mfFunctionExpression_c;
     return true;
 }
@@ -64,6 +68,8 @@ bool mfFunctionData_c::initialize()
 mfFunctionBase_c* mfFunctionData_c::iActiveKind()
 {
     switch (functionType_) {
+        case mf::FunctionType_DataPoints:
+            return functionDataPoints_;
         case mf::FunctionType_Expression:
             return functionExpression_;
         default:
@@ -74,6 +80,8 @@ mfFunctionBase_c* mfFunctionData_c::iActiveKind()
 double mfFunctionData_c::evaluate(double x, int order)
 {
     switch (functionType_) {
+        case mf::FunctionType_DataPoints:
+            return functionDataPoints_ == nullptr ? 0.0 : functionDataPoints_->evaluate(x, order);
         case mf::FunctionType_Expression:
             return functionExpression_ == nullptr ? 0.0 : functionExpression_->evaluate(x, order);
         default:
@@ -106,7 +114,9 @@ bool mfFunctionData_c::isXValueTimeOrCycleAngle()
 
 void mfFunctionData_c::updateForLegacyData(bool pointPerRow)
 {
-    if (functionExpression_ != nullptr)
+    if (functionDataPoints_ != nullptr)
+        functionDataPoints_->updateForLegacyData(pointPerRow);
+    else if (functionExpression_ != nullptr)
         functionExpression_->updateForLegacyData(pointPerRow);
 }
 
@@ -182,7 +192,7 @@ IFunctionSegments_c* mfFunctionData_c::getFunctionSegments()
 
 IFunctionDataPoints_c* mfFunctionData_c::getFunctionDataPoints()
 {
-    return nullptr;
+    return functionDataPoints_;
 }
 
 IFunctionExpression_c* mfFunctionData_c::getFunctionExpression()

@@ -1,5 +1,6 @@
 #include "mfcurves/motion/mfTextConverter.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -17,12 +18,28 @@ constexpr int kBytesForEachCharacter = 4;
 constexpr std::uint32_t kOutOfMemory = 0x8007000E;
 constexpr std::uint32_t kInvalidArgument = 0x80070057;
 
+// Error numbers become result codes of the platform; what is not positive as a
+// 32-bit number is one already.
+std::uint32_t resultCode(std::uint32_t error)
+{
+    return static_cast<std::int32_t>(error) > 0 ? (error & 0xFFFF) | 0x80070000 : error;
+}
+
+[[noreturn]] void raise(std::uint32_t code)
+{
+    if (code == kOutOfMemory)
+        throw CMemoryException();
+    throw CGeneralException(code);
+}
+
 // A buffer of the size asked for: the fixed one while that is enough, else a
 // zero-filled one from the heap.
 class ConversionBuffer {
 public:
-    char* ofSize(int size)
+    char* ofSize(std::int64_t size)
     {
+        if (size < 0 || size > std::numeric_limits<int>::max())
+            raise(kInvalidArgument);
         if (size <= kFixedBufferSize)
             return fixed_.data();
         try {
@@ -38,39 +55,33 @@ private:
     std::unique_ptr<char[]> heap_;
 };
 
-// Error numbers become result codes of the platform; what is not positive as a
-// 32-bit number is one already.
-std::uint32_t resultCode(std::uint32_t error)
-{
-    return static_cast<std::int32_t>(error) > 0 ? (error & 0xFFFF) | 0x80070000 : error;
-}
-
-[[noreturn]] void raise(std::uint32_t code)
-{
-    if (code == kOutOfMemory)
-        throw CMemoryException();
-    throw CGeneralException(code);
-}
-
 }  // namespace
 
+// Room for the longest form of each character first. Where even that is too
+// small, the encoder is asked how much it needs.
 std::string mfTextConverter_c::toNarrow(const CString& text) const
 {
-    if (text.GetLength() >= std::numeric_limits<int>::max() / kBytesForEachCharacter)
-        raise(kInvalidArgument);
-    const int length = text.GetLength() + 1;  // with the terminator
+    const std::int64_t length = std::int64_t{text.GetLength()} + 1;  // with the terminator
+    const std::int64_t size = kBytesForEachCharacter * length;
     ConversionBuffer buffer;
-    char* bytes = buffer.ofSize(kBytesForEachCharacter * length);
+    const char* bytes = nullptr;
     std::uint32_t error = 0;
-    int written = mf::platform::encodeNarrow(text, length, bytes, kBytesForEachCharacter * length, error);
+    const auto encodeInto = [&](std::int64_t room) {
+        char* const target = buffer.ofSize(room);
+        bytes = target;
+        return mf::platform::encodeNarrow(text, static_cast<int>(length), target, static_cast<int>(room),
+                                          error);
+    };
+
+    int written = encodeInto(size);
     if (written == 0 && error == mf::platform::kErrorBufferTooSmall) {
-        const int needed = mf::platform::encodeNarrow(text, length, nullptr, 0, error);
-        bytes = buffer.ofSize(needed);
-        written = needed == 0 ? 0 : mf::platform::encodeNarrow(text, length, bytes, needed, error);
+        const int needed = mf::platform::encodeNarrow(text, static_cast<int>(length), nullptr, 0, error);
+        written = needed == 0 ? 0 : encodeInto(needed);
     }
     if (written == 0)
         raise(resultCode(error));
-    return bytes;
+    const char* const end = std::find(bytes, bytes + written, '\0');
+    return {bytes, end};
 }
 
 CString mfTextConverter_c::toCString(const std::string& text) const

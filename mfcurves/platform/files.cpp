@@ -31,14 +31,15 @@ bool writeAll(int descriptor, std::string_view content)
 // is closed and removed at the end unless it was renamed to its place.
 class FileBeside {
 public:
-    explicit FileBeside(const std::string& target)
+    // `rights` are cut by the process's mask, as those of any new file.
+    FileBeside(const std::string& target, mode_t rights)
     {
         static std::atomic<unsigned> count = 0;
         const std::string folder = target.substr(0, target.rfind(kDirectorySeparator) + 1);
         const std::string start = folder + ".mfcurves-" + std::to_string(::getpid()) + "-";
         do {
             path_ = start + std::to_string(count++);
-            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, rights);
         } while (descriptor_ < 0 && errno == EEXIST);
     }
     ~FileBeside()
@@ -120,7 +121,13 @@ bool replaceFile(const wchar_t* path, std::string_view content)
     if (exists && !S_ISREG(old.st_mode))
         return !S_ISDIR(old.st_mode) && writeStraight(target, content);
 
-    FileBeside file(target);
+    if (exists && ::access(target.c_str(), W_OK) != 0)
+        return false;
+
+    // Made with the rights of the old file, so that nobody reads what only its
+    // owner may.
+    constexpr mode_t kRightsOfNewFile = 0666;
+    FileBeside file(target, exists ? old.st_mode & 0777 : kRightsOfNewFile);
     return file.isOpen() && file.write(content) && (!exists || file.takeRights(old.st_mode)) &&
            file.renameTo(target);
 }

@@ -26,7 +26,8 @@ std::optional<std::string> readFile(const wchar_t* path);
 /// the old one and renamed, so that whoever looks finds the old content or the
 /// new one and never a mixture. A link keeps pointing to the file, which keeps its
 /// rights; a device or a pipe is written to. False, with the old file untouched
-/// and nothing left beside it, when that cannot be done.
+/// and nothing left beside it, when that cannot be done or the file may not be
+/// written.
 bool replaceFile(const wchar_t* path, std::string_view content);
 
 /// What stands between the last separator and the last dot of the last part of

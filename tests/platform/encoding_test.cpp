@@ -1,0 +1,123 @@
+#include "mfcurves/platform/encoding.h"
+
+#include <gtest/gtest.h>
+#include <iterator>
+
+namespace {
+
+using mf::platform::encodeNarrow;
+using mf::platform::kErrorBufferTooSmall;
+using mf::platform::kErrorInvalidParameter;
+
+struct EncodeCase {
+    const char* name;
+    const wchar_t* text;
+    int length;
+    int size;
+    int written;
+    std::uint32_t error;
+};
+
+// The text L"a€" takes 1 + 3 bytes, its terminator one more.
+const EncodeCase kEncodeCases[] = {
+    {"Fits", L"a\u20ac", 3, 5, 5, 0},
+    {"HasRoomToSpare", L"a\u20ac", 3, 6, 5, 0},
+    {"IsOneByteShort", L"a\u20ac", 3, 4, 0, kErrorBufferTooSmall},
+    {"WithoutTheTerminator", L"a\u20ac", 2, 4, 4, 0},
+    {"AsksForTheSize", L"a\u20ac", 3, 0, 5, 0},
+    {"TheTerminatorAlone", L"", 1, 1, 1, 0},
+    {"NoText", nullptr, 1, 8, 0, kErrorInvalidParameter},
+    {"NoLength", L"a", 0, 8, 0, kErrorInvalidParameter},
+    {"LengthBelowZero", L"a", -1, 8, 0, kErrorInvalidParameter},
+    {"SizeBelowZero", L"a", 1, -1, 0, kErrorInvalidParameter},
+};
+
+class EncodeNarrow : public testing::TestWithParam<EncodeCase> {};
+
+TEST_P(EncodeNarrow, AnswersTheBytesOrAnError)
+{
+    const EncodeCase& c = GetParam();
+    char buffer[8];
+    std::fill(std::begin(buffer), std::end(buffer), '#');
+    std::uint32_t error = 0;
+    EXPECT_EQ(encodeNarrow(c.text, c.length, buffer, c.size, error), c.written);
+    EXPECT_EQ(error, c.error);
+    const int filled = c.size > 0 ? c.written : 0;
+    for (int i = filled; i < 8; ++i)
+        EXPECT_EQ(buffer[i], '#') << "byte " << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(Encoding, EncodeNarrow, testing::ValuesIn(kEncodeCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST(SetNarrowEncoder, ReplacesTheBuiltInOneUntilAnEmptyOneBringsItBack)
+{
+    mf::platform::setNarrowEncoder([](const wchar_t*, int, char*, int, std::uint32_t& error) {
+        error = 5;
+        return 0;
+    });
+    char buffer[8];
+    std::uint32_t error = 0;
+    EXPECT_EQ(encodeNarrow(L"a", 2, buffer, 8, error), 0);
+    EXPECT_EQ(error, 5u);
+    mf::platform::setNarrowEncoder({});
+    EXPECT_EQ(encodeNarrow(L"a", 2, buffer, 8, error), 2);
+    EXPECT_STREQ(buffer, "a");
+}
+
+struct WidenCase {
+    const char* name;
+    std::string utf8;
+    std::wstring wide;
+};
+
+const WidenCase kWidenCases[] = {
+    {"Empty", "", L""},
+    {"Ascii", "cam", L"cam"},
+    {"TwoBytes", "\xC3\xA9", L"\u00e9"},
+    {"ThreeBytes", "\xE2\x82\xAC", L"\u20ac"},
+    {"FourBytes", "\xF0\x9F\x98\x80", L"\U0001F600"},
+    {"LastCodePoint", "\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
+    {"BeyondTheLastCodePoint", "\xF4\x90\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+    {"AFollowerAlone", "a\x80z", L"a\uFFFDz"},
+    {"ASequenceCutShort", "a\xE2\x82", L"a\uFFFD\uFFFD"},
+    {"ASequenceBroken", "\xE2\x82z", L"\uFFFD\uFFFDz"},
+    {"OverlongTwoBytes", "\xC0\x80", L"\uFFFD\uFFFD"},
+    {"OverlongThreeBytes", "\xE0\x80\x80", L"\uFFFD\uFFFD\uFFFD"},
+    {"OverlongFourBytes", "\xF0\x80\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+    {"ASurrogate", "\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},
+    {"FirstByteThatStartsNothing", "\xFE\xFF", L"\uFFFD\uFFFD"},
+    {"ZeroInside", std::string("a\0b", 3), std::wstring(L"a\0b", 3)},
+};
+
+class Widen : public testing::TestWithParam<WidenCase> {};
+
+TEST_P(Widen, ReplacesEachByteThatBelongsNowhere)
+{
+    EXPECT_EQ(mf::platform::widen(GetParam().utf8), GetParam().wide);
+}
+
+INSTANTIATE_TEST_SUITE_P(Encoding, Widen, testing::ValuesIn(kWidenCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+// Every code point of the first three planes and the ends of the last one.
+TEST(ToUtf8, OfEveryCodePointReadsBackAsItself)
+{
+    std::wstring all;
+    for (char32_t c = 0; c < 0x30000; ++c) {
+        if (c < 0xD800 || c > 0xDFFF)
+            all += static_cast<wchar_t>(c);
+    }
+    all += L'\U00100000';
+    all += L'\U0010FFFF';
+    EXPECT_EQ(mf::platform::widen(mf::platform::toUtf8(all)), all);
+}
+
+TEST(ToUtf8, GoesPastTheReplaceableEncoder)
+{
+    mf::platform::setNarrowEncoder([](const wchar_t*, int, char*, int, std::uint32_t&) { return 0; });
+    EXPECT_EQ(mf::platform::toUtf8(L"\u20ac"), "\xE2\x82\xAC");
+    mf::platform::setNarrowEncoder({});
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+
+#include "mfcurves/platform/encoding.h"
+
+namespace mf::test {
+
+/// A folder of the running test's own, removed with all that it holds at the end.
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+        std::string name = std::string("mfcurves_") + test->test_suite_name() + "_" + test->name();
+        std::replace(name.begin(), name.end(), '/', '_');
+        std::string path = (std::filesystem::temp_directory_path() / (name + "_XXXXXX")).string();
+        EXPECT_NE(::mkdtemp(path.data()), nullptr) << path;
+        path_ = path;
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    /// Writes a file in the folder and answers its path.
+    std::wstring write(const std::string& name, const std::string& content) const
+    {
+        std::ofstream(path_ / name, std::ios::binary) << content;
+        return wide(name);
+    }
+
+    std::string read(const std::string& name) const
+    {
+        std::ostringstream content;
+        content << std::ifstream(path_ / name, std::ios::binary).rdbuf();
+        return content.str();
+    }
+
+    /// Path of a file in the folder as the library takes it.
+    std::wstring wide(const std::string& name) const { return mf::platform::widen((path_ / name).string()); }
+
+    /// How many entries the folder holds.
+    int count() const
+    {
+        return static_cast<int>(std::distance(std::filesystem::directory_iterator(path_), {}));
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace mf::test
