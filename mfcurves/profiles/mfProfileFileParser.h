@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "mfcurves/profiles/readingBudget.h"
+
 /// The reader of profile definitions in the older dialect: files named
 /// "profile.txt" and the one text of the default profile.
 ///
@@ -61,6 +63,9 @@ public:
     void getResultTokens(std::vector<std::vector<std::string>>& out);
 
 private:
+    bool iReadFile(const std::string& fileName, std::string& text);
+    bool iParseNext(const std::string& definition);
+
     std::ifstream stream_;
     std::vector<std::string> definitions_;  // each through its closing keyword
     std::vector<std::string> names_;
@@ -71,4 +76,5 @@ private:
     std::vector<std::string> y2Names_;
     std::vector<std::string> results_;
     std::vector<std::vector<std::string>> resultTokens_;
+    mf::profiles::ReadingBudget budget_{0};
 };

@@ -108,11 +108,10 @@ private:
     int addUserProfile(const std::string& name, mfProfile_c* record, mfProfileKey_c& key);
     int storeProfile(ProfileMap& map, const std::string& name, const CString& file, mfProfile_c* record,
                      mfProfileKey_c& key);
-    int buildKey(mfProfileKey_c& key, const CString& name, const CString& file, mfProfile_c* record);
-    int assignIndex(mfProfileKey_c* key, mfProfile_c* record);
+    int buildKey(mfProfileKey_c& key, const CString& name, const CString& file, const mfProfile_c* record);
+    int assignIndex(mfProfileKey_c& key, const mfProfile_c* record);
     int nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map);
-    bool findEqualProfile(const mfProfile_c& record, mfProfileKey_c& key);
-    bool sameProfile(const mfProfile_c& a, const mfProfile_c& b);
+    bool findEqualProfile(const mfProfile_c* record, mfProfileKey_c& key);
     void collectNames(const ProfileMap& map, const std::vector<CString>& list, std::vector<CString>& names);
 
     ProfileMap userProfiles_;      // records owned
@@ -122,7 +121,10 @@ private:
     std::vector<CString> assemblyDisplayNames_;  // in order of arrival
     std::vector<CString> searchPaths_;           // only ever grows
     bool usingDefaultTable_ = false;
-    // Records whose key was taken over by a later one. Segments may still point
-    // to them, so they live as long as the manager.
+    // The key of each record by what makes two records the same profile; both
+    // groups together hold none twice.
+    std::map<std::wstring, mfProfileKey_c> keyOfContent_;
+    // Records whose key was taken over by a later one. Segments may still point to
+    // them, so they live as long as the manager.
     std::vector<std::unique_ptr<mfProfile_c>> displacedProfiles_;
 };

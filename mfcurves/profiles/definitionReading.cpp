@@ -1,0 +1,260 @@
+#include "mfcurves/profiles/definitionReading.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/profiles/mfProfile.h"
+
+namespace mf::profiles {
+namespace {
+
+constexpr const char* kOpeningKeyword = "segmenttype";
+constexpr const char* kHeaderDelimiters = "(,\")";
+constexpr const char* kStatementDelimiters = "=;";
+constexpr const char* kOperators = "()+-*/^%";
+constexpr const char* kReturn = "return";
+constexpr char kCommentMark = '\'';
+constexpr std::size_t kHeaderPieces = 7;
+
+constexpr const char* kTooLarge = "the expression outgrows the largest text that can be compiled";
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::size_t countOf(const std::string& text, const std::string& pattern)
+{
+    std::size_t count = 0;
+    for (std::size_t at = text.find(pattern); at != std::string::npos;
+         at = text.find(pattern, at + pattern.size()))
+        ++count;
+    return count;
+}
+
+// Replaces like replaceAll. The size of the new text is known before it is built,
+// and one that is too large, or more than the budget pays for, is not built. The
+// price of a search assumes the worst, a text and a name that differ late at
+// every position.
+bool substitute(std::string& text, const std::string& name, const std::string& replacement,
+                ReadingBudget& budget)
+{
+    constexpr std::size_t kCall = 8;
+    if (name.empty())
+        return true;
+    if (!budget.spend(kCall + text.size() * (1 + name.size() / kCharactersForEachStep)))
+        return false;
+    const std::size_t count = countOf(text, name);
+    const std::size_t size = text.size() - count * name.size() + count * replacement.size();
+    if (size > engine::kLongestText)
+        return false;
+    if (count == 0)
+        return true;
+    if (!budget.spend(size))
+        return false;
+    replaceAll(text, name, replacement);
+    return true;
+}
+
+// Where the first statement begins that is not made of one variable, one "=" and
+// one expression. The return statement has to be the last one and holds no "=".
+std::size_t faultyStatement(std::string_view body)
+{
+    std::size_t start = 0;
+    while (true) {
+        const std::size_t end = body.find(';', start);
+        if (end == std::string_view::npos)
+            return start;
+        const std::string_view statement = body.substr(start, end - start);
+        const std::size_t sign = statement.find('=');
+        const bool assigns = sign != std::string_view::npos && sign != 0 && sign + 1 != statement.size() &&
+                             statement.find('=', sign + 1) == std::string_view::npos;
+        if (!assigns)
+            return start;
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+// The classes of the locale "C". Narrow text is UTF-8, and no byte of a longer
+// sequence is white space or a capital letter.
+bool isWhiteSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+void removeWhiteSpace(std::string& text)
+{
+    std::erase_if(text, isWhiteSpace);
+}
+
+char lowerOutsideQuotes(char character, bool& betweenQuotes)
+{
+    if (character == '"')
+        betweenQuotes = !betweenQuotes;
+    return betweenQuotes ? character : lower(character);
+}
+
+void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out)
+{
+    removeWhiteSpace(line);
+    // Dropped before its quotes are seen: quotes in a comment do not count.
+    if (line.starts_with(kCommentMark))
+        return;
+    for (const char c : line)
+        out += lowerOutsideQuotes(c, betweenQuotes);
+}
+
+std::vector<std::size_t> replaceAll(std::string& text, const std::string& pattern,
+                                    const std::string& replacement)
+{
+    std::vector<std::size_t> replaced;
+    if (pattern.empty())
+        return replaced;
+    std::string result;
+    std::size_t copied = 0;
+    for (std::size_t at = text.find(pattern); at != std::string::npos; at = text.find(pattern, copied)) {
+        result.append(text, copied, at - copied);
+        replaced.push_back(result.size());
+        result += replacement;
+        copied = at + pattern.size();
+    }
+    if (!replaced.empty()) {
+        result.append(text, copied);
+        text = std::move(result);
+    }
+    return replaced;
+}
+
+// A piece runs from the first character that is no delimiter to the next one that
+// is. Behind the last delimiter it stops short of the last character, and the
+// delimiters at the end stop short of the last one: two boundary rules that texts
+// ending in ";" and ")" never show, and on which the list of tokens relies.
+void splitTokens(const std::string& text, const std::string& delimiters, bool keep,
+                 std::vector<std::string>& out)
+{
+    constexpr std::size_t kAbsent = std::string::npos;
+    out.clear();
+    std::size_t start = text.find_first_not_of(delimiters);
+    std::size_t pos = text.find_first_of(delimiters);
+    const std::size_t last = text.size() - 1;
+    while (start != kAbsent || pos != kAbsent) {
+        if (start != kAbsent && (pos == kAbsent || start < pos)) {
+            const std::size_t end = pos == kAbsent ? last : pos;
+            out.push_back(text.substr(start, end - start));
+            start = pos == kAbsent ? kAbsent : text.find_first_not_of(delimiters, pos);
+        }
+        if (keep && pos != kAbsent && (start == kAbsent || pos < start)) {
+            const std::size_t end = start == kAbsent ? last : start;
+            for (; pos < end; ++pos)
+                out.emplace_back(1, text[pos]);
+        }
+        pos = start == kAbsent ? kAbsent : text.find_first_of(delimiters, start);
+    }
+}
+
+Failure splitDefinition(const std::string& definition, std::string& header, std::string& body)
+{
+    const std::size_t close = definition.find(')');
+    if (close == std::string::npos)
+        return Problem{0, "the header has no closing parenthesis"};
+    header = definition.substr(0, close + 1);
+    body = definition.substr(close + 1);
+    if (body.empty())
+        return Problem{close, "nothing follows the header"};
+    if (const std::size_t end = body.find(kClosingKeyword); end != std::string::npos)
+        body.resize(end);
+    return {};
+}
+
+Failure parseHeader(const std::string& header, mfProfile_c& record)
+{
+    std::vector<std::string> pieces;
+    splitTokens(header, kHeaderDelimiters, false, pieces);
+    if (pieces.size() != kHeaderPieces)
+        return Problem{0, "the header does not consist of a name and five arguments"};
+    if (pieces[0] != kOpeningKeyword)
+        return Problem{0, "the definition does not begin with its keyword"};
+    record.name = pieces[1];
+    record.independentVariable = pieces[2];
+    record.x1 = pieces[3];
+    record.y1 = pieces[4];
+    record.x2 = pieces[5];
+    record.y2 = pieces[6];
+    return {};
+}
+
+Failure splitStatements(const std::string& body, std::vector<std::string>& variables,
+                        std::vector<std::string>& values)
+{
+    std::vector<std::string> pieces;
+    splitTokens(body, kStatementDelimiters, false, pieces);
+    if (pieces.size() % 2 == 0)
+        return Problem{faultyStatement(body), "a statement is not made of a variable, = and an expression"};
+    for (std::size_t i = 0; i < pieces.size(); ++i)
+        (i % 2 == 0 ? variables : values).push_back(std::move(pieces[i]));
+    const std::string& last = variables.back();
+    if (last.find(kReturn) == std::string::npos)
+        return Problem{body.rfind(last), "the last statement is not a return statement"};
+    return {};
+}
+
+// Each assignment reaches the values behind it and the return statement, one
+// after the other: order is the whole meaning.
+Failure expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
+                         std::string& result, ReadingBudget& budget)
+{
+    if (variables.size() != values.size() + 1)
+        return Problem{0, "a statement lacks its variable or its expression"};
+    if (values.empty())
+        return Problem{0, "nothing is assigned before the return statement"};
+    result = variables.back();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string replacement = "(" + values[i] + ")";
+        for (std::size_t k = i + 1; k < values.size(); ++k)
+            if (!substitute(values[k], variables[i], replacement, budget))
+                return Problem{0, kTooLarge};
+        if (!substitute(result, variables[i], replacement, budget))
+            return Problem{0, kTooLarge};
+    }
+    replaceAll(result, kReturn, "");
+    return {};
+}
+
+Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget)
+{
+    if (body.empty())
+        return Problem{0, "the definition has no statements"};
+    std::vector<std::string> variables;
+    std::vector<std::string> values;
+    if (const Failure failure = splitStatements(body, variables, values))
+        return failure;
+    std::string result;
+    if (const Failure failure = expandStatements(variables, std::move(values), result, budget))
+        return failure;
+    if (result.empty())
+        return Problem{body.rfind(variables.back()), "the return statement names nothing"};
+    if (!budget.spendOnTokens(result))
+        return Problem{0, kTooLarge};
+    record.resultExpression = std::move(result);
+    splitTokens(record.resultExpression, kOperators, true, record.resultTokens);
+    return {};
+}
+
+Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget)
+{
+    record.definitionText = definition;
+    std::string header;
+    std::string body;
+    if (const Failure failure = splitDefinition(definition, header, body))
+        return failure;
+    if (const Failure failure = parseHeader(header, record))
+        return failure;
+    if (const Failure failure = parseBody(body, record, budget))
+        return Problem{header.size() + failure->position, failure->reason};
+    return {};
+}
+
+}  // namespace mf::profiles

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mfcurves/profiles/readingBudget.h"
+
+class mfProfile_c;
+
+/// The steps of reading a definition in the current dialect, each with the reason
+/// when it fails. The reader of profiles turns the reason into a plain false.
+namespace mf::profiles {
+
+constexpr const char* kClosingKeyword = "endsegmenttype";
+
+/// Why a definition does not parse.
+struct Problem {
+    std::size_t position;  ///< in the text that the step was given
+    const char* reason;
+};
+
+/// Nothing when a step went well.
+using Failure = std::optional<Problem>;
+
+bool isWhiteSpace(char c);
+void removeWhiteSpace(std::string& text);
+
+/// The character lowered, except between double quotes; a quote flips
+/// `betweenQuotes`.
+char lowerOutsideQuotes(char character, bool& betweenQuotes);
+
+/// Appends a line in normal form to `out`: nothing for a comment line.
+void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out);
+
+/// Replaces every `pattern` from left to right, never looking at what was put in.
+/// Answers where the replacements begin in the new text.
+std::vector<std::size_t> replaceAll(std::string& text, const std::string& pattern,
+                                    const std::string& replacement);
+
+void splitTokens(const std::string& text, const std::string& delimiters, bool keep,
+                 std::vector<std::string>& out);
+
+Failure splitDefinition(const std::string& definition, std::string& header, std::string& body);
+Failure parseHeader(const std::string& header, mfProfile_c& record);
+Failure splitStatements(const std::string& body, std::vector<std::string>& variables,
+                        std::vector<std::string>& values);
+Failure expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
+                         std::string& result, ReadingBudget& budget);
+Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget);
+
+/// Fills `record` from a definition in normal form whose keywords are the current
+/// ones. Several definitions may share one budget.
+Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget);
+
+}  // namespace mf::profiles

@@ -1,0 +1,253 @@
+#include "mfcurves/profiles/mfProfileFileParser.h"
+
+#include <string_view>
+
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/profiles/definitionReading.h"
+
+namespace {
+
+constexpr std::string_view kOpeningKeyword = "Profile(";
+constexpr std::string_view kClosingKeyword = "endProfile";
+constexpr std::string_view kOperators = "()+-*/^%";
+
+template <class List>
+void append(std::vector<List>& out, const std::vector<List>& list)
+{
+    out.insert(out.end(), list.begin(), list.end());
+}
+
+// Hands out the pieces of a text that end in given characters, one after the
+// other.
+class Pieces {
+public:
+    Pieces(const std::string& text, std::size_t position) : text_(text), position_(position) {}
+
+    // Takes what stands before the next `end`. False when there is none.
+    bool take(char end, std::string& piece)
+    {
+        const std::size_t found = text_.find(end, position_);
+        if (found == std::string::npos)
+            return false;
+        piece = text_.substr(position_, found - position_);
+        position_ = found + 1;
+        return true;
+    }
+
+    std::size_t position() const { return position_; }
+
+private:
+    const std::string& text_;
+    std::size_t position_;
+};
+
+}  // namespace
+
+mfProfileFileParser_c::mfProfileFileParser_c() = default;
+
+mfProfileFileParser_c::~mfProfileFileParser_c() = default;
+
+bool mfProfileFileParser_c::parseProfiles(const std::string& fileName, bool isText, std::string text)
+{
+    if (!isText && !iReadFile(fileName, text))
+        return false;
+    budget_ = mf::profiles::ReadingBudget(text.size());
+    std::size_t position = 0;
+    do {
+        const std::size_t found = text.find(kClosingKeyword, position);
+        if (found == std::string::npos)
+            return false;
+        const std::size_t end = found + kClosingKeyword.size();
+        if (!iParseNext(text.substr(position, end - position)))
+            return false;
+        position = end;
+    } while (position != text.size());
+    return true;
+}
+
+bool mfProfileFileParser_c::iReadFile(const std::string& fileName, std::string& text)
+{
+    stream_.open(fileName);
+    if (!stream_)
+        return false;
+    text.clear();
+    readCompactText(text);
+    stream_.close();
+    return true;
+}
+
+bool mfProfileFileParser_c::iParseNext(const std::string& definition)
+{
+    const std::size_t index = definitions_.size();
+    definitions_.push_back(definition);
+    const std::size_t body = parseHeader(index);
+    if (body != std::string::npos && parseBody(body, index))
+        return true;
+    for (auto* list : {&definitions_, &names_, &indepVars_, &x1Names_, &y1Names_, &x2Names_, &y2Names_})
+        list->resize(index);
+    return false;
+}
+
+void mfProfileFileParser_c::readCompactText(std::string& out)
+{
+    for (char c; stream_.get(c);)
+        if (!mf::profiles::isWhiteSpace(c))
+            out += c;
+}
+
+std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
+{
+    if (index >= definitions_.size())
+        return std::string::npos;
+    const std::string& definition = definitions_[index];
+    const std::size_t keyword = definition.find(kOpeningKeyword);
+    if (keyword == std::string::npos)
+        return std::string::npos;
+
+    Pieces pieces(definition, keyword + kOpeningKeyword.size());
+    std::string name, indepVar, x1, y1, x2, y2;
+    if (!pieces.take(',', name) || !pieces.take(',', indepVar) || !pieces.take(',', x1) ||
+        !pieces.take(',', y1) || !pieces.take(',', x2) || !pieces.take(')', y2))
+        return std::string::npos;
+    // The name stands between two quotes, which are taken for granted.
+    if (name.size() < 2)
+        return std::string::npos;
+    names_.push_back(name.substr(1, name.size() - 2));
+    indepVars_.push_back(indepVar);
+    x1Names_.push_back(x1);
+    y1Names_.push_back(y1);
+    x2Names_.push_back(x2);
+    y2Names_.push_back(y2);
+    return pieces.position();
+}
+
+// The word "return" only marks where the assignments end; what it names is not
+// looked at.
+bool mfProfileFileParser_c::parseBody(std::size_t start, std::size_t index)
+{
+    if (index >= definitions_.size())
+        return false;
+    const std::string& definition = definitions_[index];
+    const std::size_t end = definition.find("return", start);
+    if (end == std::string::npos || end == start)
+        return false;
+    const std::size_t limit = end - 1;
+
+    std::vector<std::string> variables;
+    std::vector<std::string> values;
+    std::vector<std::vector<std::string>> tokenLists;
+    Pieces pieces(definition, start);
+    do {
+        std::string variable, value;
+        if (!pieces.take('=', variable) || !pieces.take(';', value))
+            return false;
+        variables.push_back(variable);
+        values.push_back(value);
+        tokenize(tokenLists, value);
+        if (!substituteTokens(variables, values, tokenLists, values.size() - 1))
+            return false;
+    } while (pieces.position() <= limit);
+
+    const std::string& result = values.back();
+    if (result.size() > mf::engine::kLongestText || !budget_.spendOnTokens(result))
+        return false;
+    results_.push_back(result);
+    tokenize(resultTokens_, result);
+    return true;
+}
+
+void mfProfileFileParser_c::tokenize(std::vector<std::vector<std::string>>& output,
+                                     const std::string& expression)
+{
+    std::vector<std::string> tokens;
+    std::string gathered;
+    for (const char c : expression) {
+        if (kOperators.find(c) == std::string_view::npos) {
+            gathered += c;
+            continue;
+        }
+        if (!gathered.empty())
+            tokens.push_back(std::move(gathered));
+        gathered.clear();
+        tokens.emplace_back(1, c);
+    }
+    if (!gathered.empty())
+        tokens.push_back(std::move(gathered));
+    output.push_back(std::move(tokens));
+}
+
+// A replaced token stays one token, brackets and all, so a later variable does
+// not match inside it. The size of the value is known before a token grows.
+bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& variables,
+                                             std::vector<std::string>& values,
+                                             std::vector<std::vector<std::string>>& tokenLists,
+                                             std::size_t index)
+{
+    if (index == 0 || index >= variables.size() || index >= values.size() || index >= tokenLists.size())
+        return index == 0;
+    std::vector<std::string>& tokens = tokenLists[index];
+    std::string& value = values[index];
+    const std::size_t steps = tokens.size() + value.size() / mf::profiles::kCharactersForEachStep;
+    if (!budget_.spend(index * steps))
+        return false;
+
+    std::size_t size = value.size();
+    bool replaced = false;
+    for (std::size_t k = 0; k < index; ++k) {
+        for (std::string& token : tokens) {
+            if (token != variables[k])
+                continue;
+            size += 2 + values[k].size() - token.size();
+            if (size > mf::engine::kLongestText || !budget_.spend(2 + values[k].size()))
+                return false;
+            token = "(" + values[k] + ")";
+            replaced = true;
+        }
+    }
+    if (!replaced)
+        return true;
+    value.clear();
+    for (const std::string& token : tokens)
+        value += token;
+    return true;
+}
+
+void mfProfileFileParser_c::getNames(std::vector<std::string>& out)
+{
+    append(out, names_);
+}
+
+void mfProfileFileParser_c::getResults(std::vector<std::string>& out)
+{
+    append(out, results_);
+}
+
+void mfProfileFileParser_c::getIndepVars(std::vector<std::string>& out)
+{
+    append(out, indepVars_);
+}
+
+void mfProfileFileParser_c::getX1(std::vector<std::string>& out)
+{
+    append(out, x1Names_);
+}
+
+void mfProfileFileParser_c::getY1(std::vector<std::string>& out)
+{
+    append(out, y1Names_);
+}
+
+void mfProfileFileParser_c::getX2(std::vector<std::string>& out)
+{
+    append(out, x2Names_);
+}
+
+void mfProfileFileParser_c::getY2(std::vector<std::string>& out)
+{
+    append(out, y2Names_);
+}
+
+void mfProfileFileParser_c::getResultTokens(std::vector<std::vector<std::string>>& out)
+{
+    append(out, resultTokens_);
+}

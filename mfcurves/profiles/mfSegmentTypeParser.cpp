@@ -1,0 +1,152 @@
+#include "mfcurves/profiles/mfSegmentTypeParser.h"
+
+#include <fstream>
+#include <istream>
+#include <memory>
+#include <string_view>
+
+#include "mfcurves/profiles/builtInProfiles.h"
+#include "mfcurves/profiles/definitionReading.h"
+#include "mfcurves/profiles/mfProfile.h"
+
+namespace {
+
+using mf::profiles::ReadingBudget;
+
+// Whether the text read so far stands between double quotes. It runs on from one
+// text to the next: after an unbalanced quote, text stays as written up to the
+// next quote.
+bool betweenQuotes = false;
+
+}  // namespace
+
+bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vector<mfProfile_c*>& out)
+{
+    std::vector<std::string> definitions;
+    if (fileName.empty()) {
+        for (std::string& definition : mf::profiles::builtInProfiles()) {
+            removeWhiteSpace(definition);
+            for (char& c : definition)
+                c = lowerOutsideQuotes(c);
+            definitions.push_back(definition);
+        }
+    } else if (!readDefinitions(fileName, definitions)) {
+        return false;
+    }
+
+    std::size_t length = 0;
+    for (const std::string& definition : definitions)
+        length += definition.size();
+    ReadingBudget budget(length);
+    for (const std::string& definition : definitions) {
+        auto record = std::make_unique<mfProfile_c>();
+        if (mf::profiles::parseDefinition(definition, *record, budget))
+            return false;
+        out.push_back(record.get());
+        record.release();
+    }
+    return true;
+}
+
+bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords)
+{
+    if (upgradeKeywords)
+        this->upgradeKeywords(text);
+    ReadingBudget budget(text.size());
+    return record && !mf::profiles::parseDefinition(text, *record, budget);
+}
+
+std::string mfSegmentTypeParser_c::baseProfileName(const std::string& displayName)
+{
+    const std::string name = displayName.substr(0, displayName.find('('));
+    const std::size_t first = name.find_first_not_of(' ');
+    if (first == std::string::npos)
+        return name;
+    return name.substr(first, name.find_last_not_of(' ') + 1 - first);
+}
+
+bool mfSegmentTypeParser_c::readDefinitions(const std::string& fileName, std::vector<std::string>& out)
+{
+    out.clear();
+    std::ifstream stream(fileName);
+    if (!stream)
+        return false;
+    std::string text;
+    readNormalText(stream, text);
+    upgradeKeywords(text);
+    const std::string_view terminator = mf::profiles::kClosingKeyword;
+    std::size_t position = 0;
+    for (std::size_t found = text.find(terminator); found != std::string::npos;
+         found = text.find(terminator, position)) {
+        const std::size_t end = found + terminator.size();
+        out.push_back(text.substr(position, end - position));
+        position = end;
+    }
+    return !out.empty();
+}
+
+bool mfSegmentTypeParser_c::readNormalText(std::istream& stream, std::string& out)
+{
+    for (std::string line; std::getline(stream, line);)
+        mf::profiles::appendNormalLine(std::move(line), betweenQuotes, out);
+    return !stream.bad();
+}
+
+bool mfSegmentTypeParser_c::upgradeKeywords(std::string& text)
+{
+    replaceAll(text, "endprofile", mf::profiles::kClosingKeyword);
+    return replaceAll(text, "profile(", "segmenttype(");
+}
+
+bool mfSegmentTypeParser_c::splitDefinition(const std::string& definition, std::string& header,
+                                            std::string& body)
+{
+    return !mf::profiles::splitDefinition(definition, header, body);
+}
+
+bool mfSegmentTypeParser_c::parseHeader(const std::string& header, mfProfile_c* record)
+{
+    return record && !mf::profiles::parseHeader(header, *record);
+}
+
+bool mfSegmentTypeParser_c::parseBody(const std::string& body, mfProfile_c* record)
+{
+    ReadingBudget budget(body.size());
+    return record && !mf::profiles::parseBody(body, *record, budget);
+}
+
+bool mfSegmentTypeParser_c::splitStatements(const std::string& body, std::vector<std::string>& variables,
+                                            std::vector<std::string>& values)
+{
+    return !mf::profiles::splitStatements(body, variables, values);
+}
+
+bool mfSegmentTypeParser_c::expandStatements(const std::vector<std::string>& variables,
+                                             const std::vector<std::string>& values, std::string& result)
+{
+    ReadingBudget budget(0);
+    return !mf::profiles::expandStatements(variables, values, result, budget);
+}
+
+bool mfSegmentTypeParser_c::replaceAll(std::string& text, const std::string& pattern,
+                                       const std::string& replacement)
+{
+    mf::profiles::replaceAll(text, pattern, replacement);
+    return true;
+}
+
+void mfSegmentTypeParser_c::splitTokens(const std::string& text, const std::string& delimiters, bool keep,
+                                        std::vector<std::string>& out)
+{
+    mf::profiles::splitTokens(text, delimiters, keep, out);
+}
+
+void mfSegmentTypeParser_c::removeWhiteSpace(std::string& text)
+{
+    mf::profiles::removeWhiteSpace(text);
+}
+
+char mfSegmentTypeParser_c::lowerOutsideQuotes(char character)
+{
+    return mf::profiles::lowerOutsideQuotes(character, betweenQuotes);
+}

@@ -1,0 +1,576 @@
+#include "mfcurves/profiles/mfSegmentTypeParser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sstream>
+
+#include "mfcurves/profiles/mfProfile.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace {
+
+using mf::test::TemporaryFolder;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Strings = std::vector<std::string>;
+
+// What readProfiles hands out, owned.
+struct ReadFile {
+    bool answer = false;
+    std::vector<std::unique_ptr<mfProfile_c>> records;
+};
+
+ReadFile readFile(const std::string& fileName)
+{
+    std::vector<mfProfile_c*> records;
+    ReadFile result;
+    result.answer = mfSegmentTypeParser_c().readProfiles(fileName, records);
+    for (mfProfile_c* record : records)
+        result.records.emplace_back(record);
+    return result;
+}
+
+ReadFile readText(const std::string& text)
+{
+    const TemporaryFolder folder;
+    folder.write("SegmentTypes.txt", text);
+    return readFile(folder / "SegmentTypes.txt");
+}
+
+std::string join(const Strings& pieces)
+{
+    std::string text;
+    for (const std::string& piece : pieces)
+        text += piece;
+    return text;
+}
+
+const char* const kLinear =
+    "segmenttype(\"Linear\",x,x1,y1,x2,y2)slope=(y2-y1)/"
+    "(x2-x1);dy=slope*(x-x1);y=y1+dy;returny;endsegmenttype";
+
+// ---------------------------------------------------------------- built-in table
+
+struct BuiltInCase {
+    const char* name;
+    const char* result;
+};
+
+const BuiltInCase kBuiltInCases[] = {
+    {"Cubic", "(y1+(y2-y1)*(3*((x-x1)/(x2-x1))^2-2*((x-x1)/(x2-x1))^3))"},
+    {"Quarter-Sine", "(y1+(y2-y1)*(sin(pi*((x-x1)/(x2-x1))/2)))"},
+    {"Quarter-Cosine", "(y1+(y2-y1)*(1-cos(pi*((x-x1)/(x2-x1))/2)))"},
+    {"Half-Cosine", "((y2+y1)/2-((y2-y1)/2)*(cos(pi*((x-x1)/(x2-x1)))))"},
+    {"3-4-5-Polynomial", "(y1+(y2-y1)*(10*((x-x1)/(x2-x1))^3-15*((x-x1)/(x2-x1))^4+6*((x-x1)/(x2-x1))^5))"},
+    {"4-5-6-7-Polynomial",
+     "(y1+(y2-y1)*(35*((x-x1)/(x2-x1))^4-84*((x-x1)/(x2-x1))^5+70*((x-x1)/(x2-x1))^6-20*((x-x1)/"
+     "(x2-x1))^7))"},
+    {"5-6-7-8-9-Polynomial",
+     "(y1+(y2-y1)*(126*((x-x1)/(x2-x1))^5-420*((x-x1)/(x2-x1))^6+540*((x-x1)/(x2-x1))^7"
+     "-315*((x-x1)/(x2-x1))^8+70*((x-x1)/(x2-x1))^9))"},
+    {"Cycloidal", "(y1+(y2-y1)*(1-cos(pi*((x-x1)/(x2-x1))/2)))"},
+    {"Quadratic", "(y1+(y2-y1)*(((x-x1)/(x2-x1))^2))"},
+    {"Linear", "(y1+(((y2-y1)/(x2-x1))*(x-x1)))"},
+};
+
+TEST(ReadProfiles, EmptyNameReadsTheBuiltInTableEachTimeAlike)
+{
+    for (int use = 1; use <= 2; ++use) {
+        const ReadFile file = readFile("");
+        ASSERT_TRUE(file.answer);
+        ASSERT_EQ(file.records.size(), std::size(kBuiltInCases));
+        for (std::size_t i = 0; i < file.records.size(); ++i) {
+            const mfProfile_c& record = *file.records[i];
+            EXPECT_EQ(record.name, kBuiltInCases[i].name);
+            EXPECT_EQ(record.independentVariable, "x");
+            EXPECT_EQ(record.x1, "x1");
+            EXPECT_EQ(record.y1, "y1");
+            EXPECT_EQ(record.x2, "x2");
+            EXPECT_EQ(record.y2, "y2");
+            EXPECT_EQ(record.resultExpression, kBuiltInCases[i].result);
+        }
+        EXPECT_EQ(file.records.back()->definitionText, kLinear);
+    }
+}
+
+TEST(ReadProfiles, TokensOfLinearLackTheLastBracket)
+{
+    const ReadFile file = readFile("");
+    const mfProfile_c& linear = *file.records.back();
+    EXPECT_EQ(linear.resultTokens.size(), 24u);
+    EXPECT_EQ(join(linear.resultTokens) + ")", linear.resultExpression);
+}
+
+TEST(ReadProfiles, AppendsToWhatTheListHolds)
+{
+    mfProfile_c mine;
+    std::vector<mfProfile_c*> records = {&mine};
+    ASSERT_TRUE(mfSegmentTypeParser_c().readProfiles("", records));
+    ASSERT_EQ(records.size(), 11u);
+    EXPECT_EQ(records.front(), &mine);
+    for (std::size_t i = 1; i < records.size(); ++i)
+        delete records[i];
+}
+
+// ---------------------------------------------------------------- files
+
+const char* const kOneLine =
+    "SegmentType(\"Half Rise\",t,xa,ya,xb,yb) s=(t-xa)/(xb-xa); h=ya+(yb-ya)*s/2; return h; endSegmentType";
+
+struct SameTextCase {
+    const char* name;
+    const char* text;
+};
+
+// Each reads as the one definition HalfRise.
+const SameTextCase kSameTextCases[] = {
+    {"OneLine", kOneLine},
+    {"EachStatementOnItsLine",
+     "SegmentType(\"Half Rise\",\n t, xa, ya,\r\n xb, yb)\n\ts = (t-xa)/(xb-xa);\n h = ya+(yb-ya)*s/2;\n"
+     " return h;\nendSegmentType\n"},
+    {"WordsBrokenOverLines",
+     "Segment\nType(\"Half \nRise\",t,xa,ya,xb,yb)s=(t-xa)/(xb-x\na);h=ya+(yb-ya)*s/2;ret\nurn "
+     "h;end\nSegment\nType"},
+    {"AnyCaseOfKeywords",
+     "SEGMENTTYPE(\"Half Rise\",T,XA,YA,XB,YB) S=(T-XA)/(XB-XA); H=YA+(YB-YA)*S/2; RETURN H; ENDSEGMENTTYPE"},
+    {"OlderKeywordsInAnyCase",
+     "pRofile(\"Half Rise\",t,xa,ya,xb,yb) s=(t-xa)/(xb-xa); h=ya+(yb-ya)*s/2; return h; ENDprofile"},
+    {"CommentLinesBeforeInsideAndBehind",
+     "' a \"comment with one quote\nSegmentType(\"Half Rise\",t,xa,ya,xb,yb)\n  ' indented; endSegmentType\n"
+     "s=(t-xa)/(xb-xa);\n'\nh=ya+(yb-ya)*s/2;\nreturn h;\nendSegmentType\n' behind"},
+    {"EmptyLines",
+     "\n\n\nSegmentType(\"Half Rise\",t,xa,ya,xb,yb)\n\ns=(t-xa)/(xb-xa);h=ya+(yb-ya)*s/2;\n\n"
+     "return h;endSegmentType\n\n"},
+    {"RunsOfHeaderDelimitersCountAsOne",
+     "SegmentType((\"Half Rise\",,t,xa,,ya,xb,(yb)s=(t-xa)/(xb-xa);h=ya+(yb-ya)*s/2;return "
+     "h;endSegmentType"},
+    {"TextBehindTheLastKeywordIsIgnored",
+     "SegmentType(\"Half Rise\",t,xa,ya,xb,yb)s=(t-xa)/(xb-xa);h=ya+(yb-ya)*s/2;return h;endSegmentType"
+     "SegmentType(\"Lost\",x"},
+};
+
+class SameDefinition : public testing::TestWithParam<SameTextCase> {};
+
+TEST_P(SameDefinition, ReadsAlikeHoweverItIsWritten)
+{
+    const ReadFile file = readText(GetParam().text);
+    ASSERT_TRUE(file.answer);
+    ASSERT_EQ(file.records.size(), 1u);
+    const mfProfile_c& record = *file.records[0];
+    EXPECT_EQ(record.name, "HalfRise");  // blanks go, capitals between quotes stay
+    EXPECT_EQ(record.independentVariable, "t");
+    EXPECT_EQ(record.x1, "xa");
+    EXPECT_EQ(record.y1, "ya");
+    EXPECT_EQ(record.x2, "xb");
+    EXPECT_EQ(record.y2, "yb");
+    EXPECT_EQ(record.resultExpression, "(ya+(yb-ya)*((t-xa)/(xb-xa))/2)");
+    EXPECT_TRUE(record.definitionText.starts_with("segmenttype("));
+    EXPECT_TRUE(record.definitionText.ends_with("h=ya+(yb-ya)*s/2;returnh;endsegmenttype"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, SameDefinition, testing::ValuesIn(kSameTextCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(ReadProfiles, SeveralDefinitionsMayShareALine)
+{
+    const ReadFile file = readText(std::string(kOneLine) + kOneLine + "\n" + kOneLine);
+    EXPECT_TRUE(file.answer);
+    EXPECT_EQ(file.records.size(), 3u);
+}
+
+struct RefusedCase {
+    const char* name;
+    const char* text;
+    std::size_t kept;  // definitions before the bad one
+};
+
+const RefusedCase kRefusedCases[] = {
+    {"EmptyFile", "", 0},
+    {"OnlyComments", "' SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n'\n", 0},
+    {"NoClosingKeyword", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;", 0},
+    {"NoParenthesis", "SegmentType\"A\",x,x1,y1,x2,y2 y=1;return y;endSegmentType", 0},
+    {"TextBeforeTheKeyword", "mySegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType", 0},
+    {"FourArguments", "SegmentType(\"A\",x,x1,y1,x2)y=1;return y;endSegmentType", 0},
+    {"SixArguments", "SegmentType(\"A\",x,x1,y1,x2,y2,y3)y=1;return y;endSegmentType", 0},
+    {"CommaInTheName", "SegmentType(\"A,B\",x,x1,y1,x2,y2)y=1;return y;endSegmentType", 0},
+    {"ParenthesisInTheName", "SegmentType(\"A(B)\",x,x1,y1,x2,y2)y=1;return y;endSegmentType", 0},
+    {"OpeningParenthesisInTheName", "SegmentType(\"A(B\",x,x1,y1,x2,y2)y=1;return y;endSegmentType", 0},
+    {"NoStatements", "SegmentType(\"A\",x,x1,y1,x2,y2)endSegmentType", 0},
+    {"ReturnWithoutAssignment", "SegmentType(\"A\",x,x1,y1,x2,y2)return x;endSegmentType", 0},
+    {"TwoSignsInAStatement", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1=2;return y;endSegmentType", 0},
+    {"EmptyExpression", "SegmentType(\"A\",x,x1,y1,x2,y2)y=;return y;endSegmentType", 0},
+    {"NoReturn", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;y;endSegmentType", 0},
+    {"ReturnNamesNothing", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return;endSegmentType", 0},
+    {"OneLetterLostWithTheLastSemicolon", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y endSegmentType", 0},
+    {"BadOneBehindTwoGoodOnes",
+     "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n"
+     "SegmentType(\"B\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n"
+     "SegmentType(\"C\",x,x1,y1,x2,y2)y=1;endSegmentType\n"
+     "SegmentType(\"D\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n",
+     2},
+};
+
+class Refused : public testing::TestWithParam<RefusedCase> {};
+
+TEST_P(Refused, AnswersFalseAndKeepsWhatWasReadBefore)
+{
+    const ReadFile file = readText(GetParam().text);
+    EXPECT_FALSE(file.answer);
+    EXPECT_EQ(file.records.size(), GetParam().kept);
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, Refused, testing::ValuesIn(kRefusedCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(ReadProfiles, FileThatDoesNotOpenAnswersFalse)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(readFile(folder / "none.txt").answer);
+}
+
+TEST(ReadProfiles, FolderInThePlaceOfAFileAnswersFalse)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(readFile(folder.path()).answer);
+}
+
+TEST(ReadDefinitions, ReplacesTheListAndCutsBehindEachKeyword)
+{
+    const TemporaryFolder folder;
+    Strings definitions = {"old"};
+    folder.write("a.txt", "A b\nendSegmentType c endProfile\nd");
+    EXPECT_TRUE(mfSegmentTypeParser_c().readDefinitions(folder / "a.txt", definitions));
+    EXPECT_THAT(definitions, ElementsAre("abendsegmenttype", "cendsegmenttype"));
+
+    EXPECT_FALSE(mfSegmentTypeParser_c().readDefinitions(folder / "none.txt", definitions));
+    EXPECT_THAT(definitions, IsEmpty());
+}
+
+// ---------------------------------------------------------------- quotes
+
+TEST(LowerOutsideQuotes, FlipsAtEachQuoteAndRunsOnAcrossCalls)
+{
+    mfSegmentTypeParser_c parser;
+    std::string seen;
+    for (const char c : std::string("A\"B\"C\"D"))
+        seen += parser.lowerOutsideQuotes(c);
+    EXPECT_EQ(seen, "a\"B\"c\"D");
+    // Another reader, another text: still between quotes.
+    EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('E'), 'E');
+    EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('"'), '"');
+    EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('F'), 'f');
+}
+
+TEST(LowerOutsideQuotes, LeavesBytesBeyondAsciiAlone)
+{
+    mfSegmentTypeParser_c parser;
+    for (int c = 128; c < 256; ++c)
+        EXPECT_EQ(parser.lowerOutsideQuotes(static_cast<char>(c)), static_cast<char>(c));
+}
+
+TEST(UnbalancedQuote, LeavesTheNextTextUnloweredUpToItsQuote)
+{
+    EXPECT_FALSE(readText("\"").answer);
+    // The keyword keeps its capitals, and the name stands outside the quotes now.
+    EXPECT_FALSE(readText("SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType").answer);
+    EXPECT_FALSE(readText("\"").answer);
+    EXPECT_TRUE(readText("SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType").answer);
+}
+
+TEST(UnbalancedQuote, LowersTheNamesOfLowerCaseDefinitions)
+{
+    EXPECT_FALSE(readText("\"").answer);
+    const ReadFile file = readText("segmenttype(\"Rise\",x,x1,y1,x2,y2)y=1;return y;endsegmenttype");
+    EXPECT_FALSE(readText("\"").answer);
+    ASSERT_TRUE(file.answer);
+    EXPECT_EQ(file.records[0]->name, "rise");
+}
+
+// ---------------------------------------------------------------- text steps
+
+TEST(RemoveWhiteSpace, TakesEveryKindBetweenQuotesToo)
+{
+    std::string text = " a\tb\nc\vd\fe\rf \" g \"  ";
+    mfSegmentTypeParser_c().removeWhiteSpace(text);
+    EXPECT_EQ(text, "abcdef\"g\"");
+}
+
+TEST(ReadNormalText, AppendsWithoutSeparators)
+{
+    std::istringstream stream("A b\n'dropped\n ' dropped too\nC'kept\n\nd");
+    std::string out = "old";
+    EXPECT_TRUE(mfSegmentTypeParser_c().readNormalText(stream, out));
+    EXPECT_EQ(out, "oldabc'keptd");
+}
+
+TEST(ReadNormalText, StreamThatCannotBeReadAnswersFalse)
+{
+    std::istream stream(nullptr);
+    std::string out = "old";
+    EXPECT_FALSE(mfSegmentTypeParser_c().readNormalText(stream, out));
+    EXPECT_EQ(out, "old");
+}
+
+struct ReplaceCase {
+    const char* name;
+    const char* text;
+    const char* pattern;
+    const char* replacement;
+    const char* result;
+};
+
+const ReplaceCase kReplaceCases[] = {
+    {"EveryOccurrence", "xbxbx", "xb", "y", "yyx"},
+    {"NoneThere", "abc", "x", "y", "abc"},
+    {"WhatWasPutInIsNotScanned", "aa", "a", "aa", "aaaa"},
+    {"NoMatchAcrossAReplacement", "aabb", "ab", "", "ab"},
+    {"OverlapsGoLeftToRight", "aaa", "aa", "b", "ba"},
+    {"LongerWordsAreHit", "y+y1+my", "y", "(z)", "(z)+(z)1+m(z)"},
+    {"EmptyPatternIsNowhere", "abc", "", "x", "abc"},
+    {"EmptyText", "", "a", "b", ""},
+    {"WholeText", "ab", "ab", "", ""},
+};
+
+class ReplaceAll : public testing::TestWithParam<ReplaceCase> {};
+
+TEST_P(ReplaceAll, ReplacesPlainText)
+{
+    const ReplaceCase& c = GetParam();
+    std::string text = c.text;
+    EXPECT_TRUE(mfSegmentTypeParser_c().replaceAll(text, c.pattern, c.replacement));
+    EXPECT_EQ(text, c.result);
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, ReplaceAll, testing::ValuesIn(kReplaceCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(UpgradeKeywords, RewritesLoweredKeywordsInNamesToo)
+{
+    std::string text = "profile(\"myprofile(endprofile\",Profile(endProfile;endprofile";
+    EXPECT_TRUE(mfSegmentTypeParser_c().upgradeKeywords(text));
+    EXPECT_EQ(text, "segmenttype(\"mysegmenttype(endsegmenttype\",Profile(endProfile;endsegmenttype");
+}
+
+struct SplitCase {
+    const char* name;
+    const char* text;
+    const char* delimiters;
+    bool keep;
+    Strings pieces;
+};
+
+const char* const kOperators = "()+-*/^%";
+
+// With one delimiter "," and letters as text, the two rules at the end of a text
+// show in all combinations.
+const SplitCase kSplitCases[] = {
+    {"EmptyText", "", ",", true, {}},
+    {"PieceBehindTheLastDelimiterLosesACharacter", "ab,cd", ",", false, {"ab", "c"}},
+    {"OneCharacterBehindTheLastDelimiterLeavesAnEmptyPiece", "ab,c", ",", false, {"ab", ""}},
+    {"DelimiterAtTheEndProtectsThePiece", "ab,cd,", ",", false, {"ab", "cd"}},
+    {"NoDelimiter", "abc", ",", false, {"ab"}},
+    {"NoDelimiterKept", "abc", ",", true, {"ab"}},
+    {"OneCharacter", "a", ",", false, {""}},
+    {"OnlyDelimiters", ",,", ",", false, {}},
+    {"OnlyDelimitersKeptLessTheLast", ",,,", ",", true, {",", ","}},
+    {"OneDelimiterKept", ",", ",", true, {}},
+    {"RunsCountAsOne", ",,a,,,b,,", ",", false, {"a", "b"}},
+    {"RunsAreKept", ",,a,,,b,,", ",", true, {",", ",", "a", ",", ",", ",", "b", ","}},
+    {"LastDelimiterIsNotKept", "a,", ",", true, {"a"}},
+    {"DelimiterInFrontIsKept", ",a,", ",", true, {",", "a"}},
+    {"KeptBeforeAShortenedPiece", "a,bc", ",", true, {"a", ",", "b"}},
+    {"Operators", "(a+b*(c^2))", kOperators, true, {"(", "a", "+", "b", "*", "(", "c", "^", "2", ")"}},
+    {"StatementWithoutExpression", "a=;", "=;", false, {"a"}},
+    {"NoDelimiters", "abc", "", true, {"ab"}},
+};
+
+class SplitTokens : public testing::TestWithParam<SplitCase> {};
+
+TEST_P(SplitTokens, FollowsItsTwoBoundaryRules)
+{
+    const SplitCase& c = GetParam();
+    Strings pieces = {"old"};
+    mfSegmentTypeParser_c().splitTokens(c.text, c.delimiters, c.keep, pieces);
+    EXPECT_EQ(pieces, c.pieces);
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, SplitTokens, testing::ValuesIn(kSplitCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(BaseProfileName, TakesOffTheBracketedTailAndBlanks)
+{
+    mfSegmentTypeParser_c parser;
+    const std::pair<const char*, const char*> cases[] = {
+        {"Linear (User)", "Linear"},
+        {"Linear", "Linear"},
+        {"Linear (User)<1>", "Linear"},
+        {"  A  B  ", "A  B"},
+        {"(User)", ""},
+        {"   ", "   "},
+        {"   (User)", "   "},
+        {"", ""},
+        {"A (B) (C)", "A"},
+        {"\tA ", "\tA"},
+        {"A(Default)", "A"},
+    };
+    for (const auto& [name, base] : cases)
+        EXPECT_EQ(parser.baseProfileName(name), base) << '"' << name << '"';
+}
+
+// ---------------------------------------------------------------- steps of a definition
+
+TEST(ParseDefinition, RewritesOlderKeywordsInPlaceWhenAsked)
+{
+    std::string text = "profile(\"A\",x,x1,y1,x2,y2)y=x;returny;endprofile";
+    mfProfile_c record;
+    EXPECT_TRUE(mfSegmentTypeParser_c().parseDefinition(text, &record, true));
+    EXPECT_EQ(text, "segmenttype(\"A\",x,x1,y1,x2,y2)y=x;returny;endsegmenttype");
+    EXPECT_EQ(record.definitionText, text);
+    EXPECT_EQ(record.resultExpression, "(x)");
+}
+
+TEST(ParseDefinition, RefusesOlderKeywordsOtherwise)
+{
+    const std::string older = "profile(\"A\",x,x1,y1,x2,y2)y=x;returny;endprofile";
+    std::string text = older;
+    mfProfile_c record;
+    EXPECT_FALSE(mfSegmentTypeParser_c().parseDefinition(text, &record, false));
+    EXPECT_EQ(text, older);
+    EXPECT_EQ(record.definitionText, older);
+    EXPECT_EQ(record.name, "");
+}
+
+TEST(ParseDefinition, RefusesCapitalsInAKeyword)
+{
+    for (const char* definition : {"Profile(\"A\",x,x1,y1,x2,y2)y=x;returny;endProfile",
+                                   "SegmentType(\"A\",x,x1,y1,x2,y2)y=x;returny;endsegmenttype"}) {
+        std::string text = definition;
+        mfProfile_c record;
+        EXPECT_FALSE(mfSegmentTypeParser_c().parseDefinition(text, &record, true)) << definition;
+    }
+}
+
+TEST(ParseDefinition, TakesADefinitionWithoutItsClosingKeyword)
+{
+    std::string text = "segmenttype(\"A\",x,x1,y1,x2,y2)y=x;returny;";
+    mfProfile_c record;
+    EXPECT_TRUE(mfSegmentTypeParser_c().parseDefinition(text, &record, true));
+    EXPECT_EQ(record.resultExpression, "(x)");
+}
+
+TEST(ParseDefinition, KeepsWhatWasStoredBeforeAFailure)
+{
+    std::string text = "segmenttype(\"A\",x,x1,y1,x2,y2)y=x;";
+    mfProfile_c record;
+    EXPECT_FALSE(mfSegmentTypeParser_c().parseDefinition(text, &record, false));
+    EXPECT_EQ(record.definitionText, text);
+    EXPECT_EQ(record.name, "A");
+    EXPECT_EQ(record.y2, "y2");
+    EXPECT_EQ(record.resultExpression, "");
+}
+
+TEST(ParseDefinition, NullRecordAnswersFalse)
+{
+    std::string text = kLinear;
+    EXPECT_FALSE(mfSegmentTypeParser_c().parseDefinition(text, nullptr, true));
+    EXPECT_FALSE(mfSegmentTypeParser_c().parseHeader("segmenttype(\"A\",x,x1,y1,x2,y2)", nullptr));
+    EXPECT_FALSE(mfSegmentTypeParser_c().parseBody("y=x;returny;", nullptr));
+}
+
+TEST(SplitDefinition, CutsBehindTheFirstParenthesis)
+{
+    std::string header, body;
+    EXPECT_TRUE(
+        mfSegmentTypeParser_c().splitDefinition("a(b)c)dendsegmenttypeeendsegmenttype", header, body));
+    EXPECT_EQ(header, "a(b)");
+    EXPECT_EQ(body, "c)d");
+    EXPECT_TRUE(mfSegmentTypeParser_c().splitDefinition("a)b", header, body));
+    EXPECT_EQ(body, "b");
+    EXPECT_TRUE(mfSegmentTypeParser_c().splitDefinition("a)endsegmenttype", header, body));
+    EXPECT_EQ(body, "");
+    EXPECT_FALSE(mfSegmentTypeParser_c().splitDefinition("a)", header, body));
+    EXPECT_FALSE(mfSegmentTypeParser_c().splitDefinition("abc", header, body));
+    EXPECT_FALSE(mfSegmentTypeParser_c().splitDefinition("", header, body));
+}
+
+TEST(ParseHeader, FailureLeavesTheRecordUntouched)
+{
+    mfProfile_c record;
+    record.name = "old";
+    for (const char* header : {"", "segmenttype(\"A\",x,x1,y1,x2)", "SegmentType(\"A\",x,x1,y1,x2,y2)",
+                               "xsegmenttype(\"A\",x,x1,y1,x2,y2)", "segmenttype(\"\",x,x1,y1,x2,y2)"})
+        EXPECT_FALSE(mfSegmentTypeParser_c().parseHeader(header, &record)) << header;
+    EXPECT_EQ(record.name, "old");
+    EXPECT_EQ(record.x1, "");
+}
+
+TEST(SplitStatements, TellsVariablesFromValues)
+{
+    Strings variables, values;
+    EXPECT_TRUE(mfSegmentTypeParser_c().splitStatements("a=1;b=a+2;returnb;", variables, values));
+    EXPECT_THAT(variables, ElementsAre("a", "b", "returnb"));
+    EXPECT_THAT(values, ElementsAre("1", "a+2"));
+}
+
+struct ExpandCase {
+    const char* name;
+    const char* body;
+    const char* result;  // null: refused
+};
+
+const ExpandCase kExpandCases[] = {
+    {"OneAssignment", "y=x+1;returny;", "(x+1)"},
+    {"ReturnIsAnExpression", "y=x;returny*2;", "(x)*2"},
+    {"ReturnOfSeveralVariables", "a=x;b=a^2;returna+b;", "(x)+((x)^2)"},
+    {"ReturnWithoutVariable", "y=x;returnz;", "z"},
+    {"OrderIsTheWholeMeaning", "b=a+1;a=x;returnb;", "((x)+1)"},
+    {"AssignedTwiceTheFirstStands", "y=1;y=2;returny;", "(1)"},
+    // The first y is a variable name only where an earlier y was not put in: here
+    // the second assignment's right side is reached, its left side is not.
+    {"SecondAssignmentUsesTheFirst", "y=1;z=y;y=z+y;returny+z;", "(1)+((1))"},
+    {"SelfReferenceStays", "y=y+1;returny;", "(y+1)"},
+    {"ShortNameHitsTheLongerOne", "y=x;z=y+y1;returnz;", "((x)+(x)1)"},
+    {"LongerNameFirstKeepsClear", "y1a=x;y=y1a+1;returny;", "((x)+1)"},
+    {"NameInsideTheWordReturn", "t=x;returnt;", "re(x)urn(x)"},
+    {"NameReturnEatsTheKeyword", "return=x;returnreturn;", "(x)(x)"},
+    {"EveryReturnGoes", "y=returnx;returny;", "(x)"},
+    {"LostSemicolonTakesALetter", "val=x;returnvals", "(x)"},
+    {"LostSemicolonLeavesAnUnknownName", "val=x;returnval", "va"},
+    {"LostSemicolonLeavesNothing", "y=x;returny", nullptr},
+    {"MissingSemicolonInside", "a=1b=2;returnb;", nullptr},
+    {"NoReturn", "a=1;b;", nullptr},
+    {"ReturnInsideTheLastPiece", "a=x;myreturna;", "my(x)"},
+    {"Empty", "", nullptr},
+};
+
+class ExpandStatements : public testing::TestWithParam<ExpandCase> {};
+
+TEST_P(ExpandStatements, PutsValuesForNamesByPlainText)
+{
+    const ExpandCase& c = GetParam();
+    mfProfile_c record;
+    EXPECT_EQ(mfSegmentTypeParser_c().parseBody(c.body, &record), c.result != nullptr);
+    EXPECT_EQ(record.resultExpression, c.result ? c.result : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, ExpandStatements, testing::ValuesIn(kExpandCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST(ExpandStatements, RefusesListsThatDoNotFit)
+{
+    std::string result;
+    EXPECT_FALSE(mfSegmentTypeParser_c().expandStatements({"a"}, {"1"}, result));
+    EXPECT_FALSE(mfSegmentTypeParser_c().expandStatements({"a", "b", "returnb"}, {"1"}, result));
+    EXPECT_FALSE(mfSegmentTypeParser_c().expandStatements({}, {}, result));
+    EXPECT_FALSE(mfSegmentTypeParser_c().expandStatements({"returny"}, {}, result));
+}
+
+TEST(ExpandStatements, EmptyNameChangesNothing)
+{
+    std::string result;
+    EXPECT_TRUE(mfSegmentTypeParser_c().expandStatements({"", "returny"}, {"1"}, result));
+    EXPECT_EQ(result, "y");
+}
+
+}  // namespace
