@@ -239,12 +239,20 @@ std::optional<std::vector<double>> constants(const Graph& graph, std::span<const
     return numbers;
 }
 
+// The value where u is defined; where u is not, nothing.
+NodeId whereDefined(Graph& graph, NodeId u, NodeId value)
+{
+    return sum(graph, product(graph, 0.0, u), value);
+}
+
 // a0 + a1 f(w h) + a2 f(2 w h) + ..., from the arguments (x, x0, w, a0, ...)
 NodeId fourierSeries(Graph& graph, FunctionId f, std::span<const NodeId> arguments)
 {
     const NodeId h = difference(graph, arguments[0], arguments[1]);
     const NodeId w = arguments[2];
     NodeId total = arguments[3];
+    if (arguments.size() == 4)
+        return whereDefined(graph, product(graph, w, h), total);
     for (std::size_t j = 1; j + 3 < arguments.size(); ++j) {
         const NodeId angle = product(graph, product(graph, static_cast<double>(j), w), h);
         total = sum(graph, total, product(graph, arguments[j + 3], call(graph, f, angle)));
@@ -283,6 +291,8 @@ NodeId expandPoly(Graph& graph, std::span<const NodeId> arguments)
     if (const auto numbers = constants(graph, coefficients))
         return polynomial(graph, h, 0, *numbers);
     NodeId total = coefficients.back();
+    if (coefficients.size() == 1)
+        return whereDefined(graph, h, total);
     for (std::size_t j = coefficients.size() - 1; j-- > 0;)
         total = sum(graph, coefficients[j], product(graph, h, total));
     return total;
@@ -295,6 +305,8 @@ NodeId expandCheby(Graph& graph, std::span<const NodeId> arguments)
     if (const auto numbers = constants(graph, coefficients))
         return chebyshev(graph, h, *numbers);
     NodeId total = coefficients[0];
+    if (coefficients.size() == 1)
+        return whereDefined(graph, h, total);
     std::vector<double> unit;
     for (std::size_t j = 1; j < coefficients.size() && !graph.full(); ++j) {
         unit.assign(j + 1, 0.0);

@@ -35,7 +35,7 @@ struct NamedConstant {
 constexpr NamedConstant kConstants[] = {{L"pi", kPi}, {L"rtod", 180.0 / kPi}, {L"dtor", kPi / 180.0}};
 
 // One function for each rule of the grammar. After an error every function
-// returns at once; the node it answers then means nothing.
+// returns at once; the node it answers then, the first of the graph, means nothing.
 class Parser
 {
 public:
@@ -43,6 +43,7 @@ public:
            ParameterNames& parameters)
         : lexer_(text), variableName_(variableName), graph_(graph), parameters_(parameters)
     {
+        constant(graph_, 0.0);  // node 0 exists, whatever the text begins with
         advance();
     }
 
