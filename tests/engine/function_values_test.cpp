@@ -1,0 +1,42 @@
+// Every function of the engine against values that SymPy and mpmath made at 60
+// digits: function_values.txt, written by make_function_values.py.
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "tests/engine/compiled.h"
+#include "tests/engine/value_table.h"
+
+namespace engine_test {
+namespace {
+
+using TestedFunction = TabledText<5>;  // x, value, three derivatives
+
+class FunctionValues : public testing::TestWithParam<TestedFunction> {};
+
+// The points stay away from kinks and are chosen well-conditioned, so that 1e-12
+// leaves the engine thousands of roundings and a wrong formula none.
+constexpr double kRelativeTolerance = 1e-12;
+
+TEST_P(FunctionValues, AgreeInAllOrders)
+{
+    const TestedFunction& function = GetParam();
+    const Orders compiled(function.text);
+    ASSERT_TRUE(compiled);
+    ASSERT_FALSE(function.rows.empty());
+    for (const auto& row : function.rows) {
+        const double x = row[0];
+        for (int order = 0; order < 4; ++order) {
+            const double expected = row[1 + order];
+            const std::optional<double> got = compiled.at(x, order);
+            ASSERT_TRUE(got) << "order " << order << " at " << x;
+            EXPECT_NEAR(*got, expected, kRelativeTolerance * std::abs(expected))
+                << "order " << order << " at " << x;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, FunctionValues, testing::ValuesIn(readTable<5>("function_values.txt")));
+
+}  // namespace
+}  // namespace engine_test
