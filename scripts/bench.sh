@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# scripts/bench.sh [REPETITIONS]
+#
+# Builds the benchmarks (preset `bench`), runs each one's repetitions interleaved
+# with the others', and prints the ratios of medians against their targets. The
+# results lie in build/bench/results. Exit status 1: a ratio misses its target.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+repetitions=${1:-15}
+
+cmake --preset bench
+cmake --build build/bench
+results=build/bench/results
+mkdir -p "$results"
+rm -f "$results"/*.json
+for source in bench/*_bench.cpp; do
+    name=$(basename "$source" .cpp)
+    build/bench/bench/"$name" --benchmark_repetitions="$repetitions" --benchmark_min_time=0.05 \
+        --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
+        --benchmark_out="$results/$name.json" --benchmark_out_format=json >/dev/null
+done
+
+echo
+grep -m1 'model name' /proc/cpuinfo || true
+grep -m1 CMAKE_CXX_COMPILER: build/bench/CMakeCache.txt
+echo
+bench/ratios.py "$results"/*.json
