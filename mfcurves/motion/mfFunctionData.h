@@ -12,6 +12,7 @@ class mfFunctionBase_c;
 class mfFunctionDataPoints_c;
 class mfFunctionExpression_c;
 class mfFunctionSegments_c;
+class mfProfileFileParser_c;
 
 /// One motion function: what a host holds for a motor, a force or a torque.
 ///
@@ -113,6 +114,8 @@ public:
 
 private:
     mfFunctionBase_c* iActiveKind();
+    // Appends the profiles of a reader to the lists of start-up profiles.
+    void iTakeProfiles(mfProfileFileParser_c& parser);
 
     mf::FunctionType_e functionType_ = mf::FunctionType_Segments;
     CString functionName_;
