@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
+#include "mfcurves/engine/evaluateMany.h"
+#include "mfcurves/functions/motorDerivatives.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/IMotionServices.h"
 #include "mfcurves/interfaces/IMotionStudy.h"
@@ -15,7 +18,6 @@
 namespace {
 
 constexpr int kSampleCount = 100;
-constexpr int kDerivativeCount = 3;
 
 // A calculator ends by Release and by nothing else.
 struct ReleaseCalculator {
@@ -39,6 +41,15 @@ bool evaluateAt(ICalculator* calculator, double x, double& y)
         return false;
     y = *result.getValue();
     return true;
+}
+
+// How many of the samples have a value before the first that has none; ys holds
+// as many.
+int evaluateEach(ICalculator* calculator, const std::vector<double>& xs, std::vector<double>& ys)
+{
+    return calculator == nullptr
+               ? 0
+               : static_cast<int>(mf::engine::evaluateMany(*calculator, xs.data(), ys.data(), xs.size()));
 }
 
 CString resourceText(unsigned number)
@@ -238,87 +249,88 @@ bool mfFunctionExpression_c::iSample()
     if (!initializePlottingData(kSampleCount, motionObjectType))
         return false;
     const double step = (maxX_ - minX_) / (kSampleCount - 1);
-
+    std::vector<double> xs(kSampleCount);
     double x = minX_;
-    for (int i = 0; i < kSampleCount; ++i) {
-        mfPoint2D_c& point = plottingData_[0][i];
-        point = mfPoint2D_c(x, 0.0);
-        double y = 0.0;
-        if (!evaluateAt(calculator_, x, y)) {
-            iReleaseCalculator();
-            return false;
-        }
-        point = mfPoint2D_c(x, y);
+    for (double& sampleX : xs) {
+        sampleX = x;
         x += step;
+    }
+
+    std::vector<double> ys(kSampleCount);
+    const int done = evaluateEach(calculator_, xs, ys);
+    for (int i = 0; i < done; ++i)
+        plottingData_[0][i] = mfPoint2D_c(xs[i], ys[i]);
+    if (done < kSampleCount) {
+        plottingData_[0][done] = mfPoint2D_c(xs[done], 0.0);  // the x stood before its value failed
+        iReleaseCalculator();
+        return false;
     }
     calculateDerivatives();
     validForPlotting_ = true;
     return true;
 }
 
-// All three derivatives are made, whichever arrays there are to fill.
+// All three derivatives are made, whichever arrays there are to fill. The samples
+// are told as one walk over x: where an order fails, the orders below it hold that
+// sample too, and those above it end before it.
 bool mfFunctionExpression_c::calculateDerivatives()
 {
-    if (calculator_ == nullptr || plottingData_[0] == nullptr)
+    const int count = std::min(plottingPointCount_, plottingDataLength_);
+    if (calculator_ == nullptr || count < 1)
         return false;
-    CalculatorHolder derivatives[kDerivativeCount];
-    derivatives[0] = derivativeOf(calculator_);
-    derivatives[1] = derivativeOf(derivatives[0].get());
-    derivatives[2] = derivativeOf(derivatives[1].get());
+    const CalculatorHolder first = derivativeOf(calculator_);
+    const CalculatorHolder second = derivativeOf(first.get());
+    const CalculatorHolder third = derivativeOf(second.get());
+    ICalculator* const derivatives[kOrderCount] = {nullptr, first.get(), second.get(), third.get()};
 
-    const bool isMotor = motionObjectType == 0;
-    const bool filled[] = {
-        true,
-        isMotor && (motorDependentVar == mf::MotorDriveType_Displacment ||
-                    motorDependentVar == mf::MotorDriveType_Velocity),
-        isMotor && motorDependentVar == mf::MotorDriveType_Displacment,
-    };
-    const int last = std::min(plottingPointCount_, plottingDataLength_) - 1;
-    for (int i = 0; i <= last; ++i) {
-        const double x = plottingData_[0][i].x();
-        for (int order = 1; order <= kDerivativeCount; ++order) {
-            mfPoint2D_c* const points = plottingData_[order];
-            if (!filled[order - 1] || points == nullptr)
-                continue;
-            double y = 0.0;
-            if (i == last)
-                y = i == 0 ? 0.0 : points[i - 1].y();
-            else if (!evaluateAt(derivatives[order - 1].get(), x, y))
-                return false;
-            points[i] = mfPoint2D_c(x, y);
+    const int last = count - 1;
+    std::vector<double> xs;
+    for (int i = 0; i < last; ++i)
+        xs.push_back(plottingData_[0][i].x());
+
+    const int highest = motionObjectType == 0 ? std::max(1, mf::motorDerivatives(motorDependentVar)) : 1;
+    std::vector<double> ys[kOrderCount];
+    int failing = kOrderCount;
+    for (int order = 1; order <= highest; ++order) {
+        if (plottingData_[order] == nullptr)
+            continue;
+        ys[order].resize(xs.size());
+        const int done = evaluateEach(derivatives[order], xs, ys[order]);
+        if (done < static_cast<int>(xs.size())) {
+            xs.resize(done);
+            failing = order;
         }
     }
-    return true;
+
+    const int complete = static_cast<int>(xs.size());
+    for (int order = 1; order <= highest; ++order) {
+        mfPoint2D_c* const points = plottingData_[order];
+        if (points == nullptr)
+            continue;
+        const int written = complete + (complete < last && order < failing ? 1 : 0);
+        for (int i = 0; i < written; ++i)
+            points[i] = mfPoint2D_c(plottingData_[0][i].x(), ys[order][i]);
+        if (complete == last)
+            points[last] = mfPoint2D_c(plottingData_[0][last].x(), last == 0 ? 0.0 : points[last - 1].y());
+    }
+    return complete == last;
 }
 
 bool mfFunctionExpression_c::initializePlottingData(int count, int objectType)
 {
     iFreePlottingData();
-    int derivativeCount = 0;
-    bool complete = true;
-    if (objectType == 0) {
-        switch (motorDependentVar) {
-            case mf::MotorDriveType_Displacment:
-                derivativeCount = 3;
-                break;
-            case mf::MotorDriveType_Velocity:
-                derivativeCount = 2;
-                break;
-            case mf::MotorDriveType_Acceleration:
-                derivativeCount = 1;
-                break;
-            default:
-                complete = false;
-        }
-    } else if (objectType == 1) {
-        derivativeCount = 1;
+    int derivatives = 0;
+    if (objectType == 0)
+        derivatives = mf::motorDerivatives(motorDependentVar);
+    else if (objectType == 1)
+        derivatives = 1;
+
+    if (count >= 1) {
+        for (int order = 0; order <= derivatives; ++order)
+            plottingData_[order] = new mfPoint2D_c[static_cast<std::size_t>(count)];
+        plottingDataLength_ = count;
     }
-    if (count < 1)
-        return complete;
-    for (int order = 0; order <= derivativeCount; ++order)
-        plottingData_[order] = new mfPoint2D_c[static_cast<std::size_t>(count)];
-    plottingDataLength_ = count;
-    return complete;
+    return objectType != 0 || derivatives != 0;
 }
 
 // The math expression takes the road through narrow text; characters that it

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "mfcurves/engine/limits.h"
+#include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/motion/mfTextConverter.h"
 #include "mfcurves/platform/numbers.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
-#include "mfcurves/segments/hostProfileManager.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
@@ -100,7 +100,7 @@ void mfFunctionSegments_c::parseExpression(int row)
     const double startValue = row > 0 ? iAt(row - 1).getValue() : 0.0;
     const EndPoints numbers = {sixDecimals(segment.getStartX()), sixDecimals(startValue),
                                sixDecimals(segment.getEndX()), sixDecimals(segment.getValue())};
-    mfProfileManager_c* manager = mf::hostProfileManager();
+    mfProfileManager_c* manager = mf::interfaces::profileManager();
 
     std::wstring expression;
     CString independentVariable;

@@ -2,11 +2,11 @@
 #include <array>
 
 #include "mfcurves/engine/evaluateMany.h"
+#include "mfcurves/functions/motorDerivatives.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
-#include "mfcurves/segments/motorDerivatives.h"
 
 namespace {
 

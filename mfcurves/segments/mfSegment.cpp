@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
+#include "mfcurves/functions/motorDerivatives.h"
+#include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
-#include "mfcurves/segments/hostProfileManager.h"
-#include "mfcurves/segments/motorDerivatives.h"
 
 namespace {
 
@@ -43,7 +43,7 @@ void mfSegment_c::setProfileKey(const mfProfileKey_c& key)
     profile_ = nullptr;
     if (copied->name.IsEmpty())
         return;
-    if (mfProfileManager_c* manager = mf::hostProfileManager())
+    if (mfProfileManager_c* manager = mf::interfaces::profileManager())
         profile_ = manager->findProfile(*copied);
 }
 
