@@ -1,0 +1,624 @@
+#include "mfcurves/functions/mfFunctionExpression.h"
+
+#include <clocale>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
+#include <numbers>
+#include <type_traits>
+
+#include "mfcurves/platform/resources.h"
+#include "tests/locale/comma_locale.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/virtualSlot.h"
+
+namespace {
+
+using mf::platform::ResourceModule;
+
+class Expression : public testing::Test {
+protected:
+    // A motor's displacement, sampled over [minX, maxX].
+    bool sample(const wchar_t* text, double minX = 0.0, double maxX = 1.0)
+    {
+        function_.setParseExpression(text);
+        function_.setMotorDependentVar(mf::MotorDriveType_Displacment);
+        function_.setDomain(minX, maxX);
+        return function_.calculateValue();
+    }
+
+    mf::test::FakeHost host_;
+    mfFunctionExpression_c function_;
+};
+
+TEST_F(Expression, StartsEmptyOverTimeWithACountOfOne)
+{
+    EXPECT_EQ(function_.getMathExpression(), L"");
+    EXPECT_EQ(function_.getIndepVar(), L"");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+    EXPECT_EQ(function_.motionObjectType, 0);
+    EXPECT_EQ(function_.getMotorDependentVar(), mf::MotorDriveType_None);
+    EXPECT_EQ(function_.getForceTorqueDependentVar(), mf::ForceTorqueType_None);
+    EXPECT_EQ(function_.getMinX(), 0.0);
+    EXPECT_EQ(function_.getMaxX(), 0.0);
+    EXPECT_EQ(function_.getPlottingPointCount(), 1);
+    EXPECT_FALSE(function_.isValidForPlotting());
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(function_.getPlottingData(order), nullptr);
+    EXPECT_TRUE(host_.calls.empty());
+}
+
+TEST_F(Expression, StoresWithoutACheck)
+{
+    function_.setMathExpression(L"(((");
+    function_.setDomain(5.0, -5.0);
+    function_.setMotorDependentVar(mf::MotorDriveType_e(77));
+    function_.setForceTorqueDependentVar(mf::ForceTorqueType_e(-7));
+    function_.setPlottingPointCount(-3);
+    EXPECT_EQ(function_.getMathExpression(), L"(((");
+    EXPECT_EQ(function_.getMinX(), 5.0);
+    EXPECT_EQ(function_.getMaxX(), -5.0);
+    EXPECT_EQ(function_.getMotorDependentVar(), 77);
+    EXPECT_EQ(function_.getForceTorqueDependentVar(), -7);
+    EXPECT_EQ(function_.getPlottingPointCount(), -3);
+    EXPECT_FALSE(function_.isValidForPlotting());
+}
+
+TEST_F(Expression, IsOfItsKind)
+{
+    EXPECT_FALSE(function_.IsSegements());
+    EXPECT_FALSE(function_.IsDataPoints());
+    EXPECT_TRUE(function_.IsExpression());
+}
+
+TEST_F(Expression, HasAnEnumUnlessTheVariableIsNone)
+{
+    EXPECT_TRUE(function_.HasEnumForIndependentVariable());
+    EXPECT_TRUE(function_.isXValueTime());
+    EXPECT_FALSE(function_.isXValueCycleAngle());
+    function_.independentVar = mf::IndependentVariableType_CycleAngle;
+    EXPECT_FALSE(function_.isXValueTime());
+    EXPECT_TRUE(function_.isXValueCycleAngle());
+    function_.independentVar = mf::IndependentVariableType_None;
+    EXPECT_FALSE(function_.HasEnumForIndependentVariable());
+}
+
+TEST_F(Expression, IsValidByItsQuantityAlone)
+{
+    EXPECT_FALSE(function_.IsValid());
+    function_.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    EXPECT_TRUE(function_.IsValid());
+    function_.independentVar = mf::IndependentVariableType_None;
+    EXPECT_TRUE(function_.IsValid()) << "a variable named by text is not asked for its number";
+    function_.motionObjectType = 1;
+    EXPECT_FALSE(function_.IsValid());
+    function_.setForceTorqueDependentVar(mf::ForceTorqueType_Force);
+    EXPECT_TRUE(function_.IsValid());
+}
+
+TEST_F(Expression, TakesEveryTextForAnExpression)
+{
+    EXPECT_TRUE(function_.isAValidADAMSExpression(L""));
+    EXPECT_TRUE(function_.isAValidADAMSExpression(L"((("));
+}
+
+TEST_F(Expression, AnswersNullForAnOrderThatThereIsNot)
+{
+    ASSERT_TRUE(sample(L"time"));
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_NE(function_.getPlottingData(order), nullptr);
+    EXPECT_EQ(function_.getPlottingData(0), function_.getPlottingData0());
+    EXPECT_EQ(function_.getPlottingData(1), function_.getPlottingData1());
+    EXPECT_EQ(function_.getPlottingData(2), function_.getPlottingData2());
+    EXPECT_EQ(function_.getPlottingData(3), function_.getPlottingData3());
+    EXPECT_EQ(function_.getPlottingData(-1), nullptr);
+    EXPECT_EQ(function_.getPlottingData(4), nullptr);
+}
+
+TEST(ExpressionClass, CannotBeCopiedButByCopy)
+{
+    EXPECT_FALSE(std::is_copy_constructible_v<mfFunctionExpression_c>);
+    EXPECT_FALSE(std::is_copy_assignable_v<mfFunctionExpression_c>);
+}
+
+TEST(ExpressionClass, HasTheInterfacesTableFirst)
+{
+    mfFunctionExpression_c function;
+    EXPECT_EQ(static_cast<void*>(static_cast<IFunctionExpression_c*>(&function)), &function);
+    using E = mfFunctionExpression_c;
+    EXPECT_EQ(mf::test::slotsOf(&E::clearExpression, &E::setMathExpression, &E::getMathExpression,
+                                &E::getIndepVar, &E::setIndepVar, &E::getMotorDependentVar,
+                                &E::setMotorDependentVar, &E::getForceTorqueDependentVar,
+                                &E::setForceTorqueDependentVar, &E::setDomain, &E::getMinX, &E::getMaxX),
+              mf::test::slotsFrom(mf::test::kBehindTheDestructor, 12));
+}
+
+// setIndepVar
+
+struct VariableCase {
+    const char* name;
+    const wchar_t* text;
+    mf::IndependentVariableType_e type;
+    const wchar_t* motionResult;
+};
+
+const VariableCase kVariableCases[] = {
+    {"Empty", L"", mf::IndependentVariableType_Time, L""},
+    {"Time", L"Time", mf::IndependentVariableType_Time, L""},
+    {"TimeInAnyCase", L"tIME", mf::IndependentVariableType_Time, L""},
+    {"CycleAngle", L"CycleAngle", mf::IndependentVariableType_CycleAngle, L""},
+    {"CycleAngleInAnyCase", L"CYCLEangle", mf::IndependentVariableType_CycleAngle, L""},
+    {"Result", L"Angle1", mf::IndependentVariableType_MotionResult, L"Angle1"},
+    {"NearlyTime", L"Time ", mf::IndependentVariableType_MotionResult, L"Time "},
+    {"Blank", L" ", mf::IndependentVariableType_MotionResult, L" "},
+};
+
+class SetIndepVar : public Expression, public testing::WithParamInterface<VariableCase> {};
+
+TEST_P(SetIndepVar, TellsByNameWhatXStandsFor)
+{
+    const VariableCase& c = GetParam();
+    function_.setIndepVar(L"another result");
+    function_.setIndepVar(c.text);
+    EXPECT_EQ(function_.independentVar, c.type);
+    EXPECT_EQ(function_.getIndepVar(), c.text);
+    EXPECT_EQ(function_.GetIndependentVarName(), c.text);
+    EXPECT_EQ(function_.motionResult, c.motionResult);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, SetIndepVar, testing::ValuesIn(kVariableCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+// Puts a resource module in place while it lives.
+class Resources {
+public:
+    explicit Resources(const ResourceModule* module) : before_(mf::platform::currentResourceModule())
+    {
+        mf::platform::setCurrentResourceModule(module);
+    }
+    ~Resources() { mf::platform::setCurrentResourceModule(before_); }
+    Resources(const Resources&) = delete;
+    Resources& operator=(const Resources&) = delete;
+
+private:
+    const ResourceModule* before_;
+};
+
+TEST_F(Expression, GoesByTheNamesOfTheCurrentResources)
+{
+    const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});
+    const Resources resources(&german);
+    function_.setIndepVar(L"ZEIT");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+    function_.setIndepVar(L"zykluswinkel");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_CycleAngle);
+    function_.setIndepVar(L"Time");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_MotionResult);
+}
+
+TEST_F(Expression, KnowsNoNamesWithoutResources)
+{
+    const Resources resources(nullptr);
+    function_.setIndepVar(L"Time");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_MotionResult);
+    function_.setIndepVar(L"");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+}
+
+TEST_F(Expression, TakesItsOwnMotionResultAsAName)
+{
+    function_.setIndepVar(L"Angle1");
+    function_.setIndepVar(function_.motionResult);
+    EXPECT_EQ(function_.getIndepVar(), L"Angle1");
+    EXPECT_EQ(function_.motionResult, L"Angle1");
+}
+
+// initializePlottingData
+
+struct ArrayCase {
+    const char* name;
+    int objectType;
+    int quantity;
+    int derivatives;
+    bool result;
+};
+
+const ArrayCase kArrayCases[] = {
+    {"Displacement", 0, 1, 3, true},   {"Velocity", 0, 2, 2, true},
+    {"Acceleration", 0, 3, 1, true},   {"NoQuantity", 0, 0, 0, false},
+    {"QuantityAbove", 0, 4, 0, false}, {"QuantityBelow", 0, -1, 0, false},
+    {"Force", 1, 0, 1, true},          {"ForceWithAMotorsQuantity", 1, 1, 1, true},
+    {"AnotherObject", 2, 1, 0, true},  {"ObjectBelow", -1, 1, 0, true},
+};
+
+void PrintTo(const ArrayCase& c, std::ostream* os)
+{
+    *os << "object " << c.objectType << ", quantity " << c.quantity;
+}
+
+class InitializePlottingData : public Expression, public testing::WithParamInterface<ArrayCase> {};
+
+TEST_P(InitializePlottingData, MakesTheArraysOfTheQuantity)
+{
+    const ArrayCase& c = GetParam();
+    ASSERT_TRUE(sample(L"time"));     // arrays of an earlier sampling go first
+    function_.motionObjectType = 99;  // the argument counts and not the field
+    function_.setMotorDependentVar(mf::MotorDriveType_e(c.quantity));
+    EXPECT_EQ(function_.initializePlottingData(5, c.objectType), c.result);
+    for (int order = 0; order <= 3; ++order) {
+        const mfPoint2D_c* const points = function_.getPlottingData(order);
+        ASSERT_EQ(points != nullptr, order <= c.derivatives) << "order " << order;
+        for (int i = 0; points != nullptr && i < 5; ++i) {
+            EXPECT_EQ(points[i].x(), 0.0);
+            EXPECT_EQ(points[i].y(), 0.0);
+        }
+    }
+    EXPECT_EQ(function_.getPlottingPointCount(), 100) << "the count is nobody's business here";
+}
+
+TEST_P(InitializePlottingData, MakesNoPointsForACountBelowOne)
+{
+    const ArrayCase& c = GetParam();
+    for (const int count : {0, -1, std::numeric_limits<int>::min()}) {
+        ASSERT_TRUE(sample(L"time"));
+        function_.setMotorDependentVar(mf::MotorDriveType_e(c.quantity));
+        EXPECT_EQ(function_.initializePlottingData(count, c.objectType), c.result);
+        for (int order = 0; order <= 3; ++order)
+            EXPECT_EQ(function_.getPlottingData(order), nullptr);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Arrays, InitializePlottingData, testing::ValuesIn(kArrayCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+// Sampling
+
+// x by repeated addition of (max - min) / 99, as it is told.
+double sampleX(double minX, double maxX, int index)
+{
+    const double step = (maxX - minX) / 99;
+    double x = minX;
+    for (int i = 0; i < index; ++i)
+        x += step;
+    return x;
+}
+
+struct DomainCase {
+    const char* name;
+    double minX;
+    double maxX;
+};
+
+const DomainCase kDomainCases[] = {
+    {"Upward", 0.0, 1.0}, {"Downward", 2.0, -1.0},    {"OfNoLength", 0.7, 0.7},
+    {"Odd", -0.1, 0.37},  {"FarOut", 1e6, 1e6 + 0.1},
+};
+
+class SampledDomain : public Expression, public testing::WithParamInterface<DomainCase> {};
+
+TEST_P(SampledDomain, IsWalkedByAddingTheStep)
+{
+    const auto [name, minX, maxX] = GetParam();
+    ASSERT_TRUE(sample(L"2*time", minX, maxX));
+    EXPECT_EQ(function_.getPlottingPointCount(), 100);
+    for (int i = 0; i < 100; ++i) {
+        const double x = sampleX(minX, maxX, i);
+        EXPECT_EQ(function_.getPlottingData0()[i].x(), x) << i;
+        EXPECT_EQ(function_.getPlottingData0()[i].y(), 2.0 * x) << i;
+        EXPECT_EQ(function_.getPlottingData1()[i].x(), x) << i;
+        EXPECT_EQ(function_.getPlottingData1()[i].y(), 2.0) << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sampling, SampledDomain, testing::ValuesIn(kDomainCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(Expression, MissesTheEndOfItsDomainByRounding)
+{
+    ASSERT_TRUE(sample(L"time", 0.0, 0.1));
+    EXPECT_NE(function_.getPlottingData0()[99].x(), 0.1);
+    EXPECT_NEAR(function_.getPlottingData0()[99].x(), 0.1, 1e-14);
+}
+
+TEST_F(Expression, SamplesAConstantOverTime)
+{
+    function_.setIndepVar(L"Angle1");
+    ASSERT_TRUE(sample(L"2+3"));
+    EXPECT_TRUE(function_.isValidForPlotting());
+    EXPECT_EQ(function_.getIndepVar(), L"Time");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+    EXPECT_EQ(function_.motionResult, L"");
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(function_.getPlottingData0()[i].y(), 5.0);
+        EXPECT_EQ(function_.getPlottingData3()[i].y(), 0.0);
+    }
+}
+
+// Tolerance: a few units in the last place of the largest coefficient.
+TEST_F(Expression, SamplesValueAndDerivativesOfASine)
+{
+    ASSERT_TRUE(sample(L"sin(3*time)", 0.0, 2.0));
+    for (int i = 0; i < 100; ++i) {
+        const double x = function_.getPlottingData0()[i].x();
+        const double before = function_.getPlottingData0()[std::min(i, 98)].x();  // the last repeats
+        EXPECT_NEAR(function_.getPlottingData0()[i].y(), std::sin(3.0 * x), 1e-15);
+        EXPECT_NEAR(function_.getPlottingData1()[i].y(), 3.0 * std::cos(3.0 * before), 4e-15);
+        EXPECT_NEAR(function_.getPlottingData2()[i].y(), -9.0 * std::sin(3.0 * before), 1e-14);
+        EXPECT_NEAR(function_.getPlottingData3()[i].y(), -27.0 * std::cos(3.0 * before), 4e-14);
+        EXPECT_EQ(function_.getPlottingData3()[i].x(), x);
+    }
+}
+
+TEST_F(Expression, SamplesAForceWithOneDerivative)
+{
+    function_.motionObjectType = 1;
+    ASSERT_TRUE(sample(L"time^2", 0.0, 99.0));
+    EXPECT_EQ(function_.getPlottingData1()[40].y(), 80.0);
+    EXPECT_EQ(function_.getPlottingData2(), nullptr);
+    EXPECT_EQ(function_.getPlottingData3(), nullptr);
+}
+
+TEST_F(Expression, SamplesAnotherObjectWithoutDerivatives)
+{
+    function_.motionObjectType = 2;
+    ASSERT_TRUE(sample(L"time^2", 0.0, 99.0));
+    EXPECT_EQ(function_.getPlottingData0()[40].y(), 1600.0);
+    EXPECT_EQ(function_.getPlottingData1(), nullptr);
+    EXPECT_TRUE(function_.calculateDerivatives()) << "there is none to fill";
+}
+
+TEST_F(Expression, HasOnlyValuesToFillWithoutAQuantity)
+{
+    function_.setParseExpression(L"time");
+    EXPECT_FALSE(function_.calculateValue());
+    EXPECT_TRUE(function_.isValidForPlotting());
+    EXPECT_NE(function_.getPlottingData0(), nullptr);
+    EXPECT_EQ(function_.getPlottingData1(), nullptr);
+}
+
+TEST_F(Expression, StopsAtASampleWithoutAValue)
+{
+    // Sample 50 lies at x = 50, where the quotient has no finite value.
+    EXPECT_FALSE(sample(L"1/(time-50)", 0.0, 99.0));
+    EXPECT_TRUE(function_.isValidForPlotting());
+    EXPECT_EQ(function_.getPlottingData0()[49].y(), -1.0);
+    EXPECT_EQ(function_.getPlottingData0()[50].x(), 50.0);
+    EXPECT_EQ(function_.getPlottingData0()[50].y(), 0.0);
+    EXPECT_EQ(function_.getPlottingData0()[51].x(), 0.0);
+}
+
+TEST_F(Expression, HasNothingToPlotUntilTheHostGivesAParseExpression)
+{
+    function_.setMathExpression(L"time");
+    EXPECT_FALSE(function_.calculateValue());
+    EXPECT_TRUE(function_.isValidForPlotting());
+    EXPECT_EQ(function_.getPlottingPointCount(), 0);
+    EXPECT_EQ(function_.getMathExpression(), L"time");
+}
+
+TEST_F(Expression, KeepsStaleSamplesUntilTheNextSampling)
+{
+    ASSERT_TRUE(sample(L"time"));
+    function_.setParseExpression(L"5");
+    function_.setMathExpression(L"6");
+    function_.setDomain(7.0, 8.0);
+    EXPECT_EQ(function_.getPlottingData0()[0].x(), 0.0);
+    EXPECT_EQ(function_.getPlottingPointCount(), 100);
+}
+
+TEST_F(Expression, TakesAMotionResultOutOfItsBraces)
+{
+    ASSERT_TRUE(sample(L"2*{Angle 1}"));
+    EXPECT_EQ(function_.getIndepVar(), L"Angle 1");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_MotionResult);
+    EXPECT_EQ(function_.motionResult, L"Angle 1");
+}
+
+TEST_F(Expression, TakesTheCycleAngleWhereTheStudyHasOne)
+{
+    ASSERT_TRUE(sample(L"sin(CycleAngle)"));
+    EXPECT_EQ(function_.getIndepVar(), L"CycleAngle");
+    EXPECT_TRUE(function_.isXValueCycleAngle());
+
+    host_.study.cycleAngleAvailable = false;
+    EXPECT_FALSE(sample(L"sin(CycleAngle)"));
+    host_.studyAnswer = nullptr;
+    EXPECT_FALSE(sample(L"sin(CycleAngle)"));
+}
+
+TEST_F(Expression, TakesTheHostsOwnWordForTime)
+{
+    const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});
+    const Resources resources(&german);
+    ASSERT_TRUE(sample(L"2*zeit"));
+    EXPECT_EQ(function_.getIndepVar(), L"Zeit");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+}
+
+TEST_F(Expression, IsNeverPlottedOverTwoVariables)
+{
+    EXPECT_TRUE(sample(L"time*{Angle1}"));
+    EXPECT_FALSE(function_.isValidForPlotting());
+    EXPECT_EQ(function_.getIndepVar(), L"");
+    EXPECT_FALSE(sample(L"time*unknown"));
+    EXPECT_FALSE(function_.isValidForPlotting());
+}
+
+TEST_F(Expression, ReportsATextThatDoesNotCompileByItsFlag)
+{
+    for (const wchar_t* text : {L"1+", L"(", L"sin(time", L"nosuch(time)", L"*", L"{}"}) {
+        EXPECT_TRUE(sample(text)) << text;
+        EXPECT_FALSE(function_.isValidForPlotting()) << text;
+        EXPECT_EQ(function_.getIndepVar(), L"Time") << text;
+    }
+}
+
+// One point
+
+TEST_F(Expression, GivesAPointAndItsDerivatives)
+{
+    function_.setMathExpression(L"time^4");
+    function_.setPlottingPointCount(100);
+    double y = 0.0;
+    double d[3] = {};
+    EXPECT_TRUE(function_.calculateValue(2.0, y, d[0], d[1], d[2]));
+    EXPECT_EQ(y, 16.0);
+    EXPECT_THAT(d, testing::ElementsAre(32.0, 48.0, 48.0));
+    EXPECT_EQ(function_.evaluate(2.0, 0), 16.0);
+    EXPECT_EQ(function_.evaluate(2.0, 1), 32.0);
+    EXPECT_EQ(function_.evaluate(2.0, 2), 48.0);
+    EXPECT_EQ(function_.evaluate(2.0, 3), 48.0);
+    EXPECT_EQ(function_.evaluate(2.0, 4), 0.0);
+    EXPECT_EQ(function_.evaluate(2.0, -1), 0.0);
+}
+
+TEST_F(Expression, HasNoDerivativesAtAPointBeforeItIsSampled)
+{
+    function_.setMathExpression(L"time^4");
+    EXPECT_EQ(function_.evaluate(2.0, 0), 16.0);
+    EXPECT_EQ(function_.evaluate(2.0, 1), 0.0);
+}
+
+TEST_F(Expression, HalvesItsValueUnderAFactorOfTwo)
+{
+    function_.setMathExpression(L"3*time");
+    function_.setPlottingPointCount(100);
+    host_.services.unitFactor = 2.0;
+    EXPECT_EQ(function_.evaluate(2.0, 0), 3.0);
+    EXPECT_EQ(function_.evaluate(2.0, 1), 1.5);
+    double y = 0.0;
+    EXPECT_TRUE(function_.calculateValue(2.0, y));
+    EXPECT_EQ(y, 6.0) << "only evaluate divides";
+    ASSERT_TRUE(sample(L"3*time", 0.0, 99.0));
+    EXPECT_EQ(function_.getPlottingData0()[2].y(), 6.0) << "nor are samples divided";
+}
+
+TEST_F(Expression, HasNoPointWithoutAUsableText)
+{
+    for (const wchar_t* text : {L"", L"1+", L"time*{Angle1}", L"1/0", L"log(-1)"}) {
+        function_.setMathExpression(text);
+        double y = 7.0;
+        EXPECT_FALSE(function_.calculateValue(1.0, y)) << text;
+        EXPECT_EQ(y, 7.0) << text;
+        EXPECT_EQ(function_.evaluate(1.0, 0), 0.0) << text;
+    }
+}
+
+TEST_F(Expression, HasNoPointAtNaNOrWhereItIsInfinite)
+{
+    function_.setMathExpression(L"1/time");
+    EXPECT_EQ(function_.evaluate(0.0, 0), 0.0);
+    EXPECT_EQ(function_.evaluate(std::nan(""), 0), 0.0);
+    EXPECT_EQ(function_.evaluate(2.0, 0), 0.5);
+}
+
+TEST_F(Expression, LeavesTheProcessAtTheCLocaleAfterAPoint)
+{
+    function_.setMathExpression(L"0.5*time");
+    ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+    EXPECT_EQ(function_.evaluate(3.0, 0), 1.5);
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+}
+
+TEST_F(Expression, ReadsPointsUnderACommaLocale)
+{
+    const locale_test::CommaLocale comma;
+    ASSERT_TRUE(comma.holds());
+    ASSERT_TRUE(sample(L"1.5*time", 0.0, 99.0));
+    EXPECT_TRUE(comma.holds()) << "sampling does not touch the locale";
+    EXPECT_EQ(function_.getPlottingData0()[2].y(), 3.0);
+    function_.setMathExpression(L"1.5*time");
+    EXPECT_EQ(function_.evaluate(2.0, 0), 3.0);
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+}
+
+// Clearing and copying
+
+TEST_F(Expression, KeepsParseTextFlagAndObjectTypeWhenCleared)
+{
+    function_.motionObjectType = 1;
+    function_.setForceTorqueDependentVar(mf::ForceTorqueType_Force);
+    function_.setMathExpression(L"time");
+    ASSERT_TRUE(sample(L"2*{Angle1}", 3.0, 4.0));
+    function_.clearExpression();
+    EXPECT_EQ(function_.getMathExpression(), L"");
+    EXPECT_EQ(function_.getIndepVar(), L"");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+    EXPECT_EQ(function_.motionResult, L"");
+    EXPECT_EQ(function_.getMotorDependentVar(), mf::MotorDriveType_None);
+    EXPECT_EQ(function_.getForceTorqueDependentVar(), mf::ForceTorqueType_None);
+    EXPECT_EQ(function_.getMinX(), 0.0);
+    EXPECT_EQ(function_.getMaxX(), 0.0);
+    EXPECT_EQ(function_.getPlottingPointCount(), 1);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(function_.getPlottingData(order), nullptr);
+
+    EXPECT_TRUE(function_.isValidForPlotting());
+    EXPECT_EQ(function_.motionObjectType, 1);
+    EXPECT_TRUE(function_.calculateValue()) << "the parse expression stays";
+    EXPECT_EQ(function_.getIndepVar(), L"Angle1");
+}
+
+TEST_F(Expression, CopiesTextVariableQuantitiesAndDomain)
+{
+    function_.setMathExpression(L"time");
+    function_.setForceTorqueDependentVar(mf::ForceTorqueType_Torque);
+    ASSERT_TRUE(sample(L"2*{Angle1}", 3.0, 4.0));
+    function_.motionObjectType = 1;
+
+    mfFunctionExpression_c copy;
+    EXPECT_TRUE(copy.Copy(&function_));
+    EXPECT_EQ(copy.getMathExpression(), L"time");
+    EXPECT_EQ(copy.getIndepVar(), L"Angle1");
+    EXPECT_EQ(copy.independentVar, mf::IndependentVariableType_MotionResult);
+    EXPECT_EQ(copy.motionResult, L"Angle1");
+    EXPECT_EQ(copy.getMotorDependentVar(), mf::MotorDriveType_Displacment);
+    EXPECT_EQ(copy.getForceTorqueDependentVar(), mf::ForceTorqueType_Torque);
+    EXPECT_EQ(copy.getMinX(), 3.0);
+    EXPECT_EQ(copy.getMaxX(), 4.0);
+
+    EXPECT_EQ(copy.motionObjectType, 0);
+    EXPECT_EQ(copy.getPlottingPointCount(), 1);
+    EXPECT_EQ(copy.getPlottingData0(), nullptr);
+    EXPECT_FALSE(copy.isValidForPlotting());
+    EXPECT_FALSE(copy.calculateValue()) << "the parse expression does not come along";
+}
+
+TEST_F(Expression, WorksItsVariableOutAgainWhenCopied)
+{
+    const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});
+    function_.setIndepVar(L"Time");
+    mfFunctionExpression_c copy;
+    {
+        const Resources resources(&german);
+        EXPECT_TRUE(copy.Copy(&function_));
+    }
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_Time);
+    EXPECT_EQ(copy.independentVar, mf::IndependentVariableType_MotionResult);
+}
+
+TEST_F(Expression, ChangesNothingWhenItCopiesItselfOrNull)
+{
+    function_.setMathExpression(L"time");
+    function_.setIndepVar(L"Angle1");
+    function_.independentVar = mf::IndependentVariableType_None;
+    EXPECT_FALSE(function_.Copy(nullptr));
+    EXPECT_TRUE(function_.Copy(&function_));
+    EXPECT_EQ(function_.getMathExpression(), L"time");
+    EXPECT_EQ(function_.getIndepVar(), L"Angle1");
+    EXPECT_EQ(function_.independentVar, mf::IndependentVariableType_None);
+}
+
+TEST_F(Expression, IsReachedThroughItsBasesAlike)
+{
+    function_.setMathExpression(L"time");
+    IFunctionExpression_c& byInterface = function_;
+    mfFunctionBase_c& byBase = function_;
+    EXPECT_TRUE(byBase.IsExpression());
+    byInterface.setIndepVar(L"Angle1");
+    EXPECT_EQ(byBase.GetIndependentVarName(), L"Angle1");
+    byBase.ClearFunction();
+    EXPECT_EQ(byInterface.getMathExpression(), L"");
+}
+
+}  // namespace
