@@ -1,0 +1,329 @@
+// These tests bring an expression engine of their own, which takes the place of
+// the library's and writes down what is asked of it.
+
+#include "mfcurves/segments/mfSegmentCalculator.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mfcurves/interfaces/ICalculator.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+#include "tests/segments/segmentTables.h"
+#include "tests/support/FakeHost.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// What the engine was asked, such as "parse 2*x of x", "differentiate 0" (of the
+// value) and "release 1" (the first derivative).
+std::vector<std::string> theCalls;
+int theLiving = 0;
+int theHighestOrder = 3;  // differentiating a calculator of this order gives null
+
+class RecordedCalculator : public ICalculator {
+public:
+    explicit RecordedCalculator(int order) : order_(order) { ++theLiving; }
+
+    ICalculator* differentiate(int unused) override
+    {
+        EXPECT_EQ(unused, 0);
+        theCalls.push_back("differentiate " + std::to_string(order_));
+        return order_ < theHighestOrder ? new RecordedCalculator(order_ + 1) : nullptr;
+    }
+    // x + 100 * order, so that a number tells who gave it.
+    bool Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result) override
+    {
+        EXPECT_EQ(count, 1);
+        result = MMEP_Data(*arguments[0].getValue() + 100.0 * order_);
+        return true;
+    }
+    bool Release() override
+    {
+        theCalls.push_back("release " + std::to_string(order_));
+        --theLiving;
+        delete this;
+        return true;
+    }
+
+private:
+    ~RecordedCalculator() override = default;
+
+    int order_;
+};
+
+std::string narrow(const wchar_t* text)
+{
+    return mf::platform::toUtf8(text);
+}
+
+}  // namespace
+
+struct MotionMEParser::Parameters {};
+
+MotionMEParser::MotionMEParser() = default;
+MotionMEParser::~MotionMEParser() = default;
+
+// Refuses the empty text and every text with a question mark.
+bool MotionMEParser::parse(const wchar_t* expression, wchar_t* independentVariable, ICalculator** calculator)
+{
+    theCalls.push_back("parse " + narrow(expression) + " of " + narrow(independentVariable));
+    const std::wstring text = expression;
+    if (text.empty() || text.find(L'?') != std::wstring::npos)
+        return false;
+    *calculator = new RecordedCalculator(0);
+    return true;
+}
+
+namespace {
+
+class SegmentCalculator : public testing::Test {
+protected:
+    SegmentCalculator()
+    {
+        theCalls.clear();
+        theLiving = 0;
+        theHighestOrder = 3;
+        segment.setProfileExpr(L"2*x");
+        segment.setProfileIndepVar(L"x");
+    }
+
+    // What the engine was asked since the last time.
+    static std::vector<std::string> calls() { return std::exchange(theCalls, {}); }
+
+    mfSegment_c segment;
+};
+
+TEST_F(SegmentCalculator, BuildsNothingUntilAsked)
+{
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, HighestOrderBuildsAllOfThemInOrder)
+{
+    ASSERT_NE(segment.getCalculator(3), nullptr);
+    EXPECT_THAT(calls(),
+                ElementsAre("parse 2*x of x", "differentiate 0", "differentiate 1", "differentiate 2"));
+}
+
+TEST_F(SegmentCalculator, OrderOneDoesNotBuildOrderTwo)
+{
+    ASSERT_NE(segment.getCalculator(1), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("parse 2*x of x", "differentiate 0"));
+}
+
+TEST_F(SegmentCalculator, EachOrderIsBuiltOnce)
+{
+    ICalculator* third = segment.getCalculator(3);
+    ICalculator* first = segment.getCalculator(1);
+    calls();
+    EXPECT_EQ(segment.getCalculator(1), first);
+    EXPECT_EQ(segment.getCalculator(3), third);
+    EXPECT_NE(segment.getCalculator(0), first);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, OtherTextReleasesAllFourAndCompilesAgain)
+{
+    segment.getCalculator(3);
+    segment.setProfileExpr(L"3*x");
+    EXPECT_EQ(theLiving, 4);  // nobody told the calculators
+    calls();
+    ASSERT_NE(segment.getCalculator(1), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "release 2", "release 3", "parse 3*x of x",
+                                     "differentiate 0"));
+}
+
+TEST_F(SegmentCalculator, CaseIsNoOtherText)
+{
+    ICalculator* value = segment.getCalculator(0);
+    calls();
+    segment.setProfileExpr(L"2*X");
+    EXPECT_EQ(segment.getCalculator(0), value);
+    segment.setProfileExpr(L"2*x");
+    EXPECT_EQ(segment.getCalculator(0), value);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+// The text found equal without regard to case is remembered for speed; what counts
+// is still the text that was built.
+TEST_F(SegmentCalculator, OtherTextAfterOtherCaseCompiles)
+{
+    segment.getCalculator(0);
+    segment.setProfileExpr(L"2*X");
+    segment.getCalculator(0);
+    calls();
+    segment.setProfileExpr(L"3*X");
+    segment.getCalculator(0);
+    EXPECT_THAT(calls(), ElementsAre("release 0", "parse 3*X of x"));
+}
+
+TEST_F(SegmentCalculator, EqualTextOfItsOwnBufferIsNoOtherText)
+{
+    ICalculator* value = segment.getCalculator(0);
+    calls();
+    segment.setProfileExpr(CString(std::wstring(L"2*x")));
+    EXPECT_EQ(segment.getCalculator(0), value);
+    EXPECT_EQ(segment.getCalculator(0), value);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, VariableAloneCompilesNothing)
+{
+    ICalculator* value = segment.getCalculator(0);
+    calls();
+    segment.setProfileIndepVar(L"t");
+    EXPECT_EQ(segment.getCalculator(0), value);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, TextThatDoesNotCompileIsTriedAtEachRequest)
+{
+    segment.setProfileExpr(L"?");
+    for (const int order : {0, 1, 2, 3, 0}) {
+        EXPECT_EQ(segment.getCalculator(order), nullptr);
+        EXPECT_THAT(calls(), ElementsAre("parse ? of x")) << "order " << order;
+    }
+}
+
+TEST_F(SegmentCalculator, TextThatDoesNotCompileReleasesTheOneBefore)
+{
+    segment.getCalculator(1);
+    calls();
+    segment.setProfileExpr(L"?");
+    EXPECT_EQ(segment.getCalculator(1), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "parse ? of x"));
+    segment.setProfileExpr(L"2*x");
+    EXPECT_NE(segment.getCalculator(0), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("parse 2*x of x"));
+}
+
+TEST_F(SegmentCalculator, EmptyTextIsUpToDateAndTried)
+{
+    mfSegment_c fresh;
+    EXPECT_TRUE(mfSegmentCalculator_c(&fresh).isUpToDate());
+    EXPECT_EQ(fresh.getCalculator(0), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("parse  of "));
+}
+
+TEST_F(SegmentCalculator, MissingDerivativeEndsTheChain)
+{
+    theHighestOrder = 1;
+    EXPECT_EQ(segment.getCalculator(3), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("parse 2*x of x", "differentiate 0", "differentiate 1"));
+    EXPECT_NE(segment.getCalculator(1), nullptr);
+    EXPECT_EQ(segment.getCalculator(2), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("differentiate 1"));
+}
+
+TEST_F(SegmentCalculator, OrdersOutsideAreNull)
+{
+    for (const int order : {-1, 4, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+        EXPECT_EQ(segment.getCalculator(order), nullptr);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, WithoutASegmentHasNothing)
+{
+    mfSegmentCalculator_c alone(nullptr);
+    EXPECT_FALSE(alone.isUpToDate());
+    EXPECT_EQ(alone.getCalculator(0), nullptr);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(SegmentCalculator, IsUpToDateOnceBuilt)
+{
+    mfSegmentCalculator_c calculator(&segment);
+    EXPECT_FALSE(calculator.isUpToDate());
+    calculator.getCalculator(0);
+    EXPECT_TRUE(calculator.isUpToDate());
+    segment.setProfileExpr(L"3*x");
+    EXPECT_FALSE(calculator.isUpToDate());
+}
+
+TEST_F(SegmentCalculator, GivesAllBackWithTheSegment)
+{
+    {
+        mfSegment_c shortLived;
+        shortLived.setProfileExpr(L"x");
+        shortLived.getCalculator(3);
+        calls();
+    }
+    EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "release 2", "release 3"));
+    EXPECT_EQ(theLiving, 0);
+}
+
+// A text reaches the engine through the narrow encoding, which has no form for
+// half a pair of surrogates.
+TEST_F(SegmentCalculator, TextTakesTheRoadThroughTheNarrowEncoding)
+{
+    segment.setProfileExpr(CString(std::wstring(L"x+\xD800")));
+    segment.setProfileIndepVar(L"\u00E9");
+    segment.getCalculator(0);
+    EXPECT_THAT(calls(), ElementsAre("parse x+\xEF\xBF\xBD of \xC3\xA9"));
+}
+
+// ------------------------------- what a table makes of a derivative it cannot have
+
+class TableWithoutSecondDerivative : public SegmentCalculator {
+protected:
+    TableWithoutSecondDerivative()
+    {
+        theHighestOrder = 1;
+        mf::test::fill(table, "0:0 0:99");
+        mf::test::rowOf(table, 1).setProfileExpr(L"2*x");
+        table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    }
+
+    mfFunctionSegments_c table;
+};
+
+TEST_F(TableWithoutSecondDerivative, FailsAtAPointAndKeepsTheLowerOrders)
+{
+    mf::test::rowOf(table, 1).setPlottingDataCount(100);
+    double y = -1.0;
+    double d1 = -1.0;
+    double d2 = -1.0;
+    double d3 = -1.0;
+    EXPECT_TRUE(table.calculateValue(1, 5.0, y, d1, d2, d3, 1));
+    EXPECT_FALSE(table.calculateValue(1, 5.0, y, d1, d2, d3, 2));
+    EXPECT_THAT((std::vector<double>{y, d1, d2, d3}), ElementsAre(5.0, 105.0, 0.0, 0.0));
+    EXPECT_EQ(table.evaluate(5.0, 1), 105.0);
+    EXPECT_EQ(table.evaluate(5.0, 2), 0.0);
+    EXPECT_EQ(table.evaluate(5.0, 3), 0.0);
+}
+
+TEST_F(TableWithoutSecondDerivative, SamplesItAsZero)
+{
+    table.calculateValue(1);
+    const mfSegment_c& row = mf::test::rowOf(table, 1);
+    EXPECT_EQ(row.getPlottingData0()[5].y(), 5.0);
+    EXPECT_EQ(row.getPlottingData1()[5].y(), 105.0);
+    for (int order = 2; order <= 3; ++order) {
+        EXPECT_EQ(row.getPlottingData(order)[5].x(), 5.0);
+        EXPECT_EQ(row.getPlottingData(order)[5].y(), 0.0);
+    }
+}
+
+// All three are built, however few the quantity needs.
+TEST_F(TableWithoutSecondDerivative, AsksForAllDerivativesWhateverTheQuantity)
+{
+    theHighestOrder = 3;
+    table.setMotorDependentVar(mf::MotorDriveType_Acceleration);
+    calls();
+    table.calculateValue(1);
+    EXPECT_THAT(calls(),
+                ElementsAre("parse 2*x of ", "differentiate 0", "differentiate 1", "differentiate 2"));
+    table.calculateValue(1);
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+}  // namespace
