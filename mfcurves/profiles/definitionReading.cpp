@@ -13,7 +13,7 @@ constexpr const char* kOpeningKeyword = "segmenttype";
 constexpr const char* kHeaderDelimiters = "(,\")";
 constexpr const char* kStatementDelimiters = "=;";
 constexpr const char* kOperators = "()+-*/^%";
-constexpr const char* kReturn = "return";
+constexpr std::string_view kReturn = "return";
 constexpr char kCommentMark = '\'';
 constexpr std::size_t kHeaderPieces = 7;
 
@@ -40,18 +40,19 @@ std::size_t countOf(const std::string& text, const std::string& pattern)
 bool substitute(std::string& text, const std::string& name, const std::string& replacement,
                 ReadingBudget& budget)
 {
-    constexpr std::size_t kCall = 8;
+    constexpr std::size_t kCall = 16;
     if (name.empty())
         return true;
     if (!budget.spend(kCall + text.size() * (1 + name.size() / kCharactersForEachStep)))
         return false;
     const std::size_t count = countOf(text, name);
     const std::size_t size = text.size() - count * name.size() + count * replacement.size();
-    if (size > engine::kLongestText)
+    // The word "return" still stands before the result and goes at the end.
+    if (size > engine::kLongestText + kReturn.size())
         return false;
     if (count == 0)
         return true;
-    if (!budget.spend(size))
+    if (!budget.spend(kCall + size))
         return false;
     replaceAll(text, name, replacement);
     return true;
@@ -219,7 +220,7 @@ Failure expandStatements(const std::vector<std::string>& variables, std::vector<
         if (!substitute(result, variables[i], replacement, budget))
             return Problem{0, kTooLarge};
     }
-    replaceAll(result, kReturn, "");
+    replaceAll(result, std::string(kReturn), "");
     return {};
 }
 
@@ -236,7 +237,7 @@ Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& b
         return failure;
     if (result.empty())
         return Problem{body.rfind(variables.back()), "the return statement names nothing"};
-    if (!budget.spendOnTokens(result))
+    if (result.size() > engine::kLongestText || !budget.spendOnTokens(result))
         return Problem{0, kTooLarge};
     record.resultExpression = std::move(result);
     splitTokens(record.resultExpression, kOperators, true, record.resultTokens);

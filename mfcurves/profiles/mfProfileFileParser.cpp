@@ -187,8 +187,9 @@ bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& var
         return index == 0;
     std::vector<std::string>& tokens = tokenLists[index];
     std::string& value = values[index];
-    const std::size_t steps = tokens.size() + value.size() / mf::profiles::kCharactersForEachStep;
-    if (!budget_.spend(index * steps))
+    constexpr std::size_t kComparison = 4;
+    const std::size_t steps = value.size() / mf::profiles::kCharactersForEachStep;
+    if (!budget_.spend(index * (kComparison * tokens.size() + steps)))
         return false;
 
     std::size_t size = value.size();

@@ -32,7 +32,7 @@ public:
 
 private:
     static constexpr std::size_t kFixed = std::size_t{1} << 26;
-    static constexpr std::size_t kForEachCharacter = 128;
+    static constexpr std::size_t kForEachCharacter = 64;
 
     std::size_t left_;
 };

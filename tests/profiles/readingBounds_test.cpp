@@ -1,0 +1,207 @@
+#include <chrono>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/profiles/mfProfile.h"
+#include "mfcurves/profiles/mfProfileFileParser.h"
+#include "mfcurves/profiles/mfSegmentTypeParser.h"
+#include "tests/support/TemporaryFolder.h"
+
+// Hostile definitions: none fills memory, none takes time out of proportion to
+// its length.
+
+namespace {
+
+using mf::engine::kLongestText;
+using mf::test::TemporaryFolder;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+
+// Generous: the worst text below takes a fifth of it in a plain build, and the
+// quadratic reading that it stands for takes minutes.
+constexpr std::chrono::seconds kPatience{5};
+
+bool readCurrent(const std::string& statements, std::string& result)
+{
+    std::string text = "segmenttype(\"P\",x,x1,y1,x2,y2)" + statements + "endsegmenttype";
+    mfProfile_c record;
+    const bool answer = mfSegmentTypeParser_c().parseDefinition(text, &record, false);
+    result = record.resultExpression;
+    return answer;
+}
+
+bool readOlder(const std::string& statements, std::string& result)
+{
+    mfProfileFileParser_c parser;
+    const bool answer =
+        parser.parseProfiles("", true, "Profile(\"P\",x,x1,y1,x2,y2)" + statements + "endProfile");
+    std::vector<std::string> results;
+    parser.getResults(results);
+    result = results.empty() ? "" : results.front();
+    return answer;
+}
+
+// Each line doubles the text of the line before it. The names do not occur in
+// one another.
+std::string doubling(int lines)
+{
+    const auto name = [](int i) { return "v" + std::to_string(100 + i); };
+    std::string text = name(0) + "=x;";
+    for (int i = 1; i <= lines; ++i)
+        text += name(i) + "=" + name(i - 1) + "+" + name(i - 1) + ";";
+    return text + "return" + name(lines) + ";";
+}
+
+// Length of the value of the last line: twice the one before, its brackets and a
+// plus sign.
+std::size_t doubledLength(int lines)
+{
+    std::size_t length = 1;
+    for (int i = 1; i <= lines; ++i)
+        length = 2 * (length + 2) + 1;
+    return length;
+}
+
+class Doubling : public testing::TestWithParam<int> {};
+
+TEST_P(Doubling, ReadsUpToTheLongestTextOfTheEngine)
+{
+    const int lines = GetParam();
+    const std::size_t length = doubledLength(lines);
+    std::string result;
+    EXPECT_EQ(readOlder(doubling(lines), result), length <= kLongestText);
+    EXPECT_EQ(result.size(), length <= kLongestText ? length : 0);
+    // The current reader's result stands in brackets of its own.
+    EXPECT_EQ(readCurrent(doubling(lines), result), length + 2 <= kLongestText);
+    EXPECT_EQ(result.size(), length + 2 <= kLongestText ? length + 2 : 0);
+}
+
+// 6 * 2^17 - 5 characters fit, 6 * 2^18 - 5 do not; 60 lines would take 10^18.
+INSTANTIATE_TEST_SUITE_P(Profiles, Doubling, testing::Values(1, 2, 10, 17, 18, 60));
+
+TEST(ReadingBounds, ResultOfExactlyTheLongestTextIsRead)
+{
+    for (const std::size_t length : {kLongestText, kLongestText + 1}) {
+        std::string result;
+        EXPECT_EQ(readOlder("y=" + std::string(length, '1') + ";returny;", result), length == kLongestText);
+        EXPECT_EQ(readCurrent("y=" + std::string(length - 2, '1') + ";returny;", result),
+                  length == kLongestText);
+    }
+}
+
+struct HostileCase {
+    const char* name;
+    std::function<std::string()> statements;
+};
+
+std::string repeated(const std::string& text, std::size_t size)
+{
+    std::string result;
+    while (result.size() + text.size() <= size)
+        result += text;
+    return result;
+}
+
+std::string numbered(const std::function<std::string(int)>& statement, std::size_t size)
+{
+    std::string result;
+    for (int i = 0; result.size() < size; ++i)
+        result += statement(i);
+    return result;
+}
+
+std::string name(int i)
+{
+    return "v" + std::to_string(1000000 + i);
+}
+
+const HostileCase kHostileCases[] = {
+    {"ShortStatements", [] { return numbered([](int i) { return name(i) + "=1;"; }, kMegabyte); }},
+    {"ChainOfNames",
+     [] { return numbered([](int i) { return name(i + 1) + "=" + name(i) + "+1;"; }, kMegabyte); }},
+    {"OneNameAgainAndAgain", [] { return repeated("a=a;", kMegabyte); }},
+    {"OneNameGrows", [] { return repeated("a=aa;", kMegabyte); }},
+    {"LongNameThatAlmostMatchesEverywhere",
+     [] { return std::string(kMegabyte / 4, 'a') + "b=1;y=" + std::string(kMegabyte / 2, 'a') + ";"; }},
+    {"ManyLongNames",
+     [] {
+         return numbered([](int i) { return std::string(500, 'a') + name(i) + "=1;"; }, kMegabyte / 2) +
+                "y=" + std::string(kMegabyte / 2, 'a') + ";";
+     }},
+    {"OnlyOperators", [] { return "y=" + std::string(kMegabyte - 100, '(') + ";"; }},
+    {"ManyUsesOfOneLongValue",
+     [] { return "v=" + std::string(1000, '1') + ";y=" + repeated("v+", kMegabyte / 4) + "1;"; }},
+    {"KeywordsOfTheOlderDialect", [] { return "y=" + repeated("profile(", kMegabyte) + ";"; }},
+    {"OnlySigns", [] { return std::string(kMegabyte, '='); }},
+    {"OnlySemicolons", [] { return std::string(kMegabyte, ';'); }},
+};
+
+class Hostile : public testing::TestWithParam<HostileCase> {};
+
+TEST_P(Hostile, MegabyteIsReadInTimeByBothReaders)
+{
+    const std::string statements = GetParam().statements() + "returny;";
+    const TemporaryFolder folder;
+    folder.write("a.txt", "SegmentType(\"P\",x,x1,y1,x2,y2)" + statements + "endSegmentType");
+
+    const auto start = Clock::now();
+    std::vector<mfProfile_c*> records;
+    mfSegmentTypeParser_c().readProfiles(folder / "a.txt", records);
+    const auto between = Clock::now();
+    std::string result;
+    readOlder(statements, result);
+    const auto end = Clock::now();
+    for (mfProfile_c* record : records) {
+        EXPECT_LE(record->resultExpression.size(), kLongestText);
+        delete record;
+    }
+    EXPECT_LE(result.size(), kLongestText);
+    EXPECT_LT(between - start, kPatience);
+    EXPECT_LT(end - between, kPatience);
+    RecordProperty("current_ms", static_cast<int>((between - start) / std::chrono::milliseconds(1)));
+    RecordProperty("older_ms", static_cast<int>((end - between) / std::chrono::milliseconds(1)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, Hostile, testing::ValuesIn(kHostileCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+// A short definition may grow to a megabyte once, and a thousand of them in one
+// file may not.
+TEST(ReadingBounds, DefinitionsOfOneFileShareWhatTheyMayCost)
+{
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text +=
+            "SegmentType(\"P" + std::to_string(i) + "\",x,x1,y1,x2,y2)" + doubling(17) + "endSegmentType\n";
+    const TemporaryFolder folder;
+    folder.write("a.txt", text);
+    const auto start = Clock::now();
+    std::vector<mfProfile_c*> records;
+    EXPECT_FALSE(mfSegmentTypeParser_c().readProfiles(folder / "a.txt", records));
+    EXPECT_LT(Clock::now() - start, kPatience);
+    EXPECT_GE(records.size(), 1u);
+    EXPECT_LE(records.size(), 20u);
+    for (mfProfile_c* record : records)
+        delete record;
+}
+
+TEST(ReadingBounds, ManyOrdinaryDefinitionsAreRead)
+{
+    std::string text;
+    for (int i = 0; i < 10000; ++i)
+        text += "SegmentType(\"P" + std::to_string(i) +
+                "\",x,x1,y1,x2,y2)\nxbar=(x-x1)/(x2-x1);\nybar=3*xbar^2-2*xbar^3;\ny=y1+(y2-y1)*ybar;\n"
+                "return y;\nendSegmentType\n";
+    const TemporaryFolder folder;
+    folder.write("a.txt", text);
+    std::vector<mfProfile_c*> records;
+    EXPECT_TRUE(mfSegmentTypeParser_c().readProfiles(folder / "a.txt", records));
+    EXPECT_EQ(records.size(), 10000u);
+    for (mfProfile_c* record : records)
+        delete record;
+}
+
+}  // namespace
