@@ -59,7 +59,7 @@ bool substitute(std::string& text, const std::string& name, const std::string& r
 }
 
 // Where the first statement begins that is not made of one variable, one "=" and
-// one expression. The return statement has to be the last one and holds no "=".
+// one expression, or is a return statement with an "=".
 std::size_t faultyStatement(std::string_view body)
 {
     std::size_t start = 0;
@@ -69,7 +69,8 @@ std::size_t faultyStatement(std::string_view body)
             return start;
         const std::string_view statement = body.substr(start, end - start);
         const std::size_t sign = statement.find('=');
-        const bool assigns = sign != std::string_view::npos && sign != 0 && sign + 1 != statement.size() &&
+        const bool assigns = !statement.starts_with(kReturn) && sign != std::string_view::npos && sign != 0 &&
+                             sign + 1 != statement.size() &&
                              statement.find('=', sign + 1) == std::string_view::npos;
         if (!assigns)
             return start;
@@ -154,6 +155,20 @@ void splitTokens(const std::string& text, const std::string& delimiters, bool ke
         }
         pos = start == kAbsent ? kAbsent : text.find_first_of(delimiters, start);
     }
+}
+
+std::vector<std::string> cutDefinitions(const std::string& text)
+{
+    const std::string_view terminator = kClosingKeyword;
+    std::vector<std::string> definitions;
+    std::size_t position = 0;
+    for (std::size_t found = text.find(terminator); found != std::string::npos;
+         found = text.find(terminator, position)) {
+        const std::size_t end = found + terminator.size();
+        definitions.push_back(text.substr(position, end - position));
+        position = end;
+    }
+    return definitions;
 }
 
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body)

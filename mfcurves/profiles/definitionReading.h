@@ -15,6 +15,14 @@ namespace mf::profiles {
 
 constexpr const char* kClosingKeyword = "endsegmenttype";
 
+/// The keywords of the older dialect, lowered, and what they are rewritten to, in
+/// this order.
+struct KeywordUpgrade {
+    const char* older;
+    const char* current;
+};
+constexpr KeywordUpgrade kKeywordUpgrades[] = {{"endprofile", kClosingKeyword}, {"profile(", "segmenttype("}};
+
 /// Why a definition does not parse.
 struct Problem {
     std::size_t position;  ///< in the text that the step was given
@@ -41,6 +49,10 @@ std::vector<std::size_t> replaceAll(std::string& text, const std::string& patter
 
 void splitTokens(const std::string& text, const std::string& delimiters, bool keep,
                  std::vector<std::string>& out);
+
+/// The definitions of a text in normal form, each through its closing keyword.
+/// What follows the last one is left out.
+std::vector<std::string> cutDefinitions(const std::string& text);
 
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body);
 Failure parseHeader(const std::string& header, mfProfile_c& record);

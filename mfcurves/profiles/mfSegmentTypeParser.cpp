@@ -3,7 +3,6 @@
 #include <fstream>
 #include <istream>
 #include <memory>
-#include <string_view>
 
 #include "mfcurves/profiles/builtInProfiles.h"
 #include "mfcurves/profiles/definitionReading.h"
@@ -74,14 +73,7 @@ bool mfSegmentTypeParser_c::readDefinitions(const std::string& fileName, std::ve
     std::string text;
     readNormalText(stream, text);
     upgradeKeywords(text);
-    const std::string_view terminator = mf::profiles::kClosingKeyword;
-    std::size_t position = 0;
-    for (std::size_t found = text.find(terminator); found != std::string::npos;
-         found = text.find(terminator, position)) {
-        const std::size_t end = found + terminator.size();
-        out.push_back(text.substr(position, end - position));
-        position = end;
-    }
+    out = mf::profiles::cutDefinitions(text);
     return !out.empty();
 }
 
@@ -94,8 +86,9 @@ bool mfSegmentTypeParser_c::readNormalText(std::istream& stream, std::string& ou
 
 bool mfSegmentTypeParser_c::upgradeKeywords(std::string& text)
 {
-    replaceAll(text, "endprofile", mf::profiles::kClosingKeyword);
-    return replaceAll(text, "profile(", "segmenttype(");
+    for (const mf::profiles::KeywordUpgrade& upgrade : mf::profiles::kKeywordUpgrades)
+        replaceAll(text, upgrade.older, upgrade.current);
+    return true;
 }
 
 bool mfSegmentTypeParser_c::splitDefinition(const std::string& definition, std::string& header,
