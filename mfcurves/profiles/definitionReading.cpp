@@ -171,6 +171,14 @@ std::vector<std::string> cutDefinitions(const std::string& text)
     return definitions;
 }
 
+ReadingBudget budgetFor(const std::vector<std::string>& definitions)
+{
+    std::size_t length = 0;
+    for (const std::string& definition : definitions)
+        length += definition.size();
+    return ReadingBudget(length);
+}
+
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body)
 {
     const std::size_t close = definition.find(')');

@@ -54,6 +54,9 @@ void splitTokens(const std::string& text, const std::string& delimiters, bool ke
 /// What follows the last one is left out.
 std::vector<std::string> cutDefinitions(const std::string& text);
 
+/// What reading these definitions of one file together may cost.
+ReadingBudget budgetFor(const std::vector<std::string>& definitions);
+
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body);
 Failure parseHeader(const std::string& header, mfProfile_c& record);
 Failure splitStatements(const std::string& body, std::vector<std::string>& variables,

@@ -33,10 +33,7 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
         return false;
     }
 
-    std::size_t length = 0;
-    for (const std::string& definition : definitions)
-        length += definition.size();
-    ReadingBudget budget(length);
+    ReadingBudget budget = mf::profiles::budgetFor(definitions);
     for (const std::string& definition : definitions) {
         auto record = std::make_unique<mfProfile_c>();
         if (mf::profiles::parseDefinition(definition, *record, budget))
