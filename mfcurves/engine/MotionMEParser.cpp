@@ -1,11 +1,5 @@
 #include "mfcurves/interfaces/MotionMEParser.h"
 
-#include "mfcurves/engine/calculator.h"
-#include "mfcurves/engine/limits.h"
-#include "mfcurves/engine/parseError.h"
-#include "mfcurves/engine/textCache.h"
-#include "mfcurves/platform/resources.h"
-
 #include <algorithm>
 #include <cwchar>
 #include <optional>
@@ -13,8 +7,13 @@
 #include <string_view>
 #include <vector>
 
-namespace
-{
+#include "mfcurves/engine/calculator.h"
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/engine/parseError.h"
+#include "mfcurves/engine/textCache.h"
+#include "mfcurves/platform/resources.h"
+
+namespace {
 
 using mf::engine::CompiledText;
 

@@ -3,8 +3,7 @@
 #include "mfcurves/engine/differentiation.h"
 #include "mfcurves/engine/parser.h"
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 CompiledText::Answer CompiledText::compile(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName)
@@ -15,8 +14,8 @@ CompiledText::Answer CompiledText::compile(std::wstring_view text,
         return std::move(*error);
     compiled->root_ = std::get<NodeId>(parsed);
     compiled->translator_.clear(static_cast<std::uint32_t>(compiled->parameterCount()));
-    compiled->sections_.push_back(
-        std::make_unique<const Section>(compiled->translator_.translate(compiled->graph_, compiled->root_)));
+    compiled->sections_.push_back(std::make_unique<const Section>(
+        compiled->translator_.translate(compiled->graph_, compiled->root_, nullptr)));
     return compiled;
 }
 
@@ -28,7 +27,8 @@ const Section* CompiledText::section(std::size_t order)
         if (derivative == kNoNode)
             return nullptr;
         root_ = derivative;
-        sections_.push_back(std::make_unique<const Section>(translator_.translate(graph_, root_)));
+        sections_.push_back(
+            std::make_unique<const Section>(translator_.translate(graph_, root_, sections_.back().get())));
     }
     return sections_[order].get();
 }
@@ -38,8 +38,8 @@ std::size_t CompiledText::bytes()
     const std::lock_guard lock(mutex_);
     std::size_t total = sizeof *this + graph_.bytes() + translator_.bytes();
     for (const auto& section : sections_) {
-        total += section->code.capacity() * sizeof(Instruction) +
-                 section->coefficients.capacity() * sizeof(double) +
+        total += (section->code.capacity() + section->whole.capacity()) * sizeof(Instruction) +
+                 section->numbers.capacity() * sizeof(double) +
                  section->lists.capacity() * sizeof(std::uint32_t) +
                  section->constants.capacity() * sizeof(Section::Constant);
     }

@@ -1,10 +1,5 @@
 #pragma once
 
-#include "mfcurves/engine/graph.h"
-#include "mfcurves/engine/names.h"
-#include "mfcurves/engine/parseError.h"
-#include "mfcurves/engine/program.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -15,16 +10,19 @@
 #include <variant>
 #include <vector>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/names.h"
+#include "mfcurves/engine/parseError.h"
+#include "mfcurves/engine/program.h"
+
+namespace mf::engine {
 
 /// One text, compiled: its parameters and its sections, the value's from the
 /// start and those of the derivatives as they are asked for.
 ///
 /// Threads: every thread may ask at any time. The sections that it hands out
 /// never change, so running them needs no lock.
-class CompiledText
-{
+class CompiledText {
 public:
     using Answer = std::variant<std::shared_ptr<CompiledText>, ParseError>;
 

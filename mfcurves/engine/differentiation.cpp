@@ -1,14 +1,12 @@
 #include "mfcurves/engine/differentiation.h"
 
+#include <vector>
+
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/simplification.h"
 
-#include <vector>
-
-namespace mf::engine
-{
-namespace
-{
+namespace mf::engine {
+namespace {
 
 NodeId derivativeOf(const Graph& graph, NodeId id)
 {

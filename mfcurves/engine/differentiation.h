@@ -2,8 +2,7 @@
 
 #include "mfcurves/engine/graph.h"
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 /// The derivative of `root` with respect to parameter 0, the only one of its
 /// graph. It is remembered in the nodes, so a further order costs only what is

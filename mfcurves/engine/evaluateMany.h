@@ -4,8 +4,7 @@
 
 class ICalculator;
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 /// Evaluates a calculator of one argument at `count` points: y[i] at x[i], with
 /// the very bits that ICalculator::Evaluate gives.

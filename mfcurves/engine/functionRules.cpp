@@ -1,16 +1,14 @@
 #include "mfcurves/engine/functionRules.h"
 
+#include <optional>
+#include <vector>
+
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/simplification.h"
 #include "mfcurves/engine/values.h"
 
-#include <optional>
-#include <vector>
-
-namespace mf::engine::rules
-{
-namespace
-{
+namespace mf::engine::rules {
+namespace {
 
 NodeId squared(Graph& graph, NodeId a)
 {
@@ -201,8 +199,7 @@ NodeId expandIf(Graph& graph, std::span<const NodeId> arguments)
     return chooseSign(graph, arguments[0], arguments[1], arguments[2], arguments[3]);
 }
 
-namespace
-{
+namespace {
 
 // The arguments (x, x0, h0, x1, h1) of the steps and their u = (x - x0) / (x1 - x0).
 struct StepArguments {

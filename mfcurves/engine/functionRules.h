@@ -1,13 +1,12 @@
 #pragma once
 
-#include "mfcurves/engine/graph.h"
-
 #include <span>
+
+#include "mfcurves/engine/graph.h"
 
 /// What the rows of the function table refer to: slopes of functions and the
 /// functions that are made of others. Names are those of the rows.
-namespace mf::engine::rules
-{
+namespace mf::engine::rules {
 
 NodeId slopeOfSin(Graph& graph, NodeId f, NodeId a);
 NodeId slopeOfCos(Graph& graph, NodeId f, NodeId a);

@@ -1,15 +1,13 @@
 #include "mfcurves/engine/functionTable.h"
 
-#include "mfcurves/engine/functionRules.h"
-#include "mfcurves/engine/values.h"
-
 #include <algorithm>
 #include <array>
 
-namespace mf::engine
-{
-namespace
-{
+#include "mfcurves/engine/functionRules.h"
+#include "mfcurves/engine/values.h"
+
+namespace mf::engine {
+namespace {
 
 using namespace rules;
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "mfcurves/engine/graph.h"
-
 #include <cstdint>
 #include <span>
 #include <string_view>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/graph.h"
+
+namespace mf::engine {
 
 /// The rows of the function table, in its order.
 enum class FunctionId : std::uint8_t {

@@ -1,14 +1,12 @@
 #include "mfcurves/engine/graph.h"
 
-#include "mfcurves/engine/limits.h"
-
 #include <algorithm>
 #include <bit>
 
-namespace mf::engine
-{
-namespace
-{
+#include "mfcurves/engine/limits.h"
+
+namespace mf::engine {
+namespace {
 
 constexpr std::size_t kSmallestTable = 128;
 

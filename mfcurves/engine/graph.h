@@ -5,8 +5,7 @@
 #include <span>
 #include <vector>
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 enum class FunctionId : std::uint8_t;
 
@@ -54,8 +53,7 @@ enum class Folding : std::uint8_t { KeepText, Free };
 ///
 /// Errors: a graph that has outgrown kMostNodes takes no more nodes, answers
 /// node 0 to every request and says so in `full`.
-class Graph
-{
+class Graph {
 public:
     Graph() { clear(); }
 

@@ -1,16 +1,14 @@
 #include "mfcurves/engine/lexer.h"
 
+#include <cmath>
+#include <string>
+
 #include "mfcurves/engine/values.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
 
-#include <cmath>
-#include <string>
-
-namespace mf::engine
-{
-namespace
-{
+namespace mf::engine {
+namespace {
 
 bool isBlank(wchar_t c)
 {

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "mfcurves/engine/parseError.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/parseError.h"
+
+namespace mf::engine {
 
 enum class TokenKind : std::uint8_t {
     End,
@@ -36,8 +35,7 @@ struct Token {
 };
 
 /// Cuts a text into tokens, one at a time.
-class Lexer
-{
+class Lexer {
 public:
     explicit Lexer(std::wstring_view text) : text_(text) {}
 

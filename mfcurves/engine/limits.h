@@ -2,8 +2,7 @@
 
 #include <cstddef>
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 /// Longest expression text in wide characters. Whoever builds a text for the
 /// engine, such as the substitution of profile variables, stops at the same size.

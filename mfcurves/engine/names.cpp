@@ -1,13 +1,11 @@
 #include "mfcurves/engine/names.h"
 
-#include "mfcurves/platform/locale.h"
-
 #include <algorithm>
 
-namespace mf::engine
-{
-namespace
-{
+#include "mfcurves/platform/locale.h"
+
+namespace mf::engine {
+namespace {
 
 constexpr std::uint32_t kFree = 0xffffffff;
 constexpr std::size_t kFew = 8;

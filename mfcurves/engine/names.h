@@ -5,16 +5,14 @@
 #include <string_view>
 #include <vector>
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 /// Whether two names are the same: any case for plain names, to the letter for
 /// motion results, which begin with a brace.
 bool sameName(std::wstring_view a, std::wstring_view b);
 
 /// The parameters of one text in order of first appearance, spelt as there.
-class ParameterNames
-{
+class ParameterNames {
 public:
     void clear();
 

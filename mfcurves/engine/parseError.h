@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace mf::engine
-{
+namespace mf::engine {
 
 /// Why a text is no expression.
 struct ParseError {

@@ -1,5 +1,7 @@
 #include "mfcurves/engine/parser.h"
 
+#include <vector>
+
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/lexer.h"
 #include "mfcurves/engine/limits.h"
@@ -7,12 +9,8 @@
 #include "mfcurves/engine/values.h"
 #include "mfcurves/platform/encoding.h"
 
-#include <vector>
-
-namespace mf::engine
-{
-namespace
-{
+namespace mf::engine {
+namespace {
 
 std::string quoted(std::wstring_view text)
 {
@@ -36,8 +34,7 @@ constexpr NamedConstant kConstants[] = {{L"pi", kPi}, {L"rtod", 180.0 / kPi}, {L
 
 // One function for each rule of the grammar. After an error every function
 // returns at once; the node it answers then, the first of the graph, means nothing.
-class Parser
-{
+class Parser {
 public:
     Parser(std::wstring_view text, const std::optional<std::wstring_view>& variableName, Graph& graph,
            ParameterNames& parameters)

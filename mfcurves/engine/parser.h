@@ -1,15 +1,14 @@
 #pragma once
 
-#include "mfcurves/engine/graph.h"
-#include "mfcurves/engine/names.h"
-#include "mfcurves/engine/parseError.h"
-
 #include <optional>
 #include <string_view>
 #include <variant>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/names.h"
+#include "mfcurves/engine/parseError.h"
+
+namespace mf::engine {
 
 /// Builds the graph of an expression text.
 ///

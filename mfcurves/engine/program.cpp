@@ -1,27 +1,82 @@
 #include "mfcurves/engine/program.h"
 
-#include "mfcurves/engine/functionTable.h"
-#include "mfcurves/engine/values.h"
-
 #include <algorithm>
 
-namespace mf::engine
-{
-namespace
-{
+#include "mfcurves/engine/functionTable.h"
 
-constexpr std::uint32_t kNoRegister = 0xffffffff;
+namespace mf::engine {
+namespace {
 
-// factor * node, of which only the node needs a register.
-struct Operand {
-    NodeId node;
-    double factor = 1.0;
+constexpr std::uint32_t kNone = 0xffffffff;
+
+// The constants of a stage and which of its parts there are.
+struct Stage {
+    std::uint8_t parts = 0;
+    double c[kStageConstants] = {};
+
+    void put(StagePart part, std::size_t place, double number)
+    {
+        parts |= part;
+        c[place] = number;
+    }
 };
+
+// A step that is not yet written down: its place in the program is open.
+struct Draft {
+    Instruction step;
+    Stage input;
+    Stage output;
+    NodeId node = 0;  // whose operation it is
+};
+
+bool isSine(const Instruction& step)
+{
+    return step.code == Code::Call1 && step.value1 == function(FunctionId::Sin).value1;
+}
+
+bool isCosine(const Instruction& step)
+{
+    return step.code == Code::Call1 && step.value1 == function(FunctionId::Cos).value1;
+}
+
+// Where both the sine and the cosine of a register are asked for, the step that
+// comes first computes both. What is left of the other is its output stage.
+void mergeSinesAndCosines(std::vector<Instruction>& code, std::uint32_t registers)
+{
+    if (std::ranges::none_of(code, isSine) || std::ranges::none_of(code, isCosine))
+        return;
+    thread_local std::vector<std::uint32_t>
+        firstOn;  // by register: the first step that takes its sine or cosine
+    firstOn.assign(registers, kNone);
+    for (std::uint32_t i = 0; i < code.size(); ++i) {
+        Instruction& step = code[i];
+        if (!isSine(step) && !isCosine(step))
+            continue;
+        std::uint32_t& first = firstOn[step.input != 0 ? step.moved : step.a];
+        if (first == kNone) {
+            first = i;
+            continue;
+        }
+        Instruction& both = code[first];
+        if (both.code != Code::Call1 || isSine(both) == isSine(step))
+            continue;
+        both.code = isSine(both) ? Code::SinCos : Code::CosSin;
+        both.b = step.value;
+        step.code = Code::Move;
+        step.input = 0;
+        step.a = step.value;
+    }
+    std::erase_if(code, [](const Instruction& step) {
+        return step.code == Code::Move && step.input == 0 && step.output == 0;
+    });
+}
 
 // Makes one section. The walk goes down the ids, so that all users of a node have
 // spoken when its turn comes, and the steps come out last first.
-class SectionBuilder
-{
+//
+// A step with one operand waits at that operand and runs right after it, or as
+// part of the same step: there nothing can stand between them.
+class SectionBuilder {
 public:
     SectionBuilder(const Graph& graph, std::vector<std::uint32_t>& registerOf, std::uint32_t& registers)
         : graph_(graph), registerOf_(registerOf), registers_(registers)
@@ -31,16 +86,18 @@ public:
     Section build(NodeId root)
     {
         if (registerOf_.size() < graph_.size())
-            registerOf_.resize(graph_.size(), kNoRegister);
-        stepOf_.assign(root + 1, kNoRegister);
+            registerOf_.resize(graph_.size(), kNone);
+        pending_.assign(root + 1, false);
+        waitingAt_.assign(root + 1, kNone);
+        drafts_.clear();
         section_.result = use(root);
         for (NodeId id = root + 1; id-- > 0;) {
-            if (stepOf_[id] != kNoRegister)
+            if (pending_[id])
                 translate(id);
+            else if (waitingAt_[id] != kNone)
+                write(takeWaiting(id), registerOf_[id]);
         }
-        std::erase_if(section_.code, [](const Instruction& step) { return step.target == kNoRegister; });
-        std::ranges::reverse(section_.code);
-        section_.registers = registers_;
+        finish();
         return std::move(section_);
     }
 
@@ -49,7 +106,7 @@ private:
     std::uint32_t use(NodeId id)
     {
         std::uint32_t& place = registerOf_[id];
-        if (place != kNoRegister)
+        if (place != kNone)
             return place;
         const Node& node = graph_[id];
         if (node.op == Op::Variable)
@@ -58,186 +115,260 @@ private:
         if (node.op == Op::Constant)
             section_.constants.push_back({place, node.number});
         else
-            stepOf_[id] = kPending;
+            pending_[id] = true;
         return place;
     }
 
     bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
+    double number(NodeId id) const { return graph_[id].number; }
 
-    // A product with a constant is done by whoever uses it.
-    Operand scaled(NodeId id) const
+    // Takes the constants around a node off: what is left is answered. A part that
+    // has a register already is left whole.
+    NodeId peel(NodeId id, Stage& stage) const
+    {
+        if (graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
+            const NodeId inner = graph_[id].b;
+            if (graph_[inner].op != Op::Product && graph_[inner].op != Op::Quotient) {
+                stage.put(kAddFirst, 0, number(graph_[id].a));
+                return inner;
+            }
+            stage.put(kAddLast, 3, number(graph_[id].a));
+            id = inner;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Product && isConstant(graph_[id].a)) {
+            stage.put(kMultiply, 2, number(graph_[id].a));
+            id = graph_[id].b;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Quotient && isConstant(graph_[id].b)) {
+            stage.put(kDivide, 1, number(graph_[id].b));
+            id = graph_[id].a;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
+            stage.put(kAddFirst, 0, number(graph_[id].a));
+            id = graph_[id].b;
+            peelSign(id, stage);
+        }
+        return id;
+    }
+
+    // (c - v) * k is (v - c) * -k, bit for bit.
+    void peelSign(NodeId& id, Stage& stage) const
     {
         const Node& node = graph_[id];
-        if (node.op == Op::Product && isConstant(node.a))
-            return {node.b, graph_[node.a].number};
-        return {id};
+        if (node.op != Op::Product || !isConstant(node.a, -1.0) || (stage.parts & (kDivide | kMultiply)) == 0)
+            return;
+        stage.c[0] = -stage.c[0];
+        const std::size_t place = (stage.parts & kMultiply) != 0 ? 2 : 1;
+        stage.c[place] = -stage.c[place];
+        id = node.b;
     }
+
+    bool isConstant(NodeId id, double value) const { return isConstant(id) && number(id) == value; }
+
+    bool isOpen(NodeId id, const Stage& stage) const { return stage.parts == 0 || registerOf_[id] == kNone; }
 
     void translate(NodeId id)
     {
-        const Node& node = graph_[id];
-        Instruction step;
-        step.target = registerOf_[id];
+        Draft draft;
+        draft.node = id;
+        const NodeId base = peel(id, draft.output);
+        if (base == id)
+            translateOperation(draft);
+        else
+            translateStage(draft, base);
+    }
+
+    // A node that is only constants around another: the input stage of the step
+    // that waits for it, or else the output stage of the one it waits for.
+    void translateStage(Draft& draft, NodeId base)
+    {
+        const std::uint32_t waiting = waitingAt_[draft.node];
+        if (waiting != kNone) {
+            Draft user = takeWaiting(draft.node);
+            user.input = draft.output;
+            user.step.moved = registerOf_[draft.node];
+            waitAt(base, user);
+            return;
+        }
+        draft.step.code = Code::Move;
+        draft.step.target = registerOf_[draft.node];
+        waitAt(base, draft);
+    }
+
+    void translateOperation(Draft& draft)
+    {
+        const Node& node = graph_[draft.node];
+        Instruction& step = draft.step;
+        step.value = registerOf_[draft.node];
+        if (waitingAt_[draft.node] != kNone) {
+            Draft& waiting = drafts_[waitingAt_[draft.node]];
+            if (waiting.step.code == Code::Move && waiting.input.parts == 0) {
+                draft.output = waiting.output;
+                step.target = waiting.step.target;
+                waitingAt_[draft.node] = kNone;
+            } else {
+                write(takeWaiting(draft.node), step.value);
+            }
+        }
         switch (node.op) {
             case Op::Constant:
             case Op::Variable:
                 return;
             case Op::Sum:
-                translateSum(node, step);
+                step.code = Code::Sum;
                 break;
             case Op::Product:
-                translateProduct(node, step);
+                step.code = Code::Product;
                 break;
             case Op::Quotient:
                 step.code = Code::Quotient;
-                step.a = use(node.a);
-                step.b = use(node.b);
-                step.c[0] = 1.0;
                 break;
             case Op::Polynomial:
-                translatePolynomial(node, step, kNothing, 1.0);
+                step.code = Code::Polynomial;
                 break;
             case Op::Chebyshev:
                 step.code = Code::Chebyshev;
-                step.a = use(node.a);
-                copyCoefficients(node, step);
                 break;
             case Op::Call1:
-                translateCall1(node, step);
+                step.code = Code::Call1;
+                step.value1 = function(node.function).value1;
                 break;
             case Op::Call2:
                 step.code = Code::Call2;
-                step.a = use(node.a);
-                step.b = use(node.b);
                 step.value2 = function(node.function).value2;
                 break;
             case Op::ChooseLess:
-                translateChoice(Code::ChooseLess, node, step);
+                step.code = Code::ChooseLess;
                 break;
             case Op::ChooseSign:
-                translateChoice(Code::ChooseSign, node, step);
+                step.code = Code::ChooseSign;
                 break;
             case Op::ChooseStep:
-                translateChoice(Code::ChooseStep, node, step);
+                step.code = Code::ChooseStep;
                 break;
         }
-        stepOf_[id] = static_cast<std::uint32_t>(section_.code.size());
+        const bool one = node.op == Op::Polynomial || node.op == Op::Chebyshev || node.op == Op::Call1;
+        if (one)
+            waitAt(node.a, draft);
+        else
+            write(draft, kNone);
+    }
+
+    // Where another step waits already, this one is written down at its own place.
+    void waitAt(NodeId operand, const Draft& draft)
+    {
+        const std::uint32_t place = use(operand);
+        if (waitingAt_[operand] != kNone) {
+            write(draft, place);
+            return;
+        }
+        waitingAt_[operand] = static_cast<std::uint32_t>(drafts_.size());
+        drafts_.push_back(draft);
+    }
+
+    Draft takeWaiting(NodeId operand)
+    {
+        const Draft draft = drafts_[waitingAt_[operand]];
+        waitingAt_[operand] = kNone;
+        return draft;
+    }
+
+    // A product with a constant is done by the sum that uses it.
+    std::uint32_t useScaled(NodeId id, double& factor)
+    {
+        const Node& node = graph_[id];
+        const bool scaled = node.op == Op::Product && isConstant(node.a) && registerOf_[id] == kNone;
+        factor = scaled ? number(node.a) : 1.0;
+        return use(scaled ? node.b : id);
+    }
+
+    void write(const Draft& draft, std::uint32_t operand)
+    {
+        Instruction step = draft.step;
+        const Node& node = graph_[draft.node];
+        std::vector<double>& numbers = section_.numbers;
+
+        // A step that only moves has its one stage as the input stage.
+        const bool onlyMoves = step.code == Code::Move;
+        const Stage& input = onlyMoves && draft.input.parts == 0 ? draft.output : draft.input;
+        const Stage output = onlyMoves && draft.input.parts == 0 ? Stage{} : draft.output;
+        if (onlyMoves && draft.input.parts == 0)
+            step.moved = step.target;
+        if (onlyMoves)
+            step.value = step.moved;
+        step.input = input.parts;
+        step.output = output.parts;
+        if (input.parts != 0)
+            numbers.insert(numbers.end(), input.c, input.c + kStageConstants);
+        if (input.parts != 0 || output.parts != 0)
+            numbers.insert(numbers.end(), output.c, output.c + kStageConstants);
+        step.a = operand;
+        step.constants = nullptr;
+        const std::size_t first = numbers.size();
+
+        switch (step.code) {
+            case Code::Sum: {
+                double factors[2];
+                step.a = useScaled(node.a, factors[0]);
+                step.b = useScaled(node.b, factors[1]);
+                numbers.insert(numbers.end(), factors, factors + 2);
+                break;
+            }
+            case Code::Product:
+            case Code::Quotient:
+            case Code::Call2:
+                step.a = use(node.a);
+                step.b = use(node.b);
+                break;
+            case Code::Polynomial:
+            case Code::Chebyshev: {
+                const auto coefficients = graph_.coefficients(node);
+                step.count = node.count;
+                step.lowest = static_cast<std::uint8_t>(node.lowest);
+                numbers.insert(numbers.end(), coefficients.begin(), coefficients.end());
+                break;
+            }
+            case Code::ChooseLess:
+            case Code::ChooseSign:
+            case Code::ChooseStep:
+                step.a = 0;
+                firstInList_.push_back(section_.lists.size());
+                for (const NodeId id : graph_.operands(node))
+                    section_.lists.push_back(use(id));
+                break;
+            default:
+                break;
+        }
+        firstNumber_.push_back(first);
         section_.code.push_back(step);
     }
 
-    // c2 + c1 * inner, where inner may be v + c0 or a polynomial
-    void translateAffine(double c1, double c2, NodeId inner, Instruction& step)
+    // Puts the steps into the order in which they run and, now that the tables of
+    // numbers and lists stand still, points them there.
+    void finish()
     {
-        const Node& node = graph_[inner];
-        if (node.op == Op::Polynomial && registerOf_[inner] == kNoRegister) {
-            translatePolynomial(node, step, c2, c1);
-            return;
+        std::size_t list = 0;
+        for (std::size_t i = 0; i < section_.code.size(); ++i) {
+            Instruction& step = section_.code[i];
+            step.constants = section_.numbers.data() + firstNumber_[i];
+            const bool chooses = step.code == Code::ChooseLess || step.code == Code::ChooseSign ||
+                                 step.code == Code::ChooseStep;
+            if (chooses)
+                step.list = section_.lists.data() + firstInList_[list++];
         }
-        step.code = Code::Affine;
-        step.c[0] = kNothing;
-        step.c[1] = c1;
-        step.c[2] = c2;
-        if (node.op == Op::Sum && isConstant(node.a) && registerOf_[inner] == kNoRegister) {
-            step.c[0] = graph_[node.a].number;
-            inner = node.b;
-        }
-        step.a = use(inner);
+        std::ranges::reverse(section_.code);
+        mergeSinesAndCosines(section_.code, registers_);
+        section_.registers = registers_;
     }
-
-    void translateSum(const Node& node, Instruction& step)
-    {
-        const Operand second = scaled(node.b);
-        if (isConstant(node.a)) {
-            translateAffine(second.factor, graph_[node.a].number, second.node, step);
-            return;
-        }
-        const Operand first = scaled(node.a);
-        step.code = Code::Sum;
-        step.a = use(first.node);
-        step.b = use(second.node);
-        step.c[0] = first.factor;
-        step.c[1] = second.factor;
-    }
-
-    void translateProduct(const Node& node, Instruction& step)
-    {
-        if (!isConstant(node.a)) {
-            setBinary(Code::Product, node, 1.0, step);
-            return;
-        }
-        const double factor = graph_[node.a].number;
-        const Node& inner = graph_[node.b];
-        if (inner.op == Op::Product && !isConstant(inner.a))
-            setBinary(Code::Product, inner, factor, step);
-        else if (inner.op == Op::Quotient)
-            setBinary(Code::Quotient, inner, factor, step);
-        else
-            translateAffine(factor, kNothing, node.b, step);
-    }
-
-    void setBinary(Code code, const Node& node, double factor, Instruction& step)
-    {
-        step.code = code;
-        step.a = use(node.a);
-        step.b = use(node.b);
-        step.c[0] = factor;
-    }
-
-    void translatePolynomial(const Node& node, Instruction& step, double offset, double factor)
-    {
-        step.code = Code::Polynomial;
-        step.a = use(node.a);
-        step.lowest = node.lowest;
-        copyCoefficients(node, step);
-        step.c[0] = offset;
-        step.c[1] = factor;
-    }
-
-    void copyCoefficients(const Node& node, Instruction& step)
-    {
-        const auto coefficients = graph_.coefficients(node);
-        step.first = static_cast<std::uint32_t>(section_.coefficients.size());
-        step.count = node.count;
-        section_.coefficients.insert(section_.coefficients.end(), coefficients.begin(), coefficients.end());
-    }
-
-    // Where a section asks for the sine and the cosine of one argument, the step
-    // that runs first computes both and the other one goes.
-    void translateCall1(const Node& node, Instruction& step)
-    {
-        step.code = Code::Call1;
-        step.a = use(node.a);
-        step.value1 = function(node.function).value1;
-        const bool isSine = node.function == FunctionId::Sin;
-        if (!isSine && node.function != FunctionId::Cos)
-            return;
-        Node other = node;
-        other.derivative = kNoNode;
-        other.function = isSine ? FunctionId::Cos : FunctionId::Sin;
-        const NodeId partner = graph_.find(other);
-        if (partner >= stepOf_.size() || stepOf_[partner] >= kPending)
-            return;
-        Instruction& later = section_.code[stepOf_[partner]];
-        step.code = Code::SinCos;
-        step.b = isSine ? later.target : step.target;
-        step.target = isSine ? step.target : later.target;
-        later.target = kNoRegister;
-    }
-
-    void translateChoice(Code code, const Node& node, Instruction& step)
-    {
-        step.code = code;
-        step.first = static_cast<std::uint32_t>(section_.lists.size());
-        for (const NodeId operand : graph_.operands(node))
-            section_.lists.push_back(use(operand));
-    }
-
-    static constexpr std::uint32_t kPending = 0xfffffffe;  // used, its turn has not come
 
     const Graph& graph_;
     std::vector<std::uint32_t>& registerOf_;
     std::uint32_t& registers_;
-    std::vector<std::uint32_t> stepOf_;  // by node: its step in this section
+    std::vector<bool> pending_;             // by node: its turn will come in this section
+    std::vector<std::uint32_t> waitingAt_;  // by node: the draft that waits for it
+    std::vector<Draft> drafts_;
+    std::vector<std::size_t> firstNumber_;  // by step
+    std::vector<std::size_t> firstInList_;  // by choosing step
     Section section_;
 };
 
@@ -249,9 +380,14 @@ void Translator::clear(std::uint32_t parameterCount)
     registers_ = parameterCount;
 }
 
-Section Translator::translate(const Graph& graph, NodeId root)
+Section Translator::translate(const Graph& graph, NodeId root, const Section* before)
 {
-    return SectionBuilder(graph, registerOf_, registers_).build(root);
+    Section section = SectionBuilder(graph, registerOf_, registers_).build(root);
+    if (before != nullptr)
+        section.whole = before->whole;
+    section.whole.insert(section.whole.end(), section.code.begin(), section.code.end());
+    mergeSinesAndCosines(section.whole, registers_);
+    return section;
 }
 
 }  // namespace mf::engine

@@ -1,70 +1,93 @@
 #pragma once
 
-#include "mfcurves/engine/graph.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/graph.h"
+
+namespace mf::engine {
 
 enum class Code : std::uint8_t {
-    Affine,      // (a + c0) * c1 + c2
-    Sum,         // c0 * a + c1 * b
-    Product,     // (a * b) * c0
-    Quotient,    // (a / b) * c0
-    Polynomial,  // c0 + c1 * (a^lowest * (k0 + k1 a + ...))
-    Chebyshev,   // k0 T0(a) + k1 T1(a) + ...
+    Move,        // a
+    Sum,         // k0 * a + k1 * b
+    Product,     // a * b
+    Quotient,    // a / b
+    Polynomial,  // a^lowest * (k0 + k1 a + ...), count coefficients
+    Chebyshev,   // k0 T0(a) + k1 T1(a) + ..., count coefficients
     Call1,       // value1(a)
     Call2,       // value2(a, b)
     SinCos,      // the sine of a, and into b its cosine
-    ChooseLess,  // list of four registers, as the node of that name
+    CosSin,      // the cosine of a, and into b its sine
+    ChooseLess,  // on a list of four registers, as the node of that name
     ChooseSign,
-    ChooseStep  // list of six registers
+    ChooseStep  // on a list of six registers
 };
 
-/// One step of a program. Operands and target are numbers of registers.
+/// The parts of a stage, applied in this order to what goes through it:
+/// (v + c0) / c1 * c2 + c3.
+enum StagePart : std::uint8_t { kAddFirst = 1, kDivide = 2, kMultiply = 4, kAddLast = 8 };
+
+constexpr std::size_t kStageConstants = 4;
+
+/// One step of a program: an input stage, an operation, an output stage. The laws
+/// of motion are mostly constants around one operation on a shifted and scaled
+/// x, so that one step does what would be six.
+///
+/// Operands and results are numbers of registers. Operand a passes through the
+/// input stage, if there is one, and what comes out is kept in `moved`; the
+/// operation's value is kept in `value`, and what the output stage makes of it in
+/// `target`.
 struct Instruction {
-    Code code = Code::Affine;
-    std::uint16_t lowest = 0;
-    std::uint32_t target = 0;
+    Code code = Code::Move;
+    std::uint8_t input = 0;   // parts of the input stage
+    std::uint8_t output = 0;  // parts of the output stage
+    std::uint8_t lowest = 0;  // exponent of a polynomial's first coefficient
+    std::uint32_t count = 0;
     std::uint32_t a = 0;
     std::uint32_t b = 0;
-    std::uint32_t first = 0;  // of the coefficients, or of the registers of a list
-    std::uint32_t count = 0;  // of the coefficients
+    std::uint32_t moved = 0;
+    std::uint32_t value = 0;
+    std::uint32_t target = 0;
+    // The operation's constants. Those of the output stage stand right before
+    // them, those of the input stage before these.
+    const double* constants = nullptr;
     union {
-        double c[3] = {};
-        double (*value1)(double);
+        double (*value1)(double) = nullptr;
         double (*value2)(double, double);
+        const std::uint32_t* list;
     };
+
+    const double* inputConstants() const { return constants - 2 * kStageConstants; }
+    const double* outputConstants() const { return constants - kStageConstants; }
 };
 
-/// The steps that compute one order of a family, after the sections of the lower
-/// orders have run. Nothing in it changes once it is made.
+/// The steps for one order of a family. Nothing in it changes once it is made.
 struct Section {
     struct Constant {
         std::uint32_t target;
         double number;
     };
 
-    std::vector<Instruction> code;
-    std::vector<double> coefficients;
-    std::vector<std::uint32_t> lists;
+    std::vector<Instruction> code;    // this order, after the sections of the lower ones have run
+    std::vector<Instruction> whole;   // all orders up to this one, from nothing
     std::vector<Constant> constants;  // registers that hold a number and are filled once
     std::uint32_t result = 0;         // the register that holds the order's value
     std::uint32_t registers = 0;      // how many the sections up to this one use
+
+    std::vector<double> numbers;       // what the constants of the steps point into
+    std::vector<std::uint32_t> lists;  // what the lists of the steps point into
 };
 
 /// Translates roots of a graph into sections, one after the other. Register i
 /// holds parameter i; every other value has a register of its own, so that a
 /// section may use whatever those before it have computed.
-class Translator
-{
+class Translator {
 public:
     void clear(std::uint32_t parameterCount);
 
-    Section translate(const Graph& graph, NodeId root);
+    /// The section of the next order; `before` is that of the order below, or null.
+    Section translate(const Graph& graph, NodeId root, const Section* before);
 
     std::size_t bytes() const { return registerOf_.capacity() * sizeof(std::uint32_t); }
 

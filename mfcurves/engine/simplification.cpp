@@ -1,18 +1,16 @@
 #include "mfcurves/engine/simplification.h"
 
-#include "mfcurves/engine/limits.h"
-#include "mfcurves/engine/values.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
 #include <vector>
 
-namespace mf::engine
-{
-namespace
-{
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/engine/values.h"
+
+namespace mf::engine {
+namespace {
 
 bool isConstant(const Graph& graph, NodeId id)
 {

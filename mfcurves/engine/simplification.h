@@ -1,9 +1,9 @@
 #pragma once
 
+#include <span>
+
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/graph.h"
-
-#include <span>
 
 /// Makers of nodes. Each answers the simplest node for what it is asked, as far
 /// as the folding of the graph allows: constants are folded by the very functions
@@ -12,8 +12,7 @@
 ///
 /// What KeepText allows costs no accuracy: a change is made only where it is
 /// exact, or where the text would round in the same places.
-namespace mf::engine
-{
+namespace mf::engine {
 
 NodeId constant(Graph& graph, double number);
 NodeId variable(Graph& graph, std::uint32_t number);

@@ -5,10 +5,8 @@
 #include <string>
 #include <vector>
 
-namespace mf::engine
-{
-namespace
-{
+namespace mf::engine {
+namespace {
 
 constexpr std::size_t kKeptTexts = 32;
 constexpr std::size_t kLongestKeptText = 8192;
@@ -40,8 +38,7 @@ std::uint64_t hashOf(std::wstring_view text)
 
 // The texts compiled last, the latest used first. Each thread has its own, so that
 // no compile waits for another.
-class TextCache
-{
+class TextCache {
 public:
     CompiledText::Answer compiled(std::wstring_view text,
                                   const std::optional<std::wstring_view>& variableName)

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "mfcurves/engine/compiledText.h"
-
 #include <optional>
 #include <string_view>
 
-namespace mf::engine
-{
+#include "mfcurves/engine/compiledText.h"
+
+namespace mf::engine {
 
 /// The compiled form of a text, from the calling thread's cache of the texts
 /// compiled last if it is there. Texts that cannot be compiled, and very long

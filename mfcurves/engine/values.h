@@ -9,8 +9,7 @@
 /// The values of what is no function of the standard library. Constant folding
 /// and evaluation share them, so a folded constant has the bits that evaluation
 /// would have given.
-namespace mf::engine
-{
+namespace mf::engine {
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
