@@ -1,15 +1,14 @@
 #include "mfcurves/engine/parser.h"
 
-#include "mfcurves/platform/encoding.h"
-#include "tests/engine/compiled.h"
-
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
 #include <ostream>
 
-namespace
-{
+#include "mfcurves/platform/encoding.h"
+#include "tests/engine/compiled.h"
+
+namespace {
 
 using engine_test::compile;
 using engine_test::evaluate;
@@ -86,9 +85,7 @@ void PrintTo(const ValueCase& c, std::ostream* os)
     *os << mf::platform::toUtf8(c.text) << " at " << c.x;
 }
 
-class Value : public testing::TestWithParam<ValueCase>
-{
-};
+class Value : public testing::TestWithParam<ValueCase> {};
 
 TEST_P(Value, IsWhatTheTextSays)
 {
@@ -164,9 +161,7 @@ void PrintTo(const RefusalCase& c, std::ostream* os)
     *os << mf::platform::toUtf8(c.text);
 }
 
-class Refusal : public testing::TestWithParam<RefusalCase>
-{
-};
+class Refusal : public testing::TestWithParam<RefusalCase> {};
 
 TEST_P(Refusal, TellsThePlaceAndWhatWasExpected)
 {
