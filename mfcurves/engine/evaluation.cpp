@@ -207,7 +207,8 @@ inline void runSteps(const std::vector<Instruction>& code, Lanes lanes)
             }
         }
         if (step.output != 0)
-            runStage(lanes, step.output, step.outputConstants(), value, lanes.at(step.target));
+            runStage(lanes, step.output, step.outputConstants(), step.code == Code::Move ? a : value,
+                     lanes.at(step.target));
     }
 }
 

@@ -183,7 +183,9 @@ private:
     void translateStage(Draft& draft, NodeId base)
     {
         const std::uint32_t waiting = waitingAt_[draft.node];
-        if (waiting != kNone) {
+        if (waiting != kNone && drafts_[waiting].input.parts != 0)
+            write(takeWaiting(draft.node), registerOf_[draft.node]);
+        else if (waiting != kNone) {
             Draft user = takeWaiting(draft.node);
             user.input = draft.output;
             user.step.moved = registerOf_[draft.node];
@@ -294,8 +296,6 @@ private:
         const Stage output = onlyMoves && draft.input.parts == 0 ? Stage{} : draft.output;
         if (onlyMoves && draft.input.parts == 0)
             step.moved = step.target;
-        if (onlyMoves)
-            step.value = step.moved;
         step.input = input.parts;
         step.output = output.parts;
         if (input.parts != 0)

@@ -9,7 +9,7 @@
 namespace mf::engine {
 
 enum class Code : std::uint8_t {
-    Move,        // a
+    Move,        // nothing: a goes from stage to stage
     Sum,         // k0 * a + k1 * b
     Product,     // a * b
     Quotient,    // a / b
