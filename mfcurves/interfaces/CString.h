@@ -34,6 +34,10 @@ public:
         return text_ ? std::wstring_view(*text_) : std::wstring_view();
     }
 
+    /// True for copies of one text, and for two empty ones. Equal texts that were
+    /// made apart answer false.
+    bool SharesBuffer(const CString& other) const noexcept { return text_ == other.text_; }
+
     /// Negative, 0 or positive, by the numbers of the characters.
     int Compare(const wchar_t* other) const noexcept;
     /// The same without regard to case, by the tables of the UTF-8 locale.
