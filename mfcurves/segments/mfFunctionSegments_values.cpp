@@ -28,6 +28,21 @@ bool contains(const mfSegment_c& segment, double x)
     return !(x < segment.getStartX()) && !(x > segment.getEndX());
 }
 
+// Only the space between the ends of a reversed row is refused; a row answers by
+// its formula however far x is outside.
+bool refuses(const mfSegment_c& segment, double x)
+{
+    return x < segment.getStartX() && x > segment.getEndX();
+}
+
+// The number of plotting points tells how many derivatives a row has. A row of no
+// length has one point and no slope, and so has one that was never sampled.
+int highestDerivative(const mfSegment_c& segment)
+{
+    const int points = segment.getPlottingDataCount();
+    return points > 2 ? 3 : points == 2 ? 1 : 0;
+}
+
 // Evaluates at `count` points; one that fails is passed over like a point on its
 // own.
 void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
@@ -71,11 +86,19 @@ void sampleStretch(ICalculator& calculator, double start, double end, mfPoint2D_
 
 }  // namespace
 
+// The number that calculateValue gives for this order when it is asked for all of
+// them. Those below are not evaluated: nobody would see them.
 double mfFunctionSegments_c::evaluate(double x, int order)
 {
-    double results[4];
-    calculateValue(findSegment(x), x, results[0], results[1], results[2], results[3], order);
-    return results[order >= 0 && order <= 2 ? order : 3];
+    if (isEmpty())
+        return 0.0;
+    const int row = findSegment(x);
+    mfSegment_c& segment = iAt(row);
+    const int asked = order >= 0 && order <= 2 ? order : 3;
+    if (refuses(segment, x) || (row == 0 && asked == 0) || asked > highestDerivative(segment))
+        return 0.0;
+    ICalculator* calculator = segment.getCalculator(asked);
+    return calculator == nullptr ? 0.0 : valueAt(*calculator, x);
 }
 
 // A bisection whose probes decide who answers where two rows meet, and that ends
@@ -91,8 +114,10 @@ int mfFunctionSegments_c::findSegment(double x) const
         const mfSegment_c& probed = iAt(middle);
         if (contains(probed, x))
             return middle;
-        int& end = !(x < probed.getStartX()) ? low : high;
-        end = middle;
+        if (!(x < probed.getStartX()))
+            low = middle;
+        else
+            high = middle;
         middle = (low + high) / 2;
     }
     if (contains(iAt(low), x))
@@ -107,9 +132,7 @@ bool mfFunctionSegments_c::calculateValue(int row, double x, double& y)
     if (!iHolds(row))
         return false;
     mfSegment_c& segment = iAt(row);
-    // Only the space between the ends of a reversed row is refused; a row answers
-    // by its formula however far x is outside.
-    if (x < segment.getStartX() && x > segment.getEndX())
+    if (refuses(segment, x))
         return false;
     if (row == 0) {
         y = 0.0;
@@ -131,11 +154,8 @@ bool mfFunctionSegments_c::calculateValue(int row, double x, double& y, double& 
     if (!calculateValue(row, x, y))
         return false;
 
-    // The number of plotting points tells how many derivatives the row has. A row
-    // of no length has one point and no slope.
     mfSegment_c& segment = iAt(row);
-    const int points = segment.getPlottingDataCount();
-    const int highest = points > 2 ? std::min(order, 3) : points == 2 ? std::min(order, 1) : 0;
+    const int highest = std::min(order, highestDerivative(segment));
     double* const derivatives[] = {&y, &d1, &d2, &d3};
     for (int k = 1; k <= highest; ++k) {
         ICalculator* calculator = segment.getCalculator(k);

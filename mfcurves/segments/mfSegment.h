@@ -123,3 +123,11 @@ private:
     int plottingDataOrders_ = 0;
     mfSegmentCalculator_c calculator_;
 };
+
+// Asked at every evaluation: true when the order stands ready for the very text
+// that the segment has.
+inline bool mfSegmentCalculator_c::iIsBuilt(int order) const
+{
+    return segment_ != nullptr && order >= 0 && order <= 3 && calculators_[order] != nullptr &&
+           segment_->profileExpr_.SharesBuffer(confirmedExpression_);
+}

@@ -24,14 +24,14 @@ mfSegmentCalculator_c::~mfSegmentCalculator_c()
     iReleaseCalculators();
 }
 
-// Asked at every evaluation. Texts share their buffers, so one look at the buffer
-// tells that nothing was set. Any other buffer is compared once and remembered.
+// Texts share their buffers, so one look at the buffer tells that nothing was set.
+// Any other buffer is compared once and remembered.
 bool mfSegmentCalculator_c::isUpToDate() const
 {
     if (segment_ == nullptr)
         return false;
     const CString& expression = segment_->profileExpr_;
-    if (expression.GetString() == confirmedExpression_.GetString())
+    if (expression.SharesBuffer(confirmedExpression_))
         return true;
     if (expression.CompareNoCase(builtExpression_) != 0)
         return false;
@@ -39,7 +39,7 @@ bool mfSegmentCalculator_c::isUpToDate() const
     return true;
 }
 
-ICalculator* mfSegmentCalculator_c::getCalculator(int order)
+ICalculator* mfSegmentCalculator_c::iRenewCalculator(int order)
 {
     if (segment_ == nullptr)
         return nullptr;

@@ -33,13 +33,18 @@ public:
     bool isUpToDate() const;
 
     /// The calculator of that order, owned by this object.
-    ICalculator* getCalculator(int order);
+    ICalculator* getCalculator(int order)
+    {
+        return iIsBuilt(order) ? calculators_[order] : iRenewCalculator(order);
+    }
 
 protected:
     ICalculator* iGetCalculator(int order);  ///< builds what is missing, lower orders first
     void iReleaseCalculators();              ///< gives all orders back
 
 private:
+    bool iIsBuilt(int order) const;
+    ICalculator* iRenewCalculator(int order);
     void iCompile();
 
     mfSegment_c* segment_;                 // lent: it embeds this object
