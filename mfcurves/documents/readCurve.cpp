@@ -11,8 +11,7 @@
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/functions/mfFunctionExpression.h"
 #include "mfcurves/interfaces/IMotionServices.h"
-#include "mfcurves/interfaces/QelMotionFunctionContext.h"
-#include "mfcurves/interfaces/QelSession.h"
+#include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "mfcurves/motion/mfTextConverter.h"
@@ -60,21 +59,6 @@ std::string placeOf(std::string_view path)
         path = path.substr(0, path.find_last_not_of('/', separator) + 1);
     }
     return place;
-}
-
-QelMotionFunctionContext_c* context()
-{
-    return QelSession_c::QelMotionFunctionContext();
-}
-
-IMotionServices_c* motionServices()
-{
-    return context() ? context()->getMotionServices() : nullptr;
-}
-
-mfProfileManager_c* profileManager()
-{
-    return context() ? context()->getProfileManager() : nullptr;
 }
 
 // One read. Each step answers false when the read fails there, and `reason_`
@@ -317,20 +301,20 @@ private:
     // Segments: the host's list has to hold the name.
     bool isListedResult(const CString& name)
     {
-        IMotionServices_c* services = motionServices();
+        IMotionServices_c* services = interfaces::motionServices();
         std::vector<CString> results;
         if (services)
             services->getMotionResultNames(results);
         if (std::find(results.begin(), results.end(), name) != results.end())
             return true;
-        return fail("\"IndepVar\" is " + quoted(name) + ", which is neither " + kIndependentVariables.list() +
-                    " nor one of the host's " + std::to_string(results.size()) + " motion results.");
+        return fail("\"IndepVar\" is " + quoted(name) + ", which is none of " + kIndependentVariables.list() +
+                    ", and the host knows no motion result of that name.");
     }
 
     // Data points: a host without a list takes any name.
     bool isAcceptedResult(const CString& name)
     {
-        IMotionServices_c* services = motionServices();
+        IMotionServices_c* services = interfaces::motionServices();
         return (services && services->getMotionResultCount() == 0) || isListedResult(name);
     }
 
@@ -411,7 +395,7 @@ private:
     // profile at hand: its name then stands for that profile.
     void registerProfile(const std::string& uniqueName, std::string& functionText) const
     {
-        mfProfileManager_c* manager = profileManager();
+        mfProfileManager_c* manager = interfaces::profileManager();
         if (!manager)
             return;
         mfSegmentTypeParser_c parser;
@@ -433,7 +417,7 @@ private:
     {
         if (!singleNode("//Curve//SegmentCount"))
             return false;
-        mfProfileManager_c* manager = profileManager();
+        mfProfileManager_c* manager = interfaces::profileManager();
         int row = 0;
         for (const XmlNode& node : document_.document()->selectNodes("//Curve//Segments//Segment"))
             addRow(function, row++, readSegment(node, manager));
