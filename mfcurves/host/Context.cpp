@@ -24,7 +24,11 @@ IMotionStudy_c* Context::getMotionStudy()
 
 mfProfileManager_c* Context::getProfileManager()
 {
-    return nullptr;
+    if (!profilesRead_) {
+        profilesRead_ = true;
+        profileManager_.rebuildUserProfileMap();
+    }
+    return &profileManager_;
 }
 
 }  // namespace mf::host

@@ -4,6 +4,7 @@
 #include "mfcurves/host/Study.h"
 #include "mfcurves/interfaces/QelMotionFunctionContext.h"
 #include "mfcurves/platform/mfExport.h"
+#include "mfcurves/profiles/mfProfileManager.h"
 
 namespace mf::host {
 
@@ -12,9 +13,14 @@ namespace mf::host {
 ///     mf::host::Context host;
 ///     QelSession_c::setMotionFunctionContext(&host);
 ///
-/// Ownership: services and study belong to the context, which has to outlive the
-/// functions that were made under it. When it ends it takes itself out of the
-/// session.
+/// The profiles are read when they are asked for first, by which time the context
+/// has to stand in the session, with its design library set. A program that
+/// changes the library later, or wants to know whether it could be read, calls
+/// rebuildUserProfileMap itself.
+///
+/// Ownership: services, study and profile manager belong to the context, which has
+/// to outlive the functions that were made under it. When it ends it takes itself
+/// out of the session.
 class MFCURVES_API Context : public QelMotionFunctionContext_c {
 public:
     Context();
@@ -24,6 +30,7 @@ public:
 
     Services& services() { return services_; }
     Study& study() { return study_; }
+    mfProfileManager_c& profileManager() { return *getProfileManager(); }
 
     IMotionServices_c* getMotionServices() override;
     IMotionStudy_c* getMotionStudy() override;
@@ -32,6 +39,8 @@ public:
 private:
     Services services_;
     Study study_;
+    mfProfileManager_c profileManager_;
+    bool profilesRead_ = false;
 };
 
 }  // namespace mf::host

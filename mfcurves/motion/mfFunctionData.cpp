@@ -8,6 +8,8 @@
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/platform/messageBox.h"
 #include "mfcurves/platform/resources.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
 
 namespace {
 
@@ -40,6 +42,8 @@ private:
 
 mfFunctionData_c::~mfFunctionData_c()
 {
+    delete functionSegments_;
+    functionSegments_ = nullptr;
     delete functionDataPoints_;
     functionDataPoints_ = nullptr;
     delete functionExpression_;
@@ -58,8 +62,19 @@ bool mfFunctionData_c::initialize()
         return false;
     }
     const ResourceSwap swap(services->getResourceLibraryPath(L"mfres"));
+
+    functionSegments_ = new (std::nothrow) mfFunctionSegments_c;
     functionDataPoints_ = new (std::nothrow) mfFunctionDataPoints_c;
     functionExpression_ = new (std::nothrow) mfFunctionExpression_c;
+
+    if (!mfProfileManager_c::s_UseNewProfileManager()) {
+        if (getDesignLibraryPath())
+            setProfile();
+        setDefaultProfile();
+    }
+    if (functionSegments_ != nullptr)
+        functionSegments_->initializeSegment(profileNames_, profileEleExprs_, profileIndependentVars_,
+                                             profileStartX_, profileStartY_, profileEndX_, profileEndY_);
     return true;
 }
 
@@ -68,6 +83,8 @@ bool mfFunctionData_c::initialize()
 mfFunctionBase_c* mfFunctionData_c::iActiveKind()
 {
     switch (functionType_) {
+        case mf::FunctionType_Segments:
+            return functionSegments_;
         case mf::FunctionType_DataPoints:
             return functionDataPoints_;
         case mf::FunctionType_Expression:
@@ -80,6 +97,8 @@ mfFunctionBase_c* mfFunctionData_c::iActiveKind()
 double mfFunctionData_c::evaluate(double x, int order)
 {
     switch (functionType_) {
+        case mf::FunctionType_Segments:
+            return functionSegments_ == nullptr ? 0.0 : functionSegments_->evaluate(x, order);
         case mf::FunctionType_DataPoints:
             return functionDataPoints_ == nullptr ? 0.0 : functionDataPoints_->evaluate(x, order);
         case mf::FunctionType_Expression:
@@ -187,7 +206,7 @@ bool mfFunctionData_c::isTorqueData()
 
 IFunctionSegments_c* mfFunctionData_c::getFunctionSegments()
 {
-    return nullptr;
+    return functionSegments_;
 }
 
 IFunctionDataPoints_c* mfFunctionData_c::getFunctionDataPoints()

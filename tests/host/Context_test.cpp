@@ -6,6 +6,7 @@
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -17,6 +18,44 @@ TEST(HostContext, AnswersServicesAndStudyOfItsOwn)
     Context host;
     EXPECT_EQ(host.getMotionServices(), &host.services());
     EXPECT_EQ(host.getMotionStudy(), &host.study());
+}
+
+TEST(HostContext, HasTheBuiltInProfilesAtFirstUse)
+{
+    Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    std::vector<CString> names;
+    host.getProfileManager()->getAllProfileNames(names);
+    EXPECT_EQ(names.size(), 10u);
+    EXPECT_EQ(host.getProfileManager(), &host.profileManager());
+}
+
+TEST(HostContext, ReadsTheProfilesOfItsDesignLibrary)
+{
+    const mf::test::TemporaryFolder library;
+    library.write(
+        "SegmentTypes.txt",
+        "Profile(\"Ramp\",x,x1,y1,x2,y2)\nval=y1+(y2-y1)*(x-x1)/(x2-x1);\nreturn val;\nendProfile\n");
+    Context host;
+    host.services().setDesignLibraryPaths(library.wide("").c_str());
+    QelSession_c::setMotionFunctionContext(&host);
+    std::vector<CString> names;
+    host.getProfileManager()->getAllProfileNames(names);
+    EXPECT_THAT(names, testing::ElementsAre(CString(L"Ramp (User)")));
+}
+
+// Whoever holds a record of the manager keeps it until the program itself has the
+// profiles read again.
+TEST(HostContext, ReadsTheProfilesOnce)
+{
+    Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    CString name;
+    host.profileManager().defaultDisplayName(name);
+    const mfProfileKey_c key = host.profileManager().getProfileKeyFromDisplayName(name);
+    mfProfile_c* const record = host.profileManager().findProfile(key);
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(host.getProfileManager()->findProfile(key), record);
 }
 
 TEST(HostContext, TakesItselfOutOfTheSessionWhenItEnds)
@@ -96,6 +135,19 @@ TEST(HostServices, SplinesComeFromTheFactoryOfTheProgram)
     ISimSplineData_c* const spline = services.createSplineData();
     EXPECT_NE(spline, nullptr);
     EXPECT_EQ(spline, made);
+    services.releaseSplineData(spline);
+}
+
+TEST(HostServices, SplinesAreTheHostsOwnWithoutAFactory)
+{
+    Services services;
+    services.setSplineFactory([] { return nullptr; });
+    services.setSplineFactory({});
+    ISimSplineData_c* const spline = services.createSplineData();
+    ASSERT_NE(spline, nullptr);
+    spline->addPoint(0.0, 1.0);
+    spline->addPoint(2.0, 5.0);
+    EXPECT_EQ(spline->getValue(1.0), 3.0);
     services.releaseSplineData(spline);
 }
 

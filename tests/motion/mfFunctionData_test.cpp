@@ -1,0 +1,605 @@
+#include "mfcurves/motion/mfFunctionData.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <new>
+#include <type_traits>
+
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "mfcurves/functions/mfFunctionExpression.h"
+#include "mfcurves/platform/messageBox.h"
+#include "mfcurves/platform/resources.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/virtualSlot.h"
+
+// Runs twice: against the library as it is, and against the one in which each
+// curve carries start-up profiles of its own.
+
+// The objects whose end a test waits for, and those of them that were freed, in
+// order.
+namespace {
+std::vector<const void*> watched;
+std::vector<const void*> deleted;
+std::size_t refusedSize = 0;  // objects of that size cannot be had where null is an answer
+
+void noteFreed(const void* memory)
+{
+    if (std::find(watched.begin(), watched.end(), memory) != watched.end())
+        deleted.push_back(memory);
+}
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+    if (void* const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept
+{
+    return size == refusedSize ? nullptr : std::malloc(size);
+}
+
+void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory) noexcept
+{
+    noteFreed(memory);
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    noteFreed(memory);
+    std::free(memory);
+}
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+bool withStartUpProfiles()
+{
+    return !mfProfileManager_c::s_UseNewProfileManager();
+}
+
+// What a handler was shown, one line a message.
+class Messages {
+public:
+    Messages()
+    {
+        mf::platform::setMessageHandler([this](const wchar_t* text, const wchar_t* caption, unsigned style) {
+            shown.push_back(std::wstring(caption) + L"|" + text + L"|" + std::to_wstring(style));
+        });
+    }
+    ~Messages() { mf::platform::setMessageHandler({}); }
+    Messages(const Messages&) = delete;
+    Messages& operator=(const Messages&) = delete;
+
+    std::vector<std::wstring> shown;
+};
+
+class FunctionData : public testing::Test {
+protected:
+    FunctionData() { data_ = std::make_unique<mfFunctionData_c>(); }
+
+    mfFunctionSegments_c& segments()
+    {
+        return dynamic_cast<mfFunctionSegments_c&>(*data_->getFunctionSegments());
+    }
+    mfFunctionDataPoints_c& dataPoints()
+    {
+        return dynamic_cast<mfFunctionDataPoints_c&>(*data_->getFunctionDataPoints());
+    }
+    mfFunctionExpression_c& expression()
+    {
+        return dynamic_cast<mfFunctionExpression_c&>(*data_->getFunctionExpression());
+    }
+
+    mf::test::FakeHost host_;
+    Messages messages_;
+    std::unique_ptr<mfFunctionData_c> data_;
+};
+
+TEST(FunctionDataClass, CannotBeCopied)
+{
+    EXPECT_FALSE(std::is_copy_constructible_v<mfFunctionData_c>);
+    EXPECT_FALSE(std::is_copy_assignable_v<mfFunctionData_c>);
+    EXPECT_TRUE(std::is_default_constructible_v<mfFunctionData_c>);
+}
+
+TEST(FunctionDataClass, KeepsThe26OperationsOfItsInterfaceInOrder)
+{
+    using D = mfFunctionData_c;
+    EXPECT_EQ(
+        mf::test::slotsOf(&D::initialize, &D::getName, &D::setName, &D::setFunctionType, &D::getFunctionType,
+                          &D::setMotorDriveType, &D::getMotorDriveType, &D::setXYDataType, &D::getXYDataType,
+                          &D::isXValueTimeOrCycleAngle, &D::isXValueCycleAngle, &D::getCanUseElseWhere,
+                          &D::setCanUseElseWhere, &D::setMotionObjectType, &D::getMotionObjectType,
+                          &D::isMotorData, &D::isForceData, &D::isTorqueData, &D::getFunctionSegments,
+                          &D::getFunctionDataPoints, &D::getFunctionExpression, &D::getXMLData,
+                          &D::setXMLData, &D::evaluate, &D::updateForLegacyData),
+        mf::test::slotsFrom(mf::test::kBehindTheDestructor, 25));
+}
+
+// Before initialize
+
+TEST_F(FunctionData, StartsWithoutKinds)
+{
+    EXPECT_EQ(data_->getFunctionType(), mf::FunctionType_Segments);
+    EXPECT_EQ(data_->getName(), L"");
+    EXPECT_EQ(data_->getXYDataType(), mf::MfXY_None);
+    EXPECT_EQ(data_->getMotionObjectType(), mf::MotionObjectType_None);
+    EXPECT_FALSE(data_->getCanUseElseWhere());
+    EXPECT_EQ(data_->getXMLData(), nullptr);
+    EXPECT_EQ(data_->getFunctionSegments(), nullptr);
+    EXPECT_EQ(data_->getFunctionDataPoints(), nullptr);
+    EXPECT_EQ(data_->getFunctionExpression(), nullptr);
+    EXPECT_THAT(host_.calls, IsEmpty());
+}
+
+TEST_F(FunctionData, AnswersNeutrallyWithoutKinds)
+{
+    for (const int type : {1, 2, 3, 7, 0, -1}) {
+        data_->setFunctionType(mf::FunctionType_e(type));
+        EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
+        data_->setMotorDriveType(mf::MotorDriveType_Velocity);
+        EXPECT_EQ(data_->getMotorDriveType(), mf::MotorDriveType_None);
+        EXPECT_FALSE(data_->isXValueCycleAngle());
+        EXPECT_TRUE(data_->isXValueTimeOrCycleAngle());
+        data_->updateForLegacyData(true);
+    }
+}
+
+// initialize
+
+TEST_F(FunctionData, InitializesStepByStep)
+{
+    host_.services.resourceLibraryPath = L"/missing/mfres.txt";
+    EXPECT_TRUE(data_->initialize());
+
+    std::vector<std::string> expected{"getMotionServices", "getResourceLibraryPath mfres",
+                                      // the constructor of the data points
+                                      "getMotionServices", "createSplineData"};
+    if (withStartUpProfiles())
+        expected.insert(expected.end(), {"getMotionServices", "getDesignLibraryPaths"});
+    EXPECT_EQ(host_.calls, expected);
+    EXPECT_THAT(messages_.shown, IsEmpty());
+    EXPECT_NE(data_->getFunctionSegments(), nullptr);
+    EXPECT_NE(data_->getFunctionDataPoints(), nullptr);
+    EXPECT_NE(data_->getFunctionExpression(), nullptr);
+}
+
+TEST_F(FunctionData, ShowsOneMessageWithoutServices)
+{
+    host_.servicesAnswer = nullptr;
+    EXPECT_FALSE(data_->initialize());
+    EXPECT_THAT(messages_.shown, ElementsAre(L"Error|Failed to load the resource file|48"));
+    EXPECT_THAT(host_.calls, ElementsAre("getMotionServices"));
+    EXPECT_EQ(data_->getFunctionSegments(), nullptr);
+    EXPECT_EQ(data_->getFunctionDataPoints(), nullptr);
+    EXPECT_EQ(data_->getFunctionExpression(), nullptr);
+}
+
+TEST_F(FunctionData, TakesNoContextForNoServices)
+{
+    QelSession_c::setMotionFunctionContext(nullptr);
+    EXPECT_FALSE(data_->initialize());
+    EXPECT_EQ(messages_.shown.size(), 1u);
+}
+
+TEST_F(FunctionData, MayBeInitializedAfterAFailure)
+{
+    host_.servicesAnswer = nullptr;
+    EXPECT_FALSE(data_->initialize());
+    host_.servicesAnswer = &host_.services;
+    EXPECT_TRUE(data_->initialize());
+    EXPECT_NE(data_->getFunctionExpression(), nullptr);
+}
+
+// Notes the resource module that is current when a spline is made.
+class ModuleWatch : public mf::test::FakeServices {
+public:
+    explicit ModuleWatch(mf::test::Calls& calls) : FakeServices(calls) {}
+    const mf::platform::ResourceModule* seen = nullptr;
+    bool throws = false;
+
+    ISimSplineData_c* createSplineData() override
+    {
+        seen = mf::platform::currentResourceModule();
+        if (throws)
+            throw std::runtime_error("no spline");
+        return nullptr;
+    }
+};
+
+TEST_F(FunctionData, MakesItsKindsUnderTheHostsResources)
+{
+    const mf::test::TemporaryFolder folder;
+    ModuleWatch services(host_.calls);
+    services.resourceLibraryPath = CString(folder.write("mfres", "1033=Zeit\n"));
+    host_.servicesAnswer = &services;
+    const auto* const before = mf::platform::currentResourceModule();
+
+    EXPECT_TRUE(data_->initialize());
+
+    ASSERT_NE(services.seen, nullptr);
+    EXPECT_EQ(services.seen->string(1033), L"Zeit");
+    EXPECT_EQ(mf::platform::currentResourceModule(), before) << "the module before is current again";
+}
+
+TEST_F(FunctionData, MakesItsKindsUnderANullModuleWhenThereAreNoResources)
+{
+    ModuleWatch services(host_.calls);
+    services.seen = mf::platform::currentResourceModule();
+    services.resourceLibraryPath = L"/missing";
+    host_.servicesAnswer = &services;
+    EXPECT_TRUE(data_->initialize());
+    EXPECT_EQ(services.seen, nullptr);
+    EXPECT_NE(mf::platform::currentResourceModule(), nullptr);
+}
+
+TEST_F(FunctionData, PutsTheModuleBackWhenTheHostThrows)
+{
+    ModuleWatch services(host_.calls);
+    services.throws = true;
+    host_.servicesAnswer = &services;
+    const auto* const before = mf::platform::currentResourceModule();
+    EXPECT_THROW(data_->initialize(), std::runtime_error);
+    EXPECT_EQ(mf::platform::currentResourceModule(), before);
+}
+
+// An allocation that yields nothing is no failure: that kind is missing.
+TEST_F(FunctionData, LeavesAKindOutThatCannotBeHad)
+{
+    refusedSize = sizeof(mfFunctionSegments_c);
+    const bool initialized = data_->initialize();
+    refusedSize = 0;
+    EXPECT_TRUE(initialized);
+    EXPECT_EQ(data_->getFunctionSegments(), nullptr);
+    EXPECT_NE(data_->getFunctionDataPoints(), nullptr);
+    EXPECT_NE(data_->getFunctionExpression(), nullptr);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
+}
+
+// Without data points the expression takes their place.
+TEST_F(FunctionData, BringsTheExpressionUpToDateWithoutDataPoints)
+{
+    refusedSize = sizeof(mfFunctionDataPoints_c);
+    const bool initialized = data_->initialize();
+    refusedSize = 0;
+    EXPECT_TRUE(initialized);
+    ASSERT_EQ(data_->getFunctionDataPoints(), nullptr);
+    data_->setFunctionType(mf::FunctionType_DataPoints);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
+    expression().setParseExpression(L"time");
+    expression().setMotorDependentVar(mf::MotorDriveType_Displacment);
+    data_->updateForLegacyData(false);
+    EXPECT_EQ(expression().getPlottingPointCount(), 100);
+}
+
+TEST_F(FunctionData, AnswersNeutrallyWithoutAnExpression)
+{
+    refusedSize = sizeof(mfFunctionExpression_c);
+    const bool initialized = data_->initialize();
+    refusedSize = 0;
+    EXPECT_TRUE(initialized);
+    data_->setFunctionType(mf::FunctionType_Expression);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
+    EXPECT_EQ(data_->getMotorDriveType(), mf::MotorDriveType_None);
+}
+
+TEST_F(FunctionData, MakesNewKindsWhenInitializedTwice)
+{
+    EXPECT_TRUE(data_->initialize());
+    // The first kinds are lost to the object, so the test frees them.
+    const std::unique_ptr<IFunctionSegments_c> firstSegments(data_->getFunctionSegments());
+    const std::unique_ptr<IFunctionDataPoints_c> firstPoints(data_->getFunctionDataPoints());
+    const std::unique_ptr<IFunctionExpression_c> firstExpression(data_->getFunctionExpression());
+    EXPECT_TRUE(data_->initialize());
+    EXPECT_NE(data_->getFunctionSegments(), firstSegments.get());
+    EXPECT_NE(data_->getFunctionDataPoints(), firstPoints.get());
+    EXPECT_NE(data_->getFunctionExpression(), firstExpression.get());
+    EXPECT_EQ(host_.services.lent.size(), 2u);
+
+    std::vector<CString> names;
+    data_->getProfileName(names);
+    if (withStartUpProfiles())
+        EXPECT_THAT(names, ElementsAre(CString(L"Linear"), CString(L"Linear")));
+    else
+        EXPECT_THAT(names, IsEmpty());
+}
+
+// The value at x = 1 of a row over [0, 2] that rises from 1 to 4 by its own
+// "Linear", which only comes from lists handed over in their right order.
+TEST_F(FunctionData, HandsItsListsToTheSegments)
+{
+    EXPECT_TRUE(data_->initialize());
+    std::vector<CString> names;
+    data_->getProfileName(names);
+    segments().setMotorDependentVar(mf::MotorDriveType_Displacment);
+    segments().addSegment(new mfSegment_c(0.0, 0.0, 1.0, L""));
+    segments().addSegment(new mfSegment_c(0.0, 2.0, 4.0, L"Linear"));
+    segments().parseExpression(1);
+    if (withStartUpProfiles()) {
+        EXPECT_THAT(names, ElementsAre(CString(L"Linear")));
+        EXPECT_EQ(data_->evaluate(1.0, 0), 2.5);
+    } else {
+        EXPECT_THAT(names, IsEmpty());
+        EXPECT_THAT(host_.calls, testing::Not(testing::Contains("getDesignLibraryPaths")));
+        EXPECT_EQ(data_->evaluate(1.0, 0), 0.0) << "the host of this test has no profile manager";
+    }
+}
+
+// The end
+
+TEST_F(FunctionData, DeletesItsKindsInOrder)
+{
+    EXPECT_TRUE(data_->initialize());
+    watched = {data_->getFunctionSegments(), data_->getFunctionDataPoints(), data_->getFunctionExpression()};
+    deleted.clear();
+    deleted.reserve(watched.size());
+    data_.reset();
+    EXPECT_EQ(deleted, watched);
+    watched.clear();
+}
+
+TEST_F(FunctionData, GivesTheSplineBackWhenItEnds)
+{
+    EXPECT_TRUE(data_->initialize());
+    EXPECT_EQ(host_.services.lent.size(), 1u);
+    host_.calls.clear();
+    data_.reset();
+    EXPECT_THAT(host_.calls, ElementsAre("getMotionServices", "releaseSplineData"));
+    EXPECT_EQ(host_.services.takenBack.size(), 1u);
+}
+
+TEST_F(FunctionData, EndsWithoutAContext)
+{
+    host_.services.givesSplines = false;
+    EXPECT_TRUE(data_->initialize());
+    QelSession_c::setMotionFunctionContext(nullptr);
+    data_.reset();
+}
+
+// Dispatch
+
+struct KindCase {
+    const char* name;
+    mf::FunctionType_e type;
+};
+
+const KindCase kKindCases[] = {
+    {"Segments", mf::FunctionType_Segments},
+    {"DataPoints", mf::FunctionType_DataPoints},
+    {"Expression", mf::FunctionType_Expression},
+};
+
+class Dispatch : public FunctionData, public testing::WithParamInterface<KindCase> {
+protected:
+    Dispatch() { EXPECT_TRUE(data_->initialize()); }
+
+    std::vector<mfFunctionBase_c*> kinds() { return {&segments(), &dataPoints(), &expression()}; }
+    mfFunctionBase_c& active() { return *kinds().at(GetParam().type - 1); }
+};
+
+TEST_P(Dispatch, SetsTheDriveTypeOfTheActiveKindAlone)
+{
+    data_->setFunctionType(GetParam().type);
+    data_->setMotorDriveType(mf::MotorDriveType_Velocity);
+    EXPECT_EQ(data_->getMotorDriveType(), mf::MotorDriveType_Velocity);
+    for (const mfFunctionBase_c* kind : kinds())
+        EXPECT_EQ(kind->motorDependentVar,
+                  kind == &active() ? mf::MotorDriveType_Velocity : mf::MotorDriveType_None);
+}
+
+TEST_P(Dispatch, AsksTheActiveKindForTheCycleAngle)
+{
+    data_->setFunctionType(GetParam().type);
+    EXPECT_FALSE(data_->isXValueCycleAngle());
+    for (mfFunctionBase_c* kind : kinds())
+        kind->independentVar = mf::IndependentVariableType_CycleAngle;
+    EXPECT_TRUE(data_->isXValueCycleAngle());
+    active().independentVar = mf::IndependentVariableType_MotionResult;
+    EXPECT_FALSE(data_->isXValueCycleAngle());
+    EXPECT_TRUE(data_->isXValueTimeOrCycleAngle());
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Dispatch, testing::ValuesIn(kKindCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(FunctionData, GivesTheDriveTypeToTheKindThatIsActiveThen)
+{
+    EXPECT_TRUE(data_->initialize());
+    data_->setMotorDriveType(mf::MotorDriveType_Acceleration);
+    data_->setFunctionType(mf::FunctionType_Expression);
+    EXPECT_EQ(data_->getMotorDriveType(), mf::MotorDriveType_None) << "the value is not carried over";
+    EXPECT_EQ(segments().getMotorDependentVar(), mf::MotorDriveType_Acceleration);
+}
+
+TEST_F(FunctionData, HandsOutTheKindsWhicheverIsActive)
+{
+    EXPECT_TRUE(data_->initialize());
+    for (const int type : {1, 2, 3, 7}) {
+        data_->setFunctionType(mf::FunctionType_e(type));
+        EXPECT_TRUE(segments().IsSegements());
+        EXPECT_TRUE(dataPoints().IsDataPoints());
+        EXPECT_TRUE(expression().IsExpression());
+    }
+}
+
+TEST_F(FunctionData, IsInertUnderATypeThatThereIsNot)
+{
+    EXPECT_TRUE(data_->initialize());
+    expression().setMathExpression(L"5");
+    for (const int type : {7, 0, -1}) {
+        data_->setFunctionType(mf::FunctionType_e(type));
+        EXPECT_EQ(data_->getFunctionType(), type);
+        EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
+        data_->setMotorDriveType(mf::MotorDriveType_Velocity);
+        EXPECT_EQ(data_->getMotorDriveType(), mf::MotorDriveType_None);
+        EXPECT_FALSE(data_->isXValueCycleAngle());
+    }
+    EXPECT_EQ(expression().getMotorDependentVar(), mf::MotorDriveType_None);
+}
+
+TEST_F(FunctionData, EvaluatesTheExpression)
+{
+    EXPECT_TRUE(data_->initialize());
+    data_->setFunctionType(mf::FunctionType_Expression);
+    expression().setMathExpression(L"time^3");
+    expression().setPlottingPointCount(100);
+    const double expected[] = {8.0, 12.0, 12.0, 6.0};
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(data_->evaluate(2.0, order), expected[order]);
+    EXPECT_EQ(data_->evaluate(2.0, 4), 0.0);
+}
+
+TEST_F(FunctionData, EvaluatesTheDataPoints)
+{
+    EXPECT_TRUE(data_->initialize());
+    data_->setFunctionType(mf::FunctionType_DataPoints);
+    host_.services.spline().answer = [](double x, int order) { return x + 10.0 * order; };
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(data_->evaluate(2.0, order), 2.0 + 10.0 * order);
+    EXPECT_EQ(data_->evaluate(2.0, 4), 0.0);
+}
+
+// updateForLegacyData
+
+TEST_F(FunctionData, BringsTheDataPointsUpToDateWhicheverKindIsActive)
+{
+    EXPECT_TRUE(data_->initialize());
+    host_.services.spline().points = {{1.0, 2.0}, {3.0, 4.0}};
+    data_->setFunctionType(mf::FunctionType_Expression);
+    expression().setParseExpression(L"time");
+    expression().setMotorDependentVar(mf::MotorDriveType_Displacment);
+    data_->updateForLegacyData(true);
+    EXPECT_EQ(dataPoints().getDataPointsCount(), 2);
+    EXPECT_EQ(expression().getPlottingData0(), nullptr) << "the expression is left alone";
+    data_->updateForLegacyData(false);
+    EXPECT_EQ(dataPoints().getDataPointsCount(), 1) << "the flag is handed on";
+}
+
+// Settings
+
+TEST_F(FunctionData, KeepsItsSettings)
+{
+    CString name(L"lift");
+    data_->setName(name);
+    name = L"changed";
+    EXPECT_EQ(data_->getName(), L"lift");
+
+    data_->setXYDataType(mf::MfXY_Torque);
+    EXPECT_EQ(data_->getXYDataType(), mf::MfXY_Torque);
+    data_->setXYDataType(mf::MotFuncXYDataType_e(15));
+    EXPECT_EQ(data_->getXYDataType(), 15);
+
+    data_->setCanUseElseWhere(true);
+    EXPECT_TRUE(data_->getCanUseElseWhere());
+    data_->setCanUseElseWhere(false);
+    EXPECT_FALSE(data_->getCanUseElseWhere());
+
+    data_->setXTime(true);
+    data_->setXCycleAngle(true);
+    EXPECT_FALSE(data_->isXValueCycleAngle()) << "nothing reads the two flags";
+}
+
+struct ObjectCase {
+    const char* name;
+    int type;
+    bool motor;
+    bool force;
+    bool torque;
+};
+
+const ObjectCase kObjectCases[] = {
+    {"None", 0, false, false, false},    {"Motor", 1, true, false, false},
+    {"Force", 2, false, true, false},    {"Torque", 3, false, false, true},
+    {"Another", 4, false, false, false}, {"Below", -1, false, false, false},
+};
+
+class MotionObject : public FunctionData, public testing::WithParamInterface<ObjectCase> {};
+
+TEST_P(MotionObject, IsWhatWasSet)
+{
+    const ObjectCase& c = GetParam();
+    data_->setMotionObjectType(mf::MotionObjectType_e(c.type));
+    EXPECT_EQ(data_->getMotionObjectType(), c.type);
+    EXPECT_EQ(data_->isMotorData(), c.motor);
+    EXPECT_EQ(data_->isForceData(), c.force);
+    EXPECT_EQ(data_->isTorqueData(), c.torque);
+}
+
+INSTANTIATE_TEST_SUITE_P(Settings, MotionObject, testing::ValuesIn(kObjectCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(FunctionData, CopiesItsDocumentText)
+{
+    std::string text = "<Curve/>";
+    data_->setXMLData(text.data());
+    text[1] = '#';
+    EXPECT_STREQ(data_->getXMLData(), "<Curve/>");
+    data_->setXMLData(const_cast<char*>(data_->getXMLData()) + 1);
+    EXPECT_STREQ(data_->getXMLData(), "Curve/>") << "a piece of the text itself may be set";
+}
+
+TEST_F(FunctionData, HasNoDocumentTextWhenItIsEmptied)
+{
+    std::string text = "<Curve/>";
+    data_->setXMLData(text.data());
+    data_->setXMLData(nullptr);
+    EXPECT_EQ(data_->getXMLData(), nullptr);
+    data_->setXMLData(text.data());
+    text.clear();
+    data_->setXMLData(text.data());
+    EXPECT_EQ(data_->getXMLData(), nullptr);
+}
+
+// The lists of start-up profiles
+
+TEST_F(FunctionData, AppendsItsListsToTheCallersVectors)
+{
+    data_->setDefaultProfile();
+    std::vector<CString> list{L"before"};
+    data_->getProfileName(list);
+    data_->getProfileName(list);
+    EXPECT_THAT(list, ElementsAre(CString(L"before"), CString(L"Linear"), CString(L"Linear")));
+}
+
+TEST_F(FunctionData, TellsItsListsApart)
+{
+    data_->setDefaultProfile();
+    std::vector<CString> names;
+    data_->getProfileIndependentVar(names);
+    data_->getStartX(names);
+    data_->getStartY(names);
+    data_->getEndX(names);
+    data_->getEndY(names);
+    EXPECT_THAT(names,
+                ElementsAre(CString(L"x"), CString(L"x1"), CString(L"y1"), CString(L"x2"), CString(L"y2")));
+
+    std::vector<CString> expressions;
+    data_->getProfileExpr(expressions);
+    ASSERT_EQ(expressions.size(), 1u);
+    std::vector<std::vector<CString>> tokens(1);
+    data_->getProfileEleExpr(tokens);
+    ASSERT_EQ(tokens.size(), 2u);
+    CString joined;
+    for (const CString& token : tokens[1])
+        joined += token;
+    EXPECT_EQ(joined, expressions[0]) << "the tokens are those of the expression";
+}
+
+}  // namespace
