@@ -1,6 +1,7 @@
 #include "mfcurves/host/Spline.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace mf::host {
@@ -10,16 +11,15 @@ namespace {
 constexpr int kAkima = 0;
 constexpr int kNaturalCubic = 1;
 
-constexpr double kLargest = std::numeric_limits<double>::max();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using Knots = std::vector<double>;
+using Pieces = std::vector<SplinePiece>;
 
 // Joins the points by chords, which is all that the linear kind asks for and what
 // the other two start from.
-void joinByChords(std::vector<SplinePiece>& pieces)
+void joinByChords(const Knots& knots, Pieces& pieces)
 {
     for (std::size_t i = 0; i + 1 < pieces.size(); ++i)
-        pieces[i].b = (pieces[i + 1].a - pieces[i].a) / (pieces[i + 1].start - pieces[i].start);
+        pieces[i].b = (pieces[i + 1].a - pieces[i].a) / (knots[i + 1] - knots[i]);
 }
 
 // The slope at a point from the two chords ahead of it and the two behind it:
@@ -38,7 +38,7 @@ double akimaSlope(const double* chords)
 // H. Akima, A new method of interpolation and smooth curve fitting based on local
 // procedures, J. ACM 17 (1970). At either end two chords are added that continue
 // the last two on a parabola. Needs three points.
-void bendByAkima(std::vector<SplinePiece>& pieces)
+void bendByAkima(const Knots& knots, Pieces& pieces)
 {
     const std::size_t last = pieces.size() - 1;
     std::vector<double> chords(last + 4);  // the chord of piece i stands at i + 2
@@ -53,7 +53,7 @@ void bendByAkima(std::vector<SplinePiece>& pieces)
     for (std::size_t i = 0; i < last; ++i) {
         SplinePiece& piece = pieces[i];
         const double slopeBehind = akimaSlope(&chords[i + 1]);
-        const double length = pieces[i + 1].start - piece.start;
+        const double length = knots[i + 1] - knots[i];
         const double bend = (piece.b - slope) / length;
         const double bendBehind = (piece.b - slopeBehind) / length;
         piece.b = slope;
@@ -69,12 +69,12 @@ void bendByAkima(std::vector<SplinePiece>& pieces)
 //     h[i-1] c[i-1] + 2 (h[i-1] + h[i]) c[i] + h[i] c[i+1] = 3 (m[i] - m[i-1]).
 // Until c is known, it holds the right side and d the diagonal of this system.
 // Needs three points.
-void bendNaturally(std::vector<SplinePiece>& pieces)
+void bendNaturally(const Knots& knots, Pieces& pieces)
 {
     const std::size_t last = pieces.size() - 1;
-    double lengthBefore = pieces[1].start - pieces[0].start;
+    double lengthBefore = knots[1] - knots[0];
     for (std::size_t i = 1; i < last; ++i) {
-        const double length = pieces[i + 1].start - pieces[i].start;
+        const double length = knots[i + 1] - knots[i];
         pieces[i].c = 3.0 * (pieces[i].b - pieces[i - 1].b);
         pieces[i].d = 2.0 * (lengthBefore + length);
         if (i > 1) {
@@ -90,7 +90,7 @@ void bendNaturally(std::vector<SplinePiece>& pieces)
     for (std::size_t i = last; i-- > 0;) {
         SplinePiece& piece = pieces[i];
         const double bendBehind = pieces[i + 1].c;
-        const double length = pieces[i + 1].start - piece.start;
+        const double length = knots[i + 1] - knots[i];
         if (i > 0)
             piece.c = (piece.c - length * bendBehind) / piece.d;
         piece.b -= length * (2.0 * piece.c + bendBehind) / 3.0;
@@ -99,11 +99,12 @@ void bendNaturally(std::vector<SplinePiece>& pieces)
 }
 
 // Expands the last but one piece at the last point, whose own Y is kept.
-void expandAtEnd(std::vector<SplinePiece>& pieces)
+void expandAtEnd(const Knots& knots, Pieces& pieces)
 {
-    SplinePiece& end = pieces[pieces.size() - 1];
-    const SplinePiece& piece = pieces[pieces.size() - 2];
-    const double t = end.start - piece.start;
+    const std::size_t last = pieces.size() - 1;
+    const SplinePiece& piece = pieces[last - 1];
+    SplinePiece& end = pieces[last];
+    const double t = knots[last] - knots[last - 1];
     end.b = piece.b + t * (2.0 * piece.c + t * (3.0 * piece.d));
     end.c = piece.c + t * (3.0 * piece.d);
     end.d = piece.d;
@@ -143,125 +144,148 @@ void Spline::addPoint(double x, double y)
 
 double Spline::getValue(double x)
 {
-    const double t = iMoveTo(x);
-    return current_.a + t * (current_.b + t * (current_.c + t * current_.d));
+    return iEvaluate<0>(x);
 }
 
 double Spline::getFirstDerivative(double x)
 {
-    const double t = iMoveTo(x);
-    return current_.b + t * (2.0 * current_.c + t * (3.0 * current_.d));
+    return iEvaluate<1>(x);
 }
 
 double Spline::getSecondDerivative(double x)
 {
-    const double t = iMoveTo(x);
-    return 2.0 * current_.c + t * (6.0 * current_.d);
+    return iEvaluate<2>(x);
 }
 
 double Spline::getThirdDerivative(double x)
 {
-    iMoveTo(x);
-    return 6.0 * current_.d;
+    return iEvaluate<3>(x);
 }
 
-// Makes current_ what answers at x and returns the distance of x from its start.
-double Spline::iSearch(double x)
+// The piece that answered last answers most of the time, in as few instructions as
+// can be. Doubles from 0 on are in the order of their bits, and the bits of negative
+// ones and of NaN lie above them all, so one comparison tells 0 <= t < length.
+template <int order>
+double Spline::iEvaluate(double x)
+{
+    const double t = x - current_.start;
+    if (std::bit_cast<std::uint64_t>(t) < current_.lengthBits)
+        return iOrderAt<order>(t);
+    return iStepAndEvaluate<order>(x);
+}
+
+template <int order>
+double Spline::iOrderAt(double t) const
+{
+    if constexpr (order == 0)
+        return current_.a + t * (current_.b + t * (current_.c + t * current_.d));
+    if constexpr (order == 1)
+        return current_.b + t * (current_.c2 + t * current_.d3);
+    if constexpr (order == 2)
+        return current_.c2 + t * current_.d6;
+    return current_.d6;
+}
+
+// Curves are mostly walked along, so the piece behind is tried before any search.
+// Stands apart so that the caller has nothing to save and restore for it.
+template <int order>
+[[gnu::noinline]] double Spline::iStepAndEvaluate(double x)
+{
+    const double* const knot = current_.knot;
+    if (!(x >= knot[1] && x < knot[2]))
+        return iSearchAndEvaluate(x, order);
+    iEnter(knot + 1, current_.piece + 1);
+    return iOrderAt<order>(x - current_.start);
+}
+
+double Spline::iSearchAndEvaluate(double x, int order)
 {
     if (!built_)
         iBuild();
-    if (std::isnan(x)) {
-        iForgetCurrent();
-        current_ = {kNaN, kNaN, kNaN, kNaN, kNaN};
-        return kNaN;
+    if (!(x >= firstX_ && x <= lastX_))
+        return iOutside(x, order);
+    const std::size_t index = iPieceAt(x);
+    iEnter(&knots_[index], &pieces_[index]);
+    const double t = x - current_.start;
+    switch (order) {
+        case 0:
+            return iOrderAt<0>(t);
+        case 1:
+            return iOrderAt<1>(t);
+        case 2:
+            return iOrderAt<2>(t);
+        default:
+            return iOrderAt<3>(t);
     }
-    if (pieces_.empty())
-        return iFollowTangent(SplinePiece{}, x, -kInfinity, kInfinity);
-    const SplinePiece& first = pieces_.front();
-    if (x < first.start)
-        return iFollowTangent(first, x, -kInfinity, first.start);
-    const SplinePiece& last = pieces_.back();
-    if (x > last.start)
-        return iFollowTangent(last, x, std::nextafter(last.start, kInfinity), kInfinity);
-    iEnter(iPieceAt(x));
-    return x - current_.start;
 }
 
-// Outside the points, from `from` to `to`. At an infinite distance the powers of t
-// would meet the zeros behind them, so the value there takes their place.
-double Spline::iFollowTangent(const SplinePiece& end, double x, double from, double to)
+double Spline::iOutside(double x, int order) const
 {
-    current_ = {end.start, end.a, end.b, 0.0, 0.0};
-    const double distance = x - end.start;
-    if (!std::isfinite(distance)) {
-        iForgetCurrent();
-        if (end.b != 0.0)
-            current_.a = end.b * distance;
+    if (std::isnan(x))
+        return x;
+    if (points_.empty() || order > 1)
         return 0.0;
-    }
-    from_ = std::max({from, -kLargest, end.start - kLargest});
-    to_ = std::min(to, end.start + kLargest);
-    return distance;
+    const bool isAhead = x < firstX_;
+    const SplinePiece& end = isAhead ? pieces_.front() : pieces_.back();
+    if (order == 1)
+        return end.b;
+    const double distance = x - (isAhead ? firstX_ : lastX_);
+    return end.b == 0.0 ? end.a : end.a + end.b * distance;  // 0 times infinity is not 0
 }
 
-void Spline::iEnter(std::size_t piece)
+void Spline::iEnter(const double* knot, const SplinePiece* piece)
 {
-    currentPiece_ = piece;
-    current_ = pieces_[piece];
-    from_ = current_.start;
-    to_ = piece + 1 < pieces_.size() ? pieces_[piece + 1].start : std::nextafter(from_, kInfinity);
+    const double length = knot[1] - knot[0];
+    current_ = {knot[0],        std::bit_cast<std::uint64_t>(length),
+                piece->a,       piece->b,
+                piece->c,       piece->d,
+                2.0 * piece->c, 3.0 * piece->d,
+                6.0 * piece->d, knot,
+                piece};
 }
 
 // The last piece that starts at or before x, for an x from the first point to the
-// last. Curves are mostly walked along, so the neighbours of the piece found last
-// are tried first.
+// last.
 std::size_t Spline::iPieceAt(double x) const
 {
-    const std::size_t count = pieces_.size();
-    const std::size_t here = currentPiece_;
-    if (here + 2 < count && x >= pieces_[here + 1].start && x < pieces_[here + 2].start)
-        return here + 1;
-    if (here > 0 && x >= pieces_[here - 1].start && x < pieces_[here].start)
-        return here - 1;
-
+    const double* const knots = knots_.data();
     const std::uint32_t bucket = iBucketOf(x);
     std::size_t low = pieceAtBucket_[bucket];
-    std::size_t high = pieceAtBucket_[bucket + 1];
-    while (low < high) {
-        const std::size_t middle = high - (high - low) / 2;
-        if (pieces_[middle].start <= x)
-            low = middle;
-        else
-            high = middle - 1;
-    }
-    return low;
+    low += x >= knots[low + 1] ? 1 : 0;  // without a branch, as it goes either way in most buckets
+    if (x < knots[low + 1])
+        return low;
+    const double* const end = knots + pieceAtBucket_[bucket + 1] + 1;
+    return static_cast<std::size_t>(std::upper_bound(knots + low + 1, end, x) - knots) - 1;
 }
 
 // Never falls as x grows, whatever the rounding, which is all that the index needs:
 // points in lower buckets lie below x and points in higher ones above it.
 std::uint32_t Spline::iBucketOf(double x) const
 {
-    const auto last = static_cast<std::uint32_t>(pieceAtBucket_.size() - 2);
-    const double bucket = (x - pieces_.front().start) * bucketsPerX_;
-    return bucket < last ? static_cast<std::uint32_t>(bucket) : last;
+    const double bucket = (x - firstX_) * bucketsPerX_;
+    return bucket < lastBucket_ ? static_cast<std::uint32_t>(bucket) : lastBucket_;
 }
 
 void Spline::iBuild()
 {
+    knots_.clear();
     pieces_.clear();
+    knots_.reserve(points_.size() + 2);
     pieces_.reserve(points_.size());
-    for (const auto& [x, y] : points_)
-        pieces_.push_back({x, y, 0.0, 0.0, 0.0});
-
-    joinByChords(pieces_);
-    if (pieces_.size() > 2 && kind_ == kAkima)
-        bendByAkima(pieces_);
-    if (pieces_.size() > 2 && kind_ == kNaturalCubic)
-        bendNaturally(pieces_);
-    if (pieces_.size() > 1)
-        expandAtEnd(pieces_);
-    iBuildIndex();
-    currentPiece_ = 0;
+    for (const auto& [x, y] : points_) {
+        knots_.push_back(x);
+        pieces_.push_back({y, 0.0, 0.0, 0.0});
+    }
+    if (!pieces_.empty()) {
+        joinByChords(knots_, pieces_);
+        if (pieces_.size() > 2 && kind_ == kAkima)
+            bendByAkima(knots_, pieces_);
+        if (pieces_.size() > 2 && kind_ == kNaturalCubic)
+            bendNaturally(knots_, pieces_);
+        if (pieces_.size() > 1)
+            expandAtEnd(knots_, pieces_);
+        iBuildIndex();
+    }
     built_ = true;
 }
 
@@ -269,37 +293,32 @@ void Spline::iBuild()
 // overflows or vanishes in it, all points share one.
 void Spline::iBuildIndex()
 {
-    pieceAtBucket_.clear();
-    if (pieces_.empty())
-        return;
-    std::size_t buckets = pieces_.size();
-    bucketsPerX_ = static_cast<double>(buckets) / (pieces_.back().start - pieces_.front().start);
+    const auto count = static_cast<std::uint32_t>(pieces_.size());
+    firstX_ = knots_.front();
+    lastX_ = knots_.back();
+    knots_.insert(knots_.end(), 2, std::nextafter(lastX_, kInfinity));
+    bucketsPerX_ = count / (lastX_ - firstX_);
+    lastBucket_ = count - 1;
     if (!std::isfinite(bucketsPerX_) || bucketsPerX_ == 0.0) {
         bucketsPerX_ = 0.0;
-        buckets = 1;
+        lastBucket_ = 0;
     }
 
-    pieceAtBucket_.assign(buckets + 1, 0);
-    std::size_t bucket = 1;
-    for (std::size_t i = 1; i < pieces_.size(); ++i) {
-        for (const std::size_t end = iBucketOf(pieces_[i].start); bucket <= end; ++bucket)
-            pieceAtBucket_[bucket] = static_cast<std::uint32_t>(i - 1);
+    pieceAtBucket_.assign(lastBucket_ + 2, count - 1);
+    std::uint32_t bucket = 1;
+    pieceAtBucket_[0] = 0;
+    for (std::uint32_t i = 1; i < count; ++i) {
+        for (const std::uint32_t end = iBucketOf(knots_[i]); bucket <= end; ++bucket)
+            pieceAtBucket_[bucket] = i - 1;
     }
-    for (; bucket <= buckets; ++bucket)
-        pieceAtBucket_[bucket] = static_cast<std::uint32_t>(pieces_.size() - 1);
 }
 
 void Spline::iForgetPieces()
 {
     built_ = false;
-    iForgetCurrent();
-}
-
-// No x is at or above infinity and below its opposite.
-void Spline::iForgetCurrent()
-{
-    from_ = kInfinity;
-    to_ = -kInfinity;
+    firstX_ = kInfinity;
+    lastX_ = -kInfinity;
+    current_ = {};
 }
 
 }  // namespace mf::host

@@ -11,9 +11,8 @@
 
 namespace mf::host {
 
-/// The polynomial a + b t + c t^2 + d t^3 in t = x - start.
-struct SplinePiece {
-    double start;
+/// The polynomial a + b t + c t^2 + d t^3 in the distance t from its knot.
+struct alignas(32) SplinePiece {
     double a;
     double b;
     double c;
@@ -38,6 +37,10 @@ struct SplinePiece {
 /// that a slope overflows or so far apart that their distance does.
 class MFCURVES_API Spline : public ISimSplineData_c {
 public:
+    Spline() = default;
+    Spline(const Spline&) = delete;
+    Spline& operator=(const Spline&) = delete;
+
     void setKind(int kind) override;
     int getKind() override { return kind_; }
     /// Takes points and kind over through the interface alone; nothing for null
@@ -54,36 +57,58 @@ public:
     double getThirdDerivative(double x) override;
 
 private:
-    double iMoveTo(double x) { return x >= from_ && x < to_ ? x - current_.start : iSearch(x); }
-    double iSearch(double x);
-    double iFollowTangent(const SplinePiece& end, double x, double from, double to);
-    void iEnter(std::size_t piece);
+    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    static constexpr double kNowhere[3] = {kInfinity, kInfinity, kInfinity};
+
+    // The piece that answered last, with the factors that its derivatives bring
+    // multiplied in. Without a length it answers nowhere.
+    struct Current {
+        double start = 0.0;
+        std::uint64_t lengthBits = 0;
+        double a = 0.0;
+        double b = 0.0;
+        double c = 0.0;
+        double d = 0.0;
+        double c2 = 0.0;
+        double d3 = 0.0;
+        double d6 = 0.0;
+        const double* knot = kNowhere;
+        const SplinePiece* piece = nullptr;
+    };
+
+    template <int order>
+    double iEvaluate(double x);
+    template <int order>
+    double iOrderAt(double t) const;
+    template <int order>
+    double iStepAndEvaluate(double x);
+    double iSearchAndEvaluate(double x, int order);
+    double iOutside(double x, int order) const;
+    void iEnter(const double* knot, const SplinePiece* piece);
     std::size_t iPieceAt(double x) const;
     std::uint32_t iBucketOf(double x) const;
     void iBuild();
     void iBuildIndex();
     void iForgetPieces();
-    void iForgetCurrent();
 
+    Current current_;  // first, where it is reached in the shortest instructions
     std::map<double, double> points_;
     int kind_ = 2;
 
     // Built from the above at the first evaluation after a change. There are as
-    // many pieces as points: the last one is the end of the piece before it,
-    // expanded at the last point.
+    // many pieces as points: the last one is the end of the piece before it, expanded
+    // at the last point, and answers there alone. So the next double stands behind the
+    // last knot, twice: each piece has an end, and its successor has one.
     bool built_ = false;
+    std::vector<double> knots_;
     std::vector<SplinePiece> pieces_;
+    double firstX_ = kInfinity;
+    double lastX_ = -kInfinity;
     // The range of X is cut into buckets of equal width. Entry k is the piece at
     // the lower edge of bucket k; one more entry behind the last holds the last piece.
     std::vector<std::uint32_t> pieceAtBucket_;
+    std::uint32_t lastBucket_ = 0;
     double bucketsPerX_ = 0.0;
-
-    // What answers at the x asked for last, and for which x it would answer too:
-    // from_ <= x < to_, empty where nothing can be kept.
-    SplinePiece current_{};
-    double from_ = std::numeric_limits<double>::infinity();
-    double to_ = -std::numeric_limits<double>::infinity();
-    std::size_t currentPiece_ = 0;
 };
 
 }  // namespace mf::host

@@ -32,14 +32,15 @@ constexpr int kLinear = 2;
 constexpr int kUnknown = 17;
 constexpr int kKinds[] = {kAkima, kCubic, kLinear, kUnknown};
 
-Spline splineOf(int kind, const std::vector<double>& x, const std::vector<double>& y)
-{
-    Spline spline;
-    spline.setKind(kind);
-    for (std::size_t i = 0; i < x.size(); ++i)
-        spline.addPoint(x[i], y[i]);
-    return spline;
-}
+class FilledSpline : public Spline {
+public:
+    FilledSpline(int kind, const std::vector<double>& x, const std::vector<double>& y)
+    {
+        setKind(kind);
+        for (std::size_t i = 0; i < x.size(); ++i)
+            addPoint(x[i], y[i]);
+    }
+};
 
 double derivative(Spline& spline, double x, int order)
 {
@@ -88,7 +89,7 @@ class SplineNumbers : public testing::TestWithParam<SplineTable> {};
 TEST_P(SplineNumbers, AgreeWithSciPy)
 {
     const SplineTable& table = GetParam();
-    Spline spline = splineOf(table.kind, table.x, table.y);
+    FilledSpline spline(table.kind, table.x, table.y);
     for (int order = 0; order <= 3; ++order) {
         const double tolerance = 1e-12 * scaleOf(table, order);
         for (const SplineSample& sample : table.samples)
@@ -101,7 +102,7 @@ TEST_P(SplineNumbers, PiecesJoinAtEveryPointAndWithTheTangentsOutside)
 {
     const SplineTable& table = GetParam();
     for (const int kind : {kAkima, kCubic, kLinear}) {
-        Spline spline = splineOf(kind, table.x, table.y);
+        FilledSpline spline(kind, table.x, table.y);
         const int smoothOrders = kind == kLinear ? 0 : kind == kAkima ? 1 : 2;
         for (std::size_t i = 0; i < table.x.size(); ++i) {
             const bool atEnd = i == 0 || i == table.x.size() - 1;
@@ -129,7 +130,7 @@ TEST_P(SplineNumbers, EveryPointIsMetExactly)
 {
     const SplineTable& table = GetParam();
     for (const int kind : kKinds) {
-        Spline spline = splineOf(kind, table.x, table.y);
+        FilledSpline spline(kind, table.x, table.y);
         for (std::size_t i = 0; i < table.x.size(); ++i)
             EXPECT_EQ(spline.getValue(table.x[i]), table.y[i]) << "kind " << kind;
     }
@@ -138,7 +139,7 @@ TEST_P(SplineNumbers, EveryPointIsMetExactly)
 TEST_P(SplineNumbers, AnswersDoNotDependOnWhatWasAskedBefore)
 {
     const SplineTable& table = GetParam();
-    Spline kept = splineOf(table.kind, table.x, table.y);
+    FilledSpline kept(table.kind, table.x, table.y);
     std::vector<double> asked;
     for (const SplineSample& sample : table.samples)
         asked.insert(asked.end(), {sample.x, std::nextafter(sample.x, -kInfinity)});
@@ -147,7 +148,7 @@ TEST_P(SplineNumbers, AnswersDoNotDependOnWhatWasAskedBefore)
     for (int i = 0; i < 2000; ++i) {
         const double x = asked[random() % asked.size()];
         const int order = static_cast<int>(random() % 4);
-        Spline fresh = splineOf(table.kind, table.x, table.y);
+        FilledSpline fresh(table.kind, table.x, table.y);
         const double expected = derivative(fresh, x, order);
         const double got = derivative(kept, x, order);
         ASSERT_TRUE(got == expected || (std::isnan(got) && std::isnan(expected)))
@@ -177,7 +178,7 @@ TEST(SplineAkima, SlopesOfThePaperOf1970)
 // points, which is then met everywhere: 1 + 2x + 3x^2.
 TEST(SplineAkima, ThreeEvenPointsGiveTheirParabola)
 {
-    Spline spline = splineOf(kAkima, {-1.0, 0.0, 1.0}, {2.0, 1.0, 6.0});
+    FilledSpline spline(kAkima, {-1.0, 0.0, 1.0}, {2.0, 1.0, 6.0});
     for (const double x : {-1.0, -0.25, 0.0, 0.5, 1.0}) {
         EXPECT_NEAR(spline.getValue(x), 1.0 + x * (2.0 + x * 3.0), 1e-14) << x;
         EXPECT_NEAR(spline.getFirstDerivative(x), 2.0 + 6.0 * x, 1e-14) << x;
@@ -190,7 +191,7 @@ TEST(SplineAkima, ThreeEvenPointsGiveTheirParabola)
 // bends, so neither chord outweighs the other.
 TEST(SplineAkima, VanishingWeightsGiveTheMeanOfTheTwoChords)
 {
-    Spline spline = splineOf(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12});
+    FilledSpline spline(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12});
     EXPECT_EQ(spline.getFirstDerivative(2.0), 3.0);
     EXPECT_EQ(spline.getFirstDerivative(1.0), 1.0);
     EXPECT_EQ(spline.getFirstDerivative(3.0), 5.0);
@@ -200,13 +201,13 @@ TEST(SplineAkima, VanishingWeightsGiveTheMeanOfTheTwoChords)
 // the slope to the chord ahead of it.
 TEST(SplineAkima, TheLeastWeightCountsInFull)
 {
-    Spline spline = splineOf(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12.000000000000002});
+    FilledSpline spline(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12.000000000000002});
     EXPECT_EQ(spline.getFirstDerivative(2.0), 1.0);
 }
 
 TEST(SplineCubic, NaturalCubicThroughThreePoints)
 {
-    Spline spline = splineOf(kCubic, {0, 1, 2}, {0, 1, 0});
+    FilledSpline spline(kCubic, {0, 1, 2}, {0, 1, 0});
     EXPECT_DOUBLE_EQ(spline.getValue(0.5), 0.6875);
     EXPECT_DOUBLE_EQ(spline.getSecondDerivative(1.0), -3.0);
     EXPECT_EQ(spline.getSecondDerivative(0.0), 0.0);
@@ -218,14 +219,14 @@ TEST(SplineCubic, NaturalCubicThroughThreePoints)
 
 TEST(SplineCubic, ALineStaysALine)
 {
-    Spline spline = splineOf(kCubic, {0, 1, 3, 4}, {1, 3, 7, 9});
+    FilledSpline spline(kCubic, {0, 1, 3, 4}, {1, 3, 7, 9});
     EXPECT_THAT(ordersAt(spline, 2.5), ElementsAre(6.0, 2.0, 0.0, 0.0));
 }
 
 TEST(SplineLinear, ChordsAnswer)
 {
     for (const int kind : {kLinear, kUnknown, -1}) {
-        Spline spline = splineOf(kind, {0, 1, 3}, {0, 2, 1});
+        FilledSpline spline(kind, {0, 1, 3}, {0, 2, 1});
         EXPECT_THAT(ordersAt(spline, 0.5), ElementsAre(1.0, 2.0, 0.0, 0.0));
         EXPECT_THAT(ordersAt(spline, 1.0), ElementsAre(2.0, -0.5, 0.0, 0.0));  // the piece to its right
         EXPECT_THAT(ordersAt(spline, 3.0), ElementsAre(1.0, -0.5, 0.0, 0.0));  // the last piece
@@ -236,14 +237,14 @@ TEST(SplineLinear, ChordsAnswer)
 
 TEST(Spline, AtAnInnerPointThePieceToItsRightAnswers)
 {
-    Spline spline = splineOf(kCubic, {0, 1, 2}, {0, 1, 0});
+    FilledSpline spline(kCubic, {0, 1, 2}, {0, 1, 0});
     EXPECT_DOUBLE_EQ(spline.getThirdDerivative(1.0), 3.0);
     EXPECT_DOUBLE_EQ(spline.getThirdDerivative(std::nextafter(1.0, 0.0)), -3.0);
 }
 
 TEST(Spline, AtTheEndsTheEndPiecesAnswerAndOutsideTheirTangents)
 {
-    Spline spline = splineOf(kCubic, {0, 1, 2}, {0, 1, 0});
+    FilledSpline spline(kCubic, {0, 1, 2}, {0, 1, 0});
     EXPECT_THAT(ordersAt(spline, 2.0), ElementsAre(0.0, testing::DoubleEq(-1.5),
                                                    testing::DoubleNear(0.0, 1e-15), testing::DoubleEq(3.0)));
     const double above = std::nextafter(2.0, 3.0);
@@ -259,11 +260,11 @@ TEST(Spline, AtTheEndsTheEndPiecesAnswerAndOutsideTheirTangents)
 
 TEST(Spline, TangentsGoOnToInfinity)
 {
-    Spline rising = splineOf(kLinear, {0, 1}, {5, 7});
+    FilledSpline rising(kLinear, {0, 1}, {5, 7});
     EXPECT_THAT(ordersAt(rising, kInfinity), ElementsAre(kInfinity, 2.0, 0.0, 0.0));
     EXPECT_THAT(ordersAt(rising, -kInfinity), ElementsAre(-kInfinity, 2.0, 0.0, 0.0));
     EXPECT_THAT(ordersAt(rising, kLargest), ElementsAre(kInfinity, 2.0, 0.0, 0.0));
-    Spline level = splineOf(kLinear, {-1e308, -0.9e308}, {5, 5});
+    FilledSpline level(kLinear, {-1e308, -0.9e308}, {5, 5});
     for (const double x : {kInfinity, -kInfinity, kLargest, -kLargest})
         EXPECT_THAT(ordersAt(level, x), ElementsAre(5.0, 0.0, 0.0, 0.0)) << x;
 }
@@ -271,7 +272,7 @@ TEST(Spline, TangentsGoOnToInfinity)
 TEST(Spline, WithoutPointsAnswersZero)
 {
     for (const int kind : kKinds) {
-        Spline spline = splineOf(kind, {}, {});
+        FilledSpline spline(kind, {}, {});
         for (const double x : {0.0, -5.0, 5.0, kLargest, -kLargest, kInfinity, -kInfinity})
             EXPECT_THAT(ordersAt(spline, x), ElementsAre(0.0, 0.0, 0.0, 0.0)) << x;
     }
@@ -280,7 +281,7 @@ TEST(Spline, WithoutPointsAnswersZero)
 TEST(Spline, OnePointIsAConstant)
 {
     for (const int kind : kKinds) {
-        Spline spline = splineOf(kind, {3}, {7});
+        FilledSpline spline(kind, {3}, {7});
         for (const double x : {3.0, -5.0, 5.0, kLargest, -kLargest, kInfinity, -kInfinity})
             EXPECT_THAT(ordersAt(spline, x), ElementsAre(7.0, 0.0, 0.0, 0.0)) << x;
     }
@@ -289,7 +290,7 @@ TEST(Spline, OnePointIsAConstant)
 TEST(Spline, TwoPointsAreALineWhateverTheKind)
 {
     for (const int kind : kKinds) {
-        Spline spline = splineOf(kind, {1, 3}, {4, 8});
+        FilledSpline spline(kind, {1, 3}, {4, 8});
         for (const double x : {-6.0, 1.0, 2.5, 3.0, 9.0})
             EXPECT_THAT(ordersAt(spline, x), ElementsAre(2.0 + 2.0 * x, 2.0, 0.0, 0.0)) << x;
     }
@@ -299,7 +300,7 @@ TEST(Spline, AskedAtNaNAnswersNaN)
 {
     for (const int kind : kKinds) {
         for (const std::size_t count : {1u, 2u, 3u, 5u}) {
-            Spline spline = splineOf(kind, {0, 1, 2, 3, 4}, {0, 1, 0, 2, 0});
+            FilledSpline spline(kind, {0, 1, 2, 3, 4}, {0, 1, 0, 2, 0});
             while (spline.getPointMap().size() > count) {
                 const auto points = spline.getPointMap();
                 spline.clearPoints();
@@ -332,26 +333,26 @@ TEST(Spline, KindIsKeptAsSet)
 
 TEST(Spline, PointsAreSortedByX)
 {
-    Spline spline = splineOf(kLinear, {3, 1, 2}, {9, 1, 4});
+    FilledSpline spline(kLinear, {3, 1, 2}, {9, 1, 4});
     EXPECT_THAT(spline.getPointMap(), ElementsAre(Pair(1, 1), Pair(2, 4), Pair(3, 9)));
     EXPECT_EQ(spline.getValue(2.5), 6.5);
 }
 
 TEST(Spline, ASecondPointAtOneXReplacesTheFirst)
 {
-    Spline spline = splineOf(kLinear, {1, 2, 1, 2, 0.0, -0.0}, {5, 6, 7, 8, 1, 2});
+    FilledSpline spline(kLinear, {1, 2, 1, 2, 0.0, -0.0}, {5, 6, 7, 8, 1, 2});
     EXPECT_THAT(spline.getPointMap(), ElementsAre(Pair(0, 2), Pair(1, 7), Pair(2, 8)));
 }
 
 TEST(Spline, PointsWithoutAFiniteXAreDropped)
 {
-    Spline spline = splineOf(kLinear, {1, kNaN, kInfinity, -kInfinity, 2}, {5, 6, 7, 8, 9});
+    FilledSpline spline(kLinear, {1, kNaN, kInfinity, -kInfinity, 2}, {5, 6, 7, 8, 9});
     EXPECT_THAT(spline.getPointMap(), ElementsAre(Pair(1, 5), Pair(2, 9)));
 }
 
 TEST(Spline, AYThatIsNotFiniteSpoilsThePiecesItBearsOn)
 {
-    Spline spline = splineOf(kLinear, {0, 1, 2, 3, 4}, {0, 1, kNaN, 3, 4});
+    FilledSpline spline(kLinear, {0, 1, 2, 3, 4}, {0, 1, kNaN, 3, 4});
     EXPECT_EQ(spline.getValue(0.5), 0.5);
     EXPECT_TRUE(std::isnan(spline.getValue(1.5)));
     EXPECT_TRUE(std::isnan(spline.getValue(2.5)));
@@ -360,7 +361,7 @@ TEST(Spline, AYThatIsNotFiniteSpoilsThePiecesItBearsOn)
 
 TEST(Spline, EachChangeShowsAtTheNextEvaluation)
 {
-    Spline spline = splineOf(kLinear, {0, 2}, {0, 2});
+    FilledSpline spline(kLinear, {0, 2}, {0, 2});
     EXPECT_EQ(spline.getValue(1.0), 1.0);
     spline.addPoint(1.0, 5.0);
     EXPECT_EQ(spline.getValue(1.0), 5.0);
@@ -379,7 +380,7 @@ TEST(SplineCopy, TakesPointsAndKindThroughTheInterfaceAlone)
     mf::test::RecordingSpline source;
     source.points = {{1, 5}, {3, 9}};
     source.kind = kCubic;
-    Spline spline = splineOf(kLinear, {7}, {7});
+    FilledSpline spline(kLinear, {7}, {7});
     EXPECT_EQ(spline.getValue(7.0), 7.0);
     spline.copyFrom(&source);
     EXPECT_THAT(source.calls, ElementsAre("getPointMap", "getKind"));
@@ -390,7 +391,7 @@ TEST(SplineCopy, TakesPointsAndKindThroughTheInterfaceAlone)
 
 TEST(SplineCopy, FromNothingOrItselfChangesNothing)
 {
-    Spline spline = splineOf(kAkima, {1, 3}, {5, 9});
+    FilledSpline spline(kAkima, {1, 3}, {5, 9});
     spline.copyFrom(nullptr);
     spline.copyFrom(&spline);
     EXPECT_THAT(spline.getPointMap(), ElementsAre(Pair(1, 5), Pair(3, 9)));
@@ -478,7 +479,7 @@ INSTANTIATE_TEST_SUITE_P(Spline, SplineSearch, testing::ValuesIn(kSpreads),
 
 TEST(Spline, PointsFurtherApartThanTheLargestDoubleHarmNoOtherPiece)
 {
-    Spline spline = splineOf(kLinear, {-kLargest, 0.5 * kLargest, kLargest}, {0, 1, 2});
+    FilledSpline spline(kLinear, {-kLargest, 0.5 * kLargest, kLargest}, {0, 1, 2});
     EXPECT_EQ(spline.getValue(-kLargest), 0.0);
     EXPECT_EQ(spline.getValue(0.75 * kLargest), 1.5);
     EXPECT_EQ(spline.getValue(kLargest), 2.0);
@@ -487,7 +488,7 @@ TEST(Spline, PointsFurtherApartThanTheLargestDoubleHarmNoOtherPiece)
 TEST(Spline, ASlopeThatOverflowsGivesNoFiniteValue)
 {
     for (const int kind : kKinds) {
-        Spline spline = splineOf(kind, {0.0, kSmallest, 2.0 * kSmallest}, {0, 1, 3});
+        FilledSpline spline(kind, {0.0, kSmallest, 2.0 * kSmallest}, {0, 1, 3});
         EXPECT_FALSE(std::isfinite(spline.getValue(kSmallest))) << kind;
         EXPECT_FALSE(std::isfinite(spline.getFirstDerivative(kSmallest))) << kind;
     }
