@@ -13,20 +13,40 @@ namespace mfcurve {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kBlanks = " \t\r\v\f";
 constexpr std::size_t kLongestQuote = 60;
 constexpr const char* kExpected = "; a line is \"x, y\", two finite numbers such as \"0.25, -1.5e3\"";
 
-std::string_view withoutBlanksAhead(std::string_view text)
+bool isBlank(char c)
 {
-    return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
 }
 
-// What counts of a line.
-std::string_view contentOf(std::string_view line)
+std::string_view withoutBlanksAhead(std::string_view text)
 {
-    line = withoutBlanksAhead(line.substr(0, line.find('#')));
-    return line.substr(0, line.find_last_not_of(kBlanks) + 1);
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+// Whether nothing that counts follows in the line.
+bool isAtEnd(std::string_view text)
+{
+    return text.empty() || text.front() == '\n' || text.front() == '#';
+}
+
+// What counts of the line that the text begins with.
+std::string_view contentOf(std::string_view text)
+{
+    std::string_view content = withoutBlanksAhead(text.substr(0, text.find_first_of("\n#")));
+    while (!content.empty() && isBlank(content.back()))
+        content.remove_suffix(1);
+    return content;
+}
+
+std::string_view behindLine(std::string_view text)
+{
+    const std::size_t end = text.find('\n');
+    return end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
 }
 
 // Takes the number at the start of the text off it; one that is too large is
@@ -57,23 +77,24 @@ bool takeSeparator(std::string_view& text)
     return taken;
 }
 
-// Reads the point of a line; otherwise answers what is wrong with it, in the end
-// of a sentence.
-const char* readPoint(std::string_view content, FilePoint& point)
+// Reads a point off the front of the text; otherwise answers what is wrong with its
+// line, in the end of a sentence.
+const char* takePoint(std::string_view& text, FilePoint& point)
 {
-    const std::optional<double> x = takeNumber(content);
+    const std::optional<double> x = takeNumber(text);
     if (!x)
         return "does not begin with a number";
     if (!std::isfinite(*x))
         return "has an x that is not finite";
-    if (!takeSeparator(content))
-        return content.empty() ? "has no y" : "goes on behind x without a separator";
-    const std::optional<double> y = takeNumber(content);
+    if (!takeSeparator(text))
+        return isAtEnd(text) ? "has no y" : "goes on behind x without a separator";
+    const std::optional<double> y = takeNumber(text);
     if (!y)
-        return content.empty() ? "has no y" : "has no number behind x";
+        return isAtEnd(text) ? "has no y" : "has no number behind x";
     if (!std::isfinite(*y))
         return "has a y that is not finite";
-    if (!content.empty())
+    text = withoutBlanksAhead(text);
+    if (!isAtEnd(text))
         return "goes on behind y";
     point.x = *x;
     point.y = *y;
@@ -139,17 +160,17 @@ std::variant<std::vector<FilePoint>, PointsProblem> parsePoints(std::string_view
     std::vector<FilePoint> points;
     bool isFirst = true;
     for (int number = 1; !text.empty(); ++number) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-        const std::string_view content = contentOf(line);
-        if (content.empty())
-            continue;
-        FilePoint point{0.0, 0.0, number};
-        if (const char* problem = readPoint(content, point); problem == nullptr)
-            points.push_back(point);
-        else if (!isFirst || !isHeader(content))
-            return PointsProblem{number, quoted(content) + " " + problem + kExpected};
-        isFirst = false;
+        std::string_view rest = withoutBlanksAhead(text);
+        if (!isAtEnd(rest)) {
+            FilePoint point{0.0, 0.0, number};
+            const char* const problem = takePoint(rest, point);
+            if (problem == nullptr)
+                points.push_back(point);
+            else if (!isFirst || !isHeader(contentOf(text)))
+                return PointsProblem{number, quoted(contentOf(text)) + " " + problem + kExpected};
+            isFirst = false;
+        }
+        text = behindLine(rest);
     }
 
     if (points.empty())
