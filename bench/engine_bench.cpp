@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/handwritten.h"
+#include "mfcurves/engine/evaluateMany.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
@@ -122,6 +123,11 @@ public:
         return *result.getValue();
     }
 
+    void at(int order, const double* x, std::size_t count, double* y) const
+    {
+        mf::engine::evaluateMany(*orders_[order], x, y, count);
+    }
+
 private:
     std::array<ICalculator*, 4> orders_{};
 };
@@ -203,12 +209,10 @@ void engineSamples(benchmark::State& state, const Subject& subject)
     std::size_t i = 0;
     for (auto _ : state) {
         const double* const x = inputs.from(i++);
-        for (int k = 0; k < Inputs::kBlock; ++k) {
-            block.samples.value[k] = compiled.at(0, x[k]);
-            block.samples.first[k] = compiled.at(1, x[k]);
-            block.samples.second[k] = compiled.at(2, x[k]);
-            block.samples.third[k] = compiled.at(3, x[k]);
-        }
+        compiled.at(0, x, Inputs::kBlock, block.samples.value);
+        compiled.at(1, x, Inputs::kBlock, block.samples.first);
+        compiled.at(2, x, Inputs::kBlock, block.samples.second);
+        compiled.at(3, x, Inputs::kBlock, block.samples.third);
         benchmark::ClobberMemory();
     }
 }
