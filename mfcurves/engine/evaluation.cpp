@@ -95,7 +95,7 @@ inline double hornerOf(double u, const double* k, std::uint32_t count)
 
 inline double polynomialOf(double u, const double* k, std::uint32_t count, unsigned lowest)
 {
-    return timesPower(hornerOf(u, k, count), u, lowest);
+    return timesPower(hornerOf(u, k, count), count, u, lowest);
 }
 
 // The same operations for each point, a few points at a time in the registers of
@@ -119,6 +119,11 @@ inline void runPolynomial(Lanes lanes, const Instruction& step, const double* a,
                 const double k = step.constants[j];
                 for (std::size_t i = 0; i < kWidth; ++i)
                     r[i] = r[i] * u[i] + k;
+            }
+            if (step.lowest > largestPlainPower(step.count)) {
+                for (std::size_t i = 0; i < kWidth; ++i)
+                    value[first + i] = timesPower(r[i], step.count, u[i], step.lowest);
+                continue;
             }
             for (unsigned exponent = step.lowest; exponent != 0; exponent >>= 1) {
                 for (std::size_t i = 0; i < kWidth; ++i) {

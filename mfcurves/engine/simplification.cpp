@@ -149,8 +149,23 @@ NodeId innerVariable(const Graph& graph, NodeId id)
     return kNoNode;
 }
 
+// Whether each power follows from the one before by a factor or a square. Across a
+// wider gap a row of plain multiplications would err more than the power itself.
+bool isWithoutGaps(const Terms& terms)
+{
+    int last = -1;
+    for (int i = 0; i <= terms.highest; ++i) {
+        if (terms.c[i] == 0.0)
+            continue;
+        if (last >= 0 && i - last > 2)
+            return false;
+        last = i;
+    }
+    return true;
+}
+
 // The sum of a and b as one polynomial, if both are polynomials of one variable
-// and no coefficient has to be rounded that the text would not round.
+// and, in a text, no coefficient has to be rounded that the text would not round.
 std::optional<NodeId> gatheredSum(Graph& graph, NodeId a, NodeId b)
 {
     NodeId u = innerVariable(graph, a);
@@ -170,6 +185,8 @@ std::optional<NodeId> gatheredSum(Graph& graph, NodeId a, NodeId b)
             return std::nullopt;
         total.c[i] = first->c[i] + second->c[i];
     }
+    if (!isFree(graph) && !isWithoutGaps(total))
+        return std::nullopt;
     return polynomial(graph, u, 0, {total.c.data(), static_cast<std::size_t>(total.highest) + 1});
 }
 
