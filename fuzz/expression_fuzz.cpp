@@ -1,7 +1,7 @@
 // Any text may be refused, none may crash. A text that compiles has derivatives
 // or not, evaluates or fails, and whatever it does it does again: compiled afresh
-// or taken from the cache, and in whatever order its derivatives and points are
-// asked for, it answers the same bits.
+// or taken from the cache, in whatever order its derivatives and points are asked
+// for, and point by point or many at a time, it answers the same bits.
 //
 // The input is the text, one character a byte. If it holds a line feed, what
 // stands before the first one is the name of the independent variable.
@@ -14,6 +14,7 @@
 #include <limits>
 #include <string>
 
+#include "mfcurves/engine/evaluateMany.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
@@ -21,6 +22,7 @@
 namespace {
 
 constexpr int kOrders = 4;
+constexpr double kUntouched = 12345.0;
 
 constexpr double kPoints[] = {0.0,
                               -0.0,
@@ -89,7 +91,6 @@ public:
     {
         if (!has(order))
             return {};
-        constexpr double kUntouched = 12345.0;
         MMEP_Data argument(x);
         MMEP_Data result(kUntouched);
         Outcome outcome;
@@ -97,6 +98,13 @@ public:
         outcome.value = *result.getValue();
         require(outcome.succeeded || outcome.value == kUntouched);
         return outcome;
+    }
+
+    /// How many points of kPoints from `first` on succeed in a row, with their values.
+    std::size_t manyAt(int order, int first, double* values) const
+    {
+        return mf::engine::evaluateMany(*orders_[order], kPoints + first, values,
+                                        static_cast<std::size_t>(kPointCount - first));
     }
 
 private:
@@ -126,6 +134,24 @@ Outcomes orderByOrder(const Family& family)
     return outcomes;
 }
 
+// Many points at a time, starting again behind each failure. A text of two or
+// more parameters has no value for one argument, this way or that.
+Outcomes manyAtATime(const Family& family)
+{
+    Outcomes outcomes;
+    for (int order = 0; order < kOrders; ++order) {
+        for (int point = 0; family.has(order) && point < kPointCount; ++point) {
+            double values[kPointCount];
+            const std::size_t done = family.manyAt(order, point, values);
+            for (std::size_t i = 0; i < done; ++i)
+                outcomes[order][point++] = {true, values[i]};
+            if (point < kPointCount)
+                outcomes[order][point] = {false, kUntouched};
+        }
+    }
+    return outcomes;
+}
+
 void requireSameAnswers(const std::wstring& text, wchar_t* variable)
 {
     const Family first(text, variable);
@@ -143,6 +169,7 @@ void requireSameAnswers(const std::wstring& text, wchar_t* variable)
     require(orderByOrder(first) == expected);
     require(orderByOrder(cached) == expected);
     require(pointByPoint(fresh) == expected);
+    require(manyAtATime(fresh) == expected);
 }
 
 }  // namespace

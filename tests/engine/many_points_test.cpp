@@ -1,0 +1,145 @@
+// Many points at a time give the bits of one point after the other.
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <limits>
+#include <vector>
+
+#include "mfcurves/engine/evaluateMany.h"
+#include "tests/engine/compiled.h"
+#include "tests/engine/random_expression.h"
+
+namespace engine_test {
+namespace {
+
+/// The points that succeed before the first failure, point by point.
+std::vector<double> oneByOne(const Calculator& calculator, const std::vector<double>& x)
+{
+    std::vector<double> values;
+    for (const double at : x) {
+        const std::optional<double> value = evaluate(calculator, at);
+        if (!value)
+            break;
+        values.push_back(*value);
+    }
+    return values;
+}
+
+std::vector<double> many(const Calculator& calculator, const std::vector<double>& x)
+{
+    std::vector<double> values(x.size());
+    values.resize(mf::engine::evaluateMany(*calculator, x.data(), values.data(), x.size()));
+    return values;
+}
+
+std::vector<std::uint64_t> bits(const std::vector<double>& values)
+{
+    std::vector<std::uint64_t> result;
+    for (const double value : values)
+        result.push_back(std::bit_cast<std::uint64_t>(value));
+    return result;
+}
+
+std::vector<double> points(std::size_t count, double from, double to)
+{
+    std::vector<double> x;
+    for (std::size_t i = 0; i < count; ++i)
+        x.push_back(from + (to - from) * static_cast<double>(i) / static_cast<double>(count));
+    return x;
+}
+
+class ManyPoints : public testing::TestWithParam<std::size_t> {};
+
+// Counts on both sides of whatever number of points is worked on at a time.
+TEST_P(ManyPoints, HaveTheBitsOfSinglePoints)
+{
+    Generator generator(11);
+    for (int i = 0; i < 100; ++i) {
+        const std::string text = generator.text(generator.tree(3));
+        const Orders compiled(text);
+        ASSERT_TRUE(compiled) << text;
+        const std::vector<double> x = points(GetParam(), generator.uniform(-3, 0), generator.uniform(0, 3));
+        for (const int order : {0, 1, 2, 3, 1, 0})
+            ASSERT_EQ(bits(many(compiled[order], x)), bits(oneByOne(compiled[order], x)))
+                << text << "\norder " << order;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, ManyPoints,
+                         testing::Values(0, 1, 2, 7, 8, 9, 100, 127, 128, 129, 255, 256, 257, 1000));
+
+TEST(ManyPoints, EndBeforeTheFirstFailure)
+{
+    const Calculator root = compile("sqrt(x)");
+    EXPECT_EQ(many(root, {4.0, 9.0, -1.0, 16.0}), (std::vector<double>{2.0, 3.0}));
+    EXPECT_EQ(many(root, {-1.0, 4.0}), std::vector<double>());
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(many(root, {4.0, infinity}), std::vector<double>{2.0});
+}
+
+TEST(ManyPoints, FailFarBehind)
+{
+    std::vector<double> x = points(1000, 1.0, 2.0);
+    x[777] = -1.0;
+    EXPECT_EQ(many(compile("sqrt(x)"), x).size(), 777u);
+}
+
+TEST(ManyPoints, TellTheZerosApart)
+{
+    const Calculator angle = compile("atan2(x,-1)");
+    const std::vector<double> positive = many(angle, {0.0, 0.0, 0.0});
+    const std::vector<double> negative = many(angle, {-0.0, 0.0, -0.0});
+    EXPECT_GT(positive[0], 3.0);
+    EXPECT_LT(negative[0], -3.0);
+    EXPECT_GT(negative[1], 3.0);
+}
+
+TEST(ManyPoints, OfAConstant)
+{
+    EXPECT_EQ(many(compile("5"), {1.0, 2.0}), (std::vector<double>{5.0, 5.0}));
+    EXPECT_EQ(many(compileFree(L"5"), {1.0, 2.0}), (std::vector<double>{5.0, 5.0}));
+    EXPECT_EQ(many(derivative(compileFree(L"5")), {1.0, 2.0}), (std::vector<double>{0.0, 0.0}));
+}
+
+TEST(ManyPoints, OfTwoParametersFail)
+{
+    EXPECT_EQ(many(compileFree(L"a+b"), {1.0, 2.0}), std::vector<double>());
+}
+
+TEST(ManyPoints, ChangeNoSinglePoint)
+{
+    const Orders compiled("x^3+sin(x)");
+    const std::optional<double> before = compiled.at(1.5, 2);
+    many(compiled[2], points(200, 0.0, 1.0));
+    EXPECT_EQ(compiled.at(1.5, 2), before);
+    const std::vector<double> third = many(compiled[3], points(10, 0.0, 1.0));
+    EXPECT_EQ(compiled.at(1.5, 2), before);
+    EXPECT_EQ(third.size(), 10u);
+}
+
+// A calculator of somebody else's making.
+class Doubler : public ICalculator {
+public:
+    ICalculator* differentiate(int) override { return nullptr; }
+    bool Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result) override
+    {
+        const double x = *arguments->getValue();
+        *result.getValue() = 2 * x;
+        return count == 1 && x < 10.0;
+    }
+    bool Release() override { return true; }
+};
+
+TEST(ManyPoints, OfAnyOtherCalculatorAreAskedOneByOne)
+{
+    Doubler doubler;
+    std::vector<double> values(4);
+    const double x[] = {1.0, 2.0, 3.0, 20.0};
+    EXPECT_EQ(mf::engine::evaluateMany(doubler, x, values.data(), 4), 3u);
+    EXPECT_EQ(values[2], 6.0);
+}
+
+}  // namespace
+}  // namespace engine_test
