@@ -21,6 +21,7 @@
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
+#include "mfcurves/profiles/readingBudget.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
@@ -393,14 +394,14 @@ private:
 
     // A definition that does not parse is left out, and so is one that equals a
     // profile at hand: its name then stands for that profile.
-    void registerProfile(const std::string& uniqueName, std::string& functionText) const
+    void registerProfile(const std::string& uniqueName, std::string& functionText)
     {
         mfProfileManager_c* manager = interfaces::profileManager();
         if (!manager)
             return;
         mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
-        if (!parser.parseDefinition(functionText, profile.get(), true))
+        if (!parser.parseDefinition(functionText, profile.get(), true, budget_))
             return;
         const std::string baseName = parser.baseProfileName(uniqueName);
         mfProfileKey_c key;
@@ -498,6 +499,7 @@ private:
     mfFunctionData_c& function_;
     const CString& path_;
     bool fromBuffer_;
+    profiles::ReadingBudget budget_;  // of all definitions in the document
     mfCurveDocument_c document_;
     std::string reason_;
 };

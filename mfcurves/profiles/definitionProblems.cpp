@@ -78,7 +78,7 @@ std::vector<DefinitionProblem> definitionProblems(const std::string& fileText)
     if (definitions.empty())
         problems.push_back({1, "", "there is no endSegmentType, so the file holds no definition", true});
 
-    ReadingBudget budget = budgetFor(definitions);
+    ReadingBudget budget;
     std::size_t position = 0;
     for (const std::string& definition : definitions) {
         mfProfile_c record;

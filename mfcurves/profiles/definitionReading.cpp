@@ -40,7 +40,7 @@ std::size_t countOf(const std::string& text, const std::string& pattern)
 bool substitute(std::string& text, const std::string& name, const std::string& replacement,
                 ReadingBudget& budget)
 {
-    constexpr std::size_t kCall = 16;
+    constexpr std::size_t kCall = 64;
     if (name.empty())
         return true;
     if (!budget.spend(kCall + text.size() * (1 + name.size() / kCharactersForEachStep)))
@@ -171,14 +171,6 @@ std::vector<std::string> cutDefinitions(const std::string& text)
     return definitions;
 }
 
-ReadingBudget budgetFor(const std::vector<std::string>& definitions)
-{
-    std::size_t length = 0;
-    for (const std::string& definition : definitions)
-        length += definition.size();
-    return ReadingBudget(length);
-}
-
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body)
 {
     const std::size_t close = definition.find(')');
@@ -269,6 +261,7 @@ Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& b
 
 Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget)
 {
+    budget.allowFor(definition.size());
     record.definitionText = definition;
     std::string header;
     std::string body;

@@ -54,9 +54,6 @@ void splitTokens(const std::string& text, const std::string& delimiters, bool ke
 /// What follows the last one is left out.
 std::vector<std::string> cutDefinitions(const std::string& text);
 
-/// What reading these definitions of one file together may cost.
-ReadingBudget budgetFor(const std::vector<std::string>& definitions);
-
 Failure splitDefinition(const std::string& definition, std::string& header, std::string& body);
 Failure parseHeader(const std::string& header, mfProfile_c& record);
 Failure splitStatements(const std::string& body, std::vector<std::string>& variables,
@@ -66,7 +63,7 @@ Failure expandStatements(const std::vector<std::string>& variables, std::vector<
 Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget);
 
 /// Fills `record` from a definition in normal form whose keywords are the current
-/// ones. Several definitions may share one budget.
+/// ones. Several definitions may share one budget; each adds its own part.
 Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget);
 
 }  // namespace mf::profiles

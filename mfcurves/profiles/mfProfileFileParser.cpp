@@ -51,7 +51,7 @@ bool mfProfileFileParser_c::parseProfiles(const std::string& fileName, bool isTe
 {
     if (!isText && !iReadFile(fileName, text))
         return false;
-    budget_ = mf::profiles::ReadingBudget(text.size());
+    budget_.allowFor(text.size());
     std::size_t position = 0;
     do {
         const std::size_t found = text.find(kClosingKeyword, position);
@@ -187,7 +187,7 @@ bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& var
         return index == 0;
     std::vector<std::string>& tokens = tokenLists[index];
     std::string& value = values[index];
-    constexpr std::size_t kComparison = 4;
+    constexpr std::size_t kComparison = 16;
     const std::size_t steps = value.size() / mf::profiles::kCharactersForEachStep;
     if (!budget_.spend(index * (kComparison * tokens.size() + steps)))
         return false;

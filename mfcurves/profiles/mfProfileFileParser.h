@@ -76,5 +76,5 @@ private:
     std::vector<std::string> y2Names_;
     std::vector<std::string> results_;
     std::vector<std::vector<std::string>> resultTokens_;
-    mf::profiles::ReadingBudget budget_{0};
+    mf::profiles::ReadingBudget budget_;
 };

@@ -33,7 +33,7 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
         return false;
     }
 
-    ReadingBudget budget = mf::profiles::budgetFor(definitions);
+    ReadingBudget budget;
     for (const std::string& definition : definitions) {
         auto record = std::make_unique<mfProfile_c>();
         if (mf::profiles::parseDefinition(definition, *record, budget))
@@ -46,9 +46,15 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
 
 bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords)
 {
+    ReadingBudget budget;
+    return parseDefinition(text, record, upgradeKeywords, budget);
+}
+
+bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords,
+                                            ReadingBudget& budget)
+{
     if (upgradeKeywords)
         this->upgradeKeywords(text);
-    ReadingBudget budget(text.size());
     return record && !mf::profiles::parseDefinition(text, *record, budget);
 }
 
@@ -101,7 +107,8 @@ bool mfSegmentTypeParser_c::parseHeader(const std::string& header, mfProfile_c* 
 
 bool mfSegmentTypeParser_c::parseBody(const std::string& body, mfProfile_c* record)
 {
-    ReadingBudget budget(body.size());
+    ReadingBudget budget;
+    budget.allowFor(body.size());
     return record && !mf::profiles::parseBody(body, *record, budget);
 }
 
@@ -114,7 +121,7 @@ bool mfSegmentTypeParser_c::splitStatements(const std::string& body, std::vector
 bool mfSegmentTypeParser_c::expandStatements(const std::vector<std::string>& variables,
                                              const std::vector<std::string>& values, std::string& result)
 {
-    ReadingBudget budget(0);
+    ReadingBudget budget;
     return !mf::profiles::expandStatements(variables, values, result, budget);
 }
 

@@ -8,12 +8,14 @@ namespace mf::profiles {
 /// What reading definitions may cost, counted in characters looked at and bytes
 /// written, so that a short hostile text fills neither time nor memory.
 ///
-/// It grows with the text: ordinary laws never run out, however many of them a
-/// file holds. The fixed part is enough for one result of the largest size that
-/// the expression engine takes.
+/// The definitions of one file or document share a budget, to which each adds in
+/// proportion to its length: ordinary laws never run out, however many there are.
+/// What it starts with is enough for one result of the largest size that the
+/// expression engine takes.
 class ReadingBudget {
 public:
-    explicit ReadingBudget(std::size_t textLength) : left_(kFixed + kForEachCharacter * textLength) {}
+    /// Adds what reading a definition of that length may cost.
+    void allowFor(std::size_t length) { left_ += kForEachCharacter * length; }
 
     /// False, with nothing left, when `cost` is more than what is left.
     bool spend(std::size_t cost)
@@ -31,10 +33,10 @@ public:
     }
 
 private:
-    static constexpr std::size_t kFixed = std::size_t{1} << 26;
+    static constexpr std::size_t kStart = std::size_t{1} << 26;
     static constexpr std::size_t kForEachCharacter = 64;
 
-    std::size_t left_;
+    std::size_t left_ = kStart;
 };
 
 /// Characters that one step of a comparison of two texts covers.
