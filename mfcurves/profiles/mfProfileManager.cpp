@@ -55,6 +55,21 @@ std::wstring contentOf(const mfProfile_c& record)
     return folded(name) + L'\0' + folded(record.definitionText);
 }
 
+// Records on their way from the reader into a group. Those that have not arrived
+// are deleted.
+struct ReadRecords {
+    std::vector<mfProfile_c*> list;
+
+    ReadRecords() = default;
+    ReadRecords(const ReadRecords&) = delete;
+    ReadRecords& operator=(const ReadRecords&) = delete;
+    ~ReadRecords()
+    {
+        for (mfProfile_c* record : list)
+            delete record;
+    }
+};
+
 CString leadingDigits(const CString& text)
 {
     const std::size_t length = text.View().find_first_not_of(kDigits);
@@ -80,10 +95,12 @@ bool mfProfileManager_c::s_UseNewProfileManager()
 
 bool mfProfileManager_c::rebuildUserProfileMap()
 {
-    for (const auto& [key, record] : userProfiles_) {
-        keyOfContent_.erase(contentOf(*record));
+    std::erase_if(heldByContent_, [this](const auto& entry) {
+        const auto user = userProfiles_.find(entry.second.key);
+        return user != userProfiles_.end() && user->second == entry.second.record;
+    });
+    for (const auto& [key, record] : userProfiles_)
         delete record;
-    }
     userProfiles_.clear();
     userDisplayNames_.clear();
     // A file that fails does not fall back on the built-in table.
@@ -119,14 +136,11 @@ bool mfProfileManager_c::loadProfilesFromFile()
         const CString path = profileFileIn(directory);
         if (!mf::platform::isReadable(path))
             continue;
-        std::vector<mfProfile_c*> records;
-        if (!mfSegmentTypeParser_c().readProfiles(mfTextConverter_c().toNarrow(path), records)) {
-            for (mfProfile_c* record : records)
-                delete record;
+        ReadRecords records;
+        if (!mfSegmentTypeParser_c().readProfiles(mfTextConverter_c().toNarrow(path), records.list))
             return false;
-        }
         userDisplayNames_.clear();
-        return addProfilesToUserMap(records);
+        return addProfilesToUserMap(records.list);
     }
     return false;
 }
@@ -136,14 +150,11 @@ bool mfProfileManager_c::loadProfilesFromFile()
 bool mfProfileManager_c::loadBuiltInProfiles()
 {
     usingDefaultTable_ = true;
-    std::vector<mfProfile_c*> records;
-    if (!mfSegmentTypeParser_c().readProfiles("", records)) {
-        for (mfProfile_c* record : records)
-            delete record;
+    ReadRecords records;
+    if (!mfSegmentTypeParser_c().readProfiles("", records.list))
         return false;
-    }
     userDisplayNames_.clear();
-    return addProfilesToUserMap(records);
+    return addProfilesToUserMap(records.list);
 }
 
 // The outcome of the last record alone decides: a duplicate in the middle does not
@@ -154,10 +165,9 @@ bool mfProfileManager_c::addProfilesToUserMap(std::vector<mfProfile_c*>& records
     for (mfProfile_c*& record : records) {
         mfProfileKey_c key;
         result = addUserProfile(record->name, record, key) == kStored;
-        if (!result) {
+        if (!result)
             delete record;
-            record = nullptr;
-        }
+        record = nullptr;
     }
     return result;
 }
@@ -166,12 +176,7 @@ int mfProfileManager_c::addUserProfile(const std::string& name, mfProfile_c* rec
 {
     if (findEqualProfile(record, key))
         return kExistsAlready;
-    if (const int status = storeProfile(userProfiles_, name, CString(), record, key); status != kStored)
-        return status;
-    CString displayName;
-    key.keyDisplayName(displayName);
-    userDisplayNames_.push_back(displayName);
-    return kStored;
+    return storeProfile(userProfiles_, userDisplayNames_, name, CString(), record, key);
 }
 
 int mfProfileManager_c::addAssemblyProfile(const std::string& name, const CString& file, mfProfile_c* record,
@@ -179,12 +184,7 @@ int mfProfileManager_c::addAssemblyProfile(const std::string& name, const CStrin
 {
     if (findEqualProfile(record, key))
         return kExistsAlready;
-    if (const int status = storeProfile(assemblyProfiles_, name, file, record, key); status != kStored)
-        return status;
-    CString displayName;
-    key.keyDisplayName(displayName);
-    assemblyDisplayNames_.push_back(displayName);
-    return kStored;
+    return storeProfile(assemblyProfiles_, assemblyDisplayNames_, name, file, record, key);
 }
 
 int mfProfileManager_c::addAssemblyProfileFromDocument(const std::string& name, bool useAssemblyWord,
@@ -197,27 +197,46 @@ bool mfProfileManager_c::findEqualProfile(const mfProfile_c* record, mfProfileKe
 {
     if (!record)
         return false;
-    const auto found = keyOfContent_.find(contentOf(*record));
-    if (found == keyOfContent_.end())
+    const auto found = heldByContent_.find(contentOf(*record));
+    if (found == heldByContent_.end())
         return false;
-    key = found->second;
+    key = found->second.key;
     return true;
 }
 
-int mfProfileManager_c::storeProfile(ProfileMap& map, const std::string& name, const CString& file,
-                                     mfProfile_c* record, mfProfileKey_c& key)
+// All memory is taken before anything is stored, so that a failure leaves both
+// groups as they were and the record with the caller.
+int mfProfileManager_c::storeProfile(ProfileMap& map, std::vector<CString>& displayNames,
+                                     const std::string& name, const CString& file, mfProfile_c* record,
+                                     mfProfileKey_c& key)
 {
     const int status = buildKey(key, mfTextConverter_c().toCString(name), file, record);
     if (status != kStored)
         return status;
-    mfProfile_c*& place = map[key];
-    if (place) {
-        keyOfContent_.erase(contentOf(*place));
-        displacedProfiles_.emplace_back(place);
+    ProfileMap stored;
+    stored.emplace(key, record);
+    std::map<std::wstring, Held> held;
+    held.emplace(contentOf(*record), Held{key, record});
+    CString displayName;
+    key.keyDisplayName(displayName);
+    const auto former = map.find(key);
+    if (former != map.end())
+        displacedProfiles_.reserve(displacedProfiles_.size() + 1);
+    displayNames.push_back(displayName);
+
+    if (former != map.end()) {
+        forget(former->second);
+        displacedProfiles_.emplace_back(former->second);
+        former->second = record;
     }
-    place = record;
-    keyOfContent_[contentOf(*record)] = key;
+    map.merge(stored);
+    heldByContent_.merge(held);
     return kStored;
+}
+
+void mfProfileManager_c::forget(const mfProfile_c* record)
+{
+    std::erase_if(heldByContent_, [record](const auto& entry) { return entry.second.record == record; });
 }
 
 // The host's manager makes the key, whichever object was asked to store the

@@ -106,8 +106,9 @@ private:
     bool loadProfilesFromFile();
     bool addProfilesToUserMap(std::vector<mfProfile_c*>& records);
     int addUserProfile(const std::string& name, mfProfile_c* record, mfProfileKey_c& key);
-    int storeProfile(ProfileMap& map, const std::string& name, const CString& file, mfProfile_c* record,
-                     mfProfileKey_c& key);
+    int storeProfile(ProfileMap& map, std::vector<CString>& displayNames, const std::string& name,
+                     const CString& file, mfProfile_c* record, mfProfileKey_c& key);
+    void forget(const mfProfile_c* record);
     int buildKey(mfProfileKey_c& key, const CString& name, const CString& file, const mfProfile_c* record);
     int assignIndex(mfProfileKey_c& key, const mfProfile_c* record);
     int nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map);
@@ -121,9 +122,13 @@ private:
     std::vector<CString> assemblyDisplayNames_;  // in order of arrival
     std::vector<CString> searchPaths_;           // only ever grows
     bool usingDefaultTable_ = false;
-    // The key of each record by what makes two records the same profile; both
-    // groups together hold none twice.
-    std::map<std::wstring, mfProfileKey_c> keyOfContent_;
+    struct Held {
+        mfProfileKey_c key;
+        const mfProfile_c* record;
+    };
+    // Each record by what makes two records the same profile; both groups together
+    // hold none twice.
+    std::map<std::wstring, Held> heldByContent_;
     // Records whose key was taken over by a later one. Segments may still point to
     // them, so they live as long as the manager.
     std::vector<std::unique_ptr<mfProfile_c>> displacedProfiles_;
