@@ -488,7 +488,8 @@ private:
     // The first row only states where the curve begins.
     static void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
-        function.addSegment(segment.release());
+        function.addSegment(segment.get());
+        segment.release();  // the table owns it
         function.checkInvalid(row);
         if (row == 0)
             return;

@@ -201,8 +201,6 @@ void XmlDocument::NewNode::Free::operator()(void* node) const
     xmlFreeNode(raw(node));
 }
 
-XmlDocument::Tree::Tree(_xmlDoc* owned) : document(made(owned)) {}
-
 XmlDocument::Tree::~Tree()
 {
     xmlFreeDoc(document);
@@ -210,7 +208,9 @@ XmlDocument::Tree::~Tree()
 
 std::unique_ptr<XmlDocument::Tree> XmlDocument::emptyTree()
 {
-    return std::make_unique<Tree>(xmlNewDoc(xml("1.0")));
+    auto tree = std::make_unique<Tree>();
+    tree->document = made(xmlNewDoc(xml("1.0")));
+    return tree;
 }
 
 XmlDocument::XmlDocument() : tree_(emptyTree()) {}
@@ -231,31 +231,45 @@ std::vector<XmlNode> XmlDocument::selectNodes(std::string_view path) const
     return found;
 }
 
+// A node that the engine makes may still lack its name or its content, where the
+// memory gave out between the two.
 XmlDocument::NewNode XmlDocument::createElement(const char* name) const
 {
-    return NewNode(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
+    NewNode node(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
+    made(raw(node.node_.get())->name);
+    return node;
 }
 
 XmlDocument::NewNode XmlDocument::createProcessingInstruction(const char* target, const char* data) const
 {
-    return NewNode(made(xmlNewDocPI(tree_->document, xml(target), xml(data))));
+    NewNode node(made(xmlNewDocPI(tree_->document, xml(target), xml(data))));
+    made(raw(node.node_.get())->name);
+    made(raw(node.node_.get())->content);
+    return node;
 }
 
 XmlNode XmlDocument::append(XmlNode parent, NewNode child)
 {
     xmlNode* above = parent ? raw(parent.node_) : reinterpret_cast<xmlNode*>(tree_->document);
-    return XmlNode(xmlAddChild(above, raw(child.node_.release())));
+    const XmlNode added(made(xmlAddChild(above, raw(child.node_.get()))));
+    child.node_.release();  // the tree owns it
+    return added;
 }
 
 void XmlDocument::setText(XmlNode element, const CString& text)
 {
-    if (!text.IsEmpty())
-        append(element, NewNode(made(xmlNewDocText(tree_->document, xml(xmlText(text).c_str())))));
+    if (text.IsEmpty())
+        return;
+    NewNode node(made(xmlNewDocText(tree_->document, xml(xmlText(text).c_str()))));
+    made(raw(node.node_.get())->content);
+    append(element, std::move(node));
 }
 
 void XmlDocument::setAttribute(XmlNode element, const char* name, const CString& value)
 {
-    made(xmlNewProp(raw(element.node_), xml(name), xml(xmlText(value).c_str())));
+    const xmlAttr* attribute = made(xmlNewProp(raw(element.node_), xml(name), xml(xmlText(value).c_str())));
+    made(attribute->name);
+    made(made(attribute->children)->content);
 }
 
 // The writer makes the declaration a node of its own, so the engine adds none.
@@ -263,8 +277,9 @@ std::string XmlDocument::serialise() const
 {
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer*)> buffer(made(xmlBufferCreate()), xmlBufferFree);
     xmlSaveCtxt* out = made(xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_DECL));
-    xmlSaveDoc(out, tree_->document);
-    xmlSaveClose(out);
+    const bool written = xmlSaveDoc(out, tree_->document) >= 0;
+    if (xmlSaveClose(out) < 0 || !written)
+        throw std::bad_alloc();
     return {narrow(xmlBufferContent(buffer.get())), static_cast<std::size_t>(xmlBufferLength(buffer.get()))};
 }
 

@@ -4,6 +4,7 @@
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
+#include <new>
 
 #include "mfcurves/documents/xmlTree.h"
 #include "mfcurves/platform/encoding.h"
@@ -77,17 +78,17 @@ public:
     std::unique_ptr<Tree> run(int options)
     {
         const ErrorHandling handling(engineError, this);
-        xmlDoc* document = xmlCtxtReadIO(parser_, readBlock, nullptr, this, nullptr, nullptr,
-                                         options | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
+        auto tree = std::make_unique<Tree>();
+        tree->document = xmlCtxtReadIO(parser_, readBlock, nullptr, this, nullptr, nullptr,
+                                       options | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
+        if (outOfMemory_)
+            throw std::bad_alloc();
         // The engine takes a zero byte behind the root for the end of the text.
-        if (document && parser_->input && parser_->input->cur < parser_->input->end)
+        if (tree->document && parser_->input && parser_->input->cur < parser_->input->end)
             tell("Extra content behind the end of the document");
-        if (!document)
+        if (!tree->document)
             tell("Not readable as XML");
-        if (problem_.message.empty())
-            return std::make_unique<Tree>(document);
-        xmlFreeDoc(document);
-        return emptyTree();
+        return problem_.message.empty() ? std::move(tree) : emptyTree();
     }
 
 private:
@@ -135,9 +136,10 @@ private:
     // about validity does not: no document type stands behind these documents.
     void take(const xmlError& error)
     {
+        outOfMemory_ = outOfMemory_ || error.code == XML_ERR_NO_MEMORY;
         if (error.level < XML_ERR_ERROR || error.domain == XML_FROM_VALID || error.domain == XML_FROM_DTD)
             return;
-        tell(sentence(error.message), error.line, error.int2);
+        tell(error.message, error.line, error.int2);
     }
 
     void tellHere(const char* message)
@@ -145,16 +147,23 @@ private:
         tell(message, parser_->input ? parser_->input->line : 0, parser_->input ? parser_->input->col : 0);
     }
 
-    // The first problem counts; the others follow from it.
-    void tell(std::string message, int line = 0, int column = 0)
+    // The first problem counts; the others follow from it. No exception may pass
+    // through the engine, which is C.
+    void tell(const char* message, int line = 0, int column = 0) noexcept
     {
-        if (problem_.message.empty())
-            problem_ = {std::move(message), line, column};
+        if (!problem_.message.empty() || outOfMemory_)
+            return;
+        try {
+            problem_ = {sentence(message), line, column};
+        } catch (const std::bad_alloc&) {
+            outOfMemory_ = true;
+        }
     }
 
     Source source_;
     XmlProblem& problem_;
     xmlParserCtxt* parser_;
+    bool outOfMemory_ = false;
 };
 
 bool XmlDocument::readFile(const wchar_t* path)

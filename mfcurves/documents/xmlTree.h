@@ -8,12 +8,12 @@ namespace mf::documents {
 
 // What a document owns of the XML engine.
 struct XmlDocument::Tree {
-    explicit Tree(_xmlDoc* owned);  // throws where there is no document
+    Tree() = default;
     ~Tree();
     Tree(const Tree&) = delete;
     Tree& operator=(const Tree&) = delete;
 
-    _xmlDoc* document;
+    _xmlDoc* document = nullptr;
 };
 
 }  // namespace mf::documents
