@@ -1,0 +1,155 @@
+// The allocator of this program fails at the n-th request, for every n that a
+// piece of work makes: each call then succeeds or lets the exception through to
+// the host, the objects can still be destroyed, and nothing stays behind.
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+#include <libxml/xmlmemory.h>
+#include <new>
+#include <string>
+
+#include "mfcurves/mfcurves.h"
+#include "tests/reliability/sessions.h"
+
+namespace {
+
+// Requests left until one fails; none fails while it is 0.
+long requestsLeft = 0;
+bool hasFailed = false;
+long liveBlocks = 0;
+
+bool failsNow()
+{
+    if (requestsLeft == 0 || --requestsLeft > 0)
+        return false;
+    hasFailed = true;
+    return true;
+}
+
+void* allocate(std::size_t size)
+{
+    if (failsNow())
+        return nullptr;
+    void* const block = std::malloc(size == 0 ? 1 : size);
+    if (block != nullptr)
+        ++liveBlocks;
+    return block;
+}
+
+void release(void* block)
+{
+    if (block != nullptr)
+        --liveBlocks;
+    std::free(block);
+}
+
+void* allocateOrThrow(std::size_t size)
+{
+    if (void* const block = allocate(size))
+        return block;
+    throw std::bad_alloc();
+}
+
+// The XML engine's requests go the same way as those of C++.
+void* reallocate(void* block, std::size_t size)
+{
+    if (block == nullptr)
+        return allocate(size);
+    return failsNow() ? nullptr : std::realloc(block, size);
+}
+
+char* duplicate(const char* text)
+{
+    const std::size_t size = std::strlen(text) + 1;
+    auto* const copy = static_cast<char*>(allocate(size));
+    return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
+}
+
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+    return allocateOrThrow(size);
+}
+void* operator new[](std::size_t size)
+{
+    return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocate(size);
+}
+void operator delete(void* block) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block) noexcept
+{
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept
+{
+    release(block);
+}
+
+namespace {
+
+// A whole session, from the host's first object to its last.
+void runSession(const mf::test::Work& work)
+{
+    mf::host::Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    if (host.getProfileManager() != nullptr)
+        host.getProfileManager()->rebuildUserProfileMap();
+    mfFunctionData_c function;
+    if (function.initialize() && mf::test::isWhole(function))
+        work.run(function);
+}
+
+class AllocationFailure : public testing::TestWithParam<mf::test::Work> {
+protected:
+    static void SetUpTestSuite() { xmlMemSetup(release, allocate, reallocate, duplicate); }
+};
+
+TEST_P(AllocationFailure, SucceedsOrThrowsAndLeavesNothingBehind)
+{
+    const mf::test::Work& work = GetParam();
+    // What is made once for the life of the process, and what the engine keeps of
+    // compiled texts, is there after this.
+    runSession(work);
+    runSession(work);
+
+    long failures = 0;
+    for (long request = 1;; ++request) {
+        const long liveBefore = liveBlocks;
+        hasFailed = false;
+        requestsLeft = request;
+        try {
+            runSession(work);
+        } catch (const std::bad_alloc&) {
+            // CMemoryException is one too.
+        }
+        requestsLeft = 0;
+        xmlResetLastError();  // the XML engine keeps a copy of its last error for the thread
+        ASSERT_EQ(liveBlocks, liveBefore) << "after request " << request << " failed";
+        if (!hasFailed)
+            break;
+        ++failures;
+    }
+    EXPECT_GT(failures, 50);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sessions, AllocationFailure, testing::ValuesIn(mf::test::kWork),
+                         [](const auto& tested) { return tested.param.name; });
+
+}  // namespace
