@@ -30,7 +30,7 @@ class mfSegment_c;
 /// Errors: silent. A row outside the table and a null segment change nothing but
 /// the list of update rows, and answer null, false or 0.0.
 /// Ownership: the table owns its rows. When memory runs out while a row is handed
-/// over, it stays the caller's.
+/// over, it stays the caller's; the rows of the table are as they were.
 /// Copying: copy construction and assignment share the rows, so only one of the
 /// two tables may be destroyed. Use Copy.
 class MFCURVES_API mfFunctionSegments_c : public IFunctionSegments_c, public mfFunctionBase_c {

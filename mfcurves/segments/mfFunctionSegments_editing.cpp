@@ -136,6 +136,7 @@ bool mfFunctionSegments_c::modifySegment(int row, int column, double startX, dou
     updateRows_.clear();
     if (!iHolds(row))
         return true;
+    updateRows_.reserve(2 * segments_.size());  // no walk reports more, so none breaks off half-way
     switch (column) {
         case kStartXColumn:
             iMoveStart(row, startX);

@@ -120,8 +120,9 @@ void mfFunctionSegments_c::parseExpression(int row)
             return;
         independentVariable = legacyIndependentVariables_[name];
     }
+    const CString text(std::move(expression));
     segment.setProfileIndepVar(independentVariable);
-    segment.setProfileExpr(CString(std::move(expression)));
+    segment.setProfileExpr(text);
 }
 
 void mfFunctionSegments_c::initializeSegment(const std::vector<CString>& names,

@@ -203,9 +203,10 @@ void mfFunctionSegments_c::calculateDerivatives(int row)
     if (!iHolds(row))
         return;
     mfSegment_c& segment = iAt(row);
-    const mfPoint2D_c* values = segment.getPlottingData0();
-    if (values == nullptr)
+    const int count = std::min(segment.getPlottingDataCount(), segment.getPlottingDataLength());
+    if (count < 1)
         return;
+    const mfPoint2D_c* values = segment.getPlottingData0();
     const int orders = segment.getPlottingDataOrders();
 
     if (segment.getPlottingDataCount() == kPointsOfPointRow) {
@@ -217,7 +218,6 @@ void mfFunctionSegments_c::calculateDerivatives(int row)
 
     ICalculator* const calculators[] = {nullptr, segment.getCalculator(1), segment.getCalculator(2),
                                         segment.getCalculator(3)};
-    const int count = std::min(segment.getPlottingDataCount(), segment.getPlottingDataLength());
     const int wanted = std::max(1, mf::motorDerivatives(motorDependentVar));
     for (int order = 1; order <= std::min(wanted, orders); ++order)
         sample(calculators[order], values, segment.getPlottingData(order), count);
