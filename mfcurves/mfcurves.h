@@ -37,6 +37,7 @@
 #include "mfcurves/platform/mfExport.h"
 #include "mfcurves/platform/resources.h"
 #include "mfcurves/platform/xmlRuntime.h"
+#include "mfcurves/profiles/definitionProblems.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileFileParser.h"
 #include "mfcurves/profiles/mfProfileKey.h"
