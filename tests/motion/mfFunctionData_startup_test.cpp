@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "mfcurves/motion/mfFunctionData.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -226,5 +228,124 @@ TEST_F(Startup, FileOfTheNamedLinearStandsBeforeTheDefault)
     EXPECT_THAT(Lists(function_).expressions,
                 ElementsAre(CString(L"((t*ta)+yb)"), CString(L"y1+(((y2-y1)/(x2-x1))*(x-x1))")));
 }
+
+TEST_F(Startup, EveryPrefixOfAFileIsReadOrPassedOver)
+{
+    const std::string text =
+        "Profile(\"A\",x,x1,y1,x2,y2)y=x;return y;endProfile\n"
+        "Profile(\"B\",x,x1,y1,x2,y2)y=x;return y;endProfile";
+    setFolders({"a"});
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+        writeLibrary("a", text.substr(0, length));
+        mfFunctionData_c function;
+        EXPECT_TRUE(function.getDesignLibraryPath());
+        const bool whole = function.setProfile();
+        const Lists lists(function);
+        EXPECT_EQ(whole, lists.names.size() > 0) << length;
+        EXPECT_TRUE(lists.parallel(lists.names.size())) << length;
+    }
+    mfFunctionData_c function;
+    EXPECT_TRUE(function.getDesignLibraryPath());
+    EXPECT_TRUE(function.setProfile());
+    EXPECT_THAT(Lists(function).names, ElementsAre(CString(L"A"), CString(L"B")));
+}
+
+#ifdef MFCURVES_TEST_OLDER
+
+// A table from (0, 0) over (2, 10) to (6, 10) and back to (8, -4), all rows of one
+// profile.
+mfFunctionSegments_c& threeRows(mfFunctionData_c& function, const wchar_t* profile)
+{
+    function.setFunctionType(mf::FunctionType_Segments);
+    function.setMotorDriveType(mf::MotorDriveType_Displacment);
+    auto& table = dynamic_cast<mfFunctionSegments_c&>(*function.getFunctionSegments());
+    table.addSegment(new mfSegment_c(0.0, 0.0, 0.0, profile));
+    table.addSegment(new mfSegment_c(0.0, 2.0, 10.0, profile));
+    table.addSegment(new mfSegment_c(2.0, 6.0, 10.0, profile));
+    table.addSegment(new mfSegment_c(6.0, 8.0, -4.0, profile));
+    for (int row = 1; row < table.getSegmentCount(); ++row) {
+        table.parseExpression(row);
+        table.calculateValue(row);  // derivatives are answered for rows that were sampled
+    }
+    return table;
+}
+
+TEST_F(Startup, InitializeFillsTheListsInOrder)
+{
+    writeLibrary("a", law("A"));
+    setFolders({"none", "a"});
+    EXPECT_TRUE(function_.initialize());
+    EXPECT_THAT(Lists(function_).names, ElementsAre(CString(L"A"), CString(L"Linear")));
+    EXPECT_TRUE(Lists(function_).parallel(2));
+}
+
+TEST_F(Startup, InitializeWithoutADesignLibraryKnowsLinear)
+{
+    EXPECT_TRUE(function_.initialize());
+    EXPECT_THAT(Lists(function_).names, ElementsAre(CString(L"Linear")));
+}
+
+TEST_F(Startup, CurveOfTheDefaultProfileEvaluates)
+{
+    EXPECT_TRUE(function_.initialize());
+    threeRows(function_, L"Linear");
+    const double points[][3] = {{0.5, 2.5, 5.0},  {1.75, 8.75, 5.0}, {3.0, 10.0, 0.0},
+                                {6.5, 6.5, -7.0}, {7.5, -0.5, -7.0}, {8.0, -4.0, -7.0}};
+    for (const auto& [x, value, slope] : points) {
+        EXPECT_NEAR(function_.evaluate(x, 0), value, 1e-12) << x;
+        EXPECT_NEAR(function_.evaluate(x, 1), slope, 1e-12) << x;
+        EXPECT_EQ(function_.evaluate(x, 2), 0.0) << x;
+        EXPECT_EQ(function_.evaluate(x, 3), 0.0) << x;
+    }
+}
+
+TEST_F(Startup, CurveOfALibraryProfileEvaluates)
+{
+    writeLibrary(
+        "a", "Profile(\"Rise\",x,x1,y1,x2,y2) u=(x-x1)/(x2-x1); val=y1+(y2-y1)*u^2; return val; endProfile");
+    setFolders({"a"});
+    EXPECT_TRUE(function_.initialize());
+    threeRows(function_, L"Rise");
+    EXPECT_NEAR(function_.evaluate(1.0, 0), 2.5, 1e-12);
+    EXPECT_NEAR(function_.evaluate(1.0, 1), 5.0, 1e-12);
+    EXPECT_NEAR(function_.evaluate(7.0, 0), 6.5, 1e-12);
+    EXPECT_NEAR(function_.evaluate(7.0, 2), -7.0, 1e-12);
+}
+
+// A negative number goes in with brackets of its own.
+TEST_F(Startup, TokensTakeNumbersInBrackets)
+{
+    EXPECT_TRUE(function_.initialize());
+    mfFunctionSegments_c& table = threeRows(function_, L"Linear");
+    mfSegment_c* row = nullptr;
+    table.selectSegment(3, row);
+    EXPECT_EQ(row->getProfileExpr(),
+              CString(L"(10.000000)+((((-4.000000)-(10.000000))/((8.000000)-(6.000000)))*(x-(6.000000)))"));
+}
+
+// The lists went to the segments once; profiles that are loaded later do not.
+TEST_F(Startup, ProfilesLoadedAfterInitializeDoNotReachTheSegments)
+{
+    EXPECT_TRUE(function_.initialize());
+    writeLibrary("a", "Profile(\"Rise\",x,x1,y1,x2,y2) val=y2; return val; endProfile");
+    setFolders({"a"});
+    EXPECT_TRUE(function_.getDesignLibraryPath());
+    EXPECT_TRUE(function_.setProfile());
+    threeRows(function_, L"Rise");
+    EXPECT_EQ(function_.evaluate(1.0, 0), 0.0);
+}
+
+#else
+
+TEST_F(Startup, InitializeLeavesTheListsEmpty)
+{
+    writeLibrary("a", law("A"));
+    setFolders({"a"});
+    EXPECT_TRUE(function_.initialize());
+    EXPECT_TRUE(Lists(function_).parallel(0));
+    EXPECT_FALSE(function_.setProfile());  // no folder was taken down either
+}
+
+#endif
 
 }  // namespace
