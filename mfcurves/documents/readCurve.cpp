@@ -80,22 +80,22 @@ public:
     {
         document_.initialize();
         if (!load(std::move(buffer)))
-            return failure();
+            return outcome(false);
         if (!isReadableVersion())
-            return {true, std::move(reason_)};
+            return outcome(true);
         CString functionType;
         if (!readHead(functionType)) {
             document_.shutdown();
-            return failure();
+            return outcome(false);
         }
         if (!readBody(functionType))
-            return failure();
+            return outcome(false);
         document_.shutdown();
-        return {true, {}};
+        return outcome(true);
     }
 
 private:
-    ReadOutcome failure() { return {false, std::move(reason_)}; }
+    ReadOutcome outcome(bool taken) { return {taken, std::move(reason_), objectType_}; }
 
     bool fail(std::string reason)
     {
@@ -138,23 +138,23 @@ private:
         function_.setName(name);
         if (!text("//Curve//FunctionType", functionType) || !text("//Curve//MotionObjectType", objectText))
             return false;
-        const auto objectType = static_cast<MotionObjectType_e>(
+        objectType_ = static_cast<MotionObjectType_e>(
             kMotionObjectTypes.numberOf(objectText).value_or(MotionObjectType_None));
         if (fromBuffer_)
-            function_.setMotionObjectType(objectType);
+            function_.setMotionObjectType(objectType_);
         if (!text("//Curve//XYDataType", dataText))
             return false;
         function_.setXYDataType(
             static_cast<MotFuncXYDataType_e>(kXYDataTypes.numberOf(dataText).value_or(MfXY_Misc)));
-        return fitsObject(objectType, objectText) && isKnownFunctionType(functionType);
+        return fitsObject(objectText) && isKnownFunctionType(functionType);
     }
 
-    bool fitsObject(MotionObjectType_e objectType, const CString& objectText)
+    bool fitsObject(const CString& objectText)
     {
-        if (function_.getMotionObjectType() == objectType)
+        if (function_.getMotionObjectType() == objectType_)
             return true;
         const CString wanted = kMotionObjectTypes.textOf(function_.getMotionObjectType(), L"");
-        if (objectType == MotionObjectType_None)
+        if (objectType_ == MotionObjectType_None)
             return fail("\"MotionObjectType\" is " + quoted(objectText) + ", which is none of " +
                         kMotionObjectTypes.list() + '.');
         return fail("\"MotionObjectType\" is " + quoted(objectText) + ", and this function is for " +
@@ -503,6 +503,7 @@ private:
     profiles::ReadingBudget budget_;  // of all definitions in the document
     mfCurveDocument_c document_;
     std::string reason_;
+    MotionObjectType_e objectType_ = MotionObjectType_None;
 };
 
 }  // namespace

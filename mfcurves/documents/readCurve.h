@@ -3,7 +3,7 @@
 #include <string>
 
 #include "mfcurves/interfaces/CString.h"
-#include "mfcurves/platform/mfExport.h"
+#include "mfcurves/motion/mfEnumerations.h"
 
 class mfFunctionData_c;
 
@@ -17,6 +17,8 @@ struct ReadOutcome {
     /// Why no curve was read, in one sentence of UTF-8; empty when one was. A
     /// document of another version is taken and gives no curve.
     std::string reason;
+    /// What the document says it is for; none while that is not known.
+    MotionObjectType_e objectType = MotionObjectType_None;
 };
 
 /// Reads a curve document into `function` as its readXMLData does, with the same
@@ -24,7 +26,6 @@ struct ReadOutcome {
 /// which element is missing, which has a text that is not known and which texts
 /// are, which motion result the host lacks, which version it is, or which object
 /// it is for.
-MFCURVES_API ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer,
-                                   std::string buffer);
+ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer);
 
 }  // namespace mf::documents

@@ -3,8 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "mfcurves/platform/mfExport.h"
-
 namespace mf::profiles {
 
 /// What is wrong at one place of a file of profile definitions.
@@ -23,6 +21,6 @@ struct DefinitionProblem {
 ///
 /// It changes nothing, the reader's state of quotes included, and starts outside
 /// quotes.
-MFCURVES_API std::vector<DefinitionProblem> definitionProblems(const std::string& fileText);
+std::vector<DefinitionProblem> definitionProblems(const std::string& fileText);
 
 }  // namespace mf::profiles

@@ -1,0 +1,12 @@
+#include "mfcurves/platform/terminal.h"
+
+#include <unistd.h>
+
+namespace mf::platform {
+
+bool isErrorOutputTerminal()
+{
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
+}  // namespace mf::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace mfcurve {
+
+/// What a subcommand does once the command line is read; answers the exit status.
+using Action = std::function<int()>;
+
+/// Each declares one subcommand and stores its action when that one is chosen.
+void declareEval(CLI::App& app, Action& action);
+void declareTable(CLI::App& app, Action& action);
+void declarePlot(CLI::App& app, Action& action);
+void declareProfiles(CLI::App& app, Action& action);
+void declareInfo(CLI::App& app, Action& action);
+void declareConvert(CLI::App& app, Action& action);
+
+}  // namespace mfcurve

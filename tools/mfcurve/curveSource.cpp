@@ -1,0 +1,237 @@
+#include "tools/mfcurve/curveSource.h"
+
+#include <filesystem>
+#include <utility>
+#include <variant>
+
+#include "mfcurves/documents/readCurve.h"
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "mfcurves/functions/mfFunctionExpression.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
+#include "mfcurves/interfaces/QelSession.h"
+#include "mfcurves/profiles/mfProfileKey.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+#include "tools/mfcurve/expressionProblem.h"
+#include "tools/mfcurve/failure.h"
+#include "tools/mfcurve/files.h"
+#include "tools/mfcurve/host.h"
+#include "tools/mfcurve/pointsFile.h"
+#include "tools/mfcurve/rowList.h"
+#include "tools/mfcurve/text.h"
+
+namespace mfcurve {
+
+namespace {
+
+struct Drive {
+    const char* name;
+    mf::MotionObjectType_e object;
+    mf::MotorDriveType_e motor;
+    mf::ForceTorqueType_e force;
+    mf::MotFuncXYDataType_e dataType;
+};
+
+constexpr Drive kDrives[] = {
+    {"displacement", mf::MotionObjectType_Motor, mf::MotorDriveType_Displacment, mf::ForceTorqueType_None,
+     mf::MfXY_Disp_LinMotor},
+    {"velocity", mf::MotionObjectType_Motor, mf::MotorDriveType_Velocity, mf::ForceTorqueType_None,
+     mf::MfXY_Vel_LinMotor},
+    {"acceleration", mf::MotionObjectType_Motor, mf::MotorDriveType_Acceleration, mf::ForceTorqueType_None,
+     mf::MfXY_Acc_LinMotor},
+    {"force", mf::MotionObjectType_Force, mf::MotorDriveType_None, mf::ForceTorqueType_Force, mf::MfXY_Force},
+    {"torque", mf::MotionObjectType_Torque, mf::MotorDriveType_None, mf::ForceTorqueType_Torque,
+     mf::MfXY_Torque},
+};
+
+const Drive& driveOf(const CurveOptions& options)
+{
+    for (const Drive& drive : kDrives) {
+        if (options.drive == drive.name)
+            return drive;
+    }
+    return kDrives[0];
+}
+
+// Clears nothing, so it comes after the content.
+void setDrive(Curve& curve, const CurveOptions& options)
+{
+    const Drive& drive = driveOf(options);
+    curve.function().setMotionObjectType(drive.object);
+    curve.function().setXYDataType(drive.dataType);
+    curve.base().motionObjectType = drive.object == mf::MotionObjectType_Motor ? 0 : 1;
+    curve.base().motorDependentVar = drive.motor;
+    curve.base().forceTorqueDependentVar = drive.force;
+    if (curve.kind() != mf::FunctionType_Expression)
+        curve.base().independentVar = options.variable == "angle" ? mf::IndependentVariableType_CycleAngle
+                                                                  : mf::IndependentVariableType_Time;
+}
+
+// What X stands for follows from the name in the text; a name of its own, such as
+// x, counts as the time.
+CString variableText(const CString& expression)
+{
+    MotionMEParser parser;
+    parser.parse(expression, nullptr, nullptr);
+    const MMEP_WString& parameter = parser.getParam(0);
+    if (parameter.isCycleAngle())
+        return parameter.text;
+    if (!parameter.isResultObject())
+        return {};
+    CString name = parameter.text;
+    name.TrimLeft(L'{');
+    name.TrimRight(L'}');
+    return name;
+}
+
+Curve expressionCurve(const CurveOptions& options)
+{
+    const CString text = toCString(options.expression);
+    if (const auto problem = expressionProblem(text))
+        throw Failure(kWrong, *problem);
+    Curve curve(mf::FunctionType_Expression);
+    mfFunctionExpression_c& expression = curve.expression();
+    expression.setMathExpression(text);
+    expression.setIndepVar(variableText(text));
+    if (!options.from.empty() && !options.to.empty()) {
+        const Range range = chosenRange(options, {0.0, 0.0});
+        expression.setDomain(range.from, range.to);
+    }
+    // Without a text to sample this leaves no plotting points, which is the state
+    // in which a single point is given all its derivatives.
+    expression.calculateValue();
+    curve.setTitle(options.expression);
+    return curve;
+}
+
+mfProfileKey_c profileKey(const Row& row)
+{
+    const mfProfileKey_c key = profileManager().getProfileKeyFromDisplayName(toCString(row.profile));
+    if (profileManager().findProfile(key) != nullptr)
+        return key;
+    std::vector<CString> names;
+    profileManager().getAllProfileNames(names);
+    std::string known;
+    for (const CString& name : names)
+        known += (known.empty() ? "" : ", ") + toUtf8(name);
+    throw Failure(kWrong, row.where + ": there is no profile \"" + row.profile + "\"; there are " + known);
+}
+
+void addSegment(mfFunctionSegments_c& table, double start, double end, double value, const CString& name,
+                const mfProfileKey_c& key)
+{
+    auto segment = std::make_unique<mfSegment_c>(start, end, value, name);
+    segment->setProfileKey(key);
+    table.addSegment(segment.get());
+    static_cast<void>(segment.release());  // the table owns it now
+}
+
+void addStart(mfFunctionSegments_c& table, const RowList& list)
+{
+    // A document whose first row has no key would lose its profile definitions.
+    addSegment(table, list.startX, list.startX, list.startValue, L"Initial", profileKey(list.rows.front()));
+    // The table puts its first row at 0.
+    rowOf(table, 0).setStartX(list.startX);
+    rowOf(table, 0).setEndX(list.startX);
+}
+
+// Writes the numbers of the last row into its law; fails when that is no formula.
+void checkLaw(mfFunctionSegments_c& table, const Row& row)
+{
+    const int last = table.getSegmentCount() - 1;
+    table.parseExpression(last);
+    if (const auto problem = expressionProblem(rowOf(table, last).getProfileExpr()))
+        throw Failure(kWrong, row.where + ": the law of " + row.profile + " is no formula; " + *problem);
+}
+
+Curve rowsCurve(const CurveOptions& options)
+{
+    const RowList list = readRows(options);
+    Curve curve(mf::FunctionType_Segments);
+    mfFunctionSegments_c& table = curve.segments();
+    addStart(table, list);
+    double start = list.startX;
+    for (const Row& row : list.rows) {
+        const mfProfileKey_c key = profileKey(row);
+        addSegment(table, start, row.end, row.value, toCString(row.profile), key);
+        checkLaw(table, row);
+        start = row.end;
+    }
+    for (int row = 0; row < table.getSegmentCount(); ++row)
+        table.checkInvalid(row);
+    curve.setTitle(options.rowsFile.empty() ? "Segments"
+                                            : std::filesystem::path(options.rowsFile).stem().string());
+    return curve;
+}
+
+mf::DataPointInterpolationType_e interpolationOf(const std::string& name)
+{
+    if (name == "akima")
+        return mf::DataPointInterpolationType_Akima;
+    return name == "cubic" ? mf::DataPointInterpolationType_Cubic : mf::DataPointInterpolationType_Linear;
+}
+
+std::vector<FilePoint> readPoints(const std::string& path)
+{
+    auto read = parsePoints(readInput(path));
+    if (const auto* problem = std::get_if<PointsProblem>(&read)) {
+        const std::string line = problem->line == 0 ? "" : ":" + std::to_string(problem->line);
+        throw Failure(kWrong, path + line + ": " + problem->message);
+    }
+    return std::get<std::vector<FilePoint>>(std::move(read));
+}
+
+Curve pointsCurve(const CurveOptions& options)
+{
+    Curve curve(mf::FunctionType_DataPoints);
+    mfFunctionDataPoints_c& table = curve.points();
+    for (const FilePoint& point : readPoints(options.pointsFile)) {
+        auto row = std::make_unique<mfDataPoints_c>(new mfPoint2D_c(point.x, point.y));
+        table.appendDataPoint(row.get());
+        static_cast<void>(row.release());  // the table owns it now
+    }
+    table.setInterpolationType(interpolationOf(options.interpolation));
+    table.RegenSplineData();
+    curve.setTitle(std::filesystem::path(options.pointsFile).stem().string());
+    return curve;
+}
+
+}  // namespace
+
+Curve describedCurve(const CurveOptions& options)
+{
+    Curve curve = !options.expression.empty() ? expressionCurve(options)
+                  : options.hasRows()         ? rowsCurve(options)
+                                              : pointsCurve(options);
+    setDrive(curve, options);
+    if (!options.name.empty())
+        curve.setTitle(options.name);
+    return curve;
+}
+
+int forEachCurve(const CurveOptions& options, const CurveCommand& command)
+{
+    checkOneSource(options);
+    if (options.files.empty()) {
+        Curve curve = describedCurve(options);
+        command(curve, "");
+        return kDone;
+    }
+    int status = kDone;
+    for (const std::string& file : options.files) {
+        try {
+            Curve curve = readDocument(file);
+            if (!options.name.empty())
+                curve.setTitle(options.name);
+            command(curve, options.files.size() > 1 ? file : "");
+        } catch (const Failure& failure) {
+            warn(failure.what());
+            status = failure.status();
+        }
+    }
+    return status;
+}
+
+}  // namespace mfcurve

@@ -1,0 +1,218 @@
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <memory>
+
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "mfcurves/functions/mfFunctionExpression.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+#include "tools/mfcurve/commands.h"
+#include "tools/mfcurve/curveOptions.h"
+#include "tools/mfcurve/curveSource.h"
+#include "tools/mfcurve/expressionProblem.h"
+#include "tools/mfcurve/failure.h"
+#include "tools/mfcurve/files.h"
+#include "tools/mfcurve/host.h"
+#include "tools/mfcurve/text.h"
+
+namespace mfcurve {
+
+namespace {
+
+constexpr std::size_t kLabelWidth = 15;
+constexpr std::size_t kColumnWidth = 14;
+
+std::string labelled(std::string label, const std::string& text)
+{
+    label.resize(kLabelWidth, ' ');
+    return label + text + "\n";
+}
+
+// A column is filled up to its width and one blank at least.
+std::string column(std::string text, std::size_t width = kColumnWidth)
+{
+    text.resize(std::max(text.size() + 1, width), ' ');
+    return text;
+}
+
+std::string numberColumn(double number)
+{
+    return column(shortNumberText(number));
+}
+
+std::string kindText(Curve& curve)
+{
+    static constexpr const char* kInterpolations[] = {"linear", "cubic", "akima"};
+    switch (curve.kind()) {
+        case mf::FunctionType_Segments:
+            return "segments, " + std::to_string(curve.segments().getSegmentCount()) + " rows with the start";
+        case mf::FunctionType_DataPoints: {
+            const std::size_t type = curve.points().getInterpolationType();
+            return "data points, " + std::to_string(curve.points().getTotalPoints()) + " points joined " +
+                   (type < std::size(kInterpolations) ? kInterpolations[type]
+                                                      : "by an unknown interpolation");
+        }
+        default:
+            return "expression";
+    }
+}
+
+std::string driveText(Curve& curve)
+{
+    const std::string unit = usualUnits(curve).value;
+    return quantityName(curve, 0) + (unit.empty() ? "" : ", usually in " + unit);
+}
+
+std::string variableText(Curve& curve)
+{
+    if (curve.base().independentVar == mf::IndependentVariableType_MotionResult)
+        return "motion result {" + variableName(curve) + "}";
+    return variableName(curve);
+}
+
+bool compiles(mfSegment_c& segment)
+{
+    // A row of no length needs no law.
+    return segment.getStartX() == segment.getEndX() || segment.getCalculator(0) != nullptr;
+}
+
+std::string rowProblem(mfFunctionSegments_c& table, int row)
+{
+    mfSegment_c& segment = rowOf(table, row);
+    if (segment.getProfile() == nullptr)
+        return "its profile is not known";
+    if (row == 0)
+        return "";
+    if (!compiles(segment))
+        return "its law does not compile";
+    if (!(segment.getStartX() <= segment.getEndX()))
+        return "it ends before it starts";
+    if (row > 1 && segment.getStartX() != rowOf(table, row - 1).getEndX())
+        return "it does not start where the row before it ends";
+    return "";
+}
+
+std::vector<std::string> problems(Curve& curve)
+{
+    std::vector<std::string> found;
+    if (!curve.base().IsValid())
+        found.emplace_back("it does not say what it drives over what");
+    if (curve.function().getMotionObjectType() == mf::MotionObjectType_None)
+        found.emplace_back("it is for neither a motor nor a force nor a torque");
+    if (curve.kind() == mf::FunctionType_Expression) {
+        if (const auto problem = expressionProblem(curve.expression().getMathExpression()))
+            found.push_back(*problem);
+    }
+    if (curve.kind() == mf::FunctionType_DataPoints && curve.points().isEmpty())
+        found.emplace_back("it has no points");
+    if (curve.kind() != mf::FunctionType_Segments)
+        return found;
+    mfFunctionSegments_c& table = curve.segments();
+    if (table.getSegmentCount() < 2)
+        found.emplace_back("it has no row behind the start");
+    for (int row = 0; row < table.getSegmentCount(); ++row) {
+        const std::string problem = rowProblem(table, row);
+        if (!problem.empty())
+            found.push_back("row " + std::to_string(row) + ": " + problem);
+    }
+    return found;
+}
+
+std::string rowLines(mfFunctionSegments_c& table)
+{
+    std::string text = "rows           " + column("row", 6) + column("from") + column("to") +
+                       column("value") + column("profile", 34) + "resolves\n";
+    for (int row = 0; row < table.getSegmentCount(); ++row) {
+        mfSegment_c& segment = rowOf(table, row);
+        const bool hasKey = segment.getProfileKey() != nullptr;
+        text += labelled("", column(std::to_string(row), 6) + numberColumn(segment.getStartX()) +
+                                 numberColumn(segment.getEndX()) + numberColumn(segment.getValue()) +
+                                 column(hasKey ? toUtf8(segment.getDisplayName()) : "none", 34) +
+                                 (segment.getProfile() != nullptr ? "yes" : "no"));
+    }
+    return text;
+}
+
+// The jump of each order where one row ends and the next starts, right less left.
+std::string seamLine(Curve& curve, int row)
+{
+    const double x = rowOf(curve.segments(), row).getStartX();
+    const Sample left = curve.atRow(row - 1, rowOf(curve.segments(), row - 1).getEndX());
+    const Sample right = curve.atRow(row, x);
+    std::string text = numberColumn(x);
+    for (int order = 0; order < kOrders; ++order)
+        text += numberColumn(right.y[order] - left.y[order] + 0.0);  // no negative zero
+    return labelled("", text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+std::string seamLines(Curve& curve)
+{
+    const int count = curve.segments().getSegmentCount();
+    if (count < 3)
+        return "";
+    std::string text =
+        "jumps at seams " + column("x") + column("value") + column("d1") + column("d2") + "d3\n";
+    for (int row = 2; row < count; ++row)
+        text += seamLine(curve, row);
+    return text;
+}
+
+bool lacksKey(mfFunctionSegments_c& table)
+{
+    for (int row = 0; row < table.getSegmentCount(); ++row) {
+        if (rowOf(table, row).getProfileKey() == nullptr)
+            return true;
+    }
+    return false;
+}
+
+std::string describe(Curve& curve)
+{
+    const Range domain = curve.domain();
+    std::string text = labelled("name", curve.title()) + labelled("kind", kindText(curve)) +
+                       labelled("drives", driveText(curve)) + labelled("variable", variableText(curve)) +
+                       labelled("domain", shortNumberText(domain.from) + " to " + shortNumberText(domain.to));
+    if (curve.kind() == mf::FunctionType_Expression)
+        text += labelled("expression", toUtf8(curve.expression().getMathExpression()));
+    const std::vector<std::string> found = problems(curve);
+    text += labelled("valid", found.empty() ? "yes" : "no");
+    for (const std::string& problem : found)
+        text += labelled("", problem);
+    if (curve.kind() == mf::FunctionType_Segments)
+        text += rowLines(curve.segments()) + seamLines(curve);
+    return text;
+}
+
+int runInfo(const CurveOptions& options)
+{
+    const Host host(options.library, options.results);
+    bool isFirst = true;
+    return forEachCurve(options, [&](Curve& curve, const std::string& section) {
+        if (!section.empty())
+            print((isFirst ? "" : "\n") + section + "\n");
+        isFirst = false;
+        print(describe(curve));
+        if (curve.kind() == mf::FunctionType_Segments && lacksKey(curve.segments()))
+            warn(
+                "a row has no profile of its own; a document written from this curve would lose its "
+                "definitions");
+    });
+}
+
+}  // namespace
+
+void declareInfo(CLI::App& app, Action& action)
+{
+    const auto options = std::make_shared<CurveOptions>();
+    CLI::App& command = *app.add_subcommand("info", "Tells what a document holds and whether it is sound");
+    command.add_option("FILE", options->files, "documents; '-' is standard input");
+    declareCurveOptions(command, *options);
+    command.footer(
+        "Prints name, kind, variables, domain, rows with their profiles and, at each seam, the jump of the\n"
+        "value and of each derivative. Examples:\n"
+        "  mfcurve info cam.xml\n"
+        "  mfcurve info *.xml");
+    command.callback([options, &action] { action = [options] { return runInfo(*options); }; });
+}
+
+}  // namespace mfcurve
