@@ -1,0 +1,71 @@
+// A mass on a spring whose other end follows a motion function: the loop of a
+// simulator that asks a curve for value and velocity at each step of an
+// integrator.
+//
+// The support moves by a smooth step; the mass, in kg, hangs on it by a spring,
+// in N/mm, and a damper, in N s/mm. Long after the step the mass has come to rest
+// where the support is.
+
+#include <cmath>
+#include <cstdio>
+
+#include "mfcurves/mfcurves.h"
+
+namespace {
+
+constexpr double kMass = 2.0;
+constexpr double kSpring = 200.0;
+constexpr double kDamper = 20.0;
+constexpr double kStroke = 25.0;
+constexpr double kTimeStep = 1e-3;
+constexpr int kSteps = 4000;
+
+struct State {
+    double position = 0.0;
+    double velocity = 0.0;
+};
+
+double acceleration(mfFunctionData_c& support, double time, const State& state)
+{
+    const double stretch = support.evaluate(time, 0) - state.position;
+    const double speed = support.evaluate(time, 1) - state.velocity;
+    return (kSpring * stretch + kDamper * speed) / kMass;
+}
+
+// One step of the midpoint rule.
+State advanced(mfFunctionData_c& support, double time, const State& state)
+{
+    const double half = kTimeStep / 2.0;
+    const State middle{state.position + half * state.velocity,
+                       state.velocity + half * acceleration(support, time, state)};
+    return {state.position + kTimeStep * middle.velocity,
+            state.velocity + kTimeStep * acceleration(support, time + half, middle)};
+}
+
+}  // namespace
+
+int main()
+{
+    mf::host::Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+
+    mfFunctionData_c support;
+    support.initialize();
+    support.setFunctionType(mf::FunctionType_Expression);
+    auto& expression = *static_cast<mfFunctionExpression_c*>(support.getFunctionExpression());
+    expression.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    expression.setParseExpression(L"step5(time, 0.5, 0, 1.5, 25)");  // what is sampled for drawing
+    expression.setMathExpression(L"step5(time, 0.5, 0, 1.5, 25)");   // what is asked point by point
+    expression.setDomain(0.0, kSteps * kTimeStep);
+    expression.calculateValue();
+
+    State state;
+    std::printf("time support mass\n");
+    for (int i = 0; i < kSteps; ++i) {
+        const double time = i * kTimeStep;
+        if (i % 500 == 0)
+            std::printf("%4.2f %8.4f %8.4f\n", time, support.evaluate(time, 0), state.position);
+        state = advanced(support, time, state);
+    }
+    return std::fabs(state.position - kStroke) < 1e-3 ? 0 : 1;
+}

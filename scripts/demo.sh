@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# scripts/demo.sh
+#
+# Installs what is missing, builds the tool in build/release, and does its main
+# job on a sample curve: tells what the document holds, prints value and three
+# derivatives, and draws the picture of the README into build/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/lib.sh
+
+install_packages "${build_packages[@]}"
+echo "== building build/release"
+quietly cmake --preset release
+quietly cmake --build build/release -j "$jobs" --target mfcurve
+
+sample=share/mfcurves/curves/rise-dwell-return-cam.xml
+picture=build/rise-dwell-return.svg
+
+# Shows a command and runs it.
+show() {
+    echo
+    echo "\$ mfcurve $*"
+    build/release/tools/mfcurve/mfcurve "$@"
+}
+
+show info "$sample"
+show eval "$sample" 0 30 60 90 120 150 210 255 300 360
+show plot "$sample" -o "$picture"
+show eval --expression "10*sin(2*pi*x)" 0.125
+echo
+echo "The picture is $picture; build/release/tools/mfcurve/mfcurve --help shows more."
