@@ -1,6 +1,6 @@
+#include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>

@@ -1,10 +1,13 @@
 #include "tools/mfcurve/pointsFile.h"
 
-#include <clocale>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <variant>
+#include <vector>
+
+#include "tests/locale/comma_locale.h"
 
 namespace {
 
@@ -143,11 +146,13 @@ TEST(PointsFile, NumbersAreReadToTheLastBit)
 
 TEST(PointsFile, ACommaLocaleChangesNothing)
 {
-    const char* locale = std::setlocale(LC_ALL, "de_DE.UTF-8");
-    EXPECT_EQ(show("0.5,1.5\n"), "1:0.5,1.5");
-    std::setlocale(LC_ALL, "C");
-    if (locale == nullptr)
-        GTEST_SKIP() << "there is no locale with a decimal comma here";
+    const locale_test::CommaLocale comma;
+    ASSERT_TRUE(comma.holds());
+    const auto result = parsePoints("0.5,1.5\n1e-400,0.25\n");
+    const auto& points = std::get<std::vector<FilePoint>>(result);
+    ASSERT_EQ(points.size(), 2u);
+    EXPECT_EQ(points[1].x, 0.5);
+    EXPECT_EQ(points[1].y, 1.5);
 }
 
 TEST(PointsFile, AHundredThousandLinesAreRead)

@@ -1,0 +1,266 @@
+#include <atomic>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <new>
+#include <random>
+#include <vector>
+
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+#include "mfcurves/host/Context.h"
+#include "mfcurves/interfaces/ISimSplineData.h"
+#include "mfcurves/interfaces/QelSession.h"
+#include "tests/functions/dataPointTables.h"
+
+// All memory of this program passes here: blocks are counted, and a test can have
+// one of the next allocations fail.
+namespace {
+std::atomic<long> blocksOut = 0;
+std::atomic<long> allocationsUntilFailure = -1;  // negative: none fails
+
+void* allocate(std::size_t size)
+{
+    if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
+        throw std::bad_alloc();
+    void* const block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    ++blocksOut;
+    return block;
+}
+
+void release(void* block)
+{
+    if (block != nullptr)
+        --blocksOut;
+    std::free(block);
+}
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+    return allocate(size);
+}
+void* operator new[](std::size_t size)
+{
+    return allocate(size);
+}
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
+        throw std::bad_alloc();
+    const auto bytes = static_cast<std::size_t>(alignment);
+    void* const block = std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    ++blocksOut;
+    return block;
+}
+void operator delete(void* block) noexcept
+{
+    release(block);
+}
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    release(block);
+}
+void operator delete(void* block, std::align_val_t /*alignment*/) noexcept
+{
+    release(block);
+}
+void operator delete(void* block, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block, std::size_t /*size*/) noexcept
+{
+    release(block);
+}
+
+namespace {
+
+constexpr int kEdits = 1'000'000;
+constexpr int kMostRows = 12;
+
+// The rows ascend without touching, and the spline has their points and no others.
+testing::AssertionResult isSound(mfFunctionDataPoints_c& function)
+{
+    std::map<double, double> points;
+    const mfDataPoints_c* before = nullptr;
+    for (int i = 0; i < function.getDataPointsCount(); ++i) {
+        mfDataPoints_c* row = nullptr;
+        if (!function.selectDataPoint(i, row) || row->getPointCount() != 1)
+            return testing::AssertionFailure() << "row " << i << " has not one point";
+        if (before != nullptr && !(before->getEndX() < row->getStartX()))
+            return testing::AssertionFailure() << "row " << i << " does not lie above the row before it";
+        points[row->getX(0)] = row->getY(0);
+        before = row;
+    }
+    if (function.getSplineData()->getPointMap() != points)
+        return testing::AssertionFailure() << "the spline has other points than the table";
+    return testing::AssertionSuccess();
+}
+
+class Editor {
+public:
+    void edit(mfFunctionDataPoints_c& function)
+    {
+        const int count = function.getDataPointsCount();
+        const int row = number(-1, count);
+        switch (count > kMostRows ? 0 : number(0, 9)) {
+            case 0:
+                function.deleteDataPoint(row);
+                break;
+            case 1:
+                function.deleteDataPoints({index(count), index(count), index(count)});
+                break;
+            case 2:
+                function.modifyDataPoint(row, 1, 0.0, place());
+                break;
+            case 3:
+            case 4:
+            case 5:
+                function.modifyDataPoint(row, 0, place(), 0.0);
+                break;
+            default:
+                insert(function, number(-1, count + 1));
+        }
+    }
+
+private:
+    // Few places, so that rows clash often.
+    double place() { return number(-8, 8) * 0.25; }
+    int number(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
+    std::size_t index(int count) { return static_cast<std::size_t>(number(0, count + 2)); }
+    void insert(mfFunctionDataPoints_c& function, int row)
+    {
+        auto list = std::make_unique<mfDataPoints_c>();
+        list->addPoint(place(), place());
+        if (function.insertDataPoint(row, list.get()))
+            static_cast<void>(list.release());  // a row of one point always finds a place
+    }
+
+    std::mt19937 random_{2024};
+};
+
+TEST(RandomEdits, AMillionKeepTheTableSoundAndLeakNothing)
+{
+    mf::host::Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    const long blocksBefore = blocksOut;
+    {
+        mfFunctionDataPoints_c function;
+        Editor editor;
+        int longest = 0;
+        for (int i = 0; i < kEdits; ++i) {
+            editor.edit(function);
+            ASSERT_TRUE(isSound(function)) << "after edit " << i;
+            longest = std::max(longest, function.getDataPointsCount());
+        }
+        EXPECT_EQ(longest, kMostRows + 1);  // or the edits did not reach far
+    }
+    EXPECT_EQ(blocksOut, blocksBefore);
+}
+
+// Fails each allocation of `act` in turn on a function of three rows. Whatever
+// happens, the function can still be edited and destroyed, and no block is lost.
+template <typename Act>
+void failEachAllocationOf(const Act& act)
+{
+    mf::host::Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    int failures = 0;
+    for (bool isDone = false; !isDone; ++failures) {
+        ASSERT_LT(failures, 1000);
+        const long blocksBefore = blocksOut;
+        {
+            auto function = std::make_unique<mfFunctionDataPoints_c>();
+            mf::test::fill(*function, "1 2,3 4");
+            allocationsUntilFailure = failures;
+            try {
+                act(*function);
+                isDone = true;
+            } catch (const std::bad_alloc&) {
+                allocationsUntilFailure = -1;
+                function->deleteDataPoint(0);
+                auto list = std::make_unique<mfDataPoints_c>();
+                list->addPoint(100.0, 1.0);
+                ASSERT_TRUE(function->insertDataPoint(function->getDataPointsCount(), list.release()));
+                EXPECT_EQ(function->evaluate(100.0, 0), 1.0);
+            }
+            allocationsUntilFailure = -1;
+        }
+        EXPECT_EQ(blocksOut, blocksBefore) << "after failure " << failures;
+    }
+    EXPECT_GT(failures, 1) << "nothing was allocated";
+}
+
+TEST(OutOfMemory, Insertion)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) {
+        auto list = std::make_unique<mfDataPoints_c>();
+        list->addPoint(1.5, 9.0);
+        ASSERT_TRUE(function.insertDataPoint(1, list.get()));
+        static_cast<void>(list.release());  // only where nothing was thrown
+    });
+}
+
+TEST(OutOfMemory, ModificationOfAnX)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.modifyDataPoint(0, 0, 9.0, 0.0); });
+}
+
+TEST(OutOfMemory, RefusedModification)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.modifyDataPoint(0, 0, 2.5, 0.0); });
+}
+
+TEST(OutOfMemory, ModificationOfAY)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.modifyDataPoint(0, 1, 0.0, 5.0); });
+}
+
+TEST(OutOfMemory, Deletion)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.deleteDataPoint(1); });
+}
+
+TEST(OutOfMemory, DeletionOfRows)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.deleteDataPoints({0, 2}); });
+}
+
+TEST(OutOfMemory, Copy)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) {
+        mfFunctionDataPoints_c copy;
+        copy.Copy(&function);
+    });
+}
+
+TEST(OutOfMemory, Expansion)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) { function.expandDataPoints(1); });
+}
+
+TEST(OutOfMemory, PlotAndOlderData)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& function) {
+        function.calculateValue();
+        function.updateForLegacyData(true);
+        function.updateForLegacyData(false);
+    });
+}
+
+TEST(OutOfMemory, Construction)
+{
+    failEachAllocationOf([](mfFunctionDataPoints_c& /*function*/) { const mfFunctionDataPoints_c other; });
+}
+
+}  // namespace
