@@ -1,4 +1,5 @@
-#include <atomic>
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
@@ -14,73 +15,84 @@
 #include "mfcurves/interfaces/QelSession.h"
 #include "tests/functions/dataPointTables.h"
 
-// All memory of this program passes here: blocks are counted, and a test can have
-// one of the next allocations fail.
+// All memory of this program passes here: blocks and bytes are counted, and a test
+// can have one of the next allocations fail. In front of each block stands its size.
 namespace {
-std::atomic<long> blocksOut = 0;
-std::atomic<long> allocationsUntilFailure = -1;  // negative: none fails
+
+constexpr std::size_t kPrefix = 64;  // leaves blocks aligned for all that is allocated here
+
+long blocksOut = 0;
+long bytesOut = 0;
+long allocationsUntilFailure = -1;  // negative: none fails
+
+// What a common allocator takes for a block: eight bytes of its own, in steps of 16.
+long bytesOf(std::size_t size)
+{
+    return static_cast<long>(std::max<std::size_t>((size + 8 + 15) / 16 * 16, 32));
+}
 
 void* allocate(std::size_t size)
 {
     if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
         throw std::bad_alloc();
-    void* const block = std::malloc(size == 0 ? 1 : size);
+    void* const block = std::aligned_alloc(kPrefix, (size + 2 * kPrefix - 1) / kPrefix * kPrefix);
     if (block == nullptr)
         throw std::bad_alloc();
+    ::new (block) std::size_t(size);
     ++blocksOut;
-    return block;
+    bytesOut += bytesOf(size);
+    return static_cast<char*>(block) + kPrefix;
 }
 
-void release(void* block)
+void release(void* memory)
 {
-    if (block != nullptr)
-        --blocksOut;
+    if (memory == nullptr)
+        return;
+    void* const block = static_cast<char*>(memory) - kPrefix;
+    --blocksOut;
+    bytesOut -= bytesOf(*static_cast<std::size_t*>(block));
     std::free(block);
 }
+
 }  // namespace
 
 void* operator new(std::size_t size)
 {
     return allocate(size);
 }
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    if (static_cast<std::size_t>(alignment) > kPrefix)
+        throw std::bad_alloc();
+    return allocate(size);
+}
 void* operator new[](std::size_t size)
 {
     return allocate(size);
 }
-void* operator new(std::size_t size, std::align_val_t alignment)
+void operator delete(void* memory) noexcept
 {
-    if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
-        throw std::bad_alloc();
-    const auto bytes = static_cast<std::size_t>(alignment);
-    void* const block = std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    ++blocksOut;
-    return block;
+    release(memory);
 }
-void operator delete(void* block) noexcept
+void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
-    release(block);
+    release(memory);
 }
-void operator delete(void* block, std::size_t /*size*/) noexcept
+void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
 {
-    release(block);
+    release(memory);
 }
-void operator delete(void* block, std::align_val_t /*alignment*/) noexcept
+void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
 {
-    release(block);
+    release(memory);
 }
-void operator delete(void* block, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
+void operator delete[](void* memory) noexcept
 {
-    release(block);
+    release(memory);
 }
-void operator delete[](void* block) noexcept
+void operator delete[](void* memory, std::size_t /*size*/) noexcept
 {
-    release(block);
-}
-void operator delete[](void* block, std::size_t /*size*/) noexcept
-{
-    release(block);
+    release(memory);
 }
 
 namespace {
@@ -166,6 +178,24 @@ TEST(RandomEdits, AMillionKeepTheTableSoundAndLeakNothing)
         EXPECT_EQ(longest, kMostRows + 1);  // or the edits did not reach far
     }
     EXPECT_EQ(blocksOut, blocksBefore);
+}
+
+TEST(MillionRows, TakeLessThanHalfAGigabyteWithTheirSpline)
+{
+    mf::host::Context host;
+    QelSession_c::setMotionFunctionContext(&host);
+    const long bytesBefore = bytesOut;
+    mfFunctionDataPoints_c function;
+    function.setInterpolationType(mf::DataPointInterpolationType_Akima);
+    for (int i = 0; i < 1'000'000; ++i) {
+        auto row = std::make_unique<mfDataPoints_c>();
+        row->addPoint(i, i % 7);
+        ASSERT_TRUE(function.appendDataPoint(row.release()));
+    }
+    function.RegenSplineData();
+    EXPECT_EQ(function.evaluate(700'003.0, 0), 3.0);
+    RecordProperty("bytes", std::to_string(bytesOut - bytesBefore));
+    EXPECT_LT(bytesOut - bytesBefore, 500'000'000);
 }
 
 // Fails each allocation of `act` in turn on a function of three rows. Whatever
