@@ -573,19 +573,26 @@ TEST_F(DataPointTable, CopyOfNothingIsRefusedAndOfItselfDoesNothing)
     EXPECT_THAT(spline().calls, IsEmpty());
 }
 
-TEST_F(DataPointTable, ShallowCopiesShareAllPointers)
+TEST_F(DataPointTable, CopyConstructionAndAssignmentShareAllPointers)
 {
     start("1:9 2");
     table.calculateValue();
-    // Only one of the two may be destroyed, so the copy is never.
-    alignas(mfFunctionDataPoints_c) unsigned char storage[sizeof(mfFunctionDataPoints_c)];
-    auto* copy = new (storage) mfFunctionDataPoints_c(table);
+    host.servicesAnswer = nullptr;
+    const mfFunctionDataPoints_c bare;
+    host.servicesAnswer = &host.services;
+
+    mfFunctionDataPoints_c copy(table);
     mfDataPoints_c* row = nullptr;
-    ASSERT_TRUE(copy->selectDataPoint(1, row));
+    ASSERT_TRUE(copy.selectDataPoint(1, row));
     EXPECT_EQ(row, &rowAt(1));
-    EXPECT_EQ(copy->getSplineData(), table.getSplineData());
-    EXPECT_EQ(copy->getPlottingData3(), table.getPlottingData3());
-    EXPECT_THAT(updateRowsOf(*copy), ElementsAre(1));
+    EXPECT_EQ(copy.getSplineData(), table.getSplineData());
+    EXPECT_EQ(copy.getPlottingData3(), table.getPlottingData3());
+    EXPECT_THAT(updateRowsOf(copy), ElementsAre(1));
+
+    copy = bare;  // frees nothing of what it shared, and only so may be destroyed
+    EXPECT_TRUE(copy.isEmpty());
+    EXPECT_EQ(copy.getSplineData(), nullptr);
+    EXPECT_EQ(show(table), "1:9 2");
 }
 
 }  // namespace
