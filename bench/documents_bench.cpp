@@ -7,18 +7,21 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <string>
+#include <utility>
 
 #include "mfcurves/host/Context.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "mfcurves/platform/numbers.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
 
 namespace bench {
 namespace {
 
 using mf::platform::formatNumber;
 
-constexpr int kRows[] = {10, 1000, 100000};
+enum class Kind { Points, Segments };
 
 std::string element(const char* name, const std::string& content)
 {
@@ -76,53 +79,106 @@ std::string segmentsDocument(int rows)
                                       element("ProfileDefinitions", definition));
 }
 
-void parseAlone(benchmark::State& state, const std::string& xml)
+std::string documentOf(Kind kind, int rows)
 {
-    for ([[maybe_unused]] auto step : state) {
-        xmlDoc* document = xmlReadMemory(xml.data(), static_cast<int>(xml.size()), nullptr, nullptr, 0);
-        if (!document)
-            state.SkipWithError("not parsed");
-        xmlFreeDoc(document);
-    }
+    return kind == Kind::Points ? pointsDocument(rows) : segmentsDocument(rows);
 }
 
-void read(benchmark::State& state, const std::string& xml)
+void parseOnce(benchmark::State& state, const std::string& xml)
 {
-    mf::host::Context host;
-    QelSession_c::setMotionFunctionContext(&host);
-    mfFunctionData_c function;
-    function.initialize();
+    xmlDoc* document = xmlReadMemory(xml.data(), static_cast<int>(xml.size()), nullptr, nullptr, 0);
+    if (!document)
+        state.SkipWithError("not parsed");
+    xmlFreeDoc(document);
+}
+
+void parseAlone(benchmark::State& state, Kind kind, int rows)
+{
+    const std::string xml = documentOf(kind, rows);
     for ([[maybe_unused]] auto step : state)
-        if (!function.readXMLData(L"", true, xml))
+        parseOnce(state, xml);
+}
+
+// A host and a function that the document was read into.
+class Curve {
+public:
+    Curve(benchmark::State& state, const std::string& xml)
+    {
+        QelSession_c::setMotionFunctionContext(&host_);
+        function_.initialize();
+        if (!function_.readXMLData(L"", true, xml))
             state.SkipWithError("not read");
+    }
+    mfFunctionData_c& function() { return function_; }
+    mfFunctionSegments_c& segments()
+    {
+        return static_cast<mfFunctionSegments_c&>(*function_.getFunctionSegments());
+    }
+
+private:
+    mf::host::Context host_;
+    mfFunctionData_c function_;
+};
+
+void read(benchmark::State& state, Kind kind, int rows)
+{
+    const std::string xml = documentOf(kind, rows);
+    Curve curve(state, xml);
+    for ([[maybe_unused]] auto step : state)
+        curve.function().readXMLData(L"", true, xml);
 }
 
-void write(benchmark::State& state, const std::string& xml)
+void write(benchmark::State& state, Kind kind, int rows)
 {
-    mf::host::Context host;
-    QelSession_c::setMotionFunctionContext(&host);
-    mfFunctionData_c function;
-    function.initialize();
-    if (!function.readXMLData(L"", true, xml))
-        state.SkipWithError("not read");
+    Curve curve(state, documentOf(kind, rows));
     for ([[maybe_unused]] auto step : state)
-        function.createXMLData(L"name", false, L"");
+        curve.function().createXMLData(L"name", false, L"");
+}
+
+// What no reader of segments gets around: the XML, and building, compiling and
+// sampling the same rows.
+void parseAndBuild(benchmark::State& state, int rows)
+{
+    const std::string xml = documentOf(Kind::Segments, rows);
+    Curve source(state, xml);
+    mfFunctionSegments_c built;
+    built.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    for ([[maybe_unused]] auto step : state) {
+        parseOnce(state, xml);
+        built.ClearFunction();
+        built.setMotorDependentVar(mf::MotorDriveType_Displacment);
+        for (int row = 0; row < rows; ++row) {
+            mfSegment_c* from = nullptr;
+            source.segments().selectSegment(row, from);
+            auto* segment = new mfSegment_c(from->getStartX(), from->getEndX(), from->getValue(), L"");
+            segment->setProfileKey(*from->getProfileKey());
+            built.addSegment(segment);
+            built.checkInvalid(row);
+            if (row == 0)
+                continue;
+            built.parseExpression(row);
+            built.calculateValue(row);
+        }
+    }
 }
 
 // Lists the benchmarks of both kinds before main runs them.
 const bool kRegistered = [] {
-    for (const int rows : kRows) {
-        for (const auto& [kind, xml] :
-             {std::pair("points", pointsDocument(rows)), {"segments", segmentsDocument(rows)}}) {
-            const std::string name = std::string(kind) + "/" + std::to_string(rows) + "/";
-            benchmark::RegisterBenchmark((name + "parse").c_str(),
-                                         [text = xml](auto& state) { parseAlone(state, text); });
-            benchmark::RegisterBenchmark((name + "read").c_str(),
-                                         [text = xml](auto& state) { read(state, text); });
-            benchmark::RegisterBenchmark((name + "write").c_str(),
-                                         [text = xml](auto& state) { write(state, text); });
+    for (const auto& [name, kind] : {std::pair("points/", Kind::Points), {"segments/", Kind::Segments}}) {
+        for (const int rows : {10, 1000, 100000}) {
+            const auto add = [&, kind = kind](const char* work, auto* function) {
+                benchmark::RegisterBenchmark((name + std::to_string(rows) + work).c_str(), function, kind,
+                                             rows);
+            };
+            add("/parse", parseAlone);
+            add("/read", read);
+            add("/write", write);
         }
     }
+    for (const int rows : {10, 1000, 10000})
+        benchmark::RegisterBenchmark(("segments/" + std::to_string(rows) + "/parse_and_build").c_str(),
+                                     parseAndBuild, rows);
+    benchmark::RegisterBenchmark("segments/10000/read", read, Kind::Segments, 10000);
     return true;
 }();
 
