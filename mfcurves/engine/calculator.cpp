@@ -21,7 +21,7 @@ Family::Family(std::shared_ptr<CompiledText> text)
     addOrder(0);
 }
 
-bool Family::addOrder(std::size_t order)
+bool Family::addOrder(std::uint32_t order)
 {
     while (sections_.size() <= order) {
         const Section* section = text_->section(sections_.size());
@@ -35,29 +35,46 @@ bool Family::addOrder(std::size_t order)
     return true;
 }
 
-void Family::iMoveTo(double x, std::size_t order)
+// The first time, and where other orders are asked for than at the x before.
+double Family::iComputedAnew(double x, std::uint32_t order)
 {
-    if (parameterCount_ != 0)
-        registers_[0] = x;
-    xBits_ = std::bit_cast<std::uint64_t>(x);
-    const std::size_t highest = std::max(order, asked_);
-    asked_ = order;
-    run(sections_[highest]->whole, registers_.data());
-    done_ = highest + 1;
+    if (std::bit_cast<std::uint64_t>(x) == xBits_)
+        return iContinued(order);
+    iPlan(std::max(order + 1, asked_));
+    asked_ = planned_;
+    return computed(x, order);
 }
 
-void Family::iContinueTo(std::size_t order)
+double Family::iContinued(std::uint32_t order)
 {
-    for (; done_ <= order; ++done_)
-        run(sections_[done_]->code, registers_.data());
+    while (planned_ <= order) {
+        for (const Instruction& step : sections_[planned_]->code)
+            step.run(step, registers_.data());
+        iPlan(planned_ + 1);
+    }
+    asked_ = std::max(asked_, order + 1);
+    return registers_[sections_[order]->result];
 }
 
-const double* Family::computed(const MMEP_Data* numbers)
+void Family::iPlan(std::uint32_t orders)
+{
+    planned_ = orders;
+    planFirst_ = &sections_[orders - 1]->whole.front();
+    planLast_ = &sections_[orders - 1]->whole.back();
+}
+
+double Family::computed(std::uint32_t order)
+{
+    return iContinued(order);
+}
+
+double Family::computed(const MMEP_Data* numbers)
 {
     for (std::size_t i = 0; i < parameterCount_; ++i)
         registers_[i] = *numbers[i].getValue();
-    run(sections_[0]->code, registers_.data());
-    return registers_.data();
+    for (const Instruction& step : sections_[0]->code)
+        step.run(step, registers_.data());
+    return registers_[sections_[0]->result];
 }
 
 bool Family::takesBlocks() const
@@ -65,27 +82,26 @@ bool Family::takesBlocks() const
     return parameterCount_ == 1 && sections_.back()->registers <= kMostBlockRegisters;
 }
 
-void Family::iMoveBlockTo(const double* x, std::size_t count, std::size_t order)
+void Family::iMoveBlockTo(const double* x, std::size_t count, std::uint32_t orders)
 {
     std::copy_n(x, count, block_.begin());
     blockPoints_ = count;
-    const std::size_t highest = std::max(order, blockAsked_);
-    blockAsked_ = order;
-    runBlock(sections_[highest]->whole, block_.data(), count);
-    blockDone_ = highest + 1;
+    blockDone_ = std::max(orders, blockAsked_);
+    blockAsked_ = orders;
+    runBlock(sections_[blockDone_ - 1]->whole, block_.data(), count);
 }
 
-void Family::computeBlock(const double* x, double* y, std::size_t count, std::size_t order)
+void Family::computeBlock(const double* x, double* y, std::size_t count, std::uint32_t order)
 {
-    for (; blockSections_ < sections_.size(); ++blockSections_) {
-        const Section& section = *sections_[blockSections_];
+    for (; blockFilled_ < sections_.size(); ++blockFilled_) {
+        const Section& section = *sections_[blockFilled_];
         block_.resize(section.registers * kBlock);
         for (const auto& [target, number] : section.constants)
             std::fill_n(&block_[target * kBlock], kBlock, number);
     }
     if (count != blockPoints_ || std::memcmp(block_.data(), x, count * sizeof(double)) != 0)
-        iMoveBlockTo(x, count, order);
-    blockAsked_ = std::max(blockAsked_, order);
+        iMoveBlockTo(x, count, order + 1);
+    blockAsked_ = std::max(blockAsked_, order + 1);
     for (; blockDone_ <= order; ++blockDone_)
         runBlock(sections_[blockDone_]->code, block_.data(), count);
     std::copy_n(&block_[sections_[order]->result * kBlock], count, y);
@@ -104,22 +120,42 @@ ICalculator* Calculator::differentiate(int)
     return new Calculator(family_, order_ + 1);
 }
 
-bool Calculator::Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result)
+namespace {
+
+bool answer(double value, MMEP_Data& result)
 {
-    const double* registers = nullptr;
-    if (parameters_ == 0)
-        registers = family_.computed(0.0, order_);
-    else if (arguments == nullptr || count < 0 || static_cast<std::size_t>(count) != parameters_)
-        return false;
-    else if (parameters_ == 1)
-        registers = family_.computed(*arguments->getValue(), order_);
-    else
-        registers = family_.computed(arguments);
-    const double value = registers[result_];
     if (!std::isfinite(value))
         return false;
     *result.getValue() = value;
     return true;
+}
+
+}  // namespace
+
+bool Calculator::iEvaluateAt(double x, MMEP_Data& result)
+{
+    return answer(family_.computed(x, order_), result);
+}
+
+bool Calculator::iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data& result)
+{
+    if (parameters_ == 0)
+        return answer(family_.computed(order_), result);
+    if (parameters_ > 1 && parameters_ == count && arguments != nullptr)
+        return answer(family_.computed(arguments), result);
+    return false;
+}
+
+// An integrator calls this at every step: the usual cases go first, and what takes
+// longer is done by functions of its own, so that little is set up here.
+bool Calculator::Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result)
+{
+    if (parameters_ != 1 || count != 1 || arguments == nullptr) [[unlikely]]
+        return iEvaluateOther(count, arguments, result);
+    const double x = *arguments->getValue();
+    if (family_.holds(x, order_))
+        return answer(family_[result_], result);
+    return iEvaluateAt(x, result);
 }
 
 bool Calculator::Release()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
+#include <span>
 
 #include "mfcurves/engine/program.h"
 
@@ -11,12 +11,12 @@ namespace mf::engine {
 /// of a curve, fit in.
 constexpr std::size_t kBlock = 128;
 
-/// Runs steps on one point: register r is registers[r].
-void run(const std::vector<Instruction>& code, double* registers);
+/// The function that runs a step on one point: register r is registers[r].
+Instruction::Run runFor(const Instruction& step);
 
 /// Runs steps on `count` points, at most kBlock: register r of point i is
 /// registers[r * kBlock + i]. The results have the bits that `run` gives. What
 /// stands behind the last point of a register may be overwritten.
-void runBlock(const std::vector<Instruction>& code, double* registers, std::size_t count);
+void runBlock(std::span<const Instruction> code, double* registers, std::size_t count);
 
 }  // namespace mf::engine

@@ -1,31 +1,66 @@
 #include "mfcurves/engine/program.h"
 
 #include <algorithm>
+#include <bit>
 
+#include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/functionTable.h"
+#include "mfcurves/engine/values.h"
 
 namespace mf::engine {
 namespace {
 
 constexpr std::uint32_t kNone = 0xffffffff;
 
-// The constants of a stage and which of its parts there are.
-struct Stage {
-    std::uint8_t parts = 0;
-    double c[kStageConstants] = {};
+// The constants of a stage, neutral until they are put.
+struct StageConstants {
+    static constexpr double kNeutral[kStageConstants] = {kNothing, 1.0, 1.0, kNothing};
 
-    void put(StagePart part, std::size_t place, double number)
+    double c[kStageConstants] = {kNothing, 1.0, 1.0, kNothing};
+    bool isNone = true;
+
+    void addFirst(double number) { put(0, number); }
+    void divide(double number) { put(1, number); }
+    void multiply(double number) { put(2, number); }
+    void addLast(double number) { put(3, number); }
+
+    // The shortest form of a stage that comes after an operation.
+    Stage outputForm() const
     {
-        parts |= part;
+        if (isNone)
+            return Stage::None;
+        if (has(1))
+            return Stage::General;
+        return has(0) ? Stage::Shift : Stage::Scale;
+    }
+
+    // The shortest form of a stage that comes before one.
+    Stage inputForm() const
+    {
+        if (isNone)
+            return Stage::None;
+        if (!has(1))
+            return Stage::Shift;
+        return has(2) || has(3) ? Stage::General : Stage::Divide;
+    }
+
+private:
+    bool has(std::size_t place) const
+    {
+        return std::bit_cast<std::uint64_t>(c[place]) != std::bit_cast<std::uint64_t>(kNeutral[place]);
+    }
+    void put(std::size_t place, double number)
+    {
         c[place] = number;
+        isNone = false;
     }
 };
 
 // A step that is not yet written down: its place in the program is open.
 struct Draft {
     Instruction step;
-    Stage input;
-    Stage output;
+    StageConstants input;
+    StageConstants output;
     NodeId node = 0;  // whose operation it is
 };
 
@@ -52,7 +87,7 @@ void mergeSinesAndCosines(std::vector<Instruction>& code, std::uint32_t register
         Instruction& step = code[i];
         if (!isSine(step) && !isCosine(step))
             continue;
-        std::uint32_t& first = firstOn[step.input != 0 ? step.moved : step.a];
+        std::uint32_t& first = firstOn[step.input != Stage::None ? step.moved : step.a];
         if (first == kNone) {
             first = i;
             continue;
@@ -63,12 +98,32 @@ void mergeSinesAndCosines(std::vector<Instruction>& code, std::uint32_t register
         both.code = isSine(both) ? Code::SinCos : Code::CosSin;
         both.b = step.value;
         step.code = Code::Move;
-        step.input = 0;
+        step.input = Stage::None;
         step.a = step.value;
     }
     std::erase_if(code, [](const Instruction& step) {
-        return step.code == Code::Move && step.input == 0 && step.output == 0;
+        return step.code == Code::Move && step.input == Stage::None && step.output == Stage::None;
     });
+}
+
+// Adds a step, if need be, so that the last one answers the register `result`.
+void endWith(std::uint32_t result, std::vector<Instruction>& code)
+{
+    if (!code.empty()) {
+        const Instruction& last = code.back();
+        if ((last.output != Stage::None ? last.target : last.value) == result)
+            return;
+    }
+    Instruction step;
+    step.a = result;
+    step.value = result;
+    code.push_back(step);
+}
+
+void chooseRuns(std::vector<Instruction>& code)
+{
+    for (Instruction& step : code)
+        step.run = runFor(step);
 }
 
 // Makes one section. The walk goes down the ids, so that all users of a node have
@@ -124,48 +179,51 @@ private:
 
     // Takes the constants around a node off: what is left is answered. A part that
     // has a register already is left whole.
-    NodeId peel(NodeId id, Stage& stage) const
+    NodeId peel(NodeId id, StageConstants& stage) const
     {
         if (graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
             const NodeId inner = graph_[id].b;
             if (graph_[inner].op != Op::Product && graph_[inner].op != Op::Quotient) {
-                stage.put(kAddFirst, 0, number(graph_[id].a));
+                stage.addFirst(number(graph_[id].a));
                 return inner;
             }
-            stage.put(kAddLast, 3, number(graph_[id].a));
+            stage.addLast(number(graph_[id].a));
             id = inner;
         }
         if (isOpen(id, stage) && graph_[id].op == Op::Product && isConstant(graph_[id].a)) {
-            stage.put(kMultiply, 2, number(graph_[id].a));
+            stage.multiply(number(graph_[id].a));
             id = graph_[id].b;
         }
         if (isOpen(id, stage) && graph_[id].op == Op::Quotient && isConstant(graph_[id].b)) {
-            stage.put(kDivide, 1, number(graph_[id].b));
+            stage.divide(number(graph_[id].b));
             id = graph_[id].a;
         }
         if (isOpen(id, stage) && graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
-            stage.put(kAddFirst, 0, number(graph_[id].a));
+            stage.addFirst(number(graph_[id].a));
             id = graph_[id].b;
             peelSign(id, stage);
         }
         return id;
     }
 
-    // (c - v) * k is (v - c) * -k, bit for bit.
-    void peelSign(NodeId& id, Stage& stage) const
+    // (c - v) * k + l is (v - c) * -k + l, bit for bit as long as l hides the sign
+    // of a zero.
+    void peelSign(NodeId& id, StageConstants& stage) const
     {
         const Node& node = graph_[id];
-        if (node.op != Op::Product || !isConstant(node.a, -1.0) || (stage.parts & (kDivide | kMultiply)) == 0)
+        if (node.op != Op::Product || !isConstant(node.a, -1.0) || stage.c[3] == 0.0)
             return;
         stage.c[0] = -stage.c[0];
-        const std::size_t place = (stage.parts & kMultiply) != 0 ? 2 : 1;
-        stage.c[place] = -stage.c[place];
+        stage.c[2] = -stage.c[2];
         id = node.b;
     }
 
     bool isConstant(NodeId id, double value) const { return isConstant(id) && number(id) == value; }
 
-    bool isOpen(NodeId id, const Stage& stage) const { return stage.parts == 0 || registerOf_[id] == kNone; }
+    bool isOpen(NodeId id, const StageConstants& stage) const
+    {
+        return stage.isNone || registerOf_[id] == kNone;
+    }
 
     void translate(NodeId id)
     {
@@ -183,7 +241,7 @@ private:
     void translateStage(Draft& draft, NodeId base)
     {
         const std::uint32_t waiting = waitingAt_[draft.node];
-        if (waiting != kNone && drafts_[waiting].input.parts != 0)
+        if (waiting != kNone && !drafts_[waiting].input.isNone)
             write(takeWaiting(draft.node), registerOf_[draft.node]);
         else if (waiting != kNone) {
             Draft user = takeWaiting(draft.node);
@@ -204,7 +262,7 @@ private:
         step.value = registerOf_[draft.node];
         if (waitingAt_[draft.node] != kNone) {
             Draft& waiting = drafts_[waitingAt_[draft.node]];
-            if (waiting.step.code == Code::Move && waiting.input.parts == 0) {
+            if (waiting.step.code == Code::Move && waiting.input.isNone) {
                 draft.output = waiting.output;
                 step.target = waiting.step.target;
                 waitingAt_[draft.node] = kNone;
@@ -292,15 +350,18 @@ private:
 
         // A step that only moves has its one stage as the input stage.
         const bool onlyMoves = step.code == Code::Move;
-        const Stage& input = onlyMoves && draft.input.parts == 0 ? draft.output : draft.input;
-        const Stage output = onlyMoves && draft.input.parts == 0 ? Stage{} : draft.output;
-        if (onlyMoves && draft.input.parts == 0)
+        const bool hasOneStage = onlyMoves && draft.input.isNone;
+        const StageConstants& input = hasOneStage ? draft.output : draft.input;
+        const StageConstants output = hasOneStage ? StageConstants() : draft.output;
+        if (hasOneStage)
             step.moved = step.target;
-        step.input = input.parts;
-        step.output = output.parts;
-        if (input.parts != 0)
+        if (onlyMoves)
+            step.value = step.moved;
+        step.input = input.inputForm();
+        step.output = output.outputForm();
+        if (!input.isNone)
             numbers.insert(numbers.end(), input.c, input.c + kStageConstants);
-        if (input.parts != 0 || output.parts != 0)
+        if (!input.isNone || !output.isNone)
             numbers.insert(numbers.end(), output.c, output.c + kStageConstants);
         step.a = operand;
         step.constants = nullptr;
@@ -358,6 +419,7 @@ private:
         }
         std::ranges::reverse(section_.code);
         mergeSinesAndCosines(section_.code, registers_);
+        chooseRuns(section_.code);
         section_.registers = registers_;
     }
 
@@ -387,6 +449,8 @@ Section Translator::translate(const Graph& graph, NodeId root, const Section* be
         section.whole = before->whole;
     section.whole.insert(section.whole.end(), section.code.begin(), section.code.end());
     mergeSinesAndCosines(section.whole, registers_);
+    endWith(section.result, section.whole);
+    chooseRuns(section.whole);
     return section;
 }
 

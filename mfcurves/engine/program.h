@@ -24,9 +24,15 @@ enum class Code : std::uint8_t {
     ChooseStep  // on a list of six registers
 };
 
-/// The parts of a stage, applied in this order to what goes through it:
-/// (v + c0) / c1 * c2 + c3.
-enum StagePart : std::uint8_t { kAddFirst = 1, kDivide = 2, kMultiply = 4, kAddLast = 8 };
+/// What constants do to a value v on its way. The last form is the general one;
+/// the others leave out what would change no bit.
+enum class Stage : std::uint8_t {
+    None,
+    Scale,   // v * c2 + c3
+    Shift,   // (v + c0) * c2 + c3
+    Divide,  // (v + c0) / c1
+    General  // (v + c0) / c1 * c2 + c3
+};
 
 constexpr std::size_t kStageConstants = 4;
 
@@ -39,9 +45,12 @@ constexpr std::size_t kStageConstants = 4;
 /// operation's value is kept in `value`, and what the output stage makes of it in
 /// `target`.
 struct Instruction {
+    using Run = double (*)(const Instruction& step, double* registers);
+
+    Run run = nullptr;  // does the step on one point and answers its last value
     Code code = Code::Move;
-    std::uint8_t input = 0;   // parts of the input stage
-    std::uint8_t output = 0;  // parts of the output stage
+    Stage input = Stage::None;
+    Stage output = Stage::None;
     std::uint8_t lowest = 0;  // exponent of a polynomial's first coefficient
     std::uint32_t count = 0;
     std::uint32_t a = 0;
@@ -70,7 +79,7 @@ struct Section {
     };
 
     std::vector<Instruction> code;    // this order, after the sections of the lower ones have run
-    std::vector<Instruction> whole;   // all orders up to this one, from nothing
+    std::vector<Instruction> whole;   // all orders up to this one; the last step answers this one
     std::vector<Constant> constants;  // registers that hold a number and are filled once
     std::uint32_t result = 0;         // the register that holds the order's value
     std::uint32_t registers = 0;      // how many the sections up to this one use

@@ -173,6 +173,9 @@ std::optional<NodeId> gatheredSum(Graph& graph, NodeId a, NodeId b)
         u = innerVariable(graph, b);
     if (u == kNoNode)
         return std::nullopt;
+    // A constant beside higher powers only would fill the gap with zeros.
+    if ((isConstant(graph, a) && graph[b].lowest > 1) || (isConstant(graph, b) && graph[a].lowest > 1))
+        return std::nullopt;
     const auto first = termsIn(graph, a, u);
     const auto second = first ? termsIn(graph, b, u) : std::nullopt;
     if (!second)

@@ -70,12 +70,18 @@ inline double timesPower(double r, std::size_t terms, double u, unsigned exponen
     return r;
 }
 
-inline double polynomialValue(double u, unsigned lowest, std::span<const double> c)
+template <std::size_t count>
+inline double polynomialValue(double u, unsigned lowest, std::span<const double, count> c)
 {
     double r = c.back();
     for (std::size_t i = c.size() - 1; i-- > 0;)
         r = r * u + c[i];
     return timesPower(r, c.size(), u, lowest);
+}
+
+inline double polynomialValue(double u, unsigned lowest, std::span<const double> c)
+{
+    return polynomialValue<std::dynamic_extent>(u, lowest, c);
 }
 
 /// Clenshaw's recurrence; Clenshaw, Math. Tables Aids Comput. 9 (1955).
