@@ -8,7 +8,7 @@ mfDataPoints_c::mfDataPoints_c(mfPoint2D_c* point)
         return;
     std::unique_ptr<mfPoint2D_c> taken(point);
     points_.push_back(taken.get());
-    taken.release();
+    static_cast<void>(taken.release());
     iReadRange();
 }
 
@@ -24,7 +24,7 @@ void mfDataPoints_c::addPoint(double x, double y)
 {
     auto point = std::make_unique<mfPoint2D_c>(x, y);
     points_.push_back(point.get());
-    point.release();
+    static_cast<void>(point.release());
     iReadRange();
 }
 

@@ -1,6 +1,6 @@
 #include "mfcurves/platform/encoding.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 namespace mf::platform {
@@ -111,7 +111,7 @@ int encodeUtf8(const wchar_t* text, int length, char* buffer, int size, std::uin
         error = kErrorBufferTooSmall;
         return 0;
     }
-    std::memcpy(buffer, bytes.data(), bytes.size());
+    std::copy(bytes.begin(), bytes.end(), buffer);
     return needed;
 }
 

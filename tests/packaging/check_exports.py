@@ -21,41 +21,52 @@ FAMILIES = [
 ]
 # What a host may put in place of the platform, and the resource texts.
 PLATFORM = [
-    "mf::platform::currentResourceModule", "mf::platform::loadResourceModule", "mf::platform::resourceString",
+    "mf::platform::ResourceModule", "mf::platform::currentResourceModule", "mf::platform::loadResourceModule",
+    "mf::platform::resourceString",
     "mf::platform::setCurrentResourceModule", "mf::platform::setMessageHandler", "mf::platform::setNarrowEncoder",
     "mf::platform::xmlStartCount",
 ]
 # A key shows these three and keeps the rest to the library.
 KEY_OPERATIONS = ["~mfProfileKey_c(", "operator==(", "isEmpty("]
 
-OWNER = re.compile(r"^(?:(?:vtable|VTT|typeinfo|typeinfo name) for |(?:non-)?virtual thunk to )?(.*)$")
+PREFIX = re.compile(r"^(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?virtual thunk to )")
+TEMPLATE_ARGUMENTS = re.compile(r"<[^<>]*>")
 
 
 def symbols(library):
+    """Every symbol with its kind, without what the compiler puts before an owner."""
     lines = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True,
                            text=True).stdout.splitlines()
     for line in lines:
         _, kind, name = line.split(maxsplit=2)
-        name = OWNER.match(name).group(1)
-        if not (kind in "WVu" and name.startswith(("std::", "void std::", "guard variable for std::", "__gnu_cxx"))):
-            yield name
+        yield kind, PREFIX.sub("", name)
 
 
-def family_of(name):
-    # Free operators name their family in the arguments.
-    signature = re.sub(r"^.*operator[+*]\((?:double, )?", "", name)
-    for family in PLATFORM:
-        if re.match(rf"{re.escape(family)}(?:\[|\()", name):
+def qualified_name(symbol):
+    """A symbol without arguments, template arguments and the type that it returns."""
+    while TEMPLATE_ARGUMENTS.search(symbol):
+        symbol = TEMPLATE_ARGUMENTS.sub("", symbol)
+    return re.sub(r"\[abi:\w+\]", "", symbol).split("(")[0].split(" ")[-1]
+
+
+def is_standard(kind, symbol):
+    return kind in "WVu" and qualified_name(symbol).startswith(("std::", "__gnu_cxx::"))
+
+
+def family_of(symbol):
+    name = qualified_name(symbol)
+    for family in FAMILIES + PLATFORM:
+        if name == family or name.startswith(family + "::"):
             return family
-    for family in FAMILIES:
-        if re.match(rf"{re.escape(family)}(?:::|\b(?!_))", name) or re.match(rf"{re.escape(family)}\b", signature):
-            return family
+    # A free operator belongs to the family among its arguments.
+    if name.startswith("operator"):
+        return next((family for family in FAMILIES if re.search(rf"\b{family}\b", symbol)), None)
     return None
 
 
 def main():
     library = next(path for pattern in sys.argv[1:] for path in glob.glob(pattern))
-    shown = sorted(set(symbols(library)))
+    shown = sorted({symbol for kind, symbol in symbols(library) if not is_standard(kind, symbol)})
     wrong = [name for name in shown if family_of(name) is None]
     wrong += [name for name in shown if name.startswith("mfProfileKey_c::")
               and not any(operation in name for operation in KEY_OPERATIONS)]

@@ -540,6 +540,11 @@ endSegmentType
         law = text.split("4-5-6-7-Polynomial (Default)")[1].splitlines()[3]
         self.assertIn("at the start: d1 d2 d3, at the end: d1 d2 d3", law)
 
+    def test_the_shipped_laws_pass_their_check(self):
+        text = self.done("profiles", "--library", PROJECT / "share/mfcurves", "--check")
+        self.assertNotIn("FAILED", text)
+        self.assertIn(str(PROJECT / "share/mfcurves"), text)
+
     def test_a_law_of_ones_own(self):
         library = self.library(self.LAW.format(name="Lift", formula="((x-x1)/(x2-x1))^4"))
         text = self.done("profiles", "--library", f"/nowhere;{library}", "--check")
