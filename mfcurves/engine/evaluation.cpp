@@ -233,6 +233,12 @@ void rowOfPolynomial(std::size_t count, const Instruction& step, const double* a
 {
     constexpr std::size_t kWidth = 8;
     static_assert(kBlock % kWidth == 0, "the last few points end where the row does");
+    if (step.lowest > largestPlainPower(step.count)) {
+        each(count, value, [&](std::size_t i) {
+            return polynomialValue(a[i], step.lowest, {step.constants, step.count});
+        });
+        return;
+    }
     for (std::size_t first = 0; first < count; first += kWidth) {
         double u[kWidth];
         double r[kWidth];
@@ -244,11 +250,6 @@ void rowOfPolynomial(std::size_t count, const Instruction& step, const double* a
             const double k = step.constants[j];
             for (std::size_t i = 0; i < kWidth; ++i)
                 r[i] = r[i] * u[i] + k;
-        }
-        if (step.lowest > largestPlainPower(step.count)) {
-            for (std::size_t i = 0; i < kWidth; ++i)
-                value[first + i] = timesPower(r[i], step.count, u[i], step.lowest);
-            continue;
         }
         for (unsigned exponent = step.lowest; exponent != 0; exponent >>= 1) {
             for (std::size_t i = 0; i < kWidth; ++i) {
