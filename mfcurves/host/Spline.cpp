@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <numeric>
 
 namespace mf::host {
 
@@ -316,13 +317,11 @@ void Spline::iBuildIndex()
         lastBucket_ = 0;
     }
 
-    pieceAtBucket_.assign(lastBucket_ + 2, count - 1);
-    std::uint32_t bucket = 1;
-    pieceAtBucket_[0] = 0;
-    for (std::uint32_t i = 1; i < count; ++i) {
-        for (const std::uint32_t end = iBucketOf(knots_[i]); bucket <= end; ++bucket)
-            pieceAtBucket_[bucket] = i - 1;
-    }
+    // The piece at an edge is the number of points, the first apart, below it.
+    pieceAtBucket_.assign(lastBucket_ + 2, 0);
+    for (std::uint32_t i = 1; i < count; ++i)
+        ++pieceAtBucket_[iBucketOf(knots_[i]) + 1];
+    std::partial_sum(pieceAtBucket_.begin(), pieceAtBucket_.end(), pieceAtBucket_.begin());
 }
 
 void Spline::iForgetPieces()
