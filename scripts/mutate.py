@@ -27,7 +27,7 @@ EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
 TARGETS = {
     "segment-editing": (
         ["mfcurves/segments/mfFunctionSegments_editing.cpp"],
-        ["mfFunctionSegments_editing_test", "mfFunctionSegments_exhaustive_test"],
+        ["mfFunctionSegments_editing_test", "mfFunctionSegments_oracle_test"],
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],
@@ -35,7 +35,7 @@ TARGETS = {
     ),
     "point-editing": (
         ["mfcurves/functions/mfFunctionDataPoints_editing.cpp"],
-        ["mfFunctionDataPoints_editing_test", "mfFunctionDataPoints_exhaustive_test"],
+        ["mfFunctionDataPoints_editing_test", "mfFunctionDataPoints_oracle_test"],
     ),
     "point-values": (
         ["mfcurves/functions/mfFunctionDataPoints_values.cpp"],
