@@ -59,7 +59,7 @@ double product(double a, const Instruction& step, double* registers)
 
 double quotient(double a, const Instruction& step, double* registers)
 {
-    return a / registers[step.b];
+    return a / (registers[step.b] + step.constants[0]);
 }
 
 double polynomial(double a, const Instruction& step, double*)
@@ -278,9 +278,11 @@ void rowOfOperation(std::size_t count, const double* a, const Instruction& step,
         case Code::Product:
             each(count, value, [=](std::size_t i) { return a[i] * b[i]; });
             break;
-        case Code::Quotient:
-            each(count, value, [=](std::size_t i) { return a[i] / b[i]; });
+        case Code::Quotient: {
+            const double k0 = step.constants[0];
+            each(count, value, [=](std::size_t i) { return a[i] / (b[i] + k0); });
             break;
+        }
         case Code::Polynomial:
             rowOfPolynomial(count, step, a, value);
             break;

@@ -342,6 +342,16 @@ private:
         return use(scaled ? node.b : id);
     }
 
+    // A constant added to a divisor is added by the quotient.
+    std::uint32_t useShifted(NodeId id, double& shift)
+    {
+        const Node& node = graph_[id];
+        if (node.op != Op::Sum || !isConstant(node.a) || registerOf_[id] != kNone)
+            return use(id);
+        shift = number(node.a);
+        return use(node.b);
+    }
+
     void write(const Draft& draft, std::uint32_t operand)
     {
         Instruction step = draft.step;
@@ -375,8 +385,12 @@ private:
                 numbers.insert(numbers.end(), factors, factors + 2);
                 break;
             }
-            case Code::Product:
             case Code::Quotient:
+                step.a = use(node.a);
+                numbers.push_back(kNothing);
+                step.b = useShifted(node.b, numbers.back());
+                break;
+            case Code::Product:
             case Code::Call2:
                 step.a = use(node.a);
                 step.b = use(node.b);

@@ -12,7 +12,7 @@ enum class Code : std::uint8_t {
     Move,        // nothing: a goes from stage to stage
     Sum,         // k0 * a + k1 * b
     Product,     // a * b
-    Quotient,    // a / b
+    Quotient,    // a / (b + k0)
     Polynomial,  // a^lowest * (k0 + k1 a + ...), count coefficients
     Chebyshev,   // k0 T0(a) + k1 T1(a) + ..., count coefficients
     Call1,       // value1(a)

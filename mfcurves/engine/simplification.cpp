@@ -193,7 +193,8 @@ std::optional<NodeId> gatheredSum(Graph& graph, NodeId a, NodeId b)
     return polynomial(graph, u, 0, {total.c.data(), static_cast<std::size_t>(total.highest) + 1});
 }
 
-// factor * polynomial with the factor in the coefficients, where that is exact.
+// factor * polynomial with the factor in the coefficients: in a text only where that
+// is exact.
 std::optional<NodeId> scaledPolynomial(Graph& graph, double factor, NodeId id)
 {
     const Node node = graph[id];
@@ -204,8 +205,7 @@ std::optional<NodeId> scaledPolynomial(Graph& graph, double factor, NodeId id)
     for (std::size_t i = 0; i < coefficients.size(); ++i) {
         terms.c[i] = factor * coefficients[i];
         const bool one = node.count == 1;
-        if (!(one && isFree(graph)) && !(one && isExactProduct(factor, coefficients[i])) &&
-            !isPowerOfTwo(factor))
+        if (!isFree(graph) && !(one && isExactProduct(factor, coefficients[i])) && !isPowerOfTwo(factor))
             return std::nullopt;
     }
     return polynomial(graph, node.a, node.lowest, {terms.c.data(), coefficients.size()});
@@ -230,6 +230,24 @@ std::optional<NodeId> monomialProduct(Graph& graph, NodeId a, NodeId b)
 }
 
 // --- Products and quotients in a derivative --------------------------------------
+
+// (f * u + rest) + g * u as (f + g) * u + rest; nothing when there is no such u.
+std::optional<NodeId> joinedSum(Graph& graph, NodeId a, const Scaled& addend)
+{
+    if (graph[a].op != Op::Sum)
+        return std::nullopt;
+    NodeId rest = graph[a].a;
+    Scaled same = scaled(graph, graph[a].b);
+    if (same.base != addend.base) {
+        rest = graph[a].b;
+        same = scaled(graph, graph[a].a);
+    }
+    if (same.base != addend.base || isConstant(graph, same.base))
+        return std::nullopt;
+    // Not through sum, which would walk down a long row of a text.
+    const NodeId joined = product(graph, same.factor + addend.factor, same.base);
+    return isConstant(graph, joined, 0.0) ? rest : makeCommutative(graph, Op::Sum, rest, joined);
+}
 
 // In a derivative constants are gathered in front of a product, and powers of one
 // factor become one power.
@@ -287,6 +305,10 @@ NodeId sum(Graph& graph, NodeId a, NodeId b)
         const Scaled second = scaled(graph, b);
         if (first.base == second.base)
             return product(graph, first.factor + second.factor, first.base);
+        if (const auto joined = joinedSum(graph, a, second))
+            return *joined;
+        if (const auto joined = joinedSum(graph, b, first))
+            return *joined;
     }
     if (const auto gathered = gatheredSum(graph, a, b))
         return *gathered;
