@@ -39,7 +39,7 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
         if (mf::profiles::parseDefinition(definition, *record, budget))
             return false;
         out.push_back(record.get());
-        record.release();
+        static_cast<void>(record.release());  // the caller owns it
     }
     return true;
 }
@@ -60,7 +60,7 @@ bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* reco
 
 std::string mfSegmentTypeParser_c::baseProfileName(const std::string& displayName)
 {
-    const std::string name = displayName.substr(0, displayName.find('('));
+    std::string name = displayName.substr(0, displayName.find('('));
     const std::size_t first = name.find_first_not_of(' ');
     if (first == std::string::npos)
         return name;
