@@ -51,13 +51,13 @@ const Points& points()
     return made;
 }
 
-// Walking along: three steps to a piece, as an integrator takes them.
-std::vector<double> sequentialQueries()
+// Steps along the curve, so many to a piece.
+std::vector<double> stepQueries(double stepsToAPiece)
 {
     const double end = points().x.back();
     std::vector<double> queries(kQueries);
     for (std::size_t i = 0; i < kQueries; ++i)
-        queries[i] = std::fmod(static_cast<double>(i) / 3.0, end);
+        queries[i] = std::fmod(static_cast<double>(i) / stepsToAPiece, end);
     return queries;
 }
 
@@ -237,7 +237,8 @@ void readNumbersAlone(benchmark::State& state)
 }
 
 [[maybe_unused]] const bool kRegistered = [] {
-    static const std::vector<double> sequential = sequentialQueries();
+    static const std::vector<double> walking = stepQueries(10.0);
+    static const std::vector<double> striding = stepQueries(3.0);
     static const std::vector<double> random = randomQueries();
     for (const Kind& kind : kKinds) {
         checkAgreement(kind);
@@ -245,8 +246,10 @@ void readNumbersAlone(benchmark::State& state)
         const auto add = [&](const std::string& work, auto run) {
             benchmark::RegisterBenchmark((name + work).c_str(), run);
         };
-        add("/walking/spline", [&](benchmark::State& state) { evaluateOurs(state, kind, sequential); });
-        add("/walking/gsl", [&](benchmark::State& state) { evaluateGsl(state, kind, sequential); });
+        add("/walking/spline", [&](benchmark::State& state) { evaluateOurs(state, kind, walking); });
+        add("/walking/gsl", [&](benchmark::State& state) { evaluateGsl(state, kind, walking); });
+        add("/striding/spline", [&](benchmark::State& state) { evaluateOurs(state, kind, striding); });
+        add("/striding/gsl", [&](benchmark::State& state) { evaluateGsl(state, kind, striding); });
         add("/jumping/spline", [&](benchmark::State& state) { evaluateOurs(state, kind, random); });
         add("/jumping/gsl", [&](benchmark::State& state) { evaluateGsl(state, kind, random); });
         add("/build/spline", [&](benchmark::State& state) { buildOurs(state, kind); });
