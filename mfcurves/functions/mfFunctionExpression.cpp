@@ -59,6 +59,17 @@ CString resourceText(unsigned number)
     return text;
 }
 
+mf::IndependentVariableType_e independentVariableNamed(const CString& name)
+{
+    const CString time = resourceText(mf::platform::kTimeName);
+    const CString cycleAngle = resourceText(mf::platform::kCycleAngleName);
+    if (name.IsEmpty() || name.CompareNoCase(time) == 0)
+        return mf::IndependentVariableType_Time;
+    if (name.CompareNoCase(cycleAngle) == 0)
+        return mf::IndependentVariableType_CycleAngle;
+    return mf::IndependentVariableType_MotionResult;
+}
+
 // What a parameter means as the independent variable. False when it cannot be
 // one. A cycle angle that the study does not know may still be a motion result.
 bool independentVariableOf(const MMEP_WString& parameter, IMotionStudy_c* study, CString& name)
@@ -111,21 +122,12 @@ CString mfFunctionExpression_c::getIndepVar()
     return independentVariable_;
 }
 
+// The text may be a field of this object, so it is read before any is changed.
 void mfFunctionExpression_c::setIndepVar(const CString& text)
 {
-    const CString name = text;  // the caller may hand in a field that changes below
-    independentVariable_ = name;
-    motionResult = CString();
-    const CString time = resourceText(mf::platform::kTimeName);
-    const CString cycleAngle = resourceText(mf::platform::kCycleAngleName);
-    if (name.IsEmpty() || name.CompareNoCase(time) == 0) {
-        independentVar = mf::IndependentVariableType_Time;
-    } else if (name.CompareNoCase(cycleAngle) == 0) {
-        independentVar = mf::IndependentVariableType_CycleAngle;
-    } else {
-        independentVar = mf::IndependentVariableType_MotionResult;
-        motionResult = name;
-    }
+    independentVar = independentVariableNamed(text);
+    independentVariable_ = text;
+    motionResult = independentVar == mf::IndependentVariableType_MotionResult ? text : CString();
 }
 
 mf::MotorDriveType_e mfFunctionExpression_c::getMotorDependentVar()
@@ -284,9 +286,9 @@ bool mfFunctionExpression_c::calculateDerivatives()
     ICalculator* const derivatives[kOrderCount] = {nullptr, first.get(), second.get(), third.get()};
 
     const int last = count - 1;
-    std::vector<double> xs;
-    for (int i = 0; i < last; ++i)
-        xs.push_back(plottingData_[0][i].x());
+    std::vector<double> xs(static_cast<std::size_t>(last));
+    std::transform(plottingData_[0], plottingData_[0] + last, xs.begin(),
+                   [](const mfPoint2D_c& point) { return point.x(); });
 
     const int highest = motionObjectType == 0 ? std::max(1, mf::motorDerivatives(motorDependentVar)) : 1;
     std::vector<double> ys[kOrderCount];
