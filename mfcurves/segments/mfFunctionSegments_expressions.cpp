@@ -145,6 +145,7 @@ void mfFunctionSegments_c::initializeSegment(const std::vector<CString>& names,
 
 // The brackets keep the sign of a negative number, and the precedence of a
 // compound one.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is exported
 void mfFunctionSegments_c::replace(std::vector<CString>& tokens, CString from, CString to)
 {
     if (!from.IsEmpty())

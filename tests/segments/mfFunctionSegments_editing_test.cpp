@@ -702,6 +702,27 @@ TEST(CopyTable, OfAnEmptyTableEmptiesTheTarget)
     EXPECT_TRUE(target.isEmpty());
 }
 
+// Only one of two such tables may be destroyed, so the copy gives up what it shares
+// by becoming the copy of a bare one.
+TEST(CopyTable, CopyConstructionAndAssignmentShareRows)
+{
+    const mfFunctionSegments_c bare;
+    mfFunctionSegments_c source;
+    reportSomething(source);
+    source.motionObjectType = 1;
+    source.initializeSegment({L"Linear"}, {{L"x"}}, {L"x"}, {L"x1"}, {L"y1"}, {L"x2"}, {L"y2"});
+
+    mfFunctionSegments_c shared(source);
+    EXPECT_EQ(&rowOf(shared, 1), &rowOf(source, 1));
+    EXPECT_EQ(shared.motionObjectType, 1);
+    EXPECT_THAT(reported(shared), ElementsAre(2));
+    EXPECT_THAT(shared.getProfileExpr(L"Linear"), ElementsAre(CString(L"x")));
+
+    shared = bare;
+    EXPECT_TRUE(shared.isEmpty());
+    EXPECT_EQ(show(source), "0:0 0:1 1:2");
+}
+
 // --------------------------------------------------------- tokens and profiles
 
 struct ReplaceCase {

@@ -204,6 +204,34 @@ TEST_F(SegmentKey, CopyOfItselfChangesNothing)
     EXPECT_EQ(segment.getProfile(), &record);
 }
 
+// Only one of two such objects may be destroyed, so the copy gives up what it
+// shares by becoming the copy of a bare one.
+TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
+{
+    const mfSegment_c bare;
+    segment.setEndX(5.0);
+    segment.setProfileExpr(L"2*x");
+    segment.setProfileIndepVar(L"x");
+    segment.setProfileKey(keyNamed(L"Cubic"));
+    segment.setProfile(&record);
+    segment.initializePlottingData(kMotor, mf::MotorDriveType_Displacment);
+    ICalculator* compiled = segment.getCalculator(0);
+
+    mfSegment_c shared(segment);
+    EXPECT_EQ(shared.getEndX(), 5.0);
+    EXPECT_EQ(shared.getProfileExpr(), L"2*x");
+    EXPECT_EQ(shared.getProfileKey(), segment.getProfileKey());
+    EXPECT_EQ(shared.getProfile(), &record);
+    EXPECT_EQ(shared.getPlottingData3(), segment.getPlottingData3());
+    shared.setProfileExpr(L"3*x");  // its calculators still look at the text of the source
+    EXPECT_EQ(shared.getCalculator(0), compiled);
+
+    shared = bare;
+    EXPECT_EQ(shared.getEndX(), 1.0);
+    EXPECT_EQ(shared.getProfileKey(), nullptr);
+    EXPECT_EQ(shared.getPlottingData3(), nullptr);
+}
+
 // ------------------------------------------------------------------- plotting
 
 struct BuildCase {

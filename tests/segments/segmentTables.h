@@ -45,8 +45,9 @@ inline void fill(mfFunctionSegments_c& table, const std::string& text)
     std::istringstream rows(text);
     for (std::string row; rows >> row;) {
         const auto wanted = makeSegment(row);
-        table.addSegment(new mfSegment_c);
-        rowOf(table, table.getSegmentCount() - 1).copy(wanted.get());
+        auto added = std::make_unique<mfSegment_c>();
+        table.addSegment(added.get());
+        added.release()->copy(wanted.get());
     }
 }
 
