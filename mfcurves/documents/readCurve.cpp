@@ -373,7 +373,7 @@ private:
         else
             function.insertDataPoint(row, points.get());
         if (row < function.getDataPointsCount())
-            points.release();  // the table owns it
+            (void)points.release();  // the table owns it
     }
 
     void readProfileDefinitions()
@@ -409,7 +409,7 @@ private:
                                ? manager->addAssemblyProfileFromDocument(baseName, true, profile.get(), key)
                                : manager->addAssemblyProfile(baseName, path_, profile.get(), key);
         if (status == 0)
-            profile.release();  // the manager owns it
+            (void)profile.release();  // the manager owns it
         if (status < 2)
             manager->rememberDocumentName(uniqueName, key);
     }
@@ -489,7 +489,7 @@ private:
     static void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
         function.addSegment(segment.get());
-        segment.release();  // the table owns it
+        (void)segment.release();  // the table owns it
         function.checkInvalid(row);
         if (row == 0)
             return;

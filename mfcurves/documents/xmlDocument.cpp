@@ -252,7 +252,7 @@ XmlNode XmlDocument::append(XmlNode parent, NewNode child)
 {
     xmlNode* above = parent ? raw(parent.node_) : reinterpret_cast<xmlNode*>(tree_->document);
     const XmlNode added(made(xmlAddChild(above, raw(child.node_.get()))));
-    child.node_.release();  // the tree owns it
+    (void)child.node_.release();  // the tree owns it
     return added;
 }
 

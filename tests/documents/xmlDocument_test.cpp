@@ -340,6 +340,15 @@ TEST(Hostile, TextBeyondTheLimitIsRefused)
     });
 }
 
+// Each name is kept once, and there is a limit to what is kept.
+TEST(Hostile, MillionsOfDistinctNamesAreRefused)
+{
+    std::string elements;
+    for (int i = 0; i < 2'000'000; ++i)
+        elements += "<a" + std::to_string(i) + "/>";
+    soon([&] { EXPECT_THAT(problemOf("<a>" + elements + "</a>"), HasSubstr("invalid element name")); });
+}
+
 // Attributes of one element are compared with each other.
 TEST(Hostile, MillionsOfAttributesAreRefused)
 {
