@@ -12,6 +12,9 @@ namespace mf::documents {
 /// An element with more attributes, or with more name prefixes in force, may be
 /// refused: the engine compares each with each. A curve document needs one.
 constexpr int kMostAttributes = 1000;
+/// So may a document of more distinct names: the engine looks each up among
+/// those before it. A curve document has fewer than a hundred.
+constexpr int kMostNames = 100'000;
 
 /// One node of a document, lent by it. Null where a search found nothing.
 ///

@@ -36,6 +36,19 @@ std::string sentence(const char* message)
     return text;
 }
 
+// The engine gives a text beyond its limits the code of missing memory too. The
+// two differ in their words alone.
+bool isMemoryFailure(const xmlError& error)
+{
+    if (error.code != XML_ERR_NO_MEMORY)
+        return false;
+    const std::string_view message = error.message ? error.message : "";
+    for (const char* limit : {"too long", "huge", "overflow"})
+        if (message.find(limit) != std::string_view::npos)
+            return false;
+    return true;
+}
+
 // What the calling thread does with the engine's errors that belong to no parser,
 // a failed conversion among them, for the life of this object.
 class ErrorHandling {
@@ -100,7 +113,7 @@ private:
     static int readBlock(void* context, char* buffer, int size)
     {
         Reader& reader = *static_cast<Reader*>(context);
-        reader.checkAttributes();
+        reader.checkLimits();
         if (!reader.problem_.message.empty())
             return 0;
         const int got = reader.source_(buffer, size);
@@ -110,14 +123,17 @@ private:
     }
 
     // Attributes are compared with each other when their tag is complete, so an
-    // overlong tag has to end before that.
-    void checkAttributes()
+    // overlong tag has to end before that. Names are looked up in lists that grow
+    // with them.
+    void checkLimits()
     {
         constexpr int kFieldsOfAttribute = 5;
         constexpr int kFieldsOfPrefix = 2;
         if (parser_->maxatts > 2 * kFieldsOfAttribute * kMostAttributes ||
             parser_->nsNr > kFieldsOfPrefix * kMostAttributes)
             tellHere("Too many attributes");
+        if (xmlDictSize(parser_->dict) > kMostNames)
+            tellHere("Too many distinct names");
     }
 
     static void refuseTypeDeclaration(void* parser, const xmlChar*, const xmlChar*, const xmlChar*)
@@ -136,7 +152,8 @@ private:
     // about validity does not: no document type stands behind these documents.
     void take(const xmlError& error)
     {
-        outOfMemory_ = outOfMemory_ || error.code == XML_ERR_NO_MEMORY;
+        if (problem_.message.empty() && isMemoryFailure(error))
+            outOfMemory_ = true;
         if (error.level < XML_ERR_ERROR || error.domain == XML_FROM_VALID || error.domain == XML_FROM_DTD)
             return;
         tell(error.message, error.line, error.int2);
