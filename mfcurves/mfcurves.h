@@ -3,7 +3,6 @@
 /// The whole public surface of the library in one include.
 
 #include "mfcurves/documents/mfCurveDocument.h"
-#include "mfcurves/documents/readCurve.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -37,7 +36,6 @@
 #include "mfcurves/platform/mfExport.h"
 #include "mfcurves/platform/resources.h"
 #include "mfcurves/platform/xmlRuntime.h"
-#include "mfcurves/profiles/definitionProblems.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileFileParser.h"
 #include "mfcurves/profiles/mfProfileKey.h"
