@@ -19,7 +19,10 @@
 
 namespace {
 
-constexpr std::size_t kLongestSlowResult = 100'000;
+// Longer results are only measured: a short text can grow to a megabyte, and the
+// fuzzer would spend its time on that alone.
+constexpr std::size_t kLongestCompared = 50'000;
+constexpr std::size_t kLongestSlowResult = 100'000;  // where the slow reduction gives up
 
 void require(bool holds)
 {
@@ -102,8 +105,10 @@ void check(const mfProfile_c& record)
         joined += token;
     require(joined + record.resultExpression.back() == record.resultExpression);
 
+    if (record.resultExpression.size() >= kLongestCompared)
+        return;
     const std::string slow = reduceSlowly(record.definitionText);
-    if (slow.size() < kLongestSlowResult && record.resultExpression.size() < kLongestSlowResult / 2)
+    if (slow.size() < kLongestSlowResult)
         require(slow == record.resultExpression);
 
     mfProfile_c again;
