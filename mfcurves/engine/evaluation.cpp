@@ -116,7 +116,7 @@ double chooseStep(double, const Instruction& step, double* registers)
 
 // Polynomials of a few terms, which laws of motion and their derivatives are: the
 // operations of polynomialValue, with counts that the compiler knows.
-template <std::uint32_t count, unsigned lowest>
+template <std::size_t count, unsigned lowest>
 double smallPolynomial(double a, const Instruction& step, double*)
 {
     return polynomialValue(a, lowest, std::span<const double, count>(step.constants, count));
@@ -169,14 +169,15 @@ Instruction::Run runOf(const Instruction& step)
     }
 }
 
-constexpr std::uint32_t kMostTerms = 4;
-constexpr unsigned kHighestLowest = 4;
+constexpr std::size_t kMostTerms = 4;
+constexpr std::size_t kHighestLowest = 4;
 
 // runOf for each small polynomial, found by (count - 1) * kHighestLowest + lowest.
 template <std::size_t... i>
 constexpr auto runsOfSmallPolynomials(std::index_sequence<i...>)
 {
-    return std::array{&runOf<smallPolynomial<i / kHighestLowest + 1, i % kHighestLowest>>...};
+    return std::array{
+        &runOf<smallPolynomial<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>>...};
 }
 
 Instruction::Run runOfPolynomial(const Instruction& step)
