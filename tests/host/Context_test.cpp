@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <memory>
+#include <thread>
 
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/interfaces/QelSession.h"
@@ -177,6 +178,25 @@ TEST(HostServices, ASplineThatComesBackIsDestroyedOnce)
         EXPECT_EQ(destroyed, 1);
     }
     EXPECT_EQ(destroyed, 2);
+}
+
+// Functions on distinct threads share the services of their host.
+TEST(HostServices, LendSplinesToManyThreadsAtOnce)
+{
+    Services services;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&services] {
+            for (int round = 0; round < 100; ++round) {
+                ISimSplineData_c* const spline = services.createSplineData();
+                spline->addPoint(0.0, round);
+                EXPECT_EQ(spline->getValue(1.0), round);
+                services.releaseSplineData(spline);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 TEST(HostServices, AStrangeSplineStaysWithItsOwner)
