@@ -166,6 +166,10 @@ std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size
 
 std::string toUtf8(std::wstring_view text)
 {
+    // Nearly every text is ASCII, and each compile of an expression comes this way.
+    if (std::all_of(text.begin(), text.end(), [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; }))
+        return {text.begin(), text.end()};
+
     std::string bytes;
     bytes.reserve(text.size());
     while (!text.empty())
