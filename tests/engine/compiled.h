@@ -3,17 +3,16 @@
 // Compiled expressions as the engine's tests use them: calculators that release
 // themselves, and values that are absent where an evaluation fails.
 
-#include "mfcurves/interfaces/ICalculator.h"
-#include "mfcurves/interfaces/MMEP_Data.h"
-#include "mfcurves/interfaces/MotionMEParser.h"
-
 #include <array>
 #include <memory>
 #include <optional>
 #include <string>
 
-namespace engine_test
-{
+#include "mfcurves/interfaces/ICalculator.h"
+#include "mfcurves/interfaces/MMEP_Data.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
+
+namespace engine_test {
 
 struct Releaser {
     void operator()(ICalculator* calculator) const { calculator->Release(); }
@@ -66,8 +65,7 @@ inline std::optional<double> evaluate(const Calculator& calculator, double x)
 }
 
 /// A text with its three derivatives: one family.
-class Orders
-{
+class Orders {
 public:
     explicit Orders(const std::string& text, const std::wstring& variable = L"x")
     {

@@ -8,13 +8,11 @@
 #include <locale>
 #include <string>
 
-namespace locale_test
-{
+namespace locale_test {
 
 /// While it lives, the process stands at a locale whose decimal point is a comma,
 /// for the C library and for C++ streams. Check `holds` before trusting a test to it.
-class CommaLocale
-{
+class CommaLocale {
 public:
     CommaLocale() : streams_(std::locale::global(std::locale(std::locale::classic(), new Comma<char>)))
     {
