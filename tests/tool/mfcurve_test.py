@@ -7,6 +7,7 @@ import json
 import math
 import os
 import pathlib
+import pty
 import subprocess
 import tempfile
 import unittest
@@ -331,6 +332,11 @@ class Plot(ToolTest):
         for text in ["A <cam> & \"more\"", "Cycle angle [deg]", "Half-Cosine", "90", "360", "min 0   max 40"]:
             self.assertIn(text, texts)
 
+    def test_a_constant_stretch_has_a_name_of_its_own(self):
+        rows = ["--row", "1,2,Cubic", "--row", "2,2,Cubic"]
+        self.assertIn("Dwell", self.texts(self.plot(*rows)))
+        self.assertIn("Constant", self.texts(self.plot(*rows, "--drive", "velocity")))
+
     def test_a_jump_at_a_seam_is_upright(self):
         picture = self.plot("--row", "1,1,Quadratic", "--row", "2,1,Cubic")
         velocity = [node.get("d") for node in picture.iter(SVG + "path") if node.get("class") == "line"][1]
@@ -653,7 +659,24 @@ class Convert(ToolTest):
 
 class Streams(ToolTest):
     def test_nothing_is_shown_of_progress_away_from_a_terminal(self):
-        self.done("table", "--expression", "sin(x)", "--from", "0", "--to", "1", "--samples", "500000")
+        self.done("table", "--expression", "sin(x)", "--from", "0", "--to", "1", "--samples", "100000")
+
+    def test_a_bar_on_a_terminal_for_long_work(self):
+        screen, end = pty.openpty()
+        with open(os.devnull, "w") as nowhere:
+            tool = subprocess.Popen([TOOL, "table", "--expression", "sin(x)", "--from", "0", "--to", "1",
+                                     "--samples", "1000000"], stdout=nowhere, stderr=end)
+        os.close(end)
+        shown = b""
+        try:
+            while chunk := os.read(screen, 4096):
+                shown += chunk
+        except OSError:
+            pass  # which is how a terminal says that nobody writes to it any more
+        os.close(screen)
+        self.assertEqual(tool.wait(), DONE)
+        self.assertRegex(shown, rb"\rtable \[#* *\] +\d+ %")
+        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown[-80:])  # and is wiped away
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "this system has no full device")
     def test_a_full_device(self):

@@ -70,6 +70,7 @@ void drawSegments(Curve& curve, const Range& range, Diagram& diagram, LineBuilde
 {
     mfFunctionSegments_c& table = curve.segments();
     const int count = table.getSegmentCount();
+    const char* constantName = quantityName(curve, 0) == "Displacement" ? "Dwell" : "Constant";
     Progress progress("plot", static_cast<std::size_t>(count));
     for (int row = 1; row < count; ++row) {
         mfSegment_c& segment = rowOf(table, row);
@@ -77,13 +78,13 @@ void drawSegments(Curve& curve, const Range& range, Diagram& diagram, LineBuilde
         const double to = std::min(segment.getEndX(), range.to);
         if (!(from <= to))
             continue;
-        bool isDwell = true;
+        bool isConstant = true;
         addStretch(lines, from, to, kSamplesOfRow, [&](double x) {
             const Sample sample = curve.atRow(row, x);
-            isDwell = isDwell && sample.y[0] == segment.getValue();
+            isConstant = isConstant && sample.y[0] == segment.getValue();
             return sample;
         });
-        diagram.segments.push_back({from, to, isDwell ? "Dwell" : profileName(segment)});
+        diagram.segments.push_back({from, to, isConstant ? constantName : profileName(segment)});
         if (row > 1)
             diagram.seams.push_back(segment.getStartX());
         progress.update(static_cast<std::size_t>(row));

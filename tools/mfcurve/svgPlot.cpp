@@ -225,9 +225,10 @@ std::string drawHeader(const Panel& panel, const Frame& frame, const char* colou
                       pixels(kPlotLeft) + "\" y=\"" + pixels(baseline) + "\">" + escaped(panel.quantity) +
                       unit + "</text>\n";
     const Extremes extremes = extremesOf(panel);
-    const std::string range =
-        extremes.empty() ? "no finite value"
-                         : "min " + pictureNumber(extremes.low) + "   max " + pictureNumber(extremes.high);
+    const double scale = std::pow(10.0, frame.y.exponent);
+    const std::string range = extremes.empty() ? "no finite value"
+                                               : "min " + pictureNumber(extremes.low / scale) + "   max " +
+                                                     pictureNumber(extremes.high / scale);
     return svg +
            textAt(kPlotRight, baseline, "class=\"name\" text-anchor=\"end\" xml:space=\"preserve\"", range);
 }
