@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <vector>
 
 #include "mfcurves/engine/evaluateMany.h"
 #include "mfcurves/functions/motorDerivatives.h"
@@ -26,6 +28,33 @@ double valueAt(ICalculator& calculator, double x)
 bool contains(const mfSegment_c& segment, double x)
 {
     return !(x < segment.getStartX()) && !(x > segment.getEndX());
+}
+
+// A bisection whose probes decide who answers where two rows meet, and that ends
+// on the row probed last for an x in a gap. A NaN is neither before nor behind a
+// row. Inline, because it is half of what an evaluation does outside the engine.
+inline int rowFor(const std::vector<mfSegment_c*>& segments, double x)
+{
+    if (segments.empty())
+        return 0;
+    std::size_t low = 0;
+    std::size_t high = segments.size() - 1;
+    std::size_t middle = segments.size() / 2;
+    while (high - low > 1) {
+        const mfSegment_c& probed = *segments[middle];
+        if (x < probed.getStartX())
+            high = middle;
+        else if (x > probed.getEndX())
+            low = middle;
+        else
+            return static_cast<int>(middle);
+        middle = (low + high) / 2;
+    }
+    if (contains(*segments[low], x))
+        return static_cast<int>(low);
+    if (contains(*segments[high], x) || x > segments[high]->getEndX())
+        return static_cast<int>(high);
+    return static_cast<int>(!(x < segments[low]->getStartX()) ? middle : low);
 }
 
 // Only the space between the ends of a reversed row is refused; a row answers by
@@ -92,7 +121,7 @@ double mfFunctionSegments_c::evaluate(double x, int order)
 {
     if (isEmpty())
         return 0.0;
-    const int row = findSegment(x);
+    const int row = rowFor(segments_, x);
     mfSegment_c& segment = iAt(row);
     const int asked = order >= 0 && order <= 2 ? order : 3;
     if (refuses(segment, x) || (row == 0 && asked == 0) || asked > highestDerivative(segment))
@@ -101,30 +130,9 @@ double mfFunctionSegments_c::evaluate(double x, int order)
     return calculator == nullptr ? 0.0 : valueAt(*calculator, x);
 }
 
-// A bisection whose probes decide who answers where two rows meet, and that ends
-// on the row probed last for an x in a gap.
 int mfFunctionSegments_c::findSegment(double x) const
 {
-    if (isEmpty())
-        return 0;
-    int low = 0;
-    int high = getSegmentCount() - 1;
-    int middle = getSegmentCount() / 2;
-    while (high - low > 1) {
-        const mfSegment_c& probed = iAt(middle);
-        if (contains(probed, x))
-            return middle;
-        if (!(x < probed.getStartX()))
-            low = middle;
-        else
-            high = middle;
-        middle = (low + high) / 2;
-    }
-    if (contains(iAt(low), x))
-        return low;
-    if (contains(iAt(high), x) || x > iAt(high).getEndX())
-        return high;
-    return !(x < iAt(low).getStartX()) ? middle : low;
+    return rowFor(segments_, x);
 }
 
 bool mfFunctionSegments_c::calculateValue(int row, double x, double& y)

@@ -125,9 +125,9 @@ private:
 };
 
 // Asked at every evaluation: true when the order stands ready for the very text
-// that the segment has.
+// that the segment has. Where there is a calculator there is a segment.
 inline bool mfSegmentCalculator_c::iIsBuilt(int order) const
 {
-    return segment_ != nullptr && order >= 0 && order <= 3 && calculators_[order] != nullptr &&
+    return order >= 0 && order <= 3 && calculators_[order] != nullptr &&
            segment_->profileExpr_.SharesBuffer(confirmedExpression_);
 }
