@@ -49,8 +49,9 @@ void placeTicks(Axis& axis, double step)
 {
     const double first = std::ceil(axis.low / step - 1e-9);
     const double last = std::floor(axis.high / step + 1e-9);
-    for (double i = first; i <= last; ++i)
-        axis.ticks.push_back(std::clamp(i * step, axis.low, axis.high));
+    const int count = static_cast<int>(last - first) + 1;
+    for (int i = 0; i < count; ++i)
+        axis.ticks.push_back(std::clamp((first + i) * step, axis.low, axis.high));
 }
 
 // A common power of ten, a multiple of three, for values that would need many
