@@ -35,6 +35,14 @@ bool Family::addOrder(std::uint32_t order)
     return true;
 }
 
+double Family::iRunPlan(std::uint32_t order)
+{
+    for (const Instruction* step = planFirst_; step != planLast_; ++step)
+        step->run(*step, registers_.data());
+    const double last = planLast_->run(*planLast_, registers_.data());
+    return asked_ == planned_ ? last : registers_[sections_[order]->result];
+}
+
 // The first time, and where other orders are asked for than at the x before.
 double Family::iComputedAnew(double x, std::uint32_t order)
 {

@@ -52,10 +52,10 @@ public:
         registers_[0] = x;
         xBits_ = std::bit_cast<std::uint64_t>(x);
         asked_ = order + 1;
-        for (const Instruction* step = planFirst_; step != planLast_; ++step)
-            step->run(*step, registers_.data());
-        const double last = planLast_->run(*planLast_, registers_.data());
-        return asked_ == planned_ ? last : registers_[sections_[order]->result];
+        // A law of motion is one step, which needs no loop.
+        if (planFirst_ == planLast_)
+            return planLast_->run(*planLast_, registers_.data());
+        return iRunPlan(order);
     }
     /// Value of an order of a family without parameters.
     double computed(std::uint32_t order);
@@ -78,6 +78,7 @@ public:
 private:
     ~Family() = default;
     [[gnu::noinline]] double iComputedAnew(double x, std::uint32_t order);
+    [[gnu::noinline]] double iRunPlan(std::uint32_t order);
     double iContinued(std::uint32_t order);
     void iPlan(std::uint32_t orders);
     void iMoveBlockTo(const double* x, std::size_t count, std::uint32_t orders);
