@@ -93,6 +93,14 @@ void operator delete[](void* block) noexcept
 {
     release(block);
 }
+void operator delete(void* block, const std::nothrow_t&) noexcept
+{
+    release(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept
+{
+    release(block);
+}
 void operator delete(void* block, std::size_t) noexcept
 {
     release(block);

@@ -14,7 +14,7 @@ ReadOutcome readFile(mfFunctionData_c& function, const std::string& path)
 {
     // A file has to fit the function, and most are for motors.
     function.setMotionObjectType(mf::MotionObjectType_Motor);
-    const ReadOutcome outcome = mf::documents::readCurve(function, toCString(path), false, "");
+    ReadOutcome outcome = mf::documents::readCurve(function, toCString(path), false, "");
     if (outcome.objectType == mf::MotionObjectType_None || outcome.objectType == mf::MotionObjectType_Motor)
         return outcome;
     function.setMotionObjectType(outcome.objectType);

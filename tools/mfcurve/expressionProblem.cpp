@@ -19,7 +19,7 @@ constexpr const char* kIndent = "    ";
 std::string pointAt(const CString& text, int offset)
 {
     const int first = std::max(0, offset - kShownSide);
-    std::wstring shown(text.View().substr(static_cast<std::size_t>(first), 2 * kShownSide));
+    std::wstring shown(text.View().substr(static_cast<std::size_t>(first), std::size_t{2} * kShownSide));
     std::replace_if(
         shown.begin(), shown.end(), [](wchar_t c) { return c < L' '; }, L' ');
     const bool isCut = first > 0;

@@ -20,7 +20,7 @@ constexpr const char* kDefinitionFile = "SegmentTypes.txt";
 std::string findDefinitionFile(const std::string& library)
 {
     for (const std::string& folder : splitText(library, ';')) {
-        const std::string path = folder + "/" + kDefinitionFile;
+        std::string path = folder + "/" + kDefinitionFile;
         std::error_code error;
         if (std::filesystem::exists(path, error))
             return path;
@@ -38,7 +38,7 @@ std::vector<std::string> checkDefinitions(const std::string& file)
         const std::string profile = problem.profile.empty() ? "" : "profile \"" + problem.profile + "\": ";
         const std::string text = file + ":" + std::to_string(problem.line) + ": " + profile + problem.reason;
         if (problem.refused)
-            refusals += (refusals.empty() ? "" : "\n") + text;
+            refusals.append(refusals.empty() ? "" : "\n").append(text);
         else
             remarks.push_back(text);
     }
@@ -53,6 +53,7 @@ Host::Host(const std::string& library, const std::vector<std::string>& results)
 {
     QelSession_c::setMotionFunctionContext(&context_);
     std::vector<CString> names;
+    names.reserve(results.size());
     for (const std::string& result : results)
         names.push_back(toCString(result));
     context_.services().setMotionResultNames(names);
