@@ -27,7 +27,7 @@ EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
 TARGETS = {
     "segment-editing": (
         ["mfcurves/segments/mfFunctionSegments_editing.cpp"],
-        ["mfFunctionSegments_editing_test", "mfFunctionSegments_oracle_test"],
+        ["mfFunctionSegments_editing_test", "mfFunctionSegments_exhaustive_test"],
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],
