@@ -35,8 +35,11 @@ std::vector<std::string> checkDefinitions(const std::string& file)
     std::vector<std::string> remarks;
     std::string refusals;
     for (const mf::profiles::DefinitionProblem& problem : mf::profiles::definitionProblems(readInput(file))) {
-        const std::string profile = problem.profile.empty() ? "" : "profile \"" + problem.profile + "\": ";
-        const std::string text = file + ":" + std::to_string(problem.line) + ": " + profile + problem.reason;
+        std::string text = file;
+        text.append(":").append(std::to_string(problem.line)).append(": ");
+        if (!problem.profile.empty())
+            text.append("profile \"").append(problem.profile).append("\": ");
+        text.append(problem.reason);
         if (problem.refused)
             refusals.append(refusals.empty() ? "" : "\n").append(text);
         else
