@@ -1,7 +1,7 @@
 // Three functions, each as hand-written C++, through the engine and through
 // muParser, on the same inputs in one run.
 //
-// Benchmarks are named FUNCTION/WORK/WHO; ratios.csv says which are compared.
+// Benchmarks are named by function, work and who does it; ratios.csv says which are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>

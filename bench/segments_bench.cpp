@@ -1,7 +1,7 @@
 // A three-row cam through the library and as hand-written C++, the road from a
 // profile to compiled rows beside muParser, and edits of long tables.
 //
-// Benchmarks are named cam/WORK/WHO and table/WORK/ROWS; ratios.csv says which are
+// Benchmarks are named by work and who does it, or by work and rows; ratios.csv says which are
 // compared.
 
 #include <array>

@@ -1,7 +1,7 @@
 // The spline beside that of the GNU Scientific Library on the same 100,000 points,
 // and the reading of points beside the number parser alone.
 //
-// Benchmarks are named SUBJECT/WORK/WHO; ratios.csv says which are compared.
+// Benchmarks are named by subject, work and who does it; ratios.csv says which are compared.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
