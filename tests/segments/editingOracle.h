@@ -187,6 +187,50 @@ struct PlainTable {
         rows.erase(rows.begin() + row);
     }
 
+    bool contains(int row, double x) const
+    {
+        const PlainRow& own = rows.at(static_cast<std::size_t>(row));
+        return !(x < own.startX) && !(x > own.endX);
+    }
+
+    // For a table that has rows.
+    int find(double x) const
+    {
+        int low = 0;
+        int high = count() - 1;
+        int middle = count() / 2;
+        while (high - low > 1) {
+            if (contains(middle, x))
+                return middle;
+            if (!(x < rows.at(static_cast<std::size_t>(middle)).startX)) {
+                low = middle;
+                middle = (middle + high) / 2;
+            } else {
+                high = middle;
+                middle = (middle + low) / 2;
+            }
+        }
+        if (contains(low, x))
+            return low;
+        if (contains(high, x))
+            return high;
+        if (x > rows.at(static_cast<std::size_t>(high)).endX)
+            return high;
+        if (!(x < rows.at(static_cast<std::size_t>(low)).startX))
+            return middle;
+        return low;
+    }
+
+    // -1 where all rows meet.
+    int seam() const
+    {
+        for (std::size_t row = 1; row < rows.size(); ++row) {
+            if (rows[row - 1].endX != rows[row].startX)
+                return static_cast<int>(row);
+        }
+        return -1;
+    }
+
     bool passes(int row) const
     {
         if (row == 0 || row == 1)

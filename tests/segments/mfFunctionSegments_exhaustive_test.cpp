@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -17,6 +18,9 @@
 using namespace mf::test;
 
 namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 constexpr mf::IndependentVariableType_e kVariables[] = {
     mf::IndependentVariableType_None, mf::IndependentVariableType_Time,
@@ -205,6 +209,28 @@ TEST_P(EveryTable, FollowsTheRulesOfNewRows)
     }
     // 9^n tables, four rows, one addition and n + 3 insertions
     EXPECT_EQ(edits, 4 * (4 + 5 * 9 + 6 * 81 + 7 * 729 + 8 * 6561));
+}
+
+// Tables with gaps, overlaps and reversed rows among them.
+TEST(EveryTableSearched, AnswersTheRowOfTheBisectionAndTheFirstOpenSeam)
+{
+    mfFunctionSegments_c table;
+    long questions = 0;
+    for (int count = 1; count <= 5; ++count) {
+        forEachTable(count, [&](const PlainTable& plain) {
+            if (testing::Test::HasFatalFailure())
+                return;
+            fill(table, plain);
+            for (const double x : {-kInfinity, -1.0, -0.5, -0.25, 0.0, 0.5, 1.0, 2.0, kInfinity, kNaN}) {
+                ASSERT_EQ(table.findSegment(x), plain.find(x)) << show(plain) << " at " << x;
+                ++questions;
+            }
+            int seam = -1;
+            table.checkUpdate(seam);
+            ASSERT_EQ(seam, plain.seam()) << show(plain);
+        });
+    }
+    EXPECT_EQ(questions, 10 * (9 + 81 + 729 + 6561 + 59049));
 }
 
 INSTANTIATE_TEST_SUITE_P(Segments, EveryTable, testing::ValuesIn(kVariables), [](const auto& tested) {
