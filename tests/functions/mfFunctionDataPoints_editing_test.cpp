@@ -485,6 +485,11 @@ TEST_F(DataPointTable, UpdateRowsMayBeReadAgain)
     EXPECT_THAT(updateRowsOf(table), ElementsAre(1, 2));
 }
 
+TEST_F(DataPointTable, BeginsWithTheInterfaceThatItsHostHolds)
+{
+    EXPECT_EQ(static_cast<void*>(static_cast<IFunctionDataPoints_c*>(&table)), &table);
+}
+
 TEST_F(DataPointTable, DirectUseOfARowIsUnchecked)
 {
     start("1 2 3");
@@ -561,6 +566,99 @@ TEST_F(DataPointTable, CopyIsDeepAndAsksTheSplineOnce)
 
     ASSERT_TRUE(rowAt(0).setX(0, 0.5));
     EXPECT_EQ(show(copy), "1:9 2:8,3:7");
+}
+
+// Writes down which of its virtual operations a copy uses.
+class ToldFunction : public mfFunctionDataPoints_c {
+public:
+    explicit ToldFunction(Calls& told) : told_(told) {}
+
+    void clearDataPoints() override
+    {
+        told_.emplace_back("clearDataPoints");
+        mfFunctionDataPoints_c::clearDataPoints();
+    }
+    void ClearFunction() override
+    {
+        told_.emplace_back("ClearFunction");
+        mfFunctionDataPoints_c::ClearFunction();
+    }
+    void setMotorDependentVar(mf::MotorDriveType_e quantity) override
+    {
+        told_.emplace_back("set motor");
+        mfFunctionDataPoints_c::setMotorDependentVar(quantity);
+    }
+    mf::MotorDriveType_e getMotorDependentVar() override
+    {
+        told_.emplace_back("get motor");
+        return mfFunctionDataPoints_c::getMotorDependentVar();
+    }
+    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
+    {
+        told_.emplace_back("set force");
+        mfFunctionDataPoints_c::setForceTorqueDependentVar(quantity);
+    }
+    mf::ForceTorqueType_e getForceTorqueDependentVar() override
+    {
+        told_.emplace_back("get force");
+        return mfFunctionDataPoints_c::getForceTorqueDependentVar();
+    }
+    void setIndependentVar(mf::IndependentVariableType_e variable) override
+    {
+        told_.emplace_back("set variable");
+        mfFunctionDataPoints_c::setIndependentVar(variable);
+    }
+    mf::IndependentVariableType_e getIndependentVar() override
+    {
+        told_.emplace_back("get variable");
+        return mfFunctionDataPoints_c::getIndependentVar();
+    }
+    void setMotionResult(const CString& name) override
+    {
+        told_.emplace_back("set result");
+        mfFunctionDataPoints_c::setMotionResult(name);
+    }
+    CString getMotionResult() override
+    {
+        told_.emplace_back("get result");
+        return mfFunctionDataPoints_c::getMotionResult();
+    }
+    void setInterpolationType(mf::DataPointInterpolationType_e type) override
+    {
+        told_.emplace_back("set interpolation");
+        mfFunctionDataPoints_c::setInterpolationType(type);
+    }
+    mf::DataPointInterpolationType_e getInterpolationType() override
+    {
+        told_.emplace_back("get interpolation");
+        return mfFunctionDataPoints_c::getInterpolationType();
+    }
+
+private:
+    Calls& told_;
+};
+
+TEST_F(DataPointTable, CopyGoesThroughTheVirtualOperationsInOrder)
+{
+    Calls told;
+    ToldFunction source(told);
+    ToldFunction target(told);
+    EXPECT_TRUE(target.Copy(&source));
+    EXPECT_THAT(told, ElementsAre("clearDataPoints", "ClearFunction", "get variable", "set variable",
+                                  "get result", "set result", "get motor", "set motor", "get force",
+                                  "set force", "get interpolation", "set interpolation"));
+}
+
+TEST_F(DataPointTable, CopyLeavesThePlotsOfTheTarget)
+{
+    start("1:9 2");
+    mfFunctionDataPoints_c source;
+    table.calculateValue();
+    const mfPoint2D_c* plot = table.getPlottingData0();
+    EXPECT_TRUE(table.Copy(&source));
+    EXPECT_TRUE(table.isEmpty());
+    EXPECT_EQ(table.getPlottingData0(), plot);
+    EXPECT_EQ(table.getPlottingDataCount(), 100);
 }
 
 TEST_F(DataPointTable, CopyOfNothingIsRefusedAndOfItselfDoesNothing)

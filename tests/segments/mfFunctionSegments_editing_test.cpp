@@ -571,6 +571,12 @@ TEST(SegmentTable, StartsEmptyAndInvalid)
     EXPECT_EQ(table.GetIndependentVarName(), L"");
 }
 
+TEST(SegmentTable, BeginsWithTheInterfaceThatItsHostHolds)
+{
+    mfFunctionSegments_c table;
+    EXPECT_EQ(static_cast<void*>(static_cast<IFunctionSegments_c*>(&table)), &table);
+}
+
 TEST(SegmentTable, IsValidWithAQuantityAVariableAndARow)
 {
     mfFunctionSegments_c table;
@@ -673,6 +679,76 @@ TEST(CopyTable, ReplacesRowsAndSettings)
     EXPECT_TRUE(*rowOf(target, 1).getProfileKey() == key);
     EXPECT_EQ(rowOf(target, 2).getProfileKey(), nullptr);
     EXPECT_TRUE(rowOf(target, 1).isInvalid());
+}
+
+// Writes down which of its virtual operations a copy uses.
+class ToldTable : public mfFunctionSegments_c {
+public:
+    explicit ToldTable(std::vector<std::string>& told) : told_(told) {}
+
+    void clearSegments() override
+    {
+        told_.emplace_back("clearSegments");
+        mfFunctionSegments_c::clearSegments();
+    }
+    void ClearFunction() override
+    {
+        told_.emplace_back("ClearFunction");
+        mfFunctionSegments_c::ClearFunction();
+    }
+    void setMotorDependentVar(mf::MotorDriveType_e quantity) override
+    {
+        told_.emplace_back("set motor");
+        mfFunctionSegments_c::setMotorDependentVar(quantity);
+    }
+    mf::MotorDriveType_e getMotorDependentVar() override
+    {
+        told_.emplace_back("get motor");
+        return mfFunctionSegments_c::getMotorDependentVar();
+    }
+    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
+    {
+        told_.emplace_back("set force");
+        mfFunctionSegments_c::setForceTorqueDependentVar(quantity);
+    }
+    mf::ForceTorqueType_e getForceTorqueDependentVar() override
+    {
+        told_.emplace_back("get force");
+        return mfFunctionSegments_c::getForceTorqueDependentVar();
+    }
+    void setIndependentVar(mf::IndependentVariableType_e variable) override
+    {
+        told_.emplace_back("set variable");
+        mfFunctionSegments_c::setIndependentVar(variable);
+    }
+    mf::IndependentVariableType_e getIndependentVar() override
+    {
+        told_.emplace_back("get variable");
+        return mfFunctionSegments_c::getIndependentVar();
+    }
+    void setMotionResult(const CString& name) override
+    {
+        told_.emplace_back("set result");
+        mfFunctionSegments_c::setMotionResult(name);
+    }
+    CString getMotionResult() override
+    {
+        told_.emplace_back("get result");
+        return mfFunctionSegments_c::getMotionResult();
+    }
+
+private:
+    std::vector<std::string>& told_;
+};
+
+TEST(CopyTable, GoesThroughTheVirtualOperationsInOrder)
+{
+    std::vector<std::string> told;
+    ToldTable source(told);
+    ToldTable target(told);
+    EXPECT_TRUE(target.Copy(&source));
+    EXPECT_THAT(told, ElementsAre("clearSegments", "ClearFunction", "get motor", "set motor", "get force",
+                                  "set force", "get variable", "set variable", "get result", "set result"));
 }
 
 TEST(CopyTable, OfNullChangesNothing)

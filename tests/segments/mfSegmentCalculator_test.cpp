@@ -261,6 +261,39 @@ TEST_F(SegmentCalculator, GivesAllBackWithTheSegment)
     EXPECT_EQ(theLiving, 0);
 }
 
+class OpenCalculator : public mfSegmentCalculator_c {
+public:
+    using mfSegmentCalculator_c::iGetCalculator;
+    using mfSegmentCalculator_c::iReleaseCalculators;
+    using mfSegmentCalculator_c::mfSegmentCalculator_c;
+};
+
+// Only getCalculator asks whether the text is still the same.
+TEST_F(SegmentCalculator, BuildingDoesNotLookAtTheTextOfWhatIsBuilt)
+{
+    OpenCalculator calculator(&segment);
+    ICalculator* first = calculator.iGetCalculator(1);
+    calls();
+    segment.setProfileExpr(L"3*x");
+    EXPECT_EQ(calculator.iGetCalculator(1), first);
+    EXPECT_NE(calculator.iGetCalculator(2), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("differentiate 1"));
+}
+
+TEST_F(SegmentCalculator, GivingBackLeavesItUpToDate)
+{
+    OpenCalculator calculator(&segment);
+    ASSERT_NE(calculator.getCalculator(2), nullptr);
+    calls();
+    calculator.iReleaseCalculators();
+    EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "release 2"));
+    calculator.iReleaseCalculators();
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_TRUE(calculator.isUpToDate());
+    ASSERT_NE(calculator.getCalculator(0), nullptr);
+    EXPECT_THAT(calls(), ElementsAre("parse 2*x of x"));
+}
+
 // A text reaches the engine through the narrow encoding, which has no form for
 // half a pair of surrogates.
 TEST_F(SegmentCalculator, TextTakesTheRoadThroughTheNarrowEncoding)
