@@ -128,11 +128,26 @@ void setNarrowEncoder(NarrowEncoder encoder)
     currentEncoder() = std::move(encoder);
 }
 
+bool hasBuiltInEncoder()
+{
+    return !currentEncoder();
+}
+
 int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error)
 {
     const NarrowEncoder& encoder = currentEncoder();
     return encoder ? encoder(text, length, buffer, size, error)
                    : encodeUtf8(text, length, buffer, size, error);
+}
+
+bool isAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool isAscii(std::wstring_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; });
 }
 
 std::wstring widen(std::string_view utf8)
@@ -167,7 +182,7 @@ std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size
 std::string toUtf8(std::wstring_view text)
 {
     // Nearly every text is ASCII, and each compile of an expression comes this way.
-    if (std::all_of(text.begin(), text.end(), [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; }))
+    if (isAscii(text))
         return {text.begin(), text.end()};
 
     std::string bytes;

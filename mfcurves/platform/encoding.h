@@ -26,9 +26,14 @@ using NarrowEncoder =
 /// fail; an empty function brings the built-in one back. The built-in encoding
 /// is UTF-8, and a code point that it cannot hold becomes U+FFFD.
 MFCURVES_API void setNarrowEncoder(NarrowEncoder encoder);
+bool hasBuiltInEncoder();
 
 /// Runs the current encoder, under the contract of NarrowEncoder.
 int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error);
+
+/// Every encoding and every locale has such a text as it is.
+bool isAscii(std::string_view text);
+bool isAscii(std::wstring_view text);
 
 /// UTF-8 to wide text. Every byte that belongs to no valid sequence becomes one
 /// U+FFFD.

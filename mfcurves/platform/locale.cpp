@@ -8,6 +8,8 @@
 #include <vector>
 #include <wctype.h>
 
+#include "mfcurves/platform/encoding.h"
+
 namespace mf::platform {
 namespace {
 
@@ -16,22 +18,6 @@ constexpr const char* kUtf8Locales[] = {"C.UTF-8", "C.utf8", "en_US.UTF-8"};
 constexpr int kCategories[] = {LC_CTYPE,    LC_NUMERIC,   LC_TIME,        LC_COLLATE,
                                LC_MONETARY, LC_MESSAGES,  LC_PAPER,       LC_NAME,
                                LC_ADDRESS,  LC_TELEPHONE, LC_MEASUREMENT, LC_IDENTIFICATION};
-
-bool isAscii(const std::string& text)
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-// Reads the names of the categories one by one: asking setlocale would take its
-// lock and build a text at every compile.
-bool standsAtC()
-{
-    if (uselocale(static_cast<locale_t>(nullptr)) != LC_GLOBAL_LOCALE)
-        return false;
-    return std::all_of(std::begin(kCategories), std::end(kCategories), [](int category) {
-        return std::strcmp(nl_langinfo(_NL_LOCALE_NAME(category)), "C") == 0;
-    });
-}
 
 void enterUtf8Locale()
 {
@@ -54,6 +40,17 @@ locale_t utf8Locale()
 }
 
 }  // namespace
+
+// Reads the names of the categories one by one: asking setlocale would take its
+// lock and build a text at every compile.
+bool standsAtC()
+{
+    if (uselocale(static_cast<locale_t>(nullptr)) != LC_GLOBAL_LOCALE)
+        return false;
+    return std::all_of(std::begin(kCategories), std::end(kCategories), [](int category) {
+        return std::strcmp(nl_langinfo(_NL_LOCALE_NAME(category)), "C") == 0;
+    });
+}
 
 std::wstring widenThroughLocale(const std::string& text)
 {

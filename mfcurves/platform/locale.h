@@ -12,6 +12,10 @@ namespace mf::platform {
 /// locale: the result and the state left are the same.
 std::wstring widenThroughLocale(const std::string& text);
 
+/// Whether the process stands at the locale "C" in every category, and the
+/// calling thread at that of the process.
+bool standsAtC();
+
 /// Lower-case form of a character by the tables of the UTF-8 locale, whatever
 /// locale the process stands at.
 wchar_t foldCase(wchar_t c);

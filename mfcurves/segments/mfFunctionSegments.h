@@ -153,7 +153,8 @@ public:
     bool calculateValue(int row, double x, double& y, double& d1, double& d2, double& d3, int order);
     /// Samples a row into its plotting arrays: 100 points, or one for a row of no
     /// length, and the derivatives that the quantity calls for. A row without a
-    /// compiled formula gets arrays of zeros.
+    /// compiled formula gets arrays of zeros. The samples are computed when the row
+    /// is first asked for them, as they would be at this moment.
     void calculateValue(int row);
     /// Samples all rows but row 0.
     void calculateValue();

@@ -1,19 +1,13 @@
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <vector>
 
-#include "mfcurves/engine/evaluateMany.h"
-#include "mfcurves/functions/motorDerivatives.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {
-
-constexpr int kPointsOfStretch = 100;
-constexpr int kPointsOfPointRow = 1;
 
 // 0.0 where the formula has no finite value.
 double valueAt(ICalculator& calculator, double x)
@@ -70,47 +64,6 @@ int highestDerivative(const mfSegment_c& segment)
 {
     const int points = segment.getPlottingDataCount();
     return points > 2 ? 3 : points == 2 ? 1 : 0;
-}
-
-// Evaluates at `count` points; one that fails is passed over like a point on its
-// own.
-void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
-{
-    const auto done = static_cast<int>(mf::engine::evaluateMany(calculator, x, y, count));
-    for (int i = done; i < count; ++i)
-        y[i] = valueAt(calculator, x[i]);
-}
-
-// Sets the Y of `count` points to the calculator's answers at the X of `at`, 0.0
-// where there is none.
-void sample(ICalculator* calculator, const mfPoint2D_c* at, mfPoint2D_c* points, int count)
-{
-    std::array<double, kPointsOfStretch> x;
-    std::array<double, kPointsOfStretch> y;
-    for (int first = 0; first < count; first += kPointsOfStretch) {
-        const int n = std::min(kPointsOfStretch, count - first);
-        for (int i = 0; i < n; ++i)
-            x[i] = at[first + i].x();
-        y.fill(0.0);
-        if (calculator != nullptr)
-            evaluateAll(*calculator, x.data(), y.data(), n);
-        for (int i = 0; i < n; ++i)
-            points[first + i] = mfPoint2D_c(x[i], y[i]);
-    }
-}
-
-// X runs by repeated addition; the last one is the end itself, so that the
-// rounding that has gathered does not reach it.
-void sampleStretch(ICalculator& calculator, double start, double end, mfPoint2D_c* points, int count)
-{
-    const double step = (end - start) / (count - 1.0);
-    double x = start;
-    for (int i = 0; i < count - 1; ++i) {
-        points[i] = mfPoint2D_c(x, 0.0);
-        x += step;
-    }
-    points[count - 1] = mfPoint2D_c(end, 0.0);
-    sample(&calculator, points, points, count);
 }
 
 }  // namespace
@@ -176,24 +129,8 @@ bool mfFunctionSegments_c::calculateValue(int row, double x, double& y, double& 
 
 void mfFunctionSegments_c::calculateValue(int row)
 {
-    if (!iHolds(row))
-        return;
-    mfSegment_c& segment = iAt(row);
-    const double start = segment.getStartX();
-    const double end = segment.getEndX();
-    const int count = start != end ? kPointsOfStretch : kPointsOfPointRow;
-    segment.setPlottingDataCount(count);
-    segment.initializePlottingData(motionObjectType, motorDependentVar);
-
-    ICalculator* calculator = segment.getCalculator(0);
-    if (calculator == nullptr)
-        return;
-    mfPoint2D_c* points = segment.getPlottingData0();
-    if (count == kPointsOfPointRow)
-        points[0] = mfPoint2D_c(start, segment.getValue());
-    else
-        sampleStretch(*calculator, start, end, points, count);
-    calculateDerivatives(row);
+    if (iHolds(row))
+        iAt(row).iSample(motionObjectType, motorDependentVar);
 }
 
 // Row 0 only states where the curve begins.
@@ -203,30 +140,8 @@ void mfFunctionSegments_c::calculateValue()
         calculateValue(row);
 }
 
-// A stretch gets the derivatives of the motor's quantity, whatever the curve
-// drives, and at least one; only a point row asks whether it is a motor at all.
-// Either way only arrays that the last build made are written.
 void mfFunctionSegments_c::calculateDerivatives(int row)
 {
-    if (!iHolds(row))
-        return;
-    mfSegment_c& segment = iAt(row);
-    const int count = std::min(segment.getPlottingDataCount(), segment.getPlottingDataLength());
-    if (count < 1)
-        return;
-    const mfPoint2D_c* values = segment.getPlottingData0();
-    const int orders = segment.getPlottingDataOrders();
-
-    if (segment.getPlottingDataCount() == kPointsOfPointRow) {
-        const int wanted = motionObjectType == 0 ? mf::motorDerivatives(motorDependentVar) : 1;
-        for (int order = 1; order <= std::min(wanted, orders); ++order)
-            segment.getPlottingData(order)[0] = mfPoint2D_c(values[0].x(), 0.0);
-        return;
-    }
-
-    ICalculator* const calculators[] = {nullptr, segment.getCalculator(1), segment.getCalculator(2),
-                                        segment.getCalculator(3)};
-    const int wanted = std::max(1, mf::motorDerivatives(motorDependentVar));
-    for (int order = 1; order <= std::min(wanted, orders); ++order)
-        sample(calculators[order], values, segment.getPlottingData(order), count);
+    if (iHolds(row))
+        iAt(row).iDerive(motionObjectType, motorDependentVar);
 }

@@ -1,25 +1,11 @@
 #include "mfcurves/segments/mfSegment.h"
 
-#include <cstddef>
+#include <algorithm>
+#include <iterator>
 
-#include "mfcurves/functions/motorDerivatives.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
-
-namespace {
-
-constexpr int kMotor = 0;
-constexpr int kForceOrTorque = 1;
-
-int derivativeArrays(int motionObjectType, mf::MotorDriveType_e kind)
-{
-    if (motionObjectType == kMotor)
-        return mf::motorDerivatives(kind);
-    return motionObjectType == kForceOrTorque ? 1 : 0;
-}
-
-}  // namespace
 
 mfSegment_c::mfSegment_c() : calculator_(this) {}
 
@@ -28,11 +14,39 @@ mfSegment_c::mfSegment_c(double startX, double endX, double value, const CString
 {
 }
 
+mfSegment_c::mfSegment_c(const mfSegment_c& other) : mfSegment_c()
+{
+    *this = other;
+}
+
+// Both share samples and compiled forms, so what was put off comes first.
+mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
+{
+    other.iCompute();
+    other.calculator_.iValue();
+    startX_ = other.startX_;
+    endX_ = other.endX_;
+    value_ = other.value_;
+    profileName_ = other.profileName_;
+    profileExpr_ = other.profileExpr_;
+    profileIndepVar_ = other.profileIndepVar_;
+    profileKey_ = other.profileKey_;
+    profile_ = other.profile_;
+    invalid_ = other.invalid_;
+    plottingDataCount_ = other.plottingDataCount_;
+    plottingDataLength_ = other.plottingDataLength_;
+    plottingDataOrders_ = other.plottingDataOrders_;
+    sampling_.reset();
+    std::copy(std::begin(other.plottingData_), std::end(other.plottingData_), plottingData_);
+    calculator_ = other.calculator_;
+    return *this;
+}
+
 mfSegment_c::~mfSegment_c()
 {
     delete profileKey_;
-    for (int order = 0; order <= 3; ++order)
-        iFreePlottingData(order);
+    for (mfPoint2D_c* points : plottingData_)
+        delete[] points;
 }
 
 void mfSegment_c::setProfileKey(const mfProfileKey_c& key)
@@ -53,32 +67,6 @@ CString mfSegment_c::getDisplayName() const
     if (profileKey_ != nullptr)
         profileKey_->keyDisplayName(name);
     return name;
-}
-
-mfPoint2D_c* mfSegment_c::getPlottingData(int order) const
-{
-    return order >= 0 && order <= 3 ? plottingData_[order] : nullptr;
-}
-
-// Everything is freed before anything is built: when memory runs out, the arrays
-// that are missing are null and the length says 0.
-void mfSegment_c::initializePlottingData(int motionObjectType, mf::MotorDriveType_e kind)
-{
-    plottingDataOrders_ = derivativeArrays(motionObjectType, kind);
-    plottingDataLength_ = 0;
-    for (int order = 0; order <= plottingDataOrders_; ++order)
-        iFreePlottingData(order);
-    if (plottingDataCount_ < 1)
-        return;
-    for (int order = 0; order <= plottingDataOrders_; ++order)
-        plottingData_[order] = new mfPoint2D_c[static_cast<std::size_t>(plottingDataCount_)];
-    plottingDataLength_ = plottingDataCount_;
-}
-
-void mfSegment_c::iFreePlottingData(int order)
-{
-    delete[] plottingData_[order];
-    plottingData_[order] = nullptr;
 }
 
 bool mfSegment_c::copy(mfSegment_c* other)

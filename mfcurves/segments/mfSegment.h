@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "mfcurves/functions/mfPoint2D.h"
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/motion/mfEnumerations.h"
@@ -25,8 +27,8 @@ class MFCURVES_API mfSegment_c {
 public:
     mfSegment_c();  ///< Spans [0, 1], unnamed, value 0.
     mfSegment_c(double startX, double endX, double value, const CString& profileName);
-    mfSegment_c(const mfSegment_c&) = default;
-    mfSegment_c& operator=(const mfSegment_c&) = default;
+    mfSegment_c(const mfSegment_c& other);
+    mfSegment_c& operator=(const mfSegment_c& other);
     ~mfSegment_c();
 
     double getStartX() const { return startX_; }
@@ -70,10 +72,13 @@ public:
     void setPlottingDataCount(int count) { plottingDataCount_ = count; }
     /// The value over X and its three derivatives, ascending in x where the row
     /// does, both ends included; null when never built. The segment keeps them.
-    mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
-    mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
-    mfPoint2D_c* getPlottingData2() const { return plottingData_[2]; }
-    mfPoint2D_c* getPlottingData3() const { return plottingData_[3]; }
+    ///
+    /// The first look computes the samples, from what the row was when it was
+    /// sampled. Memory that runs out then is tried for again at the next look.
+    mfPoint2D_c* getPlottingData0() const { return getPlottingData(0); }
+    mfPoint2D_c* getPlottingData1() const { return getPlottingData(1); }
+    mfPoint2D_c* getPlottingData2() const { return getPlottingData(2); }
+    mfPoint2D_c* getPlottingData3() const { return getPlottingData(3); }
     /// The same four by order; null outside 0 to 3.
     mfPoint2D_c* getPlottingData(int order) const;
     /// How many points the value array holds, and every derivative array that was
@@ -103,10 +108,22 @@ public:
     bool copy(mfSegment_c* other);
 
 private:
-    friend class mfFunctionSegments_c;   // judges the row
+    friend class mfFunctionSegments_c;   // judges and samples the row
     friend class mfSegmentCalculator_c;  // reads the texts without a copy at each evaluation
 
-    void iFreePlottingData(int order);
+    // What a sampling reads of the row, besides the length and the orders of the
+    // arrays.
+    struct Sampling {
+        double startX;
+        double endX;
+        double value;
+        mfSegmentCalculator_c::Formula formula;
+    };
+
+    void iSample(int motionObjectType, mf::MotorDriveType_e kind);
+    void iDerive(int motionObjectType, mf::MotorDriveType_e kind);
+    void iCompute() const;
+    void iDropPlottingData(int motionObjectType, mf::MotorDriveType_e kind);
 
     double startX_ = 0.0;
     double endX_ = 1.0;
@@ -118,10 +135,12 @@ private:
     mfProfile_c* profile_ = nullptr;        // lent by the profile manager until it rebuilds
     bool invalid_ = false;                  // true: the last check passed
     int plottingDataCount_ = 1;
-    mfPoint2D_c* plottingData_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
     int plottingDataLength_ = 0;
     int plottingDataOrders_ = 0;
-    mfSegmentCalculator_c calculator_;
+    // A look at the arrays is what makes them.
+    mutable std::optional<Sampling> sampling_;  // still to be computed into them
+    mutable mfPoint2D_c* plottingData_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
+    mutable mfSegmentCalculator_c calculator_;
 };
 
 // Asked at every evaluation: true when the order stands ready for the very text

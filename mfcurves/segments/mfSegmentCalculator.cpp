@@ -5,6 +5,8 @@
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/motion/mfTextConverter.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/locale.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {
@@ -15,6 +17,20 @@ std::wstring throughNarrow(const CString& text)
 {
     const mfTextConverter_c converter;
     return converter.toWide(converter.toNarrow(text));
+}
+
+// True for a text that comes out of that as it went in, whatever the encoder and
+// the locale.
+bool isAscii(const CString& text)
+{
+    return mf::platform::isAscii(text.View());
+}
+
+// False where the way through the narrow encoding may show: by the locale that it
+// leaves behind, or to an encoder of the host's.
+bool conversionLeavesNoTrace()
+{
+    return mf::platform::standsAtC() && mf::platform::hasBuiltInEncoder();
 }
 
 }  // namespace
@@ -33,7 +49,7 @@ bool mfSegmentCalculator_c::isUpToDate() const
     const CString& expression = segment_->profileExpr_;
     if (expression.SharesBuffer(confirmedExpression_))
         return true;
-    if (expression.CompareNoCase(builtExpression_) != 0)
+    if (expression.CompareNoCase(built_.expression) != 0)
         return false;
     confirmedExpression_ = expression;
     return true;
@@ -55,7 +71,8 @@ ICalculator* mfSegmentCalculator_c::iGetCalculator(int order)
     if (calculators_[order] != nullptr)
         return calculators_[order];
     if (order == 0) {
-        iCompile();
+        if (iValue() == nullptr)
+            iCompile();
     } else if (ICalculator* below = iGetCalculator(order - 1)) {
         calculators_[order] = below->differentiate(0);
     }
@@ -66,12 +83,51 @@ ICalculator* mfSegmentCalculator_c::iGetCalculator(int order)
 // is up to date too, and is handed over again at the next request.
 void mfSegmentCalculator_c::iCompile()
 {
-    builtExpression_ = segment_->profileExpr_;
-    confirmedExpression_ = builtExpression_;
-    const std::wstring expression = throughNarrow(builtExpression_);
-    std::wstring independentVariable = throughNarrow(segment_->profileIndepVar_);
+    built_ = {segment_->profileExpr_, segment_->profileIndepVar_};
+    confirmedExpression_ = built_.expression;
+    const std::wstring expression = throughNarrow(built_.expression);
+    std::wstring independentVariable = throughNarrow(built_.variable);
     MotionMEParser parser;
     parser.parse(expression.c_str(), independentVariable.data(), &calculators_[0]);
+}
+
+// Does what a request for the value does, except that texts are put down to be
+// compiled later where nobody can tell. True when their compiled forms can be had
+// at any time without a trace.
+bool mfSegmentCalculator_c::iPostpone()
+{
+    if (!isUpToDate())
+        iReleaseCalculators();
+    const Formula formula{segment_->profileExpr_, segment_->profileIndepVar_};
+    const bool isPlain = isAscii(formula.expression) && isAscii(formula.variable);
+    const bool isKnown = calculators_[0] != nullptr || postponed_;
+    if (!isKnown && isPlain && conversionLeavesNoTrace()) {
+        built_ = formula;
+        confirmedExpression_ = formula.expression;
+        postponed_ = true;
+    } else if (!postponed_ || !built_.sharesBuffers(formula)) {
+        iGetCalculator(0);
+    }
+    return isAscii(built_.expression) && isAscii(built_.variable);
+}
+
+// Whether the compiled forms are, or are going to be, those of these texts.
+bool mfSegmentCalculator_c::iHas(const Formula& formula) const
+{
+    return (calculators_[0] != nullptr || postponed_) && built_.sharesBuffers(formula);
+}
+
+// The value of the texts last handed over, or put down for that: nothing is tried
+// twice.
+ICalculator* mfSegmentCalculator_c::iValue()
+{
+    if (postponed_) {
+        std::wstring independentVariable(built_.variable.View());
+        MotionMEParser parser;
+        parser.parse(built_.expression, independentVariable.data(), &calculators_[0]);
+        postponed_ = false;
+    }
+    return calculators_[0];
 }
 
 void mfSegmentCalculator_c::iReleaseCalculators()
@@ -81,4 +137,5 @@ void mfSegmentCalculator_c::iReleaseCalculators()
             calculator->Release();
         calculator = nullptr;
     }
+    postponed_ = false;
 }

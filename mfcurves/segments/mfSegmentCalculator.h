@@ -43,12 +43,30 @@ protected:
     void iReleaseCalculators();              ///< gives all orders back
 
 private:
+    friend class mfSegment_c;  // samples what it had at an earlier time
+
+    // The texts that a compile reads.
+    struct Formula {
+        CString expression;
+        CString variable;
+        bool sharesBuffers(const Formula& other) const
+        {
+            return expression.SharesBuffer(other.expression) && variable.SharesBuffer(other.variable);
+        }
+    };
+
+    explicit mfSegmentCalculator_c(const Formula& postponed) : built_(postponed), postponed_(true) {}
+
     bool iIsBuilt(int order) const;
     ICalculator* iRenewCalculator(int order);
     void iCompile();
+    bool iPostpone();
+    bool iHas(const Formula& formula) const;
+    ICalculator* iValue();
 
-    mfSegment_c* segment_;                 // lent: it embeds this object
-    CString builtExpression_;              // the text last handed to the engine
-    mutable CString confirmedExpression_;  // last text found to equal that one
+    mfSegment_c* segment_ = nullptr;       // lent: it embeds this object
+    Formula built_;                        // the texts last handed to the engine
+    mutable CString confirmedExpression_;  // last text found to equal that expression
+    bool postponed_ = false;               // built_ is still to be handed over
     ICalculator* calculators_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
 };

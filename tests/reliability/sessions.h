@@ -100,6 +100,9 @@ inline void editAndSampleSegments(mfFunctionData_c& function)
         table.parseExpression(row);
         table.checkInvalid(row);
         table.calculateValue(row);
+        mfSegment_c* sampled = nullptr;
+        table.selectSegment(row, sampled);
+        sampled->getPlottingData0();
     }
     function.evaluate(0.5, 3);
     mfFunctionSegments_c copy;

@@ -66,6 +66,9 @@ TEST_F(Threads, SegmentCurvesOfOneFormulaEvaluateAndSample)
             // The cubic is halfway at the middle, with its greatest slope 1.5 h.
             EXPECT_NEAR(function.evaluate(0.5, 0), 2.0, 1e-12);
             EXPECT_NEAR(function.evaluate(0.5, 1), 6.0, 1e-12);
+            mfSegment_c* row = nullptr;
+            table.selectSegment(1, row);
+            EXPECT_NEAR(row->getPlottingData0()[99].y(), 4.0, 1e-12);
         }
     });
 }

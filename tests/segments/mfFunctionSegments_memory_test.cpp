@@ -84,6 +84,12 @@ void PrintTo(const Work& work, std::ostream* os)
 
 const CString kLongName = L"a name that needs memory of its own";
 
+void lookAtSamples(const mfFunctionSegments_c& table)
+{
+    for (int row = 0; row < table.getSegmentCount(); ++row)
+        rowOf(table, row).getPlottingData0();
+}
+
 const Work kWorks[] = {
     {"Add",
      [](mfFunctionSegments_c& table) {
@@ -149,6 +155,7 @@ const Work kWorks[] = {
          for (int row = 0; row < table.getSegmentCount(); ++row)
              table.parseExpression(row);
          table.calculateValue();
+         lookAtSamples(table);
      },
      true},
     {"SampleAgain",
@@ -158,6 +165,7 @@ const Work kWorks[] = {
          for (const auto quantity : {mf::MotorDriveType_Displacment, mf::MotorDriveType_Velocity}) {
              table.setMotorDependentVar(quantity);
              table.calculateValue(1);
+             lookAtSamples(table);
          }
      },
      true},
@@ -226,5 +234,54 @@ TEST_P(OutOfMemory, LeavesTheTableWhole)
 
 INSTANTIATE_TEST_SUITE_P(Segments, OutOfMemory, testing::ValuesIn(kWorks),
                          [](const auto& tested) { return tested.param.name; });
+
+class LateSamples : public testing::Test {
+protected:
+    LateSamples()
+    {
+        fill(table, "0:0 0:99 99:99=5");
+        table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+        for (int row = 1; row <= 2; ++row) {
+            rowOf(table, row).setProfileExpr(L"x^4");
+            rowOf(table, row).setProfileIndepVar(L"x");
+        }
+    }
+
+    mfFunctionSegments_c table;
+};
+
+TEST_F(LateSamples, NeedNoMemoryUntilTheFirstLook)
+{
+    {
+        const Allocations none(0);
+        EXPECT_NO_THROW(table.calculateValue());
+        EXPECT_THROW(rowOf(table, 1).getPlottingData0(), std::bad_alloc);
+        EXPECT_THROW(rowOf(table, 2).getPlottingData3(), std::bad_alloc);
+    }
+    EXPECT_EQ(rowOf(table, 1).getPlottingData3()[2].y(), 48.0);
+    const Allocations none(0);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_NO_THROW(rowOf(table, 1).getPlottingData(order));
+}
+
+TEST_F(LateSamples, AreHadAtTheLookThatFindsMemory)
+{
+    const mfSegment_c& row = rowOf(table, 1);
+    table.calculateValue();
+    long allocations = 0;
+    for (const mfPoint2D_c* points = nullptr; points == nullptr; ++allocations) {
+        ASSERT_LT(allocations, 1000);
+        const Allocations limit(allocations);
+        try {
+            points = row.getPlottingData1();
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(row.getPlottingDataLength(), 100);
+        }
+    }
+    EXPECT_GT(allocations, 4);  // at least the arrays
+    const double atTwo[] = {16.0, 32.0, 48.0, 48.0};
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(row.getPlottingData(order)[2].y(), atTwo[order]);
+}
 
 }  // namespace
