@@ -1,4 +1,4 @@
-// Curve documents of data points and of segments, read, written, and parsed by
+// Curve documents of data points, of segments and of an expression, read, written, and parsed by
 // the XML engine alone: the same bytes in one run.
 //
 // Benchmarks are named KIND/ROWS/WORK; ratios.csv says which are compared.
@@ -7,21 +7,18 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <string>
-#include <utility>
 
 #include "mfcurves/host/Context.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "mfcurves/platform/numbers.h"
-#include "mfcurves/segments/mfFunctionSegments.h"
-#include "mfcurves/segments/mfSegment.h"
 
 namespace bench {
 namespace {
 
 using mf::platform::formatNumber;
 
-enum class Kind { Points, Segments };
+enum class Kind { Points, Segments, Expression };
 
 std::string element(const char* name, const std::string& content)
 {
@@ -79,9 +76,21 @@ std::string segmentsDocument(int rows)
                                       element("ProfileDefinitions", definition));
 }
 
+std::string expressionDocument()
+{
+    return documentOf("Expression", element("Expression", "10*sin(2*pi*x)+x^2*exp(-x)/(1+x)"));
+}
+
 std::string documentOf(Kind kind, int rows)
 {
-    return kind == Kind::Points ? pointsDocument(rows) : segmentsDocument(rows);
+    switch (kind) {
+        case Kind::Points:
+            return pointsDocument(rows);
+        case Kind::Segments:
+            return segmentsDocument(rows);
+        default:
+            return expressionDocument();
+    }
 }
 
 void parseOnce(benchmark::State& state, const std::string& xml)
@@ -110,10 +119,6 @@ public:
             state.SkipWithError("not read");
     }
     mfFunctionData_c& function() { return function_; }
-    mfFunctionSegments_c& segments()
-    {
-        return static_cast<mfFunctionSegments_c&>(*function_.getFunctionSegments());
-    }
 
 private:
     mf::host::Context host_;
@@ -135,50 +140,19 @@ void write(benchmark::State& state, Kind kind, int rows)
         curve.function().createXMLData(L"name", false, L"");
 }
 
-// What no reader of segments gets around: the XML, and building, compiling and
-// sampling the same rows.
-void parseAndBuild(benchmark::State& state, int rows)
-{
-    const std::string xml = documentOf(Kind::Segments, rows);
-    Curve source(state, xml);
-    mfFunctionSegments_c built;
-    built.setMotorDependentVar(mf::MotorDriveType_Displacment);
-    for ([[maybe_unused]] auto step : state) {
-        parseOnce(state, xml);
-        built.ClearFunction();
-        built.setMotorDependentVar(mf::MotorDriveType_Displacment);
-        for (int row = 0; row < rows; ++row) {
-            mfSegment_c* from = nullptr;
-            source.segments().selectSegment(row, from);
-            auto* segment = new mfSegment_c(from->getStartX(), from->getEndX(), from->getValue(), L"");
-            segment->setProfileKey(*from->getProfileKey());
-            built.addSegment(segment);
-            built.checkInvalid(row);
-            if (row == 0)
-                continue;
-            built.parseExpression(row);
-            built.calculateValue(row);
-        }
-    }
-}
-
-// Lists the benchmarks of both kinds before main runs them.
+// Lists the benchmarks of all kinds before main runs them.
 const bool kRegistered = [] {
-    for (const auto& [name, kind] : {std::pair("points/", Kind::Points), {"segments/", Kind::Segments}}) {
-        for (const int rows : {10, 1000, 100000}) {
-            const auto add = [&, kind = kind](const char* work, auto* function) {
-                benchmark::RegisterBenchmark((name + std::to_string(rows) + work).c_str(), function, kind,
-                                             rows);
-            };
-            add("/parse", parseAlone);
-            add("/read", read);
-            add("/write", write);
-        }
+    const auto add = [](const std::string& name, Kind kind, int rows) {
+        const std::string start = name + '/' + std::to_string(rows);
+        benchmark::RegisterBenchmark((start + "/parse").c_str(), parseAlone, kind, rows);
+        benchmark::RegisterBenchmark((start + "/read").c_str(), read, kind, rows);
+        benchmark::RegisterBenchmark((start + "/write").c_str(), write, kind, rows);
+    };
+    for (const int rows : {10, 1000, 100000}) {
+        add("points", Kind::Points, rows);
+        add("segments", Kind::Segments, rows);
     }
-    for (const int rows : {10, 1000, 10000})
-        benchmark::RegisterBenchmark(("segments/" + std::to_string(rows) + "/parse_and_build").c_str(),
-                                     parseAndBuild, rows);
-    benchmark::RegisterBenchmark("segments/10000/read", read, Kind::Segments, 10000);
+    add("expression", Kind::Expression, 1);
     return true;
 }();
 
