@@ -4,12 +4,14 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "tests/functions/dataPointTables.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/virtualSlot.h"
 
 namespace {
 
@@ -488,6 +490,14 @@ TEST_F(DataPointTable, UpdateRowsMayBeReadAgain)
 TEST_F(DataPointTable, BeginsWithTheInterfaceThatItsHostHolds)
 {
     EXPECT_EQ(static_cast<void*>(static_cast<IFunctionDataPoints_c*>(&table)), &table);
+    using T = mfFunctionDataPoints_c;
+    EXPECT_EQ(mf::test::slotsOf(&T::getSplineData, &T::setSplineData, &T::clearDataPoints,
+                                &T::setMotorDependentVar, &T::getMotorDependentVar,
+                                &T::setForceTorqueDependentVar, &T::getForceTorqueDependentVar,
+                                &T::getIndependentVar, &T::setIndependentVar, &T::setInterpolationType,
+                                &T::getInterpolationType, &T::setMotionResult, &T::getMotionResult),
+              mf::test::slotsFrom(mf::test::kBehindTheDestructor, 13));
+    EXPECT_FALSE(std::is_final_v<T>);
 }
 
 TEST_F(DataPointTable, DirectUseOfARowIsUnchecked)

@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "mfcurves/profiles/mfProfile.h"
@@ -13,6 +14,7 @@
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/segments/segmentTables.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/virtualSlot.h"
 
 using namespace mf::test;
 using testing::ElementsAre;
@@ -575,6 +577,13 @@ TEST(SegmentTable, BeginsWithTheInterfaceThatItsHostHolds)
 {
     mfFunctionSegments_c table;
     EXPECT_EQ(static_cast<void*>(static_cast<IFunctionSegments_c*>(&table)), &table);
+    using T = mfFunctionSegments_c;
+    EXPECT_EQ(slotsOf(&T::clearSegments, &T::evaluate, &T::setMotorDependentVar, &T::getMotorDependentVar,
+                      &T::setForceTorqueDependentVar, &T::getForceTorqueDependentVar, &T::setIndependentVar,
+                      &T::getIndependentVar, &T::setMotionResult, &T::getMotionResult, &T::getSegmentsData,
+                      &T::setSegmentsData),
+              slotsFrom(kBehindTheDestructor, 12));
+    EXPECT_FALSE(std::is_final_v<T>);
 }
 
 TEST(SegmentTable, IsValidWithAQuantityAVariableAndARow)

@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <ostream>
+#include <type_traits>
 
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/profiles/mfProfile.h"
@@ -47,6 +48,12 @@ TEST(NewSegment, SpansZeroToOne)
     EXPECT_EQ(segment.getPlottingDataCount(), 1);
     for (int order = 0; order <= 3; ++order)
         EXPECT_EQ(segment.getPlottingData(order), nullptr);
+}
+
+TEST(NewSegment, IsAPlainClassAsIsItsCalculator)
+{
+    EXPECT_FALSE(std::is_polymorphic_v<mfSegment_c>);
+    EXPECT_FALSE(std::is_polymorphic_v<mfSegmentCalculator_c>);
 }
 
 TEST(NewSegment, TakesNumbersAndName)

@@ -161,6 +161,28 @@ TEST_P(BuiltInLaw, GivesTheClosedFormAndItsDerivatives)
     }
 }
 
+// Over no length every law divides by zero. Such a row has its stored value in its
+// array, and nothing but 0.0 for an X.
+TEST_P(BuiltInLaw, OverNoLengthHasNoValue)
+{
+    fill(table, "0:0=3 2:2=5");
+    rowOf(table, 1).setProfileKey(manager.getProfileKeyFromDisplayName(GetParam().displayName));
+    table.parseExpression(1);
+    table.calculateValue(1);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[0].x(), 2.0);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[0].y(), 5.0);
+
+    rowOf(table, 1).setPlottingDataCount(100);  // lets derivatives be asked for
+    for (const double x : {1.0, 2.0, 3.0}) {
+        double got[4] = {-1.0, -1.0, -1.0, -1.0};
+        EXPECT_TRUE(table.calculateValue(1, x, got[0], got[1], got[2], got[3], 3));
+        for (int order = 0; order <= 3; ++order) {
+            EXPECT_EQ(got[order], 0.0) << "order " << order << " at " << x;
+            EXPECT_EQ(table.evaluate(x, order), 0.0) << "order " << order << " at " << x;
+        }
+    }
+}
+
 TEST_P(BuiltInLaw, RunsFromValueToValue)
 {
     EXPECT_NEAR(GetParam().shape(0.0, 0), 0.0, 1e-15);
