@@ -123,6 +123,40 @@ TEST(AllSmallTables, OverlapMeetsTheRowsThatShareAnX)
     }
 }
 
+// The steps of the search as they are told, for a table that has rows.
+int search(const Table& table, double x)
+{
+    const auto isInRow = [&](int row) {
+        const Row& range = table.at(static_cast<std::size_t>(row));
+        return range.front() <= x && x <= range.back();
+    };
+    int low = 0;
+    int high = static_cast<int>(table.size()) - 1;
+    int middle = static_cast<int>(table.size()) / 2;
+    while (high - low > 1) {
+        if (isInRow(middle))
+            return middle;
+        const bool isAtOrBehind = x >= table.at(static_cast<std::size_t>(middle)).front();
+        (isAtOrBehind ? low : high) = middle;
+        middle = (middle + (isAtOrBehind ? high : low)) / 2;
+    }
+    if (isInRow(high))
+        return high;
+    if (!isInRow(low))
+        return middle;
+    return high;
+}
+
+TEST(AllSmallTables, SearchGoesByItsSteps)
+{
+    mfFunctionDataPoints_c function;
+    for (const Table& table : allTables()) {
+        fill(function, table);
+        for (double x = -1.0; x <= kGrid && !table.empty(); x += 0.5)
+            ASSERT_EQ(function.findDataPonts(x), search(table, x)) << show(function) << " at " << x;
+    }
+}
+
 // Where a list stays as it is: below the first row, above the last, or between two
 // rows with its end short of the end of the second.
 bool fits(const Table& table, std::size_t row, const Row& list)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -192,6 +193,48 @@ TEST_F(DataPointValues, RegenerationHandsOverEveryPointOfEveryRow)
                 ElementsAre("clearPoints", "addPoint 1 5", "addPoint 2 6", "addPoint 3 7", "addPoint 4 8"));
 }
 
+// A spline of a host that has no memory left.
+class FullSpline : public RecordingSpline {
+public:
+    void addPoint(double /*x*/, double /*y*/) override { throw std::bad_alloc(); }
+};
+
+class DataPointsOfAFullHost : public DataPointValues {
+protected:
+    DataPointsOfAFullHost()
+    {
+        start("1 4");
+        host.services.releaseSplineData(function.getSplineData());
+        host.servicesAnswer = nullptr;  // nobody takes the full one
+        function.setSplineData(&full);
+    }
+    std::vector<int> updateRows() const
+    {
+        std::vector<int> rows;
+        function.getUpdateRows(rows);
+        return rows;
+    }
+
+    FullSpline full;
+};
+
+TEST_F(DataPointsOfAFullHost, GiveAListBackThatWasInserted)
+{
+    const std::unique_ptr<mfDataPoints_c> list = rowOf("2:9");
+    EXPECT_THROW(function.insertDataPoint(1, list.get()), std::bad_alloc);
+    EXPECT_EQ(show(function), "1 4");
+    EXPECT_EQ(show(*list), "2:9");
+    EXPECT_THAT(updateRows(), IsEmpty());
+}
+
+TEST_F(DataPointsOfAFullHost, KeepTheirRowsWhenAListWasLeftOut)
+{
+    const std::unique_ptr<mfDataPoints_c> list = rowOf("0.5,1.5");  // to be moved to 2.5, behind its end
+    EXPECT_THROW(function.insertDataPoint(1, list.get()), std::bad_alloc);
+    EXPECT_EQ(show(function), "1 4");
+    EXPECT_THAT(updateRows(), IsEmpty());
+}
+
 // Interpolation
 
 TEST_F(DataPointValues, InterpolationTypeIsTheKindCountedFromTheOtherEnd)
@@ -279,6 +322,20 @@ TEST_F(DataPointValues, EmptyTablePlotsNoSamples)
     EXPECT_THAT(spline().calls, IsEmpty());
 }
 
+TEST_F(DataPointValues, EmptiedTablePlotsNoSamplesEither)
+{
+    start("1 2");
+    function.calculateValue();
+    function.clearDataPoints();
+    EXPECT_EQ(function.getPlottingDataCount(), 100);  // of the former curve
+    function.setPlottingDataCount();
+    EXPECT_EQ(function.getPlottingDataCount(), 0);
+    spline().calls.clear();
+    function.calculateValue();
+    EXPECT_EQ(function.getPlottingDataCount(), 0);
+    EXPECT_THAT(spline().calls, IsEmpty());
+}
+
 TEST_F(DataPointValues, OnePointIsPlottedAHundredTimes)
 {
     start("3:5");
@@ -300,10 +357,11 @@ TEST_F(DataPointValues, UpToAHundredPointsTheStepIsMadeWithTheConstant)
 
 TEST_F(DataPointValues, AboveAHundredPointsTheStepIsADivision)
 {
-    fillEvenly(function, 101, 0.0, 0.7);
+    fillEvenly(function, 101, -0.25, 0.75);
     function.calculateValue();
     EXPECT_EQ(function.getPlottingDataCount(), 101);
-    EXPECT_EQ(stepOfPlot(), 100 * 0.7 / 100.0);
+    EXPECT_EQ(stepOfPlot(), 0.75);  // 75 from end to end, in quarters and so exact
+    EXPECT_EQ(function.getPlottingData0()[100].x(), 74.75);
 }
 
 TEST_F(DataPointValues, SamplesCountPointsAndNotRows)
