@@ -21,9 +21,9 @@ Family::Family(std::shared_ptr<CompiledText> text)
     addOrder(0);
 }
 
-bool Family::addOrder(std::uint32_t order)
+bool Family::addOrder(int order)
 {
-    while (sections_.size() <= order) {
+    while (std::ssize(sections_) <= order) {
         const Section* section = text_->section(sections_.size());
         if (section == nullptr)
             return false;
@@ -35,54 +35,43 @@ bool Family::addOrder(std::uint32_t order)
     return true;
 }
 
-double Family::iRunPlan(std::uint32_t order)
-{
-    for (const Instruction* step = planFirst_; step != planLast_; ++step)
-        step->run(*step, registers_.data());
-    const double last = planLast_->run(*planLast_, registers_.data());
-    return asked_ == planned_ ? last : registers_[sections_[order]->result];
-}
-
 // The first time, and where other orders are asked for than at the x before.
-double Family::iComputedAnew(double x, std::uint32_t order)
+bool Family::iComputeAnew(double x, int order)
 {
-    if (std::bit_cast<std::uint64_t>(x) == xBits_)
-        return iContinued(order);
-    iPlan(std::max(order + 1, asked_));
-    asked_ = planned_;
-    return computed(x, order);
-}
-
-double Family::iContinued(std::uint32_t order)
-{
-    while (planned_ <= order) {
-        for (const Instruction& step : sections_[planned_]->code)
-            step.run(step, registers_.data());
-        iPlan(planned_ + 1);
+    if (parameterCount_ > 1)
+        return false;
+    if (parameterCount_ == 0) {
+        const Section& section = *sections_[order];
+        section.runWhole(section.whole.front(), registers_.data());
+        return true;
     }
-    asked_ = std::max(asked_, order + 1);
-    return registers_[sections_[order]->result];
+    if (std::bit_cast<std::uint64_t>(x) != xBits_ || held_ < 0) {
+        iHold(std::max(order, asked_));
+        return compute(x, order);
+    }
+    while (held_ < order) {
+        for (const Instruction& step : sections_[held_ + 1]->code)
+            step.run(step, registers_.data());
+        iHold(held_ + 1);
+    }
+    asked_ = order;
+    return true;
 }
 
-void Family::iPlan(std::uint32_t orders)
+void Family::iHold(int order)
 {
-    planned_ = orders;
-    planFirst_ = &sections_[orders - 1]->whole.front();
-    planLast_ = &sections_[orders - 1]->whole.back();
+    const Section& section = *sections_[order];
+    held_ = order;
+    runWhole_ = section.runWhole;
+    firstStep_ = &section.whole.front();
 }
 
-double Family::computed(std::uint32_t order)
-{
-    return iContinued(order);
-}
-
-double Family::computed(const MMEP_Data* numbers)
+void Family::compute(const MMEP_Data* numbers)
 {
     for (std::size_t i = 0; i < parameterCount_; ++i)
         registers_[i] = *numbers[i].getValue();
-    for (const Instruction& step : sections_[0]->code)
-        step.run(step, registers_.data());
-    return registers_[sections_[0]->result];
+    const Section& section = *sections_[0];
+    section.runWhole(section.whole.front(), registers_.data());
 }
 
 bool Family::takesBlocks() const
@@ -90,7 +79,7 @@ bool Family::takesBlocks() const
     return parameterCount_ == 1 && sections_.back()->registers <= kMostBlockRegisters;
 }
 
-void Family::iMoveBlockTo(const double* x, std::size_t count, std::uint32_t orders)
+void Family::iMoveBlockTo(const double* x, std::size_t count, int orders)
 {
     std::copy_n(x, count, block_.begin());
     blockPoints_ = count;
@@ -99,9 +88,9 @@ void Family::iMoveBlockTo(const double* x, std::size_t count, std::uint32_t orde
     runBlock(sections_[blockDone_ - 1]->whole, block_.data(), count);
 }
 
-void Family::computeBlock(const double* x, double* y, std::size_t count, std::uint32_t order)
+void Family::computeBlock(const double* x, double* y, std::size_t count, int order)
 {
-    for (; blockFilled_ < sections_.size(); ++blockFilled_) {
+    for (; blockFilled_ < std::ssize(sections_); ++blockFilled_) {
         const Section& section = *sections_[blockFilled_];
         block_.resize(section.registers * kBlock);
         for (const auto& [target, number] : section.constants)
@@ -132,7 +121,8 @@ namespace {
 
 bool answer(double value, MMEP_Data& result)
 {
-    if (!std::isfinite(value))
+    // What is not finite has no difference from itself.
+    if (std::isnan(value - value)) [[unlikely]]
         return false;
     *result.getValue() = value;
     return true;
@@ -142,23 +132,27 @@ bool answer(double value, MMEP_Data& result)
 
 bool Calculator::iEvaluateAt(double x, MMEP_Data& result)
 {
-    return answer(family_.computed(x, order_), result);
+    return family_.compute(x, order_) && answer(family_[result_], result);
 }
 
 bool Calculator::iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data& result)
 {
-    if (parameters_ == 0)
-        return answer(family_.computed(order_), result);
-    if (parameters_ > 1 && parameters_ == count && arguments != nullptr)
-        return answer(family_.computed(arguments), result);
-    return false;
+    const auto parameters = static_cast<int>(family_.parameterCount());
+    if (parameters == 0)
+        return iEvaluateAt(0.0, result);
+    if (parameters == 1 || parameters != count || arguments == nullptr)
+        return false;
+    family_.compute(arguments);
+    return answer(family_[result_], result);
 }
 
-// An integrator calls this at every step: the usual cases go first, and what takes
+// An integrator calls this at every step: the usual case goes first, and what takes
 // longer is done by functions of its own, so that little is set up here.
 bool Calculator::Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result)
 {
-    if (parameters_ != 1 || count != 1 || arguments == nullptr) [[unlikely]]
+    if (count != 1) [[unlikely]]
+        return iEvaluateOther(count, arguments, result);
+    if (arguments == nullptr) [[unlikely]]
         return iEvaluateOther(count, arguments, result);
     const double x = *arguments->getValue();
     if (family_.holds(x, order_))

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "mfcurves/engine/compiledText.h"
@@ -19,48 +20,44 @@ namespace mf::engine {
 ///
 /// The orders of one x build on each other, so whichever calculator is asked
 /// first, each section runs once. Whoever asked for the derivatives at the last x
-/// will want them at the next, so a new x is computed up to the highest order
-/// that was asked for at the one before.
+/// will want them at the next, so a new x is computed up to the order that was
+/// asked for last at the one before.
 class Family {
 public:
     explicit Family(std::shared_ptr<CompiledText> text);
 
     /// Makes room for an order; false when the derivative outgrows the limits.
-    bool addOrder(std::uint32_t order);
+    bool addOrder(int order);
 
     std::size_t parameterCount() const { return parameterCount_; }
     /// The register that holds the value of an order.
-    std::uint32_t resultOf(std::uint32_t order) const { return sections_[order]->result; }
+    std::uint32_t resultOf(int order) const { return sections_[order]->result; }
 
-    /// Whether the registers hold an order at x, which counts as asking for it.
-    /// Points are told apart by their bits: atan2 and divisions tell 0.0 from -0.0.
-    bool holds(double x, std::uint32_t order)
+    /// Whether the registers hold an order at x, which counts as asking for it;
+    /// never for a family that has not one parameter. Points are told apart by
+    /// their bits: atan2 and divisions tell 0.0 from -0.0.
+    bool holds(double x, int order)
     {
-        if (std::bit_cast<std::uint64_t>(x) != xBits_ || order >= planned_)
+        if (std::bit_cast<std::uint64_t>(x) != xBits_ || order > held_)
             return false;
-        if (order >= asked_)
-            asked_ = order + 1;
+        asked_ = order;
         return true;
     }
 
-    /// Value of an order at x, which the registers do not hold, for a family of one
-    /// parameter.
-    double computed(double x, std::uint32_t order)
+    /// Computes an order at x, which the registers do not hold. Without parameters
+    /// any x will do; false for several.
+    bool compute(double x, int order)
     {
-        if (asked_ != planned_ || order >= planned_) [[unlikely]]
-            return iComputedAnew(x, order);
+        if (std::max(order, asked_) != held_) [[unlikely]]
+            return iComputeAnew(x, order);
         registers_[0] = x;
         xBits_ = std::bit_cast<std::uint64_t>(x);
-        asked_ = order + 1;
-        // A law of motion is one step, which needs no loop.
-        if (planFirst_ == planLast_)
-            return planLast_->run(*planLast_, registers_.data());
-        return iRunPlan(order);
+        asked_ = order;
+        runWhole_(*firstStep_, registers_.data());
+        return true;
     }
-    /// Value of an order of a family without parameters.
-    double computed(std::uint32_t order);
-    /// Value of a family of several parameters: `numbers` has one for each.
-    double computed(const MMEP_Data* numbers);
+    /// Computes the value for as many numbers as there are parameters.
+    void compute(const MMEP_Data* numbers);
 
     double operator[](std::uint32_t registerNumber) const { return registers_[registerNumber]; }
 
@@ -70,33 +67,31 @@ public:
 
     /// Values of an order at `count` points, at most kBlock; bit for bit those of
     /// single points.
-    void computeBlock(const double* x, double* y, std::size_t count, std::uint32_t order);
+    void computeBlock(const double* x, double* y, std::size_t count, int order);
 
     void keep() { users_.fetch_add(1, std::memory_order_relaxed); }
     void release();
 
 private:
     ~Family() = default;
-    [[gnu::noinline]] double iComputedAnew(double x, std::uint32_t order);
-    [[gnu::noinline]] double iRunPlan(std::uint32_t order);
-    double iContinued(std::uint32_t order);
-    void iPlan(std::uint32_t orders);
-    void iMoveBlockTo(const double* x, std::size_t count, std::uint32_t orders);
+    [[gnu::noinline]] bool iComputeAnew(double x, int order);
+    void iHold(int order);
+    void iMoveBlockTo(const double* x, std::size_t count, int orders);
 
     std::vector<double> registers_;
     std::uint64_t xBits_ = 0;                 // of the x that the registers are for
-    std::uint32_t asked_ = 0;                 // how many orders were asked for at that x
-    std::uint32_t planned_ = 0;               // how many are computed at each x
-    const Instruction* planFirst_ = nullptr;  // the first
-    const Instruction* planLast_ = nullptr;   // and the last of the steps that do so
+    int asked_ = 0;                           // the order asked for last at that x
+    int held_ = -1;                           // the highest order that is computed at each x
+    Instruction::Run runWhole_ = nullptr;     // computes the orders up to it
+    const Instruction* firstStep_ = nullptr;  // from this step on
     std::vector<const Section*> sections_;
     const std::size_t parameterCount_;
 
     std::vector<double> block_;  // the same for a block of points
     std::size_t blockPoints_ = 0;
-    std::uint32_t blockDone_ = 0;
-    std::uint32_t blockAsked_ = 0;
-    std::uint32_t blockFilled_ = 0;  // orders whose constants stand in the block
+    int blockDone_ = 0;
+    int blockAsked_ = 0;
+    int blockFilled_ = 0;  // orders whose constants stand in the block
 
     std::shared_ptr<CompiledText> text_;
     std::atomic<int> users_{0};
@@ -105,11 +100,7 @@ private:
 /// The engine's own kind of calculator: one order of a family.
 class Calculator final : public ICalculator {
 public:
-    Calculator(Family& family, std::uint32_t order)
-        : family_(family),
-          order_(order),
-          result_(family.resultOf(order)),
-          parameters_(static_cast<int>(family.parameterCount()))
+    Calculator(Family& family, int order) : family_(family), order_(order), result_(family.resultOf(order))
     {
         family_.keep();
     }
@@ -119,7 +110,7 @@ public:
     bool Release() override;
 
     Family& family() const { return family_; }
-    std::uint32_t order() const { return order_; }
+    int order() const { return order_; }
 
 private:
     ~Calculator() override { family_.release(); }
@@ -127,9 +118,8 @@ private:
     [[gnu::noinline]] bool iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data& result);
 
     Family& family_;
-    const std::uint32_t order_;
+    const int order_;
     const std::uint32_t result_;  // the register of its value
-    const int parameters_;
 };
 
 }  // namespace mf::engine

@@ -117,26 +117,31 @@ double chooseStep(double, const Instruction& step, double* registers)
 // Polynomials of a few terms, which laws of motion and their derivatives are: the
 // operations of polynomialValue, with counts that the compiler knows.
 template <std::size_t count, unsigned lowest>
-double smallPolynomial(double a, const Instruction& step, double*)
+[[gnu::always_inline]] inline double smallPolynomial(double a, const Instruction& step, double*)
 {
     return polynomialValue(a, lowest, std::span<const double, count>(step.constants, count));
 }
 
 using Operation = double (*)(double a, const Instruction& step, double* registers);
 
-// A whole step. The compiler makes one function of it for each operation and each
-// pair of stages.
 template <Operation operation, Stage input, Stage output>
-double runStep(const Instruction& step, double* registers)
+[[gnu::always_inline]] inline void doStep(const Instruction& step, double* registers)
 {
     double a = registers[step.a];
     if constexpr (input != Stage::None)
         registers[step.moved] = a = throughStage<input>(a, step.inputConstants());
     const double value = operation(a, step, registers);
     registers[step.value] = value;
-    if constexpr (output == Stage::None)
-        return value;
-    return registers[step.target] = throughStage<output>(value, step.outputConstants());
+    if constexpr (output != Stage::None)
+        registers[step.target] = throughStage<output>(value, step.outputConstants());
+}
+
+// The compiler makes one function of a whole step for each operation and each pair
+// of stages.
+template <Operation operation, Stage input, Stage output>
+void runStep(const Instruction& step, double* registers)
+{
+    doStep<operation, input, output>(step, registers);
 }
 
 template <Operation operation, Stage input>
@@ -172,7 +177,18 @@ Instruction::Run runOf(const Instruction& step)
 constexpr std::size_t kMostTerms = 4;
 constexpr std::size_t kHighestLowest = 4;
 
-// runOf for each small polynomial, found by (count - 1) * kHighestLowest + lowest.
+bool isSmallPolynomial(const Instruction& step)
+{
+    return step.code == Code::Polynomial && step.count <= kMostTerms && step.lowest < kHighestLowest;
+}
+
+std::size_t smallPolynomialIndex(const Instruction& step)
+{
+    return (step.count - 1) * kHighestLowest + step.lowest;
+}
+
+using SmallPolynomialIndices = std::make_index_sequence<kMostTerms * kHighestLowest>;
+
 template <std::size_t... i>
 constexpr auto runsOfSmallPolynomials(std::index_sequence<i...>)
 {
@@ -182,11 +198,105 @@ constexpr auto runsOfSmallPolynomials(std::index_sequence<i...>)
 
 Instruction::Run runOfPolynomial(const Instruction& step)
 {
-    static constexpr auto kSmall =
-        runsOfSmallPolynomials(std::make_index_sequence<kMostTerms * kHighestLowest>());
-    if (step.count > kMostTerms || step.lowest >= kHighestLowest)
-        return runOf<polynomial>(step);
-    return kSmall[(step.count - 1) * kHighestLowest + step.lowest](step);
+    static constexpr auto kSmall = runsOfSmallPolynomials(SmallPolynomialIndices());
+    return isSmallPolynomial(step) ? kSmall[smallPolynomialIndex(step)](step) : runOf<polynomial>(step);
+}
+
+void runInTurn(const Instruction& first, double* registers)
+{
+    const Instruction* step = &first;
+    step->run(*step, registers);
+    while (!step->isLast) {
+        ++step;
+        step->run(*step, registers);
+    }
+}
+
+// --- A law of motion and its derivatives at one point ----------------------------------------
+
+// What an integrator asks for at each x: a scaled polynomial and, in the steps
+// behind it, its first derivatives. Their shapes follow from its own, so that the
+// compiler makes one function of all of them.
+template <std::size_t terms, unsigned lowestPower>
+struct Shape {
+    static constexpr std::size_t count = terms;
+    static constexpr unsigned lowest = lowestPower;
+    static constexpr std::size_t degree = terms - 1 + lowestPower;
+    using Derivative = Shape<lowestPower == 0 ? terms - 1 : terms, lowestPower == 0 ? 0 : lowestPower - 1>;
+};
+
+// Whether the steps are a polynomial of this shape and its derivatives.
+template <typename S>
+bool areDerivatives(std::span<const Instruction> steps, std::uint32_t operand)
+{
+    if (steps.empty())
+        return true;
+    const Instruction& step = steps.front();
+    if (step.code != Code::Polynomial || step.a != operand || step.input != Stage::None ||
+        step.output != Stage::None || step.count != S::count || step.lowest != S::lowest)
+        return false;
+    if constexpr (S::degree == 0)
+        return steps.size() == 1;
+    else
+        return areDerivatives<typename S::Derivative>(steps.subspan(1), operand);
+}
+
+template <typename S, std::size_t count>
+[[gnu::always_inline]] inline void doDerivatives(const Instruction* step, double* registers)
+{
+    doStep<smallPolynomial<S::count, S::lowest>, Stage::None, Stage::None>(*step, registers);
+    if constexpr (count > 1)
+        doDerivatives<typename S::Derivative, count - 1>(step + 1, registers);
+}
+
+template <typename S, Stage input, std::size_t derivatives>
+void runLaw(const Instruction& law, double* registers)
+{
+    doStep<smallPolynomial<S::count, S::lowest>, input, Stage::Scale>(law, registers);
+    doDerivatives<typename S::Derivative, derivatives>(&law + 1, registers);
+}
+
+template <typename S, Stage input>
+Instruction::Run runForLaw(std::span<const Instruction> code)
+{
+    if constexpr (S::degree > 0) {
+        if (!areDerivatives<typename S::Derivative>(code.subspan(1),
+                                                    input == Stage::None ? code[0].a : code[0].moved))
+            return nullptr;
+        if (code.size() == 2)
+            return runLaw<S, input, 1>;
+        if constexpr (S::degree > 1) {
+            if (code.size() == 3)
+                return runLaw<S, input, 2>;
+        }
+        if constexpr (S::degree > 2) {
+            if (code.size() == 4)
+                return runLaw<S, input, 3>;
+        }
+    }
+    return nullptr;
+}
+
+template <typename S>
+Instruction::Run runForLawOf(std::span<const Instruction> code)
+{
+    switch (code.front().input) {
+        case Stage::None:
+            return runForLaw<S, Stage::None>(code);
+        case Stage::Shift:
+            return runForLaw<S, Stage::Shift>(code);
+        case Stage::Divide:
+            return runForLaw<S, Stage::Divide>(code);
+        default:
+            return runForLaw<S, Stage::General>(code);
+    }
+}
+
+template <std::size_t... i>
+constexpr auto runsForLaws(std::index_sequence<i...>)
+{
+    return std::array{
+        &runForLawOf<Shape<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>>...};
 }
 
 // --- Points side by side -------------------------------------------------------------------
@@ -360,6 +470,18 @@ Instruction::Run runFor(const Instruction& step)
             return runOf<chooseStep>(step);
     }
     return nullptr;
+}
+
+Instruction::Run runForAll(std::span<const Instruction> code)
+{
+    static constexpr auto kLaws = runsForLaws(SmallPolynomialIndices());
+    const Instruction& first = code.front();
+    if (code.size() == 1)
+        return first.run;
+    Instruction::Run law = nullptr;
+    if (isSmallPolynomial(first) && first.output == Stage::Scale)
+        law = kLaws[smallPolynomialIndex(first)](code);
+    return law != nullptr ? law : runInTurn;
 }
 
 void runBlock(std::span<const Instruction> code, double* registers, std::size_t count)

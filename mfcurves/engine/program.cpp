@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/functionTable.h"
@@ -24,11 +25,14 @@ struct StageConstants {
     void multiply(double number) { put(2, number); }
     void addLast(double number) { put(3, number); }
 
-    // The shortest form of a stage that comes after an operation.
-    Stage outputForm() const
+    // The shortest form of a stage that comes after an operation. What is only
+    // added may be added last.
+    Stage outputForm()
     {
         if (isNone)
             return Stage::None;
+        if (has(0) && !has(1) && !has(2) && !has(3))
+            std::swap(c[0], c[3]);
         if (has(1))
             return Stage::General;
         return has(0) ? Stage::Shift : Stage::Scale;
@@ -106,24 +110,22 @@ void mergeSinesAndCosines(std::vector<Instruction>& code, std::uint32_t register
     });
 }
 
-// Adds a step, if need be, so that the last one answers the register `result`.
-void endWith(std::uint32_t result, std::vector<Instruction>& code)
-{
-    if (!code.empty()) {
-        const Instruction& last = code.back();
-        if ((last.output != Stage::None ? last.target : last.value) == result)
-            return;
-    }
-    Instruction step;
-    step.a = result;
-    step.value = result;
-    code.push_back(step);
-}
-
 void chooseRuns(std::vector<Instruction>& code)
 {
     for (Instruction& step : code)
         step.run = runFor(step);
+}
+
+// A whole without steps gets one that changes nothing.
+void finishWhole(Section& section)
+{
+    std::vector<Instruction>& whole = section.whole;
+    if (whole.empty())
+        whole.emplace_back();
+    for (Instruction& step : whole)
+        step.isLast = &step == &whole.back();
+    chooseRuns(whole);
+    section.runWhole = runForAll(whole);
 }
 
 // Makes one section. The walk goes down the ids, so that all users of a node have
@@ -362,7 +364,7 @@ private:
         const bool onlyMoves = step.code == Code::Move;
         const bool hasOneStage = onlyMoves && draft.input.isNone;
         const StageConstants& input = hasOneStage ? draft.output : draft.input;
-        const StageConstants output = hasOneStage ? StageConstants() : draft.output;
+        StageConstants output = hasOneStage ? StageConstants() : draft.output;
         if (hasOneStage)
             step.moved = step.target;
         if (onlyMoves)
@@ -433,7 +435,6 @@ private:
         }
         std::ranges::reverse(section_.code);
         mergeSinesAndCosines(section_.code, registers_);
-        chooseRuns(section_.code);
         section_.registers = registers_;
     }
 
@@ -459,12 +460,12 @@ void Translator::clear(std::uint32_t parameterCount)
 Section Translator::translate(const Graph& graph, NodeId root, const Section* before)
 {
     Section section = SectionBuilder(graph, registerOf_, registers_).build(root);
+    chooseRuns(section.code);
     if (before != nullptr)
         section.whole = before->whole;
     section.whole.insert(section.whole.end(), section.code.begin(), section.code.end());
     mergeSinesAndCosines(section.whole, registers_);
-    endWith(section.result, section.whole);
-    chooseRuns(section.whole);
+    finishWhole(section);
     return section;
 }
 

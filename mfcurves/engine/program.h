@@ -45,13 +45,14 @@ constexpr std::size_t kStageConstants = 4;
 /// operation's value is kept in `value`, and what the output stage makes of it in
 /// `target`.
 struct Instruction {
-    using Run = double (*)(const Instruction& step, double* registers);
+    using Run = void (*)(const Instruction& step, double* registers);
 
-    Run run = nullptr;  // does the step on one point and answers its last value
+    Run run = nullptr;  // does the step on one point
     Code code = Code::Move;
     Stage input = Stage::None;
     Stage output = Stage::None;
     std::uint8_t lowest = 0;  // exponent of a polynomial's first coefficient
+    bool isLast = false;      // of the steps that run at once
     std::uint32_t count = 0;
     std::uint32_t a = 0;
     std::uint32_t b = 0;
@@ -78,11 +79,12 @@ struct Section {
         double number;
     };
 
-    std::vector<Instruction> code;    // this order, after the sections of the lower ones have run
-    std::vector<Instruction> whole;   // all orders up to this one; the last step answers this one
-    std::vector<Constant> constants;  // registers that hold a number and are filled once
-    std::uint32_t result = 0;         // the register that holds the order's value
-    std::uint32_t registers = 0;      // how many the sections up to this one use
+    std::vector<Instruction> code;        // this order, after the sections of the lower ones have run
+    std::vector<Instruction> whole;       // all orders up to this one; not empty
+    Instruction::Run runWhole = nullptr;  // runs the whole at one point, given its first step
+    std::vector<Constant> constants;      // registers that hold a number and are filled once
+    std::uint32_t result = 0;             // the register that holds the order's value
+    std::uint32_t registers = 0;          // how many the sections up to this one use
 
     std::vector<double> numbers;       // what the constants of the steps point into
     std::vector<std::uint32_t> lists;  // what the lists of the steps point into

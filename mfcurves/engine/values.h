@@ -56,7 +56,7 @@ inline double compensatedPower(double u, unsigned exponent)
 }
 
 /// r * u^exponent, where r has so many terms.
-inline double timesPower(double r, std::size_t terms, double u, unsigned exponent)
+[[gnu::always_inline]] inline double timesPower(double r, std::size_t terms, double u, unsigned exponent)
 {
     if (exponent > kLargestCompensatedPower)
         return r * std::pow(u, exponent);
@@ -71,7 +71,8 @@ inline double timesPower(double r, std::size_t terms, double u, unsigned exponen
 }
 
 template <std::size_t count>
-inline double polynomialValue(double u, unsigned lowest, std::span<const double, count> c)
+[[gnu::always_inline]] inline double polynomialValue(double u, unsigned lowest,
+                                                     std::span<const double, count> c)
 {
     double r = c.back();
     for (std::size_t i = c.size() - 1; i-- > 0;)

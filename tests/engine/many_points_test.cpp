@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "mfcurves/engine/evaluateMany.h"
@@ -131,6 +133,48 @@ public:
     }
     bool Release() override { return true; }
 };
+
+// A law of motion: `terms` terms from the power `lowest` on, scaled and shifted, of
+// x as it is, shifted, divided, or both.
+std::string lawText(int terms, int lowest, const std::string& u)
+{
+    std::string sum = "0";
+    for (int i = 0; i < terms; ++i)
+        sum += (i % 2 == 0 ? "+" : "-") + std::to_string(3 * i + 2) + ".7*" + u + "^" +
+               std::to_string(lowest + i);
+    return "1.3-2.1*(" + sum + ")";
+}
+
+// At each x the orders are asked for in another sequence, so that laws and their
+// derivatives are computed alone, together and one after the other.
+TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
+{
+    const std::vector<int> kSequences[] = {{0},       {0, 1, 2, 3}, {3}, {0, 1}, {2, 0},
+                                           {0, 1, 2}, {3, 2, 1, 0}, {1}, {0, 3}};
+    const std::vector<double> x = points(std::size(kSequences) * 3, -2.0, 3.0);
+    for (const char* u : {"x", "(x-0.3)", "(x/1.7)", "((x-0.3)/1.7)", "(2*(x-0.3)/1.7)"}) {
+        for (int terms = 1; terms <= 5; ++terms) {
+            for (int lowest = 0; lowest <= 5; ++lowest) {
+                const std::string text = lawText(terms, lowest, u);
+                const Orders together(text);
+                const Orders asked(text);
+                ASSERT_TRUE(together && asked) << text;
+                std::vector<double> expected[4];
+                for (int order = 0; order < 4; ++order)
+                    expected[order] = many(together[order], x);
+                for (std::size_t i = 0; i < x.size(); ++i) {
+                    for (const int order : kSequences[i % std::size(kSequences)]) {
+                        const std::optional<double> value = evaluate(asked[order], x[i]);
+                        ASSERT_TRUE(value) << text;
+                        ASSERT_EQ(std::bit_cast<std::uint64_t>(*value),
+                                  std::bit_cast<std::uint64_t>(expected[order][i]))
+                            << text << "\norder " << order << " at " << x[i];
+                    }
+                }
+            }
+        }
+    }
+}
 
 TEST(ManyPoints, OfAnyOtherCalculatorAreAskedOneByOne)
 {
