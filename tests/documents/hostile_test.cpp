@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 
 #include "curveFixture.h"
-#include "temporaryFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 // Documents made to do harm give false or a defined curve, soon and in bounded
 // memory.
@@ -73,7 +73,7 @@ TEST_F(HostileDocument, NamesFarDownAmongMillionsOfOthers)
 TEST_F(HostileDocument, FileThatIsOneAttributeTakesLittleMemory)
 {
     const TemporaryFolder folder;
-    const CString path = folder.file("a.xml", "<Curve a='" + std::string(300'000'000, 'x'));
+    const CString path = folder.write("a.xml", "<Curve a='" + std::string(300'000'000, 'x')).c_str();
     const long before = largestMemoryInKilobytes();
     EXPECT_FALSE(function.readXMLData(path, false, ""));
     EXPECT_LT(largestMemoryInKilobytes() - before, 200'000);
@@ -108,7 +108,7 @@ TEST_F(HostileDocument, ZeroBytesInAFile)
     for (std::size_t at = 0; at <= xml.size(); at += 7) {
         std::string bytes = xml;
         bytes.insert(at, 1, '\0');
-        EXPECT_FALSE(function.readXMLData(folder.file("a.xml", bytes), false, "")) << at;
+        EXPECT_FALSE(function.readXMLData(folder.write("a.xml", bytes).c_str(), false, "")) << at;
     }
     EXPECT_TRUE(points().isEmpty());
 }

@@ -8,7 +8,7 @@
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/xmlRuntime.h"
-#include "temporaryFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
@@ -113,10 +113,10 @@ TEST(LoadDocument, FileThatIsNotWellFormedIsRefused)
 {
     const TemporaryFolder folder;
     mfCurveDocument_c document;
-    document.setPath(folder.file("a.xml", "<a>"));
+    document.setPath(folder.write("a.xml", "<a>").c_str());
     document.initialize();
     EXPECT_FALSE(document.load());
-    document.setPath(folder.file("b.xml", "<a>1</a>"));
+    document.setPath(folder.write("b.xml", "<a>1</a>").c_str());
     EXPECT_TRUE(document.load());
     document.setPath(CString((folder / "none.xml").c_str()));
     EXPECT_FALSE(document.load());
@@ -132,7 +132,7 @@ TEST(SaveDocument, WhatWasSavedLoads)
     document.initialize();
     fill(document, L"\u00E4");
     document.save();
-    EXPECT_EQ(mf::test::contentOf(folder / "a.xml"), "<a>\u00E4</a>\n");
+    EXPECT_EQ(folder.read("a.xml"), "<a>\u00E4</a>\n");
     EXPECT_TRUE(document.load());
     EXPECT_EQ(document.document()->selectSingleNode("//a").text(), "\u00E4");
     document.shutdown();
@@ -142,10 +142,10 @@ TEST(SaveDocument, WithoutNodesTheFileIsEmpty)
 {
     const TemporaryFolder folder;
     mfCurveDocument_c document;
-    document.setPath(folder.file("a.xml", "old"));
+    document.setPath(folder.write("a.xml", "old").c_str());
     document.initialize();
     document.save();
-    EXPECT_EQ(mf::test::contentOf(folder / "a.xml"), "");
+    EXPECT_EQ(folder.read("a.xml"), "");
     document.extractXmlText();
     EXPECT_EQ(document.getXmlText(), "");
     document.shutdown();
@@ -154,7 +154,7 @@ TEST(SaveDocument, WithoutNodesTheFileIsEmpty)
 TEST(SaveDocument, PathThatCannotBeWrittenSaysNothing)
 {
     const TemporaryFolder folder;
-    folder.file("old.xml", "old");
+    folder.write("old.xml", "old");
     mfCurveDocument_c document;
     document.initialize();
     fill(document, L"1");
@@ -167,7 +167,7 @@ TEST(SaveDocument, PathThatCannotBeWrittenSaysNothing)
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         left.push_back(entry.path().filename().string());
     EXPECT_THAT(left, testing::ElementsAre("old.xml"));
-    EXPECT_EQ(mf::test::contentOf(folder / "old.xml"), "old");
+    EXPECT_EQ(folder.read("old.xml"), "old");
 }
 
 TEST(ExtractText, PassesThroughTheNarrowEncoding)

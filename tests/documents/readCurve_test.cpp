@@ -11,7 +11,7 @@
 #include "mfcurves/documents/xmlDocument.h"
 #include "mfcurves/platform/numbers.h"
 #include "mfcurves/profiles/mfProfile.h"
-#include "temporaryFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 // The state that a read leaves: of the document's head, of the kind that it fills,
 // of the starts of the XML engine and of the version.
@@ -32,7 +32,7 @@ protected:
     bool readFile(const std::string& bytes) { return readFile("curve.xml", bytes); }
     bool readFile(const char* name, const std::string& bytes)
     {
-        return function.readXMLData(folder.file(name, bytes), false, "");
+        return function.readXMLData(folder.write(name, bytes).c_str(), false, "");
     }
 
     TemporaryFolder folder;
@@ -256,7 +256,7 @@ TEST_F(ReadCurve, ForceDocumentForAMotorIsRefusedAsAFileAndTakenAsABuffer)
     function.setMotionObjectType(MotionObjectType_Motor);
     const std::string xml = dataPointDocument().set("MotionObjectType", "Force").xml();
     const documents::ReadOutcome outcome =
-        documents::readCurve(function, folder.file("f.xml", xml), false, "");
+        documents::readCurve(function, folder.write("f.xml", xml).c_str(), false, "");
     EXPECT_FALSE(outcome.taken);
     EXPECT_EQ(outcome.reason, "\"MotionObjectType\" is \"Force\", and this function is for \"Motor\".");
     EXPECT_TRUE(readBuffer(xml));
@@ -267,7 +267,7 @@ TEST_F(ReadCurve, UnknownMotionObjectOfAFileIsTold)
 {
     function.setMotionObjectType(MotionObjectType_Motor);
     const std::string xml = dataPointDocument().set("MotionObjectType", "Gear").xml();
-    EXPECT_EQ(documents::readCurve(function, folder.file("f.xml", xml), false, "").reason,
+    EXPECT_EQ(documents::readCurve(function, folder.write("f.xml", xml).c_str(), false, "").reason,
               "\"MotionObjectType\" is \"Gear\", which is none of \"Motor\", \"Force\" or \"Torque\".");
 }
 

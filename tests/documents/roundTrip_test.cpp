@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "curveFixture.h"
-#include "temporaryFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 // A document that was read and written again stays as it is, to the byte.
 
@@ -57,9 +57,8 @@ TEST_P(Sample, IsInTheWritersOwnForm)
     EXPECT_EQ(function.getXMLData(), contentOf(path));
 
     const TemporaryFolder folder;
-    const CString copy((folder / (GetParam() + ".xml").c_str()).c_str());
-    function.createXMLData(name, true, copy);
-    EXPECT_EQ(contentOf(folder / (GetParam() + ".xml").c_str()), contentOf(path));
+    function.createXMLData(name, true, folder.wide("copy.xml").c_str());
+    EXPECT_EQ(folder.read("copy.xml"), contentOf(path));
 }
 
 TEST_P(Sample, IsACurveThatCanBeUsed)

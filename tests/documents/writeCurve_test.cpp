@@ -10,8 +10,8 @@
 #include "curveFixture.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
-#include "temporaryFile.h"
 #include "tests/locale/comma_locale.h"
+#include "tests/support/TemporaryFolder.h"
 
 // The bytes of written documents, and where they go.
 
@@ -444,29 +444,29 @@ TEST_F(WriteCurve, FileLeavesTheTextAlone)
     function.setXMLData(text);
     function.createXMLData(L"name", true, CString((folder / "\u00E4 b.xml").c_str()));
     EXPECT_STREQ(function.getXMLData(), "before");
-    EXPECT_EQ(contentOf(folder / "\u00E4 b.xml"), write());
+    EXPECT_EQ(folder.read("\u00E4 b.xml"), write());
     EXPECT_EQ(startsLeft(), 0);
 }
 
 TEST_F(WriteCurve, PathIsNotTouchedWithoutAFile)
 {
     const TemporaryFolder folder;
-    const CString path = folder.file("a.xml", "old");
+    const CString path = folder.write("a.xml", "old").c_str();
     function.createXMLData(L"name", false, path);
-    EXPECT_EQ(contentOf(folder / "a.xml"), "old");
+    EXPECT_EQ(folder.read("a.xml"), "old");
 }
 
 TEST_F(WriteCurve, SaveThatFailsLeavesTheOldFile)
 {
     const TemporaryFolder folder;
-    folder.file("old.xml", "old");
+    folder.write("old.xml", "old");
     std::filesystem::create_directory(folder / "folder");
-    folder.file("folder/inside", "inside");
+    folder.write("folder/inside", "inside");
     for (const auto& path :
          {folder / "none/a.xml", folder / "folder", folder / "old.xml/a.xml", std::filesystem::path()})
         function.createXMLData(L"name", true, CString(path.c_str()));
-    EXPECT_EQ(contentOf(folder / "old.xml"), "old");
-    EXPECT_EQ(contentOf(folder / "folder/inside"), "inside");
+    EXPECT_EQ(folder.read("old.xml"), "old");
+    EXPECT_EQ(folder.read("folder/inside"), "inside");
     int files = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
         ++files;
@@ -477,7 +477,7 @@ TEST_F(WriteCurve, SaveThatFailsLeavesTheOldFile)
 TEST_F(WriteCurve, UnknownFunctionTypeWritesTheEmptyDocument)
 {
     const TemporaryFolder folder;
-    const CString path = folder.file("a.xml", "old");
+    const CString path = folder.write("a.xml", "old").c_str();
     for (const int type : {0, 4, -1, 7}) {
         char text[] = "before";
         function.setXMLData(text);
@@ -485,7 +485,7 @@ TEST_F(WriteCurve, UnknownFunctionTypeWritesTheEmptyDocument)
         EXPECT_EQ(write(), "");
         EXPECT_EQ(function.getXMLData(), nullptr);
         function.createXMLData(L"name", true, path);
-        EXPECT_EQ(contentOf(folder / "a.xml"), "");
+        EXPECT_EQ(folder.read("a.xml"), "");
     }
     EXPECT_EQ(startsLeft(), 0);
 }

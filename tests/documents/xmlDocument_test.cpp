@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "temporaryFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace mf::documents {
 namespace {
@@ -412,7 +412,7 @@ TEST(ReadFile, FollowsTheDeclaredEncoding)
     const TemporaryFolder folder;
     const auto read = [&](const std::string& bytes) {
         XmlDocument document;
-        EXPECT_TRUE(document.readFile(folder.file("a.xml", bytes))) << document.problem().message;
+        EXPECT_TRUE(document.readFile(folder.write("a.xml", bytes).c_str())) << document.problem().message;
         const XmlNode node = document.selectSingleNode("//a");
         return node ? node.text() : "";
     };
@@ -436,7 +436,7 @@ TEST(ReadFile, IsStrictAboutItsEncoding)
     const TemporaryFolder folder;
     const auto problem = [&](const std::string& bytes) {
         XmlDocument document;
-        EXPECT_FALSE(document.readFile(folder.file("a.xml", bytes)));
+        EXPECT_FALSE(document.readFile(folder.write("a.xml", bytes).c_str()));
         EXPECT_FALSE(document.selectSingleNode("//a"));
         return document.problem().message;
     };
@@ -458,7 +458,7 @@ TEST(ReadFile, ZeroBytesAreRefused)
          {zero, "<a>" + zero + "</a>", "<a b='" + zero + "'/>", "<a/>" + zero, "<a/>" + zero + "<b",
           "<a/>" + std::string(10000, ' ') + zero, zero + "<a/>"}) {
         XmlDocument document;
-        EXPECT_FALSE(document.readFile(folder.file("a.xml", bytes))) << bytes;
+        EXPECT_FALSE(document.readFile(folder.write("a.xml", bytes).c_str())) << bytes;
         EXPECT_FALSE(document.problem().message.empty());
     }
 }
@@ -468,7 +468,7 @@ TEST(ReadFile, PathsArePlainNames)
     const TemporaryFolder folder;
     for (const char* name : {"a%20b.xml", "file:a.xml", "a#b?c.xml", "\u00E4.xml", "a b.xml"}) {
         XmlDocument document;
-        EXPECT_TRUE(document.readFile(folder.file(name, "<a/>"))) << name;
+        EXPECT_TRUE(document.readFile(folder.write(name, "<a/>").c_str())) << name;
     }
     XmlDocument document;
     EXPECT_FALSE(document.readFile(CString((folder / "a").c_str())));

@@ -1,7 +1,7 @@
 // What the disk does to a save or a load: the old document or the new one is
 // there, never a mixture, and what cannot be read is answered with false.
 
-#include <cstdlib>
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -19,10 +19,13 @@
 #include <unistd.h>
 
 #include "mfcurves/mfcurves.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+using mf::test::contentOf;
 
 constexpr int kPoints = 500;  // a document of about 20 kB
 
@@ -31,8 +34,6 @@ protected:
     Disk()
     {
         QelSession_c::setMotionFunctionContext(&host_);
-        std::string pattern = (fs::temp_directory_path() / "mfcurves-disk-XXXXXX").string();
-        folder_ = ::mkdtemp(pattern.data());
         EXPECT_TRUE(function_.initialize());
         function_.setFunctionType(mf::FunctionType_DataPoints);
         function_.setMotionObjectType(mf::MotionObjectType_Motor);
@@ -46,23 +47,13 @@ protected:
         }
         table.RegenSplineData();
     }
-    ~Disk() override
-    {
-        QelSession_c::setMotionFunctionContext(nullptr);
-        fs::remove_all(folder_);
-    }
+    ~Disk() override { QelSession_c::setMotionFunctionContext(nullptr); }
 
     fs::path path(const char* name) const { return folder_ / name; }
 
     void save(const CString& name, const fs::path& target)
     {
         function_.createXMLData(name, true, target.c_str());
-    }
-
-    static std::string contentOf(const fs::path& file)
-    {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     }
 
     // Runs `work` in a process of its own and answers how that ended.
@@ -76,14 +67,9 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    long filesIn(const fs::path& folder) const
-    {
-        return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
-    }
-
     mf::host::Context host_;
     mfFunctionData_c function_;
-    fs::path folder_;
+    mf::test::TemporaryFolder folder_;
 };
 
 TEST_F(Disk, SaveKilledHalfWayLeavesTheOldDocumentOrTheNewOne)
@@ -134,7 +120,7 @@ TEST_F(Disk, FileThatMayNotGrowKeepsTheOldDocument)
               }),
               0);
     EXPECT_EQ(contentOf(file), "the old document");
-    EXPECT_EQ(filesIn(folder_), 1);
+    EXPECT_EQ(folder_.count(), 1);
 }
 
 // Where the process may mount one, a small file system runs full for real.
@@ -152,7 +138,7 @@ TEST_F(Disk, FullFileSystemKeepsTheOldDocument)
         save(L"new", mount / "curve.xml");
         if (contentOf(mount / "curve.xml") != "the old document")
             return 1;
-        return filesIn(mount) == 1 ? 0 : 2;
+        return std::distance(fs::directory_iterator(mount), {}) == 1 ? 0 : 2;
     });
     if (outcome == kMayNotMount)
         std::printf("this process may not mount a file system: the limit of the file size stands for it\n");
@@ -167,13 +153,13 @@ TEST_F(Disk, FolderInPlaceOfTheFileIsNoDocument)
     EXPECT_FALSE(function_.readXMLData(folder.c_str(), false, ""));
     save(L"new", folder);
     EXPECT_TRUE(fs::is_directory(folder));
-    EXPECT_EQ(filesIn(folder_), 1);
+    EXPECT_EQ(folder_.count(), 1);
 }
 
 TEST_F(Disk, MissingFolderSavesNothing)
 {
     save(L"new", path("nowhere") / "curve.xml");
-    EXPECT_EQ(filesIn(folder_), 0);
+    EXPECT_EQ(folder_.count(), 0);
 }
 
 TEST_F(Disk, MissingFileIsNoDocument)
@@ -191,7 +177,7 @@ TEST_F(Disk, PathOfFourThousandCharactersThatLeadsNowhere)
 
 TEST_F(Disk, PathOfFourThousandCharactersThatLeadsToTheFile)
 {
-    std::string longPath = folder_.string();
+    std::string longPath = folder_.path().string();
     while (longPath.size() < 4000)
         longPath += "/.";
     const fs::path file = longPath + "/curve.xml";

@@ -1,14 +1,24 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <sstream>
 #include <string>
 
 #include "mfcurves/platform/encoding.h"
 
 namespace mf::test {
+
+inline std::string contentOf(const std::filesystem::path& path)
+{
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
 
 /// A folder of the running test's own, removed with all that it holds at the end.
 class TemporaryFolder {
@@ -41,12 +51,7 @@ public:
         return wide(name);
     }
 
-    std::string read(const std::string& name) const
-    {
-        std::ostringstream content;
-        content << std::ifstream(path_ / name, std::ios::binary).rdbuf();
-        return content.str();
-    }
+    std::string read(const std::string& name) const { return contentOf(path_ / name); }
 
     /// Path of a file in the folder as the library takes it.
     std::wstring wide(const std::string& name) const { return mf::platform::widen((path_ / name).string()); }
