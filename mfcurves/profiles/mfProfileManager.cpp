@@ -213,13 +213,14 @@ int mfProfileManager_c::storeProfile(ProfileMap& map, std::vector<CString>& disp
     const int status = buildKey(key, mfTextConverter_c().toCString(name), file, record);
     if (status != kStored)
         return status;
-    ProfileMap stored;
-    stored.emplace(key, record);
-    std::map<std::wstring, Held> held;
-    held.emplace(contentOf(*record), Held{key, record});
     CString displayName;
     key.keyDisplayName(displayName);
+    ProfileMap stored;
+    stored.emplace(key, record);
     const auto former = map.find(key);
+    // A record that takes a place over stands there under the key that it finds.
+    std::map<std::wstring, Held> held;
+    held.emplace(contentOf(*record), Held{former != map.end() ? former->first : key, record});
     if (former != map.end())
         displacedProfiles_.reserve(displacedProfiles_.size() + 1);
     displayNames.push_back(displayName);

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+#include "mfcurves/interfaces/CGeneralException.h"
+#include "mfcurves/platform/encoding.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
@@ -461,6 +463,48 @@ TEST_F(ProfileManager, PlaceTakenOverInAnotherSpellingLeavesTheGroupOut)
     // The same key, spelt otherwise.
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("a", false, record("a", "2").release(), k), 0);
     EXPECT_THAT(names(), IsEmpty());
+}
+
+// The place keeps the key of its first record, and an equal record gets that key.
+TEST_F(ProfileManager, EqualProfileGetsTheKeyThatStandsInTheGroup)
+{
+    mfProfileKey_c k;
+    EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
+    EXPECT_EQ(manager_.addAssemblyProfileFromDocument("a", false, record("a", "2").release(), k), 0);
+    EXPECT_EQ(shown(k), "a| (User)|0");
+    const auto same = record("a", "2");
+    EXPECT_EQ(manager_.addAssemblyProfile("a", L"cam.xml", same.get(), k), 1);
+    EXPECT_EQ(shown(k), "A| (User)|0");
+}
+
+// A file may be called like the current suffix. Its source then counts among the
+// user profiles, if it is spelt the same, and is stored with the others.
+TEST_F(ProfileManager, SourceAloneChoosesWhereTheIndexIsCounted)
+{
+    writeLibrary("a", law("A") + law("A", "2*x"));
+    setFolders({"a"});
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
+    mfProfileKey_c k;
+    EXPECT_EQ(manager_.addAssemblyProfile("A", L"User.xml", record("A", "3").release(), k), 0);
+    EXPECT_EQ(shown(k), "A| (User)|2");
+    EXPECT_EQ(manager_.addAssemblyProfile("A", L"User.xml", record("A", "4").release(), k), 0);
+    EXPECT_EQ(shown(k), "A| (User)|2");  // the user profiles are still two
+    EXPECT_EQ(manager_.addAssemblyProfile("A", L"user.xml", record("A", "5").release(), k), 0);
+    EXPECT_EQ(shown(k), "A| (user)|3");  // behind the one of the assembly group
+}
+
+TEST_F(ProfileManager, FailureOfTheNarrowEncodingTravels)
+{
+    writeLibrary("a", law("A"));
+    setFolders({"a"});
+    mf::platform::setNarrowEncoder([](const wchar_t*, int, char*, int, std::uint32_t& error) {
+        error = 5;
+        return 0;
+    });
+    EXPECT_THROW(manager_.rebuildUserProfileMap(), CGeneralException);
+    mf::platform::setNarrowEncoder({});
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
 }
 
 TEST_F(ProfileManager, AssemblyProfileHidesAUserProfileOfEqualKey)
