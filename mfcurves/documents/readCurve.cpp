@@ -17,11 +17,11 @@
 #include "mfcurves/motion/mfTextConverter.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
+#include "mfcurves/profiles/definitionReading.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
-#include "mfcurves/profiles/readingBudget.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
@@ -401,7 +401,8 @@ private:
             return;
         mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
-        if (!parser.parseDefinition(functionText, profile.get(), true, budget_))
+        parser.upgradeKeywords(functionText);
+        if (profiles::parseDefinition(functionText, *profile, budget_))
             return;
         const std::string baseName = parser.baseProfileName(uniqueName);
         mfProfileKey_c key;

@@ -46,15 +46,9 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
 
 bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords)
 {
-    ReadingBudget budget;
-    return parseDefinition(text, record, upgradeKeywords, budget);
-}
-
-bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords,
-                                            ReadingBudget& budget)
-{
     if (upgradeKeywords)
         this->upgradeKeywords(text);
+    ReadingBudget budget;
     return record && !mf::profiles::parseDefinition(text, *record, budget);
 }
 

@@ -5,9 +5,6 @@
 #include <vector>
 
 class mfProfile_c;
-namespace mf::profiles {
-class ReadingBudget;
-}
 
 /// The reader of profile definitions in the current dialect: the built-in table,
 /// files named "SegmentTypes.txt" and the definitions stored in curve documents.
@@ -29,11 +26,6 @@ public:
     /// Fills `record` from one definition in normal form. With `upgradeKeywords`
     /// the older keywords in `text` are rewritten first.
     bool parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords);
-
-    /// The same with a budget that the definitions of one document share, so that
-    /// many short ones which each grow large are refused together.
-    bool parseDefinition(std::string& text, mfProfile_c* record, bool upgradeKeywords,
-                         mf::profiles::ReadingBudget& budget);
 
     /// A display name without its bracketed source and without blanks at its ends.
     std::string baseProfileName(const std::string& displayName);

@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 #include <sys/resource.h>
+#include <vector>
 
 #include "curveFixture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -200,6 +201,27 @@ TEST_F(HostileDocument, DefinitionThatGrowsWithoutBounds)
                                .set("Segments", segment("", "", "0", "Mine") + segment("0", "1", "1", "Mine"))
                                .set("ProfileDefinitions", definition("Mine", text))));
     EXPECT_EQ(showSegments(segments()), "0-0=0 Cubic (Default); 0-1=1 Cubic (Default)");
+}
+
+// One may grow to a megabyte, and a hundred may not.
+TEST_F(HostileDocument, DefinitionsThatGrowTogether)
+{
+    std::string body = "v00=x;";
+    for (int i = 1; i <= 17; ++i) {
+        const std::string former = "v" + std::to_string(100 + i - 1).substr(1);
+        body += "v" + std::to_string(100 + i).substr(1) + "=" + former + "+" + former + ";";
+    }
+    std::string definitions;
+    for (int i = 0; i < 100; ++i)
+        definitions += definition("Mine" + std::to_string(i), "segmenttype(\"Mine" + std::to_string(i) +
+                                                                  "\",x,x1,y1,x2,y2)" + body +
+                                                                  "returnv17;endsegmenttype");
+    EXPECT_TRUE(readBuffer(segmentDocument().set("ProfileDefinitions", definitions)));
+    std::vector<CString> names;
+    manager.getAllProfileNames(names);
+    EXPECT_GT(names.size(), 10U);
+    EXPECT_LT(names.size(), 30U);
+    EXPECT_EQ(utf8(names[10]), "Mine0 (Assembly)");
 }
 
 TEST_F(HostileDocument, DefinitionsThatReferToThemselves)

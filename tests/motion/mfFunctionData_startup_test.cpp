@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/motion/mfFunctionData.h"
+#include "mfcurves/platform/encoding.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/support/FakeHost.h"
@@ -183,6 +185,20 @@ TEST_F(Startup, EntryThatEndsInASeparatorIsPassedOn)
     EXPECT_TRUE(function_.getDesignLibraryPath());
     EXPECT_TRUE(function_.setProfile());
     EXPECT_THAT(Lists(function_).names, ElementsAre(CString(L"A")));
+}
+
+TEST_F(Startup, FailureOfTheNarrowEncodingTravels)
+{
+    setFolders({"a"});
+    EXPECT_TRUE(function_.getDesignLibraryPath());
+    mf::platform::setNarrowEncoder([](const wchar_t*, int, char*, int, std::uint32_t& error) {
+        error = 5;
+        return 0;
+    });
+    EXPECT_THROW(function_.setProfile(), CGeneralException);
+    EXPECT_TRUE(function_.setDefaultProfile());  // which needs no path
+    mf::platform::setNarrowEncoder({});
+    EXPECT_TRUE(Lists(function_).parallel(1));
 }
 
 TEST_F(Startup, WithoutEntriesNothingIsRead)

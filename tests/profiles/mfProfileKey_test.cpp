@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <type_traits>
 
 namespace {
+
+// A value without virtual operations.
+static_assert(!std::is_polymorphic_v<mfProfileKey_c>);
+static_assert(std::is_same_v<decltype(mfProfileKey_c::index), std::int32_t>);
 
 mfProfileKey_c key(const wchar_t* name, const wchar_t* source, std::int32_t index)
 {
@@ -45,6 +50,7 @@ TEST_P(Key, OrdersByNameSourceAndIndex)
     EXPECT_EQ(mfProfileKey_c::keyLess(c.b, c.a), c.order > 0);
     EXPECT_EQ(c.a == c.b, c.order == 0);
     EXPECT_EQ(c.b == c.a, c.order == 0);
+    EXPECT_EQ(c.a != c.b, c.order != 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Profiles, Key, testing::ValuesIn(kOrderCases),

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
+#include <type_traits>
 
+#include "mfcurves/profiles/builtInProfiles.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -13,6 +15,10 @@ namespace {
 using mf::test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// It holds nothing: readers are interchangeable.
+static_assert(std::is_empty_v<mfSegmentTypeParser_c>);
+
 using Strings = std::vector<std::string>;
 
 // What readProfiles hands out, owned.
@@ -285,6 +291,28 @@ TEST(UnbalancedQuote, LowersTheNamesOfLowerCaseDefinitions)
     EXPECT_FALSE(readText("\"").answer);
     ASSERT_TRUE(file.answer);
     EXPECT_EQ(file.records[0]->name, "rise");
+}
+
+// The table is lowered in place at each use, so an open quote reaches it, too: the
+// names stand outside quotes then and lose their capitals for good.
+TEST(UnbalancedQuote, LowersTheNamesOfTheBuiltInTableForGood)
+{
+    ASSERT_TRUE(readFile("").answer);
+    const auto table = mf::profiles::builtInProfiles();
+
+    EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('"'), '"');
+    const ReadFile between = readFile("");
+    EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('"'), '"');
+    const ReadFile after = readFile("");
+    mf::profiles::builtInProfiles() = table;
+
+    for (const ReadFile* file : {&between, &after}) {
+        ASSERT_TRUE(file->answer);
+        ASSERT_EQ(file->records.size(), 10u);
+        EXPECT_EQ(file->records[0]->name, "cubic");
+        EXPECT_EQ(file->records[4]->name, "3-4-5-polynomial");
+        EXPECT_EQ(file->records[9]->resultExpression, "(y1+(((y2-y1)/(x2-x1))*(x-x1)))");
+    }
 }
 
 // ---------------------------------------------------------------- text steps

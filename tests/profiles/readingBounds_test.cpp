@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "mfcurves/engine/limits.h"
+#include "mfcurves/profiles/definitionReading.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileFileParser.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
-#include "mfcurves/profiles/readingBudget.h"
 #include "tests/support/TemporaryFolder.h"
 
 // Hostile definitions: none fills memory, none takes time out of proportion to
@@ -197,10 +197,10 @@ TEST(ReadingBounds, DefinitionsOfOneDocumentShareABudget)
     mf::profiles::ReadingBudget budget;
     int read = 0;
     bool refused = false;
+    const std::string text = "segmenttype(\"P\",x,x1,y1,x2,y2)" + doubling(17) + "endsegmenttype";
     for (int i = 0; i < 20; ++i) {
-        std::string text = "segmenttype(\"P\",x,x1,y1,x2,y2)" + doubling(17) + "endsegmenttype";
         mfProfile_c record;
-        const bool answer = mfSegmentTypeParser_c().parseDefinition(text, &record, true, budget);
+        const bool answer = !mf::profiles::parseDefinition(text, record, budget);
         read += answer;
         EXPECT_FALSE(answer && refused);  // spent is spent
         refused |= !answer;
