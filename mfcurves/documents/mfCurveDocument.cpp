@@ -14,6 +14,11 @@ std::string_view upToZero(std::string_view text)
     return text.substr(0, text.find('\0'));
 }
 
+mfCurveDocument_c::VariantBool variant(bool answer)
+{
+    return answer ? -1 : 0;
+}
+
 }  // namespace
 
 bool mfCurveDocument_c::initialize()
@@ -31,14 +36,14 @@ bool mfCurveDocument_c::shutdown()
     return true;
 }
 
-bool mfCurveDocument_c::load()
+mfCurveDocument_c::VariantBool mfCurveDocument_c::load()
 {
-    return document_ && document_->readFile(path_);
+    return variant(document_ && document_->readFile(path_));
 }
 
-bool mfCurveDocument_c::loadBuffer()
+mfCurveDocument_c::VariantBool mfCurveDocument_c::loadBuffer()
 {
-    return document_ && document_->readUtf8(upToZero(xmlText_));
+    return variant(document_ && document_->readUtf8(upToZero(xmlText_)));
 }
 
 void mfCurveDocument_c::save() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,9 @@
 /// lowers it.
 class mfCurveDocument_c {
 public:
+    /// What a load answers: -1 for true, 0 for false.
+    using VariantBool = std::int16_t;
+
     mfCurveDocument_c() = default;  ///< no path, no text, no document
     mfCurveDocument_c(const mfCurveDocument_c&) = delete;
     mfCurveDocument_c& operator=(const mfCurveDocument_c&) = delete;
@@ -36,11 +40,11 @@ public:
 
     /// Reads the file at the path, in the encoding that it declares. False,
     /// leaving no nodes, when it cannot be read or used.
-    bool load();
+    VariantBool load();
     /// Reads the text up to its first zero byte as UTF-8, whatever it declares
     /// and with or without a byte order mark. Bytes that are not UTF-8 become
     /// U+FFFD. False, leaving no nodes, when it cannot be used.
-    bool loadBuffer();
+    VariantBool loadBuffer();
     /// Puts the document in the place of the file at the path. A save that fails
     /// leaves the old file as it was.
     void save() const;
