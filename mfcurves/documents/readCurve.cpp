@@ -511,6 +511,7 @@ private:
 
 ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer)
 {
+    const SilentEngine engine;
     return CurveReader(function, path, fromBuffer).read(std::move(buffer));
 }
 

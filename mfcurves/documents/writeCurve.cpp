@@ -236,6 +236,7 @@ private:
 
 void mfFunctionData_c::createXMLData(const CString& name, bool toFile, const CString& path)
 {
+    const mf::documents::SilentEngine engine;
     mfCurveDocument_c document;
     document.setPath(path);
     document.initialize();

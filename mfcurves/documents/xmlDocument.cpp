@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <libxml/tree.h>
+#include <libxml/xmlerror.h>
 #include <libxml/xmlsave.h>
 #include <new>
 
@@ -194,6 +195,17 @@ std::string XmlNode::text() const
         if (holdsText(node))
             joined += content(node);
     return trimmed(joined);
+}
+
+SilentEngine::SilentEngine()
+    : handler_(reinterpret_cast<void (*)()>(xmlStructuredError)), context_(xmlStructuredErrorContext)
+{
+    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
+}
+
+SilentEngine::~SilentEngine()
+{
+    xmlSetStructuredErrorFunc(context_, reinterpret_cast<xmlStructuredErrorFunc>(handler_));
 }
 
 void XmlDocument::NewNode::Free::operator()(void* node) const

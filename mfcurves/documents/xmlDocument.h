@@ -48,12 +48,27 @@ struct XmlProblem {
     int column = 0;       ///< from 1
 };
 
+/// Keeps the XML engine from printing what goes wrong on the calling thread, for
+/// the life of this object. A read tells by its answer, and missing memory by an
+/// exception.
+class SilentEngine {
+public:
+    SilentEngine();
+    ~SilentEngine();
+    SilentEngine(const SilentEngine&) = delete;
+    SilentEngine& operator=(const SilentEngine&) = delete;
+
+private:
+    void (*handler_)();  // what the thread did with errors before
+    void* context_;
+};
+
 /// One XML document as a tree; the only place that knows the XML engine.
 ///
 /// A document type declaration is refused, and with it every entity but the five
 /// that XML defines. Nothing is fetched. Nesting deeper than 256 elements and a
 /// text longer than ten million characters are refused. Names with a namespace
-/// match no name.
+/// match no name. Missing memory is std::bad_alloc.
 /// Errors: a read that fails leaves a document without nodes, and problem() says
 /// why.
 class XmlDocument {

@@ -49,24 +49,6 @@ bool isMemoryFailure(const xmlError& error)
     return true;
 }
 
-// What the calling thread does with the engine's errors that belong to no parser,
-// a failed conversion among them, for the life of this object.
-class ErrorHandling {
-public:
-    ErrorHandling(xmlStructuredErrorFunc handler, void* context)
-        : handler_(xmlStructuredError), context_(xmlStructuredErrorContext)
-    {
-        xmlSetStructuredErrorFunc(context, handler);
-    }
-    ~ErrorHandling() { xmlSetStructuredErrorFunc(context_, handler_); }
-    ErrorHandling(const ErrorHandling&) = delete;
-    ErrorHandling& operator=(const ErrorHandling&) = delete;
-
-private:
-    xmlStructuredErrorFunc handler_;
-    void* context_;
-};
-
 }  // namespace
 
 // One read from a source. The source runs dry at the first problem, so that a
@@ -90,7 +72,8 @@ public:
     // used.
     std::unique_ptr<Tree> run(int options)
     {
-        const ErrorHandling handling(engineError, this);
+        // For the errors that belong to no parser, a failed conversion among them.
+        xmlSetStructuredErrorFunc(this, engineError);
         auto tree = std::make_unique<Tree>();
         tree->document = xmlCtxtReadIO(parser_, readBlock, nullptr, this, nullptr, nullptr,
                                        options | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
@@ -177,6 +160,7 @@ private:
         }
     }
 
+    const SilentEngine engine_;  // gives the thread its own handling of errors back at the end
     Source source_;
     XmlProblem& problem_;
     xmlParserCtxt* parser_;

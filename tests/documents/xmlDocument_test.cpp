@@ -502,6 +502,15 @@ TEST(Read, LeavesTheErrorHandlerOfTheThreadAlone)
     EXPECT_FALSE(document.readUtf8("<c"));
     EXPECT_EQ(xmlStructuredErrorContext, &context);
     EXPECT_EQ(context, 0);
+    {
+        const SilentEngine silent;
+        EXPECT_NE(xmlStructuredErrorContext, &context);
+        XmlDocument other;
+        EXPECT_FALSE(other.readUtf8("<c"));
+        EXPECT_NE(xmlStructuredErrorContext, &context);
+    }
+    EXPECT_EQ(xmlStructuredErrorContext, &context);
+    EXPECT_EQ(context, 0);
     xmlSetStructuredErrorFunc(nullptr, nullptr);
 }
 
