@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,12 @@ constexpr int kMostAttributes = 1000;
 /// So may a document of more distinct names: the engine looks each up among
 /// those before it. A curve document has fewer than a hundred.
 constexpr int kMostNames = 100'000;
+/// So may a document with much text far down: every element around a text can be
+/// asked for it, and reads it again. As many bytes as this are always taken, and
+/// as many times the text of the whole document. A curve document has its text
+/// within four elements.
+constexpr std::int64_t kFreeTextReadings = std::int64_t{1} << 26;
+constexpr int kMostTextReadings = 32;
 
 /// One node of a document, lent by it. Null where a search found nothing.
 ///

@@ -62,6 +62,9 @@ public:
             throw std::bad_alloc();
         parser_->_private = this;
         parser_->sax->internalSubset = refuseTypeDeclaration;
+        parser_->sax->characters = takeText;
+        parser_->sax->ignorableWhitespace = takeText;
+        parser_->sax->cdataBlock = takeSection;
         parser_->sax->serror = parserError;
     }
     ~Reader() { xmlFreeParserCtxt(parser_); }
@@ -119,6 +122,27 @@ private:
             tellHere("Too many distinct names");
     }
 
+    static void takeText(void* parser, const xmlChar* text, int length)
+    {
+        of(parser).count(length);
+        xmlSAX2Characters(parser, text, length);
+    }
+
+    static void takeSection(void* parser, const xmlChar* text, int length)
+    {
+        of(parser).count(length);
+        xmlSAX2CDataBlock(parser, text, length);
+    }
+
+    // The elements that are open stand around this text.
+    void count(std::int64_t length)
+    {
+        text_ += length;
+        textReadings_ += length * parser_->nodeNr;
+        if (textReadings_ > kFreeTextReadings && textReadings_ > kMostTextReadings * text_)
+            tellHere("Too much text in nested elements");
+    }
+
     static void refuseTypeDeclaration(void* parser, const xmlChar*, const xmlChar*, const xmlChar*)
     {
         of(parser).tellHere("A document type declaration is not allowed");
@@ -165,6 +189,8 @@ private:
     XmlProblem& problem_;
     xmlParserCtxt* parser_;
     bool outOfMemory_ = false;
+    std::int64_t text_ = 0;          // in bytes
+    std::int64_t textReadings_ = 0;  // the same, counted once for every element around it
 };
 
 bool XmlDocument::readFile(const wchar_t* path)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "curveFixture.h"
+#include "mfcurves/documents/readCurve.h"
 #include "tests/support/TemporaryFolder.h"
 
 // Documents made to do harm give false or a defined curve, soon and in bounded
@@ -61,6 +62,23 @@ TEST_F(HostileDocument, NestedSegmentsAndPoints)
     EXPECT_TRUE(readBuffer(dataPointDocument().set(
         "Points", repeated("<Point><x>", 100) + "1" + repeated("</x><y>2</y></Point>", 100))));
     EXPECT_EQ(points().getDataPointsCount(), 100);
+}
+
+// Each segment would read all the text below it once more.
+TEST_F(HostileDocument, NestedSegmentsAroundAHugeText)
+{
+    const std::string opened = repeated("<Segment>", 250);
+    const std::string closed = repeated("</Segment>", 250);
+    const auto around = [&](int length) {
+        const std::string text(static_cast<std::size_t>(length), '1');
+        return segmentDocument().set("Segments", opened + text + closed).xml();
+    };
+    EXPECT_TRUE(readBuffer(around(200'000)));
+    EXPECT_EQ(segments().getSegmentCount(), 250);
+    const documents::ReadOutcome outcome = documents::readCurve(function, L"", true, around(5'000'000));
+    EXPECT_FALSE(outcome.taken);
+    EXPECT_THAT(outcome.reason, testing::StartsWith("Too much text in nested elements (line 1, column "));
+    EXPECT_EQ(segments().getSegmentCount(), 250);
 }
 
 TEST_F(HostileDocument, NamesFarDownAmongMillionsOfOthers)

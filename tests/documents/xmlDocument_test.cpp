@@ -1,6 +1,9 @@
 #include "mfcurves/documents/xmlDocument.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
@@ -373,6 +376,72 @@ TEST(Hostile, SomeAttributesAreTaken)
     for (int i = 0; i < 500; ++i)
         attributes += " a" + std::to_string(i) + "='1'";
     EXPECT_THAT(textsOn("<a" + attributes + ">t</a>", "//a"), ElementsAre("t"));
+}
+
+struct NestedTextCase {
+    const char* name;
+    int depth;  // elements around each piece of text
+    int pieces;
+    int length;  // of a piece
+    const char* separator;
+    bool taken;
+};
+
+void PrintTo(const NestedTextCase& c, std::ostream* os)
+{
+    *os << c.pieces << " texts of " << c.length << " within " << c.depth << " elements";
+}
+
+constexpr int kFree = static_cast<int>(kFreeTextReadings);
+
+const NestedTextCase kNestedTextCases[] = {
+    {"AsFarDownAsEachTextMayBeReadAgain", kMostTextReadings, 1, 9'000'000, "", true},
+    {"OneElementFurther", kMostTextReadings + 1, 1, 9'000'000, "", false},
+    {"LittleTextFarDown", 250, 1, kFree / 250, "", true},
+    {"OneMoreCharacterFarDown", 250, 1, kFree / 250 + 1, "", false},
+    {"PiecesCountTogether", 250, 2, kFree / 500 + 1, "<!--c-->", false},
+    {"BlanksCount", 250, 1, -(kFree / 250 + 1), "", false},
+    {"SectionsCount", 250, 2, kFree / 500 + 1, "]]><![CDATA[", false},
+};
+
+class NestedText : public testing::TestWithParam<NestedTextCase> {};
+
+// However the elements of such a document are asked for their texts, the bytes
+// that are looked at stay within a multiple of its length.
+TEST_P(NestedText, IsBoundByTheTextOfTheDocument)
+{
+    const NestedTextCase& c = GetParam();
+    const std::string piece(static_cast<std::size_t>(std::abs(c.length)), c.length < 0 ? ' ' : 'x');
+    std::string text = piece;
+    for (int i = 1; i < c.pieces; ++i)
+        text += c.separator + piece;
+    if (c.separator[0] == ']')
+        text = "<![CDATA[" + text + "]]>";
+    const std::string xml = repeated("<a>", c.depth) + text + repeated("</a>", c.depth);
+    if (!c.taken) {
+        EXPECT_THAT(problemOf(xml), testing::EndsWith("Too much text in nested elements"));
+        return;
+    }
+    XmlDocument document;
+    ASSERT_TRUE(document.readUtf8(xml));
+    std::int64_t readings = 0;
+    for (const XmlNode& node : document.selectNodes("//a"))
+        readings += static_cast<std::int64_t>(node.text().size());
+    EXPECT_EQ(readings, std::int64_t{c.depth} * c.length);
+    EXPECT_LE(readings, std::max(kFreeTextReadings, kMostTextReadings * std::int64_t{c.length}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Hostile, NestedText, testing::ValuesIn(kNestedTextCases),
+                         [](const auto& tested) { return tested.param.name; });
+
+// Text further up makes up for text further down.
+TEST(Hostile, TextInTheFirstElementsPaysForTextFarDown)
+{
+    const std::string text(9'000'000, 'x');
+    const std::string deep = repeated("<a>", 40) + text + repeated("</a>", 40);
+    EXPECT_THAT(problemOf("<r>" + deep + "</r>"), HasSubstr("Too much text in nested elements"));
+    XmlDocument document;
+    EXPECT_TRUE(document.readUtf8("<r><b>" + text + "</b>" + deep + "</r>"));
 }
 
 TEST(Hostile, ProblemEndsTheReadOfAnEndlessFile)
