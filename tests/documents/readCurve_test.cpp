@@ -452,6 +452,34 @@ TEST_P(MissingNode, FailsTheReadThereAndKeepsWhatWasSet)
 INSTANTIATE_TEST_SUITE_P(Nodes, MissingNode, testing::ValuesIn(kMissingCases),
                          [](const auto& tested) { return tested.param.name; });
 
+// What is read before the missing element has its effect.
+TEST_F(ReadCurve, MissingSegmentCountComesBehindTheDefinitions)
+{
+    EXPECT_FALSE(readBuffer(segmentDocument()
+                                .drop("SegmentCount")
+                                .set("ProfileDefinitions", definition("Mine", lineTimes("2", "Mine")))));
+    EXPECT_TRUE(segments().isEmpty());
+    std::vector<CString> names;
+    manager.getAllProfileNames(names);
+    EXPECT_EQ(utf8(names.back()), "Mine (Assembly)");
+}
+
+TEST_F(ReadCurve, MissingElementOfAnExpressionKeepsWhatStandsBeforeIt)
+{
+    const auto left = [&](const Document& document) {
+        EXPECT_TRUE(readBuffer(expressionDocument().set("Expression", "7*time")));
+        EXPECT_FALSE(readBuffer(document));
+        return number(expression().getMinX()) + ".." + number(expression().getMaxX()) + " " +
+               utf8(expression().getIndepVar()) + " " + utf8(expression().getMathExpression());
+    };
+    expression().clearExpression();
+    const std::string cleared = number(expression().getMinX()) + ".." + number(expression().getMaxX());
+    EXPECT_EQ(left(expressionDocument().set("RangeY", "<MinY>1</MinY>")), cleared + "  ");
+    EXPECT_EQ(left(expressionDocument().drop("DepVar")), "-1..2.5  ");
+    EXPECT_EQ(left(expressionDocument().drop("Cursor")), "-1..2.5 Time ");
+    EXPECT_EQ(left(expressionDocument().drop("Expression")), "-1..2.5 Time ");
+}
+
 TEST_F(ReadCurve, ListsMayBeMissing)
 {
     EXPECT_TRUE(readBuffer(dataPointDocument().drop("Points")));
@@ -1038,6 +1066,27 @@ TEST_F(ReadCurve, OrderOfThePartsDoesNotCount)
             reversed = "<" + name + ">" + content + "</" + name + ">" + reversed;
         ASSERT_TRUE(readBuffer("<Curve>" + reversed + "</Curve>"));
         EXPECT_EQ(write(), inOrder);
+    }
+}
+
+// A comment or an instruction counts inside "Point" and "ProfileDefinition" alone.
+TEST_F(ReadCurve, CommentsBetweenThePartsChangeNothing)
+{
+    for (Document document : {segmentDocument(), dataPointDocument(), expressionDocument()}) {
+        if (document.parts().back().first == "ProfileDefinitions")
+            document.set("ProfileDefinitions", definition("Mine", lineTimes("2", "Mine")));
+        ASSERT_TRUE(readBuffer(document));
+        const std::string plain = write();
+        std::string commented = "<!--a--><Curve><?b?>";
+        for (const auto& [name, content] : document.parts()) {
+            commented += "<!--c--><" + name + "><!--d-->" + content + "<!--e--></" + name + "><?f g?>";
+            for (const std::string row : {"Segment", "Point", "ProfileDefinition"})
+                for (std::size_t at = 0;
+                     (at = commented.find("</" + row + "><" + row, at)) != std::string::npos;)
+                    commented.insert(at += row.size() + 3, "<!--h-->");
+        }
+        ASSERT_TRUE(readBuffer(commented + "</Curve><!--i-->"));
+        EXPECT_EQ(write(), plain);
     }
 }
 
