@@ -178,6 +178,23 @@ TEST_F(Startup, EmptyPiecesAreEntriesLikeAnyOther)
     }
 }
 
+// The name of the file goes behind each entry as it stands, the empty one too.
+TEST_F(Startup, EveryEntryIsTriedInOrder)
+{
+    host_.services.designLibraryPaths = L"none;;no where/;";
+    EXPECT_TRUE(function_.getDesignLibraryPath());
+    std::vector<std::wstring> tried;
+    mf::platform::setNarrowEncoder([&](const wchar_t* text, int, char* buffer, int, std::uint32_t&) {
+        tried.emplace_back(text);
+        buffer[0] = '\0';
+        return 1;
+    });
+    EXPECT_FALSE(function_.setProfile());
+    mf::platform::setNarrowEncoder({});
+    EXPECT_THAT(tried,
+                ElementsAre(L"none/profile.txt", L"/profile.txt", L"no where//profile.txt", L"/profile.txt"));
+}
+
 TEST_F(Startup, EntryThatEndsInASeparatorIsPassedOn)
 {
     writeLibrary("a", law("A"));
