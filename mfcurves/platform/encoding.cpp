@@ -1,6 +1,7 @@
 #include "mfcurves/platform/encoding.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace mf::platform {
@@ -97,6 +98,21 @@ std::size_t validSequence(std::string_view text, char32_t& codePoint)
     return static_cast<std::size_t>(count) + 1;
 }
 
+// How many ASCII characters the text begins with; eight at a time, because nearly
+// every text is nothing else.
+std::size_t asciiAtTheFront(std::string_view text)
+{
+    std::size_t at = 0;
+    for (std::uint64_t eight; text.size() - at >= sizeof eight; at += sizeof eight) {
+        std::memcpy(&eight, text.data() + at, sizeof eight);
+        if ((eight & 0x8080808080808080) != 0)
+            break;
+    }
+    while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80)
+        ++at;
+    return at;
+}
+
 int encodeUtf8(const wchar_t* text, int length, char* buffer, int size, std::uint32_t& error)
 {
     if (text == nullptr || length <= 0 || size < 0) {
@@ -142,16 +158,22 @@ int encodeNarrow(const wchar_t* text, int length, char* buffer, int size, std::u
 
 bool isAscii(std::string_view text)
 {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return asciiAtTheFront(text) == text.size();
 }
 
 bool isAscii(std::wstring_view text)
 {
-    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; });
+    std::uint32_t bits = 0;  // of all characters, without a branch for each
+    for (const wchar_t c : text)
+        bits |= static_cast<std::uint32_t>(c);
+    return bits < 0x80;
 }
 
 std::wstring widen(std::string_view utf8)
 {
+    if (isAscii(utf8))
+        return {utf8.begin(), utf8.end()};
+
     std::wstring wide;
     wide.reserve(utf8.size());
     while (!utf8.empty()) {
@@ -168,6 +190,11 @@ std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size
     constexpr std::string_view kReplacementBytes = "\xEF\xBF\xBD";
     std::size_t written = 0;
     while (!utf8.empty()) {
+        const std::size_t plain = asciiAtTheFront(utf8.substr(0, size - written));
+        written += utf8.copy(buffer + written, plain);
+        utf8.remove_prefix(plain);
+        if (utf8.empty())
+            break;
         char32_t codePoint = 0;
         const std::size_t length = validSequence(utf8, codePoint);
         const std::string_view piece = length == 0 ? kReplacementBytes : utf8.substr(0, length);

@@ -74,6 +74,8 @@ wchar_t foldCase(wchar_t c)
 
 int compareNoCase(const wchar_t* a, const wchar_t* b)
 {
+    if (a == b)  // copies of a text share it
+        return 0;
     for (;; ++a, ++b) {
         const wchar_t left = foldCase(*a);
         const wchar_t right = foldCase(*b);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 #include <locale.h>
 #include <vector>
@@ -84,6 +85,14 @@ std::string formatNumber(const char* format, double number)
     std::vector<char> large(static_cast<std::size_t>(length) + 1);
     std::snprintf(large.data(), large.size(), format, number);
     return large.data();
+}
+
+std::string sixDecimals(double number)
+{
+    char buffer[std::numeric_limits<double>::max_exponent10 + 16];  // sign, digits, point and decimals
+    const auto result =
+        std::to_chars(std::begin(buffer), std::end(buffer), number, std::chars_format::fixed, 6);
+    return {buffer, result.ptr};
 }
 
 double readNumber(std::string_view text)

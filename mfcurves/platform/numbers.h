@@ -10,6 +10,9 @@ namespace mf::platform {
 /// decimal sign is a point under every locale.
 std::string formatNumber(const char* format, double number);
 
+/// A number with six decimals, as "%f" writes it, at a fraction of the time.
+std::string sixDecimals(double number);
+
 /// The number at the start of a text: white space, one sign, then as much as is
 /// a decimal number; the rest is ignored. 0.0 when nothing can be read, infinity
 /// with the sign when the number is too large, 0.0 when it is too small. The

@@ -9,6 +9,7 @@
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/motion/mfTextConverter.h"
+#include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
@@ -20,11 +21,11 @@ namespace {
 
 // The texts of a row's numbers, in the order of a profile's parameters: start X,
 // start value, end X, end value.
-using EndPoints = std::array<CString, 4>;
+using EndPoints = std::array<std::wstring, 4>;
 
-CString sixDecimals(double number)
+std::wstring sixDecimals(double number)
 {
-    return mf::platform::formatNumber("%f", number).c_str();
+    return mf::platform::widen(mf::platform::sixDecimals(number));
 }
 
 // The record of the row's profile, null when there is none. A row without a
@@ -47,12 +48,13 @@ mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
 
 // Puts `number` wherever `name` stands in the text, inside a longer name too and
 // without brackets, so a negative number brings its sign along. False when the
-// text would grow longer than the engine takes.
-bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view number)
+// text would grow longer than the engine takes. `result` is room to work in.
+bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view number, std::wstring& result)
 {
     if (name.empty())
         return true;
-    std::wstring result;
+    result.clear();
+    result.reserve(2 * text.size());
     std::size_t rest = 0;
     for (std::size_t at; (at = text.find(name, rest)) != std::wstring::npos; rest = at + name.size()) {
         result.append(text, rest, at - rest).append(number);
@@ -60,7 +62,7 @@ bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view nu
             return false;
     }
     result.append(text, rest);
-    text = std::move(result);
+    text.swap(result);
     return text.size() <= mf::engine::kLongestText;
 }
 
@@ -68,11 +70,11 @@ bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view nu
 // one brought in. False when the text would grow longer than the engine takes.
 bool fillIn(const mfProfile_c& profile, const EndPoints& numbers, std::wstring& text)
 {
-    const mfTextConverter_c converter;
-    text = converter.toCString(profile.resultExpression).View();
+    text = mf::platform::widen(profile.resultExpression.c_str());
+    std::wstring room;
     const std::string* const names[] = {&profile.x1, &profile.y1, &profile.x2, &profile.y2};
     for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (!substitute(text, converter.toCString(*names[i]).View(), numbers[i].View()))
+        if (!substitute(text, mf::platform::widen(names[i]->c_str()), numbers[i], room))
             return false;
     }
     return true;
@@ -112,14 +114,15 @@ void mfFunctionSegments_c::parseExpression(int row)
     } else {
         const CString name = segment.getProfileName();
         std::vector<CString> tokens = getProfileExpr(name);
-        replace(tokens, legacyX1Names_[name], numbers[0]);
-        replace(tokens, legacyY1Names_[name], numbers[1]);
-        replace(tokens, legacyX2Names_[name], numbers[2]);
-        replace(tokens, legacyY2Names_[name], numbers[3]);
+        replace(tokens, legacyX1Names_[name], numbers[0].c_str());
+        replace(tokens, legacyY1Names_[name], numbers[1].c_str());
+        replace(tokens, legacyX2Names_[name], numbers[2].c_str());
+        replace(tokens, legacyY2Names_[name], numbers[3].c_str());
         if (!join(tokens, expression))
             return;
         independentVariable = legacyIndependentVariables_[name];
     }
+    expression.shrink_to_fit();
     const CString text(std::move(expression));
     segment.setProfileIndepVar(independentVariable);
     segment.setProfileExpr(text);

@@ -19,13 +19,6 @@ std::wstring throughNarrow(const CString& text)
     return converter.toWide(converter.toNarrow(text));
 }
 
-// True for a text that comes out of that as it went in, whatever the encoder and
-// the locale.
-bool isAscii(const CString& text)
-{
-    return mf::platform::isAscii(text.View());
-}
-
 // False where the way through the narrow encoding may show: by the locale that it
 // leaves behind, or to an encoder of the host's.
 bool conversionLeavesNoTrace()
@@ -34,6 +27,16 @@ bool conversionLeavesNoTrace()
 }
 
 }  // namespace
+
+bool mfSegmentCalculator_c::Formula::sharesBuffers(const Formula& other) const
+{
+    return expression.SharesBuffer(other.expression) && variable.SharesBuffer(other.variable);
+}
+
+bool mfSegmentCalculator_c::Formula::isAscii() const
+{
+    return mf::platform::isAscii(expression.View()) && mf::platform::isAscii(variable.View());
+}
 
 mfSegmentCalculator_c::~mfSegmentCalculator_c()
 {
@@ -99,16 +102,15 @@ bool mfSegmentCalculator_c::iPostpone()
     if (!isUpToDate())
         iReleaseCalculators();
     const Formula formula{segment_->profileExpr_, segment_->profileIndepVar_};
-    const bool isPlain = isAscii(formula.expression) && isAscii(formula.variable);
     const bool isKnown = calculators_[0] != nullptr || postponed_;
-    if (!isKnown && isPlain && conversionLeavesNoTrace()) {
+    if (!isKnown && formula.isAscii() && conversionLeavesNoTrace()) {
         built_ = formula;
         confirmedExpression_ = formula.expression;
-        postponed_ = true;
-    } else if (!postponed_ || !built_.sharesBuffers(formula)) {
-        iGetCalculator(0);
+        return postponed_ = true;
     }
-    return isAscii(built_.expression) && isAscii(built_.variable);
+    if (!postponed_ || !built_.sharesBuffers(formula))
+        iGetCalculator(0);
+    return built_.isAscii();
 }
 
 // Whether the compiled forms are, or are going to be, those of these texts.

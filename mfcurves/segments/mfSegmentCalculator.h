@@ -49,10 +49,9 @@ private:
     struct Formula {
         CString expression;
         CString variable;
-        bool sharesBuffers(const Formula& other) const
-        {
-            return expression.SharesBuffer(other.expression) && variable.SharesBuffer(other.variable);
-        }
+
+        bool sharesBuffers(const Formula& other) const;
+        bool isAscii() const;  // reaches the engine as it is, whatever the encoder and the locale
     };
 
     explicit mfSegmentCalculator_c(const Formula& postponed) : built_(postponed), postponed_(true) {}

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -99,6 +102,47 @@ TEST_P(Widen, ReplacesEachByteThatBelongsNowhere)
 
 INSTANTIATE_TEST_SUITE_P(Encoding, Widen, testing::ValuesIn(kWidenCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
+
+// Plain text goes eight characters at a time, wherever something else interrupts it.
+TEST(PlainText, EndsAtWhateverElseStandsThere)
+{
+    for (std::size_t at = 0; at <= 20; ++at) {
+        std::string utf8(20, 'a');
+        std::wstring wide(20, L'a');
+        utf8.insert(at, "\xC3\xA9");
+        wide.insert(at, L"\u00e9");
+        EXPECT_EQ(mf::platform::widen(utf8), wide) << at;
+        EXPECT_FALSE(mf::platform::isAscii(std::string_view(utf8)));
+        EXPECT_FALSE(mf::platform::isAscii(std::wstring_view(wide)));
+    }
+    EXPECT_TRUE(mf::platform::isAscii(std::string_view("twenty plain \x01\x7f ones")));
+    EXPECT_TRUE(mf::platform::isAscii(std::wstring_view(L"twenty plain \x01\x7f ones")));
+    EXPECT_TRUE(mf::platform::isAscii(std::string_view()));
+    EXPECT_FALSE(mf::platform::isAscii(std::string_view("\x80")));
+    EXPECT_FALSE(mf::platform::isAscii(std::wstring_view(L"\x80")));
+}
+
+// In buffers of each size, a text arrives whole and no buffer ends inside a
+// sequence.
+TEST(MoveValidUtf8, MovesTheSameTextThroughBuffersOfEachSize)
+{
+    const std::string text =
+        "plain text \xC3\xA9 more of it \xF0\x9F\x98\x80\xE2\x82\xAC and \x80 broken\xE2\x82";
+    const std::string expected = mf::platform::toUtf8(mf::platform::widen(text));
+    for (std::size_t size = 4; size <= text.size() + 8; ++size) {
+        std::string moved;
+        std::string_view rest = text;
+        std::vector<char> buffer(size);
+        while (!rest.empty()) {
+            const std::size_t written = mf::platform::moveValidUtf8(rest, buffer.data(), size);
+            ASSERT_GT(written, 0u);
+            const std::string piece(buffer.data(), written);
+            EXPECT_EQ(mf::platform::toUtf8(mf::platform::widen(piece)), piece);
+            moved += piece;
+        }
+        EXPECT_EQ(moved, expected) << size;
+    }
+}
 
 // Every code point of the first three planes and the ends of the last one.
 TEST(ToUtf8, OfEveryCodePointReadsBackAsItself)

@@ -1,8 +1,12 @@
 #include "mfcurves/platform/numbers.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
+#include <random>
+#include <string>
 
 #include "tests/locale/comma_locale.h"
 
@@ -11,6 +15,7 @@ namespace {
 using mf::platform::formatNumber;
 using mf::platform::readInteger;
 using mf::platform::readNumber;
+using mf::platform::sixDecimals;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
@@ -128,12 +133,42 @@ TEST(FormatNumber, HasNoLongestResult)
     }
 }
 
+// What the C library makes of "%f", by its own exact arithmetic.
+void expectAsPrintf(double number)
+{
+    char expected[400];
+    std::snprintf(expected, sizeof expected, "%f", number);
+    EXPECT_EQ(sixDecimals(number), expected);
+}
+
+TEST(SixDecimals, AreThoseOfPrintfAtTheEdges)
+{
+    using Limits = std::numeric_limits<double>;
+    for (const double number : {0.0, 1.5, 1e-7, 0.5e-6, 1.5e-6, 2.5e-6, 0.0000005, 0.9999995, 999999.9999995,
+                                1e15, 4503599627370497.5, 9007199254740993.0, 1e22, 1e300, Limits::max(),
+                                Limits::min(), Limits::denorm_min(), kInfinity, Limits::quiet_NaN()})
+        for (const double sign : {1.0, -1.0})
+            expectAsPrintf(std::copysign(number, sign));
+}
+
+TEST(SixDecimals, AreThoseOfPrintfForRandomNumbers)
+{
+    std::mt19937_64 random(20240611);
+    std::uniform_real_distribution<double> usual(-1000.0, 1000.0);
+    for (int i = 0; i < 20'000; ++i) {
+        expectAsPrintf(usual(random));
+        expectAsPrintf(std::bit_cast<double>(random()));         // any number at all
+        expectAsPrintf(double(random() % 100'000'000) / 128e6);  // many of them ties at the last decimal
+    }
+}
+
 TEST(NumbersUnderACommaLocale, AreReadAndWrittenWithAPoint)
 {
     const locale_test::CommaLocale comma;
     ASSERT_TRUE(comma.holds());
     EXPECT_EQ(formatNumber("%f", 1.5), "1.500000");
     EXPECT_EQ(formatNumber("%.6G", 0.1), "0.1");
+    EXPECT_EQ(sixDecimals(1.5), "1.500000");
     EXPECT_EQ(readNumber("1.5"), 1.5);
     EXPECT_EQ(readNumber("1,5"), 1.0);
     EXPECT_TRUE(comma.holds()) << "the host's own locale must stay";
