@@ -1,8 +1,5 @@
 #include "mfcurves/segments/mfSegment.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
@@ -37,7 +34,8 @@ mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
     plottingDataLength_ = other.plottingDataLength_;
     plottingDataOrders_ = other.plottingDataOrders_;
     sampling_.reset();
-    std::copy(std::begin(other.plottingData_), std::end(other.plottingData_), plottingData_);
+    for (int order = 0; order <= 3; ++order)
+        plottingData_[order] = other.plottingData_[order];
     calculator_ = other.calculator_;
     return *this;
 }

@@ -239,6 +239,23 @@ TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
     EXPECT_EQ(shared.getPlottingData3(), nullptr);
 }
 
+TEST_F(SegmentKey, AssignmentOfItselfChangesNothing)
+{
+    segment.setEndX(5.0);
+    segment.setProfileExpr(L"2*x");
+    segment.setProfileIndepVar(L"x");
+    segment.setProfileKey(keyNamed(L"Cubic"));
+    segment.initializePlottingData(kMotor, mf::MotorDriveType_Displacment);
+    const mfPoint2D_c* third = segment.getPlottingData3();
+    ICalculator* compiled = segment.getCalculator(0);
+    const mfSegment_c& same = segment;
+    segment = same;
+    EXPECT_EQ(segment.getEndX(), 5.0);
+    EXPECT_TRUE(*segment.getProfileKey() == keyNamed(L"Cubic"));
+    EXPECT_EQ(segment.getPlottingData3(), third);
+    EXPECT_EQ(segment.getCalculator(0), compiled);
+}
+
 // ------------------------------------------------------------------- plotting
 
 struct BuildCase {
