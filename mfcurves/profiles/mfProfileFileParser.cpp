@@ -104,15 +104,16 @@ std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
     if (keyword == std::string::npos)
         return std::string::npos;
 
-    Pieces pieces(definition, keyword + kOpeningKeyword.size());
+    // The name stands between two quotes, which are taken for granted.
+    Pieces pieces(definition, keyword + kOpeningKeyword.size() + 1);
     std::string name, indepVar, x1, y1, x2, y2;
     if (!pieces.take(',', name) || !pieces.take(',', indepVar) || !pieces.take(',', x1) ||
         !pieces.take(',', y1) || !pieces.take(',', x2) || !pieces.take(')', y2))
         return std::string::npos;
-    // The name stands between two quotes, which are taken for granted.
-    if (name.size() < 2)
+    if (name.empty())
         return std::string::npos;
-    names_.push_back(name.substr(1, name.size() - 2));
+    name.pop_back();
+    names_.push_back(name);
     indepVars_.push_back(indepVar);
     x1Names_.push_back(x1);
     y1Names_.push_back(y1);

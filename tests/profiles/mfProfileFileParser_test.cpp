@@ -121,6 +121,38 @@ TEST_P(OlderResult, IsTheLastValueWithWholeTokensReplaced)
 INSTANTIATE_TEST_SUITE_P(Profiles, OlderResult, testing::ValuesIn(kResultCases),
                          [](const auto& tested) { return tested.param.name; });
 
+struct NameCase {
+    const char* name;
+    const char* written;  // between the opening keyword and the independent variable
+    const char* read;
+};
+
+// The quotes are not looked at: the name lies between the character behind the
+// bracket and the one before the comma.
+const NameCase kNameCases[] = {
+    {"BetweenQuotes", "\"P\",", "P"},
+    {"BetweenOtherCharacters", "xPy,", "P"},
+    {"Empty", "\"\",", ""},
+    {"BehindACommaInPlaceOfTheQuote", ",P\",", "P"},
+    {"WithTheQuoteBehindAComma", ",\"P\",", "\"P"},
+    {"WithBracketsAndBlanks", "\"P (a) \",", "P (a) "},
+};
+
+class OlderName : public testing::TestWithParam<NameCase> {};
+
+TEST_P(OlderName, LiesBetweenTheCharactersAroundIt)
+{
+    const Read read =
+        readText("Profile(" + std::string(GetParam().written) + "x,x1,y1,x2,y2)y=x;returny;endProfile");
+    EXPECT_TRUE(read.answer);
+    EXPECT_THAT(read.lists.names, ElementsAre(GetParam().read));
+    EXPECT_THAT(read.lists.indepVars, ElementsAre("x"));
+    EXPECT_THAT(read.lists.y2, ElementsAre("y2"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Profiles, OlderName, testing::ValuesIn(kNameCases),
+                         [](const auto& tested) { return tested.param.name; });
+
 struct FailureCase {
     const char* name;
     const char* text;
