@@ -682,6 +682,25 @@ TEST_F(Curve, BuildingTheArraysAgainForgetsTheSamples)
     EXPECT_EQ(row.getPlottingData3()[2].y(), 48.0);
 }
 
+TEST_F(Curve, BuildingAllArraysAgainLeavesNoSampleBehind)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^4");
+    table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    table.calculateValue(1);
+    mfSegment_c& row = rowOf(table, 1);
+    row.initializePlottingData(0, mf::MotorDriveType_Displacment);
+    for (int order = 0; order <= 3; ++order) {
+        EXPECT_EQ(row.getPlottingData(order)[2].x(), 0.0) << order;
+        EXPECT_EQ(row.getPlottingData(order)[2].y(), 0.0) << order;
+    }
+    table.calculateValue(1);
+    row.setPlottingDataCount(0);
+    row.initializePlottingData(0, mf::MotorDriveType_Displacment);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_EQ(row.getPlottingData(order), nullptr) << order;
+}
+
 TEST_F(Curve, DerivingAgainLeavesTheValues)
 {
     fill(table, "0:0 0:99");
