@@ -127,7 +127,7 @@ TEST_F(ReadCurve, FileThatIsMissingIsRefused)
     const documents::ReadOutcome outcome =
         documents::readCurve(function, path, false, dataPointDocument().xml());
     EXPECT_FALSE(outcome.taken);
-    EXPECT_EQ(outcome.reason, "The file cannot be opened.");
+    EXPECT_EQ(outcome.reason, "The file cannot be opened: No such file or directory.");
     EXPECT_EQ(startsLeft(), 1);
 }
 
