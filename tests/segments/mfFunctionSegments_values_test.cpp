@@ -760,6 +760,34 @@ TEST_F(Curve, CopyConstructionSharesTheSamples)
     EXPECT_EQ(rowOf(table, 1).getPlottingData3()[2].y(), 48.0);
 }
 
+// A formula that did not compile is tried again, with the name that its variable
+// has by then; one that did keeps the name that it had.
+TEST_F(Curve, SamplingAgainTriesAFormulaUnderAnotherVariable)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^4");
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    rowOf(table, 1).setProfileIndepVar(L"x");
+    table.calculateValue(1);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 16.0);
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 16.0);
+}
+
+TEST_F(Curve, SamplesOfAFormulaUnderAnotherVariableStayZero)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^4");
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    rowOf(table, 1).setProfileIndepVar(L"x");
+    EXPECT_EQ(table.evaluate(2.0, 0), 16.0);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 0.0);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].x(), 0.0);
+}
+
 TEST_F(Curve, DeepCopyHasNoSamples)
 {
     fill(table, "0:0 0:99");
