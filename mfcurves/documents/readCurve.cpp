@@ -38,28 +38,15 @@ std::string narrowText(const XmlNode& node)
     return mfTextConverter_c().toNarrow(wideText(node));
 }
 
+// Every narrow encoding has the characters of a number where UTF-8 has them.
+double number(const XmlNode& node)
+{
+    return platform::readNumber(node.text());
+}
+
 std::string quoted(const CString& text)
 {
     return '"' + platform::toUtf8(text.View()) + '"';
-}
-
-// A text may be as long as the document; its start is enough to find it.
-std::string quotedStart(const std::string& text)
-{
-    constexpr int kLongestQuote = 60;
-    const CString wide(platform::widen(text));
-    return quoted(wide.GetLength() > kLongestQuote ? wide.Left(kLongestQuote) + L"..." : wide);
-}
-
-// `"Point" 3`: rows are counted as the attribute ID counts them.
-std::string rowPlace(const char* element, int row)
-{
-    return '"' + std::string(element) + "\" " + std::to_string(row + 1);
-}
-
-std::string shortNumber(double number)
-{
-    return platform::formatNumber("%.10G", number);
 }
 
 // "//Curve//RangeX//MinX" as `"MinX" within "RangeX" within "Curve"`.
@@ -79,8 +66,8 @@ std::string placeOf(std::string_view path)
 // then tells why; what was set before stays set.
 class CurveReader {
 public:
-    CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer, const ReadOptions& options)
-        : function_(function), path_(path), fromBuffer_(fromBuffer), options_(options)
+    CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer)
+        : function_(function), path_(path), fromBuffer_(fromBuffer)
     {
         document_.setPath(path);
         document_.setFromBuffer(fromBuffer);
@@ -108,39 +95,12 @@ public:
     }
 
 private:
-    ReadOutcome outcome(bool taken) { return {taken, std::move(reason_), std::move(remarks_), objectType_}; }
+    ReadOutcome outcome(bool taken) { return {taken, std::move(reason_), objectType_}; }
 
     bool fail(std::string reason)
     {
         reason_ = std::move(reason);
         return false;
-    }
-
-    bool mayRemark() const { return remarks_.size() < kMostRemarks; }
-
-    void remark(std::string text)
-    {
-        if (mayRemark())
-            remarks_.push_back(std::move(text));
-    }
-
-    // Every narrow encoding has the characters of a number where UTF-8 has them.
-    // `place` answers which number this is; it is asked only when there is need.
-    template <class Place>
-    double number(const XmlNode& node, Place place)
-    {
-        const std::string text = node.text();
-        const double number = platform::readNumber(text);
-        if (!platform::isNumber(text) && mayRemark())
-            remark(place() + " is " + quotedStart(text) + ", which is no finite number; it reads as " +
-                   shortNumber(number) + '.');
-        return number;
-    }
-
-    void tellRow(std::size_t row, std::size_t count) const
-    {
-        if (options_.onRow)
-            options_.onRow(row, count);
     }
 
     bool load(std::string buffer)
@@ -160,7 +120,7 @@ private:
     bool isReadableVersion()
     {
         const XmlNode node = document_.document()->selectSingleNode("//Curve//Version");
-        const double version = node ? platform::readNumber(node.text()) : kReadableVersion;
+        const double version = node ? number(node) : kReadableVersion;
         setWrittenVersion(version);
         if (version == kReadableVersion)
             return true;
@@ -180,7 +140,7 @@ private:
             return false;
         objectType_ = static_cast<MotionObjectType_e>(
             kMotionObjectTypes.numberOf(objectText).value_or(MotionObjectType_None));
-        if (fromBuffer_ || (options_.takeObjectOfFile && objectType_ != MotionObjectType_None))
+        if (fromBuffer_)
             function_.setMotionObjectType(objectType_);
         if (!text("//Curve//XYDataType", dataText))
             return false;
@@ -227,7 +187,7 @@ private:
         auto* segments = static_cast<mfFunctionSegments_c*>(function_.getFunctionSegments());
         CString independent;
         CString dependent;
-        XmlNode unused;
+        double unused = 0.0;
         if (!exists(segments) || !readVariables(independent, dependent) ||
             !setIndependentVariable(*segments, independent, &CurveReader::isListedResult) ||
             !range(unused, unused))
@@ -245,7 +205,7 @@ private:
         auto* points = static_cast<mfFunctionDataPoints_c*>(function_.getFunctionDataPoints());
         CString independent;
         CString dependent;
-        XmlNode unused;
+        double unused = 0.0;
         if (!exists(points) || !readVariables(independent, dependent) ||
             !setIndependentVariable(*points, independent, &CurveReader::isAcceptedResult) ||
             !range(unused, unused))
@@ -261,13 +221,11 @@ private:
         if (!exists(expression))
             return false;
         expression->clearExpression();
-        XmlNode minX;
-        XmlNode maxX;
+        double minX = 0.0;
+        double maxX = 0.0;
         if (!range(minX, maxX))
             return false;
-        const double from = number(minX, [] { return placeOf("//Curve//RangeX//MinX"); });
-        const double to = number(maxX, [] { return placeOf("//Curve//RangeX//MaxX"); });
-        expression->setDomain(from, to);
+        expression->setDomain(minX, maxX);
         CString independent;
         CString dependent;
         if (!readVariables(independent, dependent))
@@ -311,13 +269,17 @@ private:
     }
 
     // The range of Y has to be there and counts for nothing.
-    bool range(XmlNode& minX, XmlNode& maxX)
+    bool range(double& minX, double& maxX)
     {
-        minX = singleNode("//Curve//RangeX//MinX");
-        if (!minX)
+        const XmlNode minNode = singleNode("//Curve//RangeX//MinX");
+        if (!minNode)
             return false;
-        maxX = singleNode("//Curve//RangeX//MaxX");
-        return maxX && singleNode("//Curve//RangeY//MinY") && singleNode("//Curve//RangeY//MaxY");
+        const XmlNode maxNode = singleNode("//Curve//RangeX//MaxX");
+        if (!maxNode || !singleNode("//Curve//RangeY//MinY") || !singleNode("//Curve//RangeY//MaxY"))
+            return false;
+        minX = number(minNode);
+        maxX = number(maxNode);
+        return true;
     }
 
     // Any text but those of time and cycle angle names a motion result, which the
@@ -357,19 +319,13 @@ private:
         return (services && services->getMotionResultCount() == 0) || isListedResult(name);
     }
 
-    // An unknown text sets nothing. The empty one is what a curve without such a
-    // quantity writes.
     template <class Kind>
-    void setDependentVariable(Kind& kind, const CString& text)
+    static void setDependentVariable(Kind& kind, const CString& text)
     {
         const auto motor = kMotorDriveTypes.numberOf(text);
         const auto force = kForceTorqueTypes.numberOf(text);
-        if (!motor && !force) {
-            if (!text.IsEmpty())
-                remark("\"DepVar\" is " + quoted(text) + ", which is none of " + kMotorDriveTypes.list() +
-                       " and none of " + kForceTorqueTypes.list() + '.');
+        if (!motor && !force)
             return;
-        }
         kind.setMotorDependentVar(static_cast<MotorDriveType_e>(motor.value_or(MotorDriveType_None)));
         kind.setForceTorqueDependentVar(static_cast<ForceTorqueType_e>(force.value_or(ForceTorqueType_None)));
         kind.motionObjectType = motor ? 0 : 1;
@@ -382,16 +338,9 @@ private:
             return false;
         if (const auto type = kInterpolationTypes.numberOf(interpolation))
             function.setInterpolationType(static_cast<DataPointInterpolationType_e>(*type));
-        else if (!interpolation.IsEmpty())
-            remark("\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
-                   kInterpolationTypes.list() + '.');
-        const std::vector<XmlNode> nodes = document_.document()->selectNodes("//Curve//Points//Point");
         int row = 0;
-        for (const XmlNode& node : nodes) {
-            tellRow(static_cast<std::size_t>(row), nodes.size());
-            insertRow(function, row, readPoint(node, row));
-            ++row;
-        }
+        for (const XmlNode& node : document_.document()->selectNodes("//Curve//Points//Point"))
+            insertRow(function, row++, readPoint(node));
         function.RegenSplineData();
         function.calculateValue();
         return true;
@@ -399,7 +348,7 @@ private:
 
     // Children are told by position, whatever their names: x at even positions, y
     // at odd ones. A last x without a y is dropped.
-    std::unique_ptr<mfDataPoints_c> readPoint(const XmlNode& node, int row)
+    static std::unique_ptr<mfDataPoints_c> readPoint(const XmlNode& node)
     {
         auto points = std::make_unique<mfDataPoints_c>();
         double x = 0.0;
@@ -407,37 +356,28 @@ private:
         int position = 0;
         for (XmlNode child = node.firstChild(); child; child = child.nextSibling(), ++position) {
             const bool isY = position % 2 == 1;
-            const auto place = [&] { return (isY ? "\"y\" of " : "\"x\" of ") + rowPlace("Point", row); };
             if (child.isElement())
-                (isY ? y : x) = number(child, place);
+                (isY ? y : x) = number(child);
             if (isY)
                 points->addPoint(x, y);
         }
-        if (position == 0 || position % 2 == 1)
-            remark(rowPlace("Point", row) + " does not hold pairs of x and y.");
         return points;
     }
 
     // Rows go in at their number in the document, as long as the table has taken
     // all before them: behind a row that it left out, none has a place any more.
-    void insertRow(mfFunctionDataPoints_c& function, int row, std::unique_ptr<mfDataPoints_c> points)
+    static void insertRow(mfFunctionDataPoints_c& function, int row, std::unique_ptr<mfDataPoints_c> points)
     {
-        const double x = points->getX(0);
         if (row == function.getDataPointsCount())
             function.appendDataPoint(points.get());
         else
             function.insertDataPoint(row, points.get());
-        if (row >= function.getDataPointsCount())
-            return remark(rowPlace("Point", row) + " has no place behind the ones before and is left out.");
-        const double storedX = points.release()->getX(0);  // the table owns it
-        if (storedX != x)
-            remark(rowPlace("Point", row) + " has x = " + shortNumber(x) +
-                   ", which does not lie behind the point before; it moves to " + shortNumber(storedX) + '.');
+        if (row < function.getDataPointsCount())
+            (void)points.release();  // the table owns it
     }
 
     void readProfileDefinitions()
     {
-        int definition = 0;
         for (const XmlNode& node :
              document_.document()->selectNodes("//Curve//ProfileDefinitions//ProfileDefinition")) {
             std::string uniqueName;
@@ -448,14 +388,13 @@ private:
                 if (child.isElement())
                     (position == 0 ? uniqueName : functionText) = narrowText(child);
             if (mfProfileManager_c::s_UseNewProfileManager())
-                registerProfile(definition, uniqueName, functionText);
-            ++definition;
+                registerProfile(uniqueName, functionText);
         }
     }
 
     // A definition that does not parse is left out, and so is one that equals a
     // profile at hand: its name then stands for that profile.
-    void registerProfile(int definition, const std::string& uniqueName, std::string& functionText)
+    void registerProfile(const std::string& uniqueName, std::string& functionText)
     {
         mfProfileManager_c* manager = interfaces::profileManager();
         if (!manager)
@@ -463,12 +402,8 @@ private:
         mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
         parser.upgradeKeywords(functionText);
-        if (const auto failure = profiles::parseDefinition(functionText, *profile, budget_)) {
-            if (mayRemark())
-                remark(rowPlace("ProfileDefinition", definition) + ", " + quotedStart(uniqueName) +
-                       ", is left out: " + failure->reason + '.');
+        if (profiles::parseDefinition(functionText, *profile, budget_))
             return;
-        }
         const std::string baseName = parser.baseProfileName(uniqueName);
         mfProfileKey_c key;
         const int status = fromBuffer_
@@ -485,61 +420,38 @@ private:
         if (!singleNode("//Curve//SegmentCount"))
             return false;
         mfProfileManager_c* manager = interfaces::profileManager();
-        const std::vector<XmlNode> nodes = document_.document()->selectNodes("//Curve//Segments//Segment");
         int row = 0;
-        for (const XmlNode& node : nodes) {
-            tellRow(static_cast<std::size_t>(row), nodes.size());
-            addRow(function, row, readSegment(node, row, manager));
-            ++row;
-        }
+        for (const XmlNode& node : document_.document()->selectNodes("//Curve//Segments//Segment"))
+            addRow(function, row++, readSegment(node, manager));
         return true;
     }
 
     // Elements are told by their number, whatever their names; other children do
     // not count.
-    std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, int row, mfProfileManager_c* manager)
+    static std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, mfProfileManager_c* manager)
     {
         auto segment = std::make_unique<mfSegment_c>();
-        XmlNode profile;
         int element = 0;
         for (XmlNode child = node.firstChild(); child && element < 4; child = child.nextSibling()) {
             if (!child.isElement())
                 continue;
             switch (++element) {
                 case 1:
-                    segment->setStartX(segmentX(child, "StartX", row));
+                    segment->setStartX(number(child));
                     break;
                 case 2:
-                    segment->setEndX(segmentX(child, "EndX", row));
+                    segment->setEndX(number(child));
                     break;
                 case 3:
-                    segment->setValue(
-                        number(child, [&] { return "\"Value\" of " + rowPlace("Segment", row); }));
+                    segment->setValue(number(child));
                     break;
                 default:
-                    profile = child;
                     setProfile(*segment, child, manager);
             }
         }
-        if (element < (row == 0 ? 3 : 4))
-            remark(rowPlace("Segment", row) + " does not hold start, end, value and profile.");
-        if (mfProfileManager_c::s_UseNewProfileManager() && manager) {
-            const bool isFound = segment->getProfileKey() != nullptr;
+        if (mfProfileManager_c::s_UseNewProfileManager() && manager)
             completeProfile(*segment, *manager);
-            if (!isFound && profile && row > 0 && mayRemark())
-                remark("\"Profile\" of " + rowPlace("Segment", row) + " is " + quotedStart(profile.text()) +
-                       ", which the document does not define; the row takes " +
-                       quoted(segment->getDisplayName()) + '.');
-        }
         return segment;
-    }
-
-    // The first row has no X of its own and is written with blanks for it.
-    double segmentX(const XmlNode& node, const char* name, int row)
-    {
-        if (row == 0)
-            return platform::readNumber(node.text());
-        return number(node, [&] { return '"' + std::string(name) + "\" of " + rowPlace("Segment", row); });
     }
 
     // The name of a definition in the document or, if there are any definitions
@@ -575,19 +487,13 @@ private:
     }
 
     // The first row only states where the curve begins.
-    void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
+    static void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
-        const double startX = segment->getStartX();
         function.addSegment(segment.get());
-        const mfSegment_c& stored = *segment.release();  // the table owns it
+        (void)segment.release();  // the table owns it
         function.checkInvalid(row);
         if (row == 0)
             return;
-        if (stored.getStartX() != startX)
-            remark(rowPlace("Segment", row) + " starts at " + shortNumber(startX) +
-                   ", where the one before does not end; it becomes a row from " +
-                   shortNumber(stored.getStartX()) + " to " + shortNumber(stored.getEndX()) +
-                   " with value 0.");
         function.parseExpression(row);
         function.calculateValue(row);
     }
@@ -595,21 +501,18 @@ private:
     mfFunctionData_c& function_;
     const CString& path_;
     bool fromBuffer_;
-    const ReadOptions& options_;
     profiles::ReadingBudget budget_;  // of all definitions in the document
     mfCurveDocument_c document_;
     std::string reason_;
-    std::vector<std::string> remarks_;
     MotionObjectType_e objectType_ = MotionObjectType_None;
 };
 
 }  // namespace
 
-ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer,
-                      const ReadOptions& options)
+ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer)
 {
     const SilentEngine engine;
-    return CurveReader(function, path, fromBuffer, options).read(std::move(buffer));
+    return CurveReader(function, path, fromBuffer).read(std::move(buffer));
 }
 
 }  // namespace mf::documents

@@ -14,8 +14,7 @@ namespace {
 
 std::string quoted(std::wstring_view text)
 {
-    std::string quotation = "`";  // appended to, as gcc 12 warns of an overlap in the sum of all three
-    return quotation.append(platform::toUtf8(text)).append("`");
+    return "`" + platform::toUtf8(text) + "`";
 }
 
 std::string arity(const Function& row)

@@ -11,8 +11,7 @@
 /// gathered into polynomials.
 ///
 /// What KeepText allows costs no accuracy: a change is made only where it is
-/// exact, or where the text would round in the same places. The sign of a zero
-/// counts as nothing; only a division by it shows one.
+/// exact, or where the text would round in the same places.
 namespace mf::engine {
 
 NodeId constant(Graph& graph, double number);

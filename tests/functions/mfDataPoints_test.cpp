@@ -5,7 +5,6 @@
 #include <limits>
 #include <sstream>
 #include <string>
-#include <type_traits>
 
 namespace {
 
@@ -34,11 +33,6 @@ void fill(mfDataPoints_c& list, const std::vector<double>& xs)
 TEST(DataPointList, StartsEmpty)
 {
     EXPECT_EQ(show(mfDataPoints_c()), "[0,0]");
-}
-
-TEST(DataPointList, HasNoVirtualOperations)
-{
-    EXPECT_FALSE(std::is_polymorphic_v<mfDataPoints_c>);
 }
 
 TEST(DataPointList, TakesAPointOver)
@@ -229,6 +223,16 @@ TEST(CopyDataPoints, IntoAListWithPointsAppends)
     fill(list, {1.0, 2.0, 3.0});
     EXPECT_TRUE(list.copy(&source));
     EXPECT_EQ(show(list), "1:0 2:10 3:20 7:0 8:10 [1,2]");
+}
+
+TEST(CopyDataPoints, OfOnePointIntoAListWithPointsEndsTheRangeAtTheFirst)
+{
+    mfDataPoints_c source;
+    fill(source, {7.0});
+    mfDataPoints_c list;
+    fill(list, {1.0, 2.0, 3.0});
+    EXPECT_TRUE(list.copy(&source));
+    EXPECT_EQ(show(list), "1:0 2:10 3:20 7:0 [1,1]");
 }
 
 TEST(CopyDataPoints, OfItselfAppendsItsPointsOnce)

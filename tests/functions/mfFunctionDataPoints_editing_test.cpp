@@ -162,6 +162,13 @@ TEST_F(DataPointTable, InsertOfNothingIsRefused)
     EXPECT_THAT(spline().calls, IsEmpty());
 }
 
+TEST_F(DataPointTable, InsertBetweenMovesExactlyToTheMiddle)
+{
+    start("1 2");
+    EXPECT_TRUE(insert(1, "7:9"));
+    EXPECT_EQ(rowAt(1).getStartX(), 1.5);
+}
+
 TEST_F(DataPointTable, InsertBeyondTheLargestXCannotLeaveIt)
 {
     start("1e+300");
@@ -364,6 +371,7 @@ const OverlapCase kOverlapCases[] = {
     {"Infinity", "1 2 3", "inf", false, 3, {}},
     {"BehindWhereOneMoreIsNoMore", "1 2 3", "1e300", false, 3, {}},
     {"LastRowWhereOneMoreIsNoMore", "1 2 1e+300", "1e300", true, 3, {2}},
+    {"LastRowWhereOneMoreIsNoMoreButTwoAre", "1 2 9.0072e+15", "9.0072e15", true, 3, {2}},
 };
 
 void PrintTo(const OverlapCase& c, std::ostream* os)
@@ -438,6 +446,7 @@ const FindCase kFindCases[] = {
     {"FirstOfFiveGivesTheSecond", "1 2 3 4 5", 1.0, 1},
     {"BehindFive", "1 2 3 4 5", 9.0, 3},
     {"InsideARowOfSeveralPoints", "1 2,4 6", 3.0, 1},
+    {"StartOfAReversedRow", "1 5,3 9", 5.0, 1},
     {"NaNGoesDown", "1 2 3 4 5", kNaN, 0},
 };
 

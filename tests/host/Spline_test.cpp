@@ -485,6 +485,14 @@ TEST(Spline, PointsFurtherApartThanTheLargestDoubleHarmNoOtherPiece)
     EXPECT_EQ(spline.getValue(kLargest), 2.0);
 }
 
+TEST(Spline, FirstOfTwoPointsFurtherApartThanTheLargestDoubleIsMetWhateverTheKind)
+{
+    for (const int kind : kKinds) {
+        FilledSpline spline(kind, {-kLargest, kLargest}, {5, 7});
+        EXPECT_EQ(spline.getValue(-kLargest), 5.0) << kind;
+    }
+}
+
 TEST(Spline, ASlopeThatOverflowsGivesNoFiniteValue)
 {
     for (const int kind : kKinds) {

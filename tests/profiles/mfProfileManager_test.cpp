@@ -317,6 +317,13 @@ TEST_P(SameProfile, GoesByNameAndTextWithoutRegardToCase)
 INSTANTIATE_TEST_SUITE_P(Profiles, SameProfile, testing::ValuesIn(kSameCases),
                          [](const auto& tested) { return tested.param.name; });
 
+TEST_F(ProfileManager, NameAndTextAreKeptApartWhateverCharactersTheyHold)
+{
+    mfProfileKey_c k;
+    EXPECT_EQ(manager_.addAssemblyProfile("A", L"cam.xml", record("A\1B", "C").release(), k), 0);
+    EXPECT_EQ(manager_.addAssemblyProfile("A", L"cam.xml", record("A", "B\1C").release(), k), 0);
+}
+
 TEST_F(ProfileManager, AssemblyProfileThatEqualsAUserProfileIsNotStored)
 {
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
@@ -582,6 +589,7 @@ const DisplayNameCase kDisplayNameCases[] = {
     {"NoClosingBracket", L"Rise (cam", "||0"},
     {"ClosingBracketBefore", L"Ri)se (cam", "||0"},
     {"BracketWithoutBlank", L"Rise(cam)", "Rise(cam)| (User)|0"},
+    {"BracketBehindOneCharacter", L"A (cam)", "A| (cam)|0"},
     {"BracketAtTheStart", L" (cam)", " (cam)| (User)|0"},
     {"TwoForeignBrackets", L"Rise (a) (b)3", "Rise| (a)|0"},
     {"NestedBrackets", L"Rise (a(b))", "Rise| (a(b)|0"},
