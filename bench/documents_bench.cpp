@@ -12,6 +12,8 @@
 #include "mfcurves/interfaces/QelSession.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "mfcurves/platform/numbers.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
 
 namespace bench {
 namespace {
@@ -133,6 +135,22 @@ void read(benchmark::State& state, Kind kind, int rows)
         curve.function().readXMLData(L"", true, xml);
 }
 
+// What a host pays that draws every row: all of them compiled and sampled.
+void readAndDraw(benchmark::State& state, int rows)
+{
+    const std::string xml = documentOf(Kind::Segments, rows);
+    Curve curve(state, xml);
+    const auto& table = static_cast<mfFunctionSegments_c&>(*curve.function().getFunctionSegments());
+    for ([[maybe_unused]] auto step : state) {
+        curve.function().readXMLData(L"", true, xml);
+        for (int row = 1; row < rows; ++row) {
+            mfSegment_c* segment = nullptr;
+            table.selectSegment(row, segment);
+            benchmark::DoNotOptimize(segment->getPlottingData0());
+        }
+    }
+}
+
 void write(benchmark::State& state, Kind kind, int rows)
 {
     Curve curve(state, documentOf(kind, rows));
@@ -151,6 +169,8 @@ const bool kRegistered = [] {
     for (const int rows : {10, 1000, 100000}) {
         add("points", Kind::Points, rows);
         add("segments", Kind::Segments, rows);
+        benchmark::RegisterBenchmark(("segments/" + std::to_string(rows) + "/read_and_draw").c_str(),
+                                     readAndDraw, rows);
     }
     add("expression", Kind::Expression, 1);
     return true;

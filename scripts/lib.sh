@@ -53,7 +53,7 @@ install_packages() {
 
     has_command apt-get || fail "please install what these Debian packages hold, then try again: ${missing[*]}"
     if [ "$(id -u)" -ne 0 ]; then
-        has_command sudo || fail "please install these packages as root, then try again: ${missing[*]}"
+        has_command sudo || fail "please run this as root, then try again: apt-get install ${missing[*]}"
         as_root=(sudo)
     fi
     echo "== installing ${missing[*]}"
@@ -83,5 +83,5 @@ if has_command ccache; then
 fi
 jobs=$(nproc 2>/dev/null || echo 2)
 
-build_packages=(g++ cmake ninja-build libxml2-dev libcli11-dev libgtest-dev libgmock-dev)
-check_packages=(python3 clang-format clang-tidy)
+build_packages=(g++ cmake ninja-build libxml2-dev libcli11-dev libgtest-dev libgmock-dev python3)
+check_packages=(clang-format clang-tidy)

@@ -38,15 +38,28 @@ std::string narrowText(const XmlNode& node)
     return mfTextConverter_c().toNarrow(wideText(node));
 }
 
-// Every narrow encoding has the characters of a number where UTF-8 has them.
-double number(const XmlNode& node)
-{
-    return platform::readNumber(node.text());
-}
-
 std::string quoted(const CString& text)
 {
     return '"' + platform::toUtf8(text.View()) + '"';
+}
+
+// A text may be as long as the document; its start is enough to find it.
+std::string quotedStart(const std::string& text)
+{
+    constexpr int kLongestQuote = 60;
+    const CString wide(platform::widen(text));
+    return quoted(wide.GetLength() > kLongestQuote ? wide.Left(kLongestQuote) + L"..." : wide);
+}
+
+// `"Point" 3`: rows are counted as the attribute ID counts them.
+std::string rowPlace(const char* element, int row)
+{
+    return '"' + std::string(element) + "\" " + std::to_string(row + 1);
+}
+
+std::string shortNumber(double number)
+{
+    return platform::formatNumber("%.10G", number);
 }
 
 // "//Curve//RangeX//MinX" as `"MinX" within "RangeX" within "Curve"`.
@@ -66,8 +79,8 @@ std::string placeOf(std::string_view path)
 // then tells why; what was set before stays set.
 class CurveReader {
 public:
-    CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer)
-        : function_(function), path_(path), fromBuffer_(fromBuffer)
+    CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer, const ReadOptions& options)
+        : function_(function), path_(path), fromBuffer_(fromBuffer), options_(options)
     {
         document_.setPath(path);
         document_.setFromBuffer(fromBuffer);
@@ -95,12 +108,39 @@ public:
     }
 
 private:
-    ReadOutcome outcome(bool taken) { return {taken, std::move(reason_), objectType_}; }
+    ReadOutcome outcome(bool taken) { return {taken, std::move(reason_), std::move(remarks_), objectType_}; }
 
     bool fail(std::string reason)
     {
         reason_ = std::move(reason);
         return false;
+    }
+
+    bool mayRemark() const { return remarks_.size() < kMostRemarks; }
+
+    void remark(std::string text)
+    {
+        if (mayRemark())
+            remarks_.push_back(std::move(text));
+    }
+
+    // Every narrow encoding has the characters of a number where UTF-8 has them.
+    // `place` answers which number this is; it is asked only when there is need.
+    template <class Place>
+    double number(const XmlNode& node, Place place)
+    {
+        const std::string text = node.text();
+        const double number = platform::readNumber(text);
+        if (!platform::isNumber(text) && mayRemark())
+            remark(place() + " is " + quotedStart(text) + ", which is no finite number; it reads as " +
+                   shortNumber(number) + '.');
+        return number;
+    }
+
+    void tellRow(std::size_t row, std::size_t count) const
+    {
+        if (options_.onRow)
+            options_.onRow(row, count);
     }
 
     bool load(std::string buffer)
@@ -120,7 +160,7 @@ private:
     bool isReadableVersion()
     {
         const XmlNode node = document_.document()->selectSingleNode("//Curve//Version");
-        const double version = node ? number(node) : kReadableVersion;
+        const double version = node ? platform::readNumber(node.text()) : kReadableVersion;
         setWrittenVersion(version);
         if (version == kReadableVersion)
             return true;
@@ -140,7 +180,7 @@ private:
             return false;
         objectType_ = static_cast<MotionObjectType_e>(
             kMotionObjectTypes.numberOf(objectText).value_or(MotionObjectType_None));
-        if (fromBuffer_)
+        if (fromBuffer_ || (options_.takeObjectOfFile && objectType_ != MotionObjectType_None))
             function_.setMotionObjectType(objectType_);
         if (!text("//Curve//XYDataType", dataText))
             return false;
@@ -187,7 +227,7 @@ private:
         auto* segments = static_cast<mfFunctionSegments_c*>(function_.getFunctionSegments());
         CString independent;
         CString dependent;
-        double unused = 0.0;
+        XmlNode unused;
         if (!exists(segments) || !readVariables(independent, dependent) ||
             !setIndependentVariable(*segments, independent, &CurveReader::isListedResult) ||
             !range(unused, unused))
@@ -205,7 +245,7 @@ private:
         auto* points = static_cast<mfFunctionDataPoints_c*>(function_.getFunctionDataPoints());
         CString independent;
         CString dependent;
-        double unused = 0.0;
+        XmlNode unused;
         if (!exists(points) || !readVariables(independent, dependent) ||
             !setIndependentVariable(*points, independent, &CurveReader::isAcceptedResult) ||
             !range(unused, unused))
@@ -221,11 +261,13 @@ private:
         if (!exists(expression))
             return false;
         expression->clearExpression();
-        double minX = 0.0;
-        double maxX = 0.0;
+        XmlNode minX;
+        XmlNode maxX;
         if (!range(minX, maxX))
             return false;
-        expression->setDomain(minX, maxX);
+        const double from = number(minX, [] { return placeOf("//Curve//RangeX//MinX"); });
+        const double to = number(maxX, [] { return placeOf("//Curve//RangeX//MaxX"); });
+        expression->setDomain(from, to);
         CString independent;
         CString dependent;
         if (!readVariables(independent, dependent))
@@ -269,17 +311,13 @@ private:
     }
 
     // The range of Y has to be there and counts for nothing.
-    bool range(double& minX, double& maxX)
+    bool range(XmlNode& minX, XmlNode& maxX)
     {
-        const XmlNode minNode = singleNode("//Curve//RangeX//MinX");
-        if (!minNode)
+        minX = singleNode("//Curve//RangeX//MinX");
+        if (!minX)
             return false;
-        const XmlNode maxNode = singleNode("//Curve//RangeX//MaxX");
-        if (!maxNode || !singleNode("//Curve//RangeY//MinY") || !singleNode("//Curve//RangeY//MaxY"))
-            return false;
-        minX = number(minNode);
-        maxX = number(maxNode);
-        return true;
+        maxX = singleNode("//Curve//RangeX//MaxX");
+        return maxX && singleNode("//Curve//RangeY//MinY") && singleNode("//Curve//RangeY//MaxY");
     }
 
     // Any text but those of time and cycle angle names a motion result, which the
@@ -319,13 +357,19 @@ private:
         return (services && services->getMotionResultCount() == 0) || isListedResult(name);
     }
 
+    // An unknown text sets nothing. The empty one is what a curve without such a
+    // quantity writes.
     template <class Kind>
-    static void setDependentVariable(Kind& kind, const CString& text)
+    void setDependentVariable(Kind& kind, const CString& text)
     {
         const auto motor = kMotorDriveTypes.numberOf(text);
         const auto force = kForceTorqueTypes.numberOf(text);
-        if (!motor && !force)
+        if (!motor && !force) {
+            if (!text.IsEmpty())
+                remark("\"DepVar\" is " + quoted(text) + ", which is none of " + kMotorDriveTypes.list() +
+                       " and none of " + kForceTorqueTypes.list() + '.');
             return;
+        }
         kind.setMotorDependentVar(static_cast<MotorDriveType_e>(motor.value_or(MotorDriveType_None)));
         kind.setForceTorqueDependentVar(static_cast<ForceTorqueType_e>(force.value_or(ForceTorqueType_None)));
         kind.motionObjectType = motor ? 0 : 1;
@@ -338,9 +382,16 @@ private:
             return false;
         if (const auto type = kInterpolationTypes.numberOf(interpolation))
             function.setInterpolationType(static_cast<DataPointInterpolationType_e>(*type));
+        else if (!interpolation.IsEmpty())
+            remark("\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
+                   kInterpolationTypes.list() + '.');
+        const std::vector<XmlNode> nodes = document_.document()->selectNodes("//Curve//Points//Point");
         int row = 0;
-        for (const XmlNode& node : document_.document()->selectNodes("//Curve//Points//Point"))
-            insertRow(function, row++, readPoint(node));
+        for (const XmlNode& node : nodes) {
+            tellRow(static_cast<std::size_t>(row), nodes.size());
+            insertRow(function, row, readPoint(node, row));
+            ++row;
+        }
         function.RegenSplineData();
         function.calculateValue();
         return true;
@@ -348,7 +399,7 @@ private:
 
     // Children are told by position, whatever their names: x at even positions, y
     // at odd ones. A last x without a y is dropped.
-    static std::unique_ptr<mfDataPoints_c> readPoint(const XmlNode& node)
+    std::unique_ptr<mfDataPoints_c> readPoint(const XmlNode& node, int row)
     {
         auto points = std::make_unique<mfDataPoints_c>();
         double x = 0.0;
@@ -356,28 +407,37 @@ private:
         int position = 0;
         for (XmlNode child = node.firstChild(); child; child = child.nextSibling(), ++position) {
             const bool isY = position % 2 == 1;
+            const auto place = [&] { return (isY ? "\"y\" of " : "\"x\" of ") + rowPlace("Point", row); };
             if (child.isElement())
-                (isY ? y : x) = number(child);
+                (isY ? y : x) = number(child, place);
             if (isY)
                 points->addPoint(x, y);
         }
+        if (position == 0 || position % 2 == 1)
+            remark(rowPlace("Point", row) + " does not hold pairs of x and y.");
         return points;
     }
 
     // Rows go in at their number in the document, as long as the table has taken
     // all before them: behind a row that it left out, none has a place any more.
-    static void insertRow(mfFunctionDataPoints_c& function, int row, std::unique_ptr<mfDataPoints_c> points)
+    void insertRow(mfFunctionDataPoints_c& function, int row, std::unique_ptr<mfDataPoints_c> points)
     {
+        const double x = points->getX(0);
         if (row == function.getDataPointsCount())
             function.appendDataPoint(points.get());
         else
             function.insertDataPoint(row, points.get());
-        if (row < function.getDataPointsCount())
-            (void)points.release();  // the table owns it
+        if (row >= function.getDataPointsCount())
+            return remark(rowPlace("Point", row) + " has no place behind the ones before and is left out.");
+        const double storedX = points.release()->getX(0);  // the table owns it
+        if (storedX != x)
+            remark(rowPlace("Point", row) + " has x = " + shortNumber(x) +
+                   ", which does not lie behind the point before; it moves to " + shortNumber(storedX) + '.');
     }
 
     void readProfileDefinitions()
     {
+        int definition = 0;
         for (const XmlNode& node :
              document_.document()->selectNodes("//Curve//ProfileDefinitions//ProfileDefinition")) {
             std::string uniqueName;
@@ -388,13 +448,14 @@ private:
                 if (child.isElement())
                     (position == 0 ? uniqueName : functionText) = narrowText(child);
             if (mfProfileManager_c::s_UseNewProfileManager())
-                registerProfile(uniqueName, functionText);
+                registerProfile(definition, uniqueName, functionText);
+            ++definition;
         }
     }
 
     // A definition that does not parse is left out, and so is one that equals a
     // profile at hand: its name then stands for that profile.
-    void registerProfile(const std::string& uniqueName, std::string& functionText)
+    void registerProfile(int definition, const std::string& uniqueName, std::string& functionText)
     {
         mfProfileManager_c* manager = interfaces::profileManager();
         if (!manager)
@@ -402,8 +463,12 @@ private:
         mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
         parser.upgradeKeywords(functionText);
-        if (profiles::parseDefinition(functionText, *profile, budget_))
+        if (const auto failure = profiles::parseDefinition(functionText, *profile, budget_)) {
+            if (mayRemark())
+                remark(rowPlace("ProfileDefinition", definition) + ", " + quotedStart(uniqueName) +
+                       ", is left out: " + failure->reason + '.');
             return;
+        }
         const std::string baseName = parser.baseProfileName(uniqueName);
         mfProfileKey_c key;
         const int status = fromBuffer_
@@ -420,38 +485,61 @@ private:
         if (!singleNode("//Curve//SegmentCount"))
             return false;
         mfProfileManager_c* manager = interfaces::profileManager();
+        const std::vector<XmlNode> nodes = document_.document()->selectNodes("//Curve//Segments//Segment");
         int row = 0;
-        for (const XmlNode& node : document_.document()->selectNodes("//Curve//Segments//Segment"))
-            addRow(function, row++, readSegment(node, manager));
+        for (const XmlNode& node : nodes) {
+            tellRow(static_cast<std::size_t>(row), nodes.size());
+            addRow(function, row, readSegment(node, row, manager));
+            ++row;
+        }
         return true;
     }
 
     // Elements are told by their number, whatever their names; other children do
     // not count.
-    static std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, mfProfileManager_c* manager)
+    std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, int row, mfProfileManager_c* manager)
     {
         auto segment = std::make_unique<mfSegment_c>();
+        XmlNode profile;
         int element = 0;
         for (XmlNode child = node.firstChild(); child && element < 4; child = child.nextSibling()) {
             if (!child.isElement())
                 continue;
             switch (++element) {
                 case 1:
-                    segment->setStartX(number(child));
+                    segment->setStartX(segmentX(child, "StartX", row));
                     break;
                 case 2:
-                    segment->setEndX(number(child));
+                    segment->setEndX(segmentX(child, "EndX", row));
                     break;
                 case 3:
-                    segment->setValue(number(child));
+                    segment->setValue(
+                        number(child, [&] { return "\"Value\" of " + rowPlace("Segment", row); }));
                     break;
                 default:
+                    profile = child;
                     setProfile(*segment, child, manager);
             }
         }
-        if (mfProfileManager_c::s_UseNewProfileManager() && manager)
+        if (element < (row == 0 ? 3 : 4))
+            remark(rowPlace("Segment", row) + " does not hold start, end, value and profile.");
+        if (mfProfileManager_c::s_UseNewProfileManager() && manager) {
+            const bool isFound = segment->getProfileKey() != nullptr;
             completeProfile(*segment, *manager);
+            if (!isFound && profile && row > 0 && mayRemark())
+                remark("\"Profile\" of " + rowPlace("Segment", row) + " is " + quotedStart(profile.text()) +
+                       ", which the document does not define; the row takes " +
+                       quoted(segment->getDisplayName()) + '.');
+        }
         return segment;
+    }
+
+    // The first row has no X of its own and is written with blanks for it.
+    double segmentX(const XmlNode& node, const char* name, int row)
+    {
+        if (row == 0)
+            return platform::readNumber(node.text());
+        return number(node, [&] { return '"' + std::string(name) + "\" of " + rowPlace("Segment", row); });
     }
 
     // The name of a definition in the document or, if there are any definitions
@@ -487,13 +575,19 @@ private:
     }
 
     // The first row only states where the curve begins.
-    static void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
+    void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
+        const double startX = segment->getStartX();
         function.addSegment(segment.get());
-        (void)segment.release();  // the table owns it
+        const mfSegment_c& stored = *segment.release();  // the table owns it
         function.checkInvalid(row);
         if (row == 0)
             return;
+        if (stored.getStartX() != startX)
+            remark(rowPlace("Segment", row) + " starts at " + shortNumber(startX) +
+                   ", where the one before does not end; it becomes a row from " +
+                   shortNumber(stored.getStartX()) + " to " + shortNumber(stored.getEndX()) +
+                   " with value 0.");
         function.parseExpression(row);
         function.calculateValue(row);
     }
@@ -501,18 +595,21 @@ private:
     mfFunctionData_c& function_;
     const CString& path_;
     bool fromBuffer_;
+    const ReadOptions& options_;
     profiles::ReadingBudget budget_;  // of all definitions in the document
     mfCurveDocument_c document_;
     std::string reason_;
+    std::vector<std::string> remarks_;
     MotionObjectType_e objectType_ = MotionObjectType_None;
 };
 
 }  // namespace
 
-ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer)
+ReadOutcome readCurve(mfFunctionData_c& function, const CString& path, bool fromBuffer, std::string buffer,
+                      const ReadOptions& options)
 {
     const SilentEngine engine;
-    return CurveReader(function, path, fromBuffer).read(std::move(buffer));
+    return CurveReader(function, path, fromBuffer, options).read(std::move(buffer));
 }
 
 }  // namespace mf::documents

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <functional>
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
 #include <new>
+#include <system_error>
 
 #include "mfcurves/documents/xmlTree.h"
 #include "mfcurves/platform/encoding.h"
@@ -195,9 +197,12 @@ private:
 
 bool XmlDocument::readFile(const wchar_t* path)
 {
+    errno = 0;  // which tells why, where the system says it
     std::ifstream file = platform::openFile(path);
-    const Source source = [&file](char* buffer, int size) {
+    int failure = file.is_open() ? 0 : errno;
+    const Source source = [&](char* buffer, int size) {
         file.read(buffer, size);
+        failure = file.bad() ? errno : 0;
         return file.bad() ? -1 : static_cast<int>(file.gcount());
     };
     problem_ = {};
@@ -207,6 +212,8 @@ bool XmlDocument::readFile(const wchar_t* path)
         tree_ = emptyTree();
         problem_.message = "The file cannot be opened";
     }
+    if (failure != 0)
+        problem_.message += ": " + std::generic_category().message(failure);
     return problem_.message.empty();
 }
 

@@ -35,7 +35,7 @@ public:
 
     /// Whether the registers hold an order at x, which counts as asking for it;
     /// never for a family that has not one parameter. Points are told apart by
-    /// their bits: atan2 and divisions tell 0.0 from -0.0.
+    /// their bits: a division tells 0.0 from -0.0.
     bool holds(double x, int order)
     {
         if (std::bit_cast<std::uint64_t>(x) != xBits_ || order > held_)

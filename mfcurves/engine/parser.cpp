@@ -14,7 +14,8 @@ namespace {
 
 std::string quoted(std::wstring_view text)
 {
-    return "`" + platform::toUtf8(text) + "`";
+    std::string quotation = "`";  // appended to, as gcc 12 warns of an overlap in the sum of all three
+    return quotation.append(platform::toUtf8(text)).append("`");
 }
 
 std::string arity(const Function& row)

@@ -11,7 +11,8 @@
 /// gathered into polynomials.
 ///
 /// What KeepText allows costs no accuracy: a change is made only where it is
-/// exact, or where the text would round in the same places.
+/// exact, or where the text would round in the same places. The sign of a zero
+/// counts as nothing; only a division by it shows one.
 namespace mf::engine {
 
 NodeId constant(Graph& graph, double number);

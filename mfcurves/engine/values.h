@@ -98,6 +98,13 @@ inline double chebyshevValue(double h, std::span<const double> c)
     return c[0] + (h * b1 - b2);
 }
 
+/// Zero has no sign here: a point on the left half of the x axis is at pi, however
+/// its zero came about.
+inline double angleValue(double y, double x)
+{
+    return std::atan2(y + 0.0, x + 0.0);
+}
+
 inline double signValue(double x)
 {
     return x > 0.0 ? 1.0 : x < 0.0 ? -1.0 : x == 0.0 ? 0.0 : kNaN;

@@ -34,10 +34,12 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
+constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+
 // Takes white space and one sign off the front; true when the sign is a minus.
 bool takeSign(std::string_view& text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
     const bool minus = text.starts_with('-');
     if (minus || text.starts_with('+'))
         text.remove_prefix(1);
@@ -105,6 +107,17 @@ double readNumber(std::string_view text)
     if (error == std::errc::result_out_of_range)
         number = outOfRange(text.substr(0, static_cast<std::size_t>(end - text.data())));
     return minus ? -number : number;
+}
+
+bool isNumber(std::string_view text)
+{
+    takeSign(text);
+    text = text.substr(0, text.find_last_not_of(kWhiteSpace) + 1);
+    double number = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (!startsDecimal(text) || end != text.data() + text.size())
+        return false;
+    return error == std::errc() || outOfRange(text) == 0.0;
 }
 
 std::int32_t readInteger(std::string_view text)

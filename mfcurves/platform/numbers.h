@@ -19,6 +19,10 @@ std::string sixDecimals(double number);
 /// decimal sign is a point under every locale.
 double readNumber(std::string_view text);
 
+/// True when the whole text, white space at its ends aside, is a number that is
+/// finite: nothing of it is ignored by readNumber.
+bool isNumber(std::string_view text);
+
 /// The whole number at the start of a text, under the same rules; it saturates
 /// at the ends of the 32-bit range.
 std::int32_t readInteger(std::string_view text);

@@ -19,6 +19,8 @@ mfSegment_c::mfSegment_c(const mfSegment_c& other) : mfSegment_c()
 // Both share samples and compiled forms, so what was put off comes first.
 mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
 {
+    if (&other == this)
+        return *this;
     other.iCompute();
     other.calculator_.iValue();
     startX_ = other.startX_;

@@ -127,7 +127,7 @@ TEST_F(ReadCurve, FileThatIsMissingIsRefused)
     const documents::ReadOutcome outcome =
         documents::readCurve(function, path, false, dataPointDocument().xml());
     EXPECT_FALSE(outcome.taken);
-    EXPECT_EQ(outcome.reason, "The file cannot be opened.");
+    EXPECT_EQ(outcome.reason, "The file cannot be opened: No such file or directory.");
     EXPECT_EQ(startsLeft(), 1);
 }
 
@@ -922,6 +922,14 @@ const ProfileCase kProfileCases[] = {
     {"CommentBehind",
      "<ProfileDefinition><a>Mine</a><b>" + lineTimes("2", "Mine") + "</b><!--c--><c/></ProfileDefinition>",
      "Mine", "Mine (Assembly)"},
+    // A key without a name is none, although the registry holds its record.
+    {"NothingBeforeTheBracket", definition("(old)", lineTimes("2", "Mine")), "(old)", "Cubic (Default)"},
+    {"CommentInPlaceOfTheName",
+     "<ProfileDefinition><!--c--><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>", "",
+     "Cubic (Default)"},
+    {"FunctionInPlaceOfTheName",
+     "<ProfileDefinition><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>", "Mine",
+     "Cubic (Default)"},
     {"WithoutAFunction", "<ProfileDefinition><a>Linear</a></ProfileDefinition>", "Linear", "Cubic (Default)"},
     {"RefersToItself",
      definition("Mine", "segmenttype(\"Mine\",x,x1,y1,x2,y2)v=v+1;v=v*v;returnv;endsegmenttype"), "Mine",
@@ -969,6 +977,21 @@ TEST_F(ReadCurve, ProfilesOfAFileBearItsStem)
     manager.getAllProfileNames(names);
     EXPECT_EQ(utf8(names[names.size() - 2]), "Mine (clutch.v2)");
     EXPECT_EQ(utf8(names.back()), "Mine (clutch.v2)<1>");
+}
+
+TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredAllTheSame)
+{
+    ASSERT_TRUE(readBuffer(segmentDocument().set(
+        "ProfileDefinitions",
+        "<ProfileDefinition><!--c--><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>")));
+    std::vector<CString> names;
+    manager.getAllProfileNames(names);
+    EXPECT_EQ(utf8(names.back()), " (Assembly)");
+    mfProfileKey_c key;
+    manager.lookupDocumentName("", key);
+    EXPECT_EQ(utf8(key.source), " (Assembly)");
+    ASSERT_NE(manager.findProfile(key), nullptr);
+    EXPECT_EQ(manager.findProfile(key)->name, "Mine");  // the record bears its own name
 }
 
 TEST_F(ReadCurve, SecondReadFindsTheProfilesOfTheFirst)

@@ -541,9 +541,9 @@ TEST(ReadFile, PathsArePlainNames)
     }
     XmlDocument document;
     EXPECT_FALSE(document.readFile(CString((folder / "a").c_str())));
-    EXPECT_EQ(document.problem().message, "The file cannot be opened");
+    EXPECT_EQ(document.problem().message, "The file cannot be opened: No such file or directory");
     EXPECT_FALSE(document.readFile(CString(folder.path().c_str())));
-    EXPECT_EQ(document.problem().message, "The file cannot be read to its end");
+    EXPECT_EQ(document.problem().message, "The file cannot be read to its end: Is a directory");
     EXPECT_FALSE(document.readFile(L""));
     EXPECT_FALSE(document.readFile(L"-"));
 }

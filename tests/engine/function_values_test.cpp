@@ -1,9 +1,11 @@
 // Every function of the engine against values that SymPy and mpmath made at 60
 // digits: function_values.txt, written by make_function_values.py.
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "mfcurves/engine/functionTable.h"
 #include "tests/engine/compiled.h"
 #include "tests/engine/value_table.h"
 
@@ -33,6 +35,16 @@ TEST_P(FunctionValues, AgreeInAllOrders)
             EXPECT_NEAR(*got, expected, kRelativeTolerance * std::abs(expected))
                 << "order " << order << " at " << x;
         }
+    }
+}
+
+TEST(FunctionValuesTable, HoldsEveryFunctionOfTheEngine)
+{
+    const auto table = readTable<5>("function_values.txt");
+    for (const mf::engine::Function& row : mf::engine::functions()) {
+        const std::string call = std::string(row.name) + "(";
+        const auto begins = [&](const TestedFunction& function) { return function.text.starts_with(call); };
+        EXPECT_TRUE(row.name.empty() || std::ranges::any_of(table, begins)) << row.name;
     }
 }
 

@@ -3,11 +3,14 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
 
 #include "tests/engine/compiled.h"
 
 namespace engine_test {
 namespace {
+
+constexpr double kPi = std::numbers::pi;
 
 /// A text with its value and three derivatives at one point; those absent fail.
 struct KinkCase {
@@ -48,6 +51,15 @@ const KinkCase kKinks[] = {
     {"TieOfZeros", "min(x,-x)", -0.0, {0, 1, 0, 0}},
     {"TieOfDifferenceGoesToTheFirst", "dim(3*x,2*x)", 0.0, {0, 1, 0, 0}},
     {"TieOfDifferenceWithAConstant", "dim(x,1)", 1.0, {0, 1, 0, 0}},
+    // The angle jumps where the point crosses the left half of the axis. On it it is pi,
+    // whatever sign the zero got on its way: -0 + 0 is 0, and so is x(x + 1) at -1.
+    {"AngleOnTheLeftHalf", "atan2(x,-1)", 0.0, {kPi, -1, 0, 2}},
+    {"AngleOfNegativeZero", "atan2(x,-1)", -0.0, {kPi, -1, 0, 2}},
+    {"AngleOfZeroPlusNegativeZero", "atan2(0+x,-1)", -0.0, {kPi, -1, 0, 2}},
+    {"AngleOfAZeroMadeByASign", "atan2(-x,-1)", 0.0, {kPi, 1, 0, -2}},
+    {"AngleOfAZeroMadeByASum", "atan2(x^2+x,-1)", -1.0, {kPi, 1, -2, -2}},
+    {"AngleOfAZeroMadeByFolding", "x+atan2(-0,-1)", 0.0, {kPi, 1, 0, 0}},
+    {"AngleOfTheOriginFromTheLeft", "x+atan2(0,-0)", 2.0, {2, 1, 0, 0}},
     {"RemainderAtItsJump", "mod(x,2)", 4.0, {0, 1, 0, 0}},
     {"RemainderOperatorAtItsJump", "x%2", 4.0, {0, 1, 0, 0}},
     {"FloorAtItsJump", "floor(x)", 2.0, {2, 0, 0, 0}},

@@ -6,11 +6,13 @@
 // because there no evaluation in doubles can do better: 1e-14 of the size is
 // about a hundred roundings.
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
 
+#include "mfcurves/engine/functionTable.h"
 #include "tests/engine/compiled.h"
 #include "tests/engine/random_expression.h"
 
@@ -73,6 +75,14 @@ TEST_P(RandomExpressions, AgreeWithTaylorJets)
     EXPECT_GT(undefined_, 10);
     for (const Function& function : functions())
         EXPECT_GT(used_[function.name], 10) << function.name;
+}
+
+TEST(RandomExpressionTable, HoldsEveryFunctionOfTheEngine)
+{
+    for (const mf::engine::Function& row : mf::engine::functions()) {
+        const auto isRow = [&](const Function& function) { return function.name == row.name; };
+        EXPECT_TRUE(row.name.empty() || std::ranges::any_of(functions(), isRow)) << row.name;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Engine, RandomExpressions, testing::Range(1u, 9u));

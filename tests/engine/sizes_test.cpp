@@ -192,6 +192,8 @@ const LongCase kLongTexts[] = {
     {"Blanks", std::string(1000000, ' ') + "x", false, 1.0},
     {"ManyArguments", "max(x" + repeated(",x", 400000) + ")", false, 1.0},
     {"ManyTerms", "poly(x,1,1" + repeated(",1", 400000) + ")", false, 1.0},
+    {"NestedParentheses", nested("(", "x", ")", 200000), true, 1.0},
+    {"OpenParentheses", std::string(400000, '('), true, 0.0},
     {"OpenBrace", "{" + std::string(1000000, 'a'), true, 0.0},
     {"OpenBraces", std::string(1000000, '{'), true, 0.0},
     {"Commas", "max(" + std::string(1000000, ','), true, 0.0},

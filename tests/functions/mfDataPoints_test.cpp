@@ -5,6 +5,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <type_traits>
 
 namespace {
 
@@ -33,6 +34,11 @@ void fill(mfDataPoints_c& list, const std::vector<double>& xs)
 TEST(DataPointList, StartsEmpty)
 {
     EXPECT_EQ(show(mfDataPoints_c()), "[0,0]");
+}
+
+TEST(DataPointList, HasNoVirtualOperations)
+{
+    EXPECT_FALSE(std::is_polymorphic_v<mfDataPoints_c>);
 }
 
 TEST(DataPointList, TakesAPointOver)

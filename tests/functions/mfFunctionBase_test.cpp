@@ -94,14 +94,21 @@ TEST(FunctionBase, IsCopiedFieldByField)
 {
     mfFunctionBase_c function;
     function.motionObjectType = 1;
+    function.motorDependentVar = mf::MotorDriveType_Velocity;
     function.forceTorqueDependentVar = mf::ForceTorqueType_Torque;
     function.independentVar = mf::IndependentVariableType_MotionResult;
     function.motionResult = L"Angle1";
-    const mfFunctionBase_c copy(function);
-    EXPECT_EQ(copy.motionObjectType, 1);
-    EXPECT_EQ(copy.forceTorqueDependentVar, mf::ForceTorqueType_Torque);
-    EXPECT_EQ(copy.independentVar, mf::IndependentVariableType_MotionResult);
-    EXPECT_EQ(copy.motionResult, L"Angle1");
+    const mfFunctionBase_c constructed(function);
+    mfFunctionBase_c assigned;
+    assigned = function;
+    for (const mfFunctionBase_c* const copy :
+         {&constructed, static_cast<const mfFunctionBase_c*>(&assigned)}) {
+        EXPECT_EQ(copy->motionObjectType, 1);
+        EXPECT_EQ(copy->motorDependentVar, mf::MotorDriveType_Velocity);
+        EXPECT_EQ(copy->forceTorqueDependentVar, mf::ForceTorqueType_Torque);
+        EXPECT_EQ(copy->independentVar, mf::IndependentVariableType_MotionResult);
+        EXPECT_EQ(copy->motionResult, L"Angle1");
+    }
 }
 
 }  // namespace

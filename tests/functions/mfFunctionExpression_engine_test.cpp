@@ -231,6 +231,8 @@ TEST_P(SamplingOutcome, IsAsTold)
     EXPECT_EQ(function_->isValidForPlotting(), c.validForPlotting);
     EXPECT_EQ(function_->getPlottingPointCount(), c.count);
     EXPECT_EQ(function_->getIndepVar(), c.variable);
+    // What was compiled stays until the next compile, unless a sample failed.
+    EXPECT_EQ(engine_.alive, c.text[0] != L'\0' && c.parses && c.failingSample == -1 ? 1 : 0);
     for (int order = 0; order <= 3; ++order) {
         const bool expected = testing::Value(c.arrayOrders, testing::Contains(order));
         EXPECT_EQ(function_->getPlottingData(order) != nullptr, expected) << "order " << order;
@@ -377,6 +379,31 @@ TEST_F(ExpressionOverAnEngine, AsksTheStudyBeforeItParsesAndReleasesTheOldCalcul
     EXPECT_TRUE(function_->calculateValue());
     EXPECT_EQ(engine_.calls.front(), "Release 0");
     EXPECT_EQ(engine_.calls.size(), first.size() + 1);
+}
+
+// Writes the question for the study down among the calls of the engine.
+class HostAmongTheCalls : public mf::test::FakeHost {
+public:
+    IMotionStudy_c* getMotionStudy() override
+    {
+        engine->calls.emplace_back("getMotionStudy");
+        return FakeHost::getMotionStudy();
+    }
+};
+
+TEST_F(ExpressionOverAnEngine, AsksForTheStudyThenReleasesThenParses)
+{
+    const HostAmongTheCalls host;
+    engine_.parameters = {kOther};
+    prepareToSample();
+    EXPECT_FALSE(function_->calculateValue());
+    EXPECT_FALSE(function_->calculateValue());
+    const mf::test::Calls once{"parser", "parse the text", "getParamsNum", "getParam 0", "~parser"};
+    mf::test::Calls expected{"getMotionStudy"};
+    expected.insert(expected.end(), once.begin(), once.end());
+    expected.insert(expected.end(), {"getMotionStudy", "Release 0"});
+    expected.insert(expected.end(), once.begin(), once.end());
+    EXPECT_EQ(engine_.calls, expected);
 }
 
 TEST_F(ExpressionOverAnEngine, LeavesTheCalculatorAloneWhenThereIsNothingToParse)
@@ -559,6 +586,53 @@ TEST_F(ExpressionOverAnEngine, WritesOnlyTheDerivativesThatHaveAnArray)
     EXPECT_EQ(function_->getPlottingData2(), nullptr);
     EXPECT_EQ(function_->getPlottingData3(), nullptr);
 }
+
+struct FilledCase {
+    const char* name;
+    int objectType;
+    mf::MotorDriveType_e quantity;
+    int highest;  // order that is filled, of the three that have an array
+};
+
+const FilledCase kFilledCases[] = {
+    {"Displacement", 0, mf::MotorDriveType_Displacment, 3},
+    {"Velocity", 0, mf::MotorDriveType_Velocity, 2},
+    {"Acceleration", 0, mf::MotorDriveType_Acceleration, 1},
+    {"NoQuantity", 0, mf::MotorDriveType_None, 1},
+    {"Force", 1, mf::MotorDriveType_Displacment, 1},
+    {"AnotherObject", 2, mf::MotorDriveType_Displacment, 1},
+};
+
+void PrintTo(const FilledCase& c, std::ostream* os)
+{
+    *os << "object " << c.objectType << ", quantity " << c.quantity;
+}
+
+class FilledDerivatives : public ExpressionOverAnEngine, public testing::WithParamInterface<FilledCase> {};
+
+// The quantity at the call decides, and not the one that made the arrays.
+TEST_P(FilledDerivatives, AreThoseOfTheQuantity)
+{
+    const FilledCase& c = GetParam();
+    engine_.parameters = {kTime};
+    prepareToSample();
+    EXPECT_TRUE(function_->calculateValue());
+    engine_.evaluate = [](double, int, double& y) {
+        y = -1.0;
+        return true;
+    };
+    function_->motionObjectType = c.objectType;
+    function_->setMotorDependentVar(c.quantity);
+    EXPECT_TRUE(function_->calculateDerivatives());
+    for (int order = 1; order <= 3; ++order) {
+        const mfPoint2D_c* const points = function_->getPlottingData(order);
+        for (int i = 0; i < 100; ++i)
+            EXPECT_EQ(points[i].y() == -1.0, order <= c.highest) << "order " << order << " at " << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Expression, FilledDerivatives, testing::ValuesIn(kFilledCases),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_F(ExpressionOverAnEngine, DerivesAsManyPointsAsTheCountSaysAndNoMoreThanThereAre)
 {

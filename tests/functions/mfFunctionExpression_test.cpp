@@ -584,6 +584,100 @@ TEST_F(Expression, CopiesTextVariableQuantitiesAndDomain)
     EXPECT_FALSE(copy.calculateValue()) << "the parse expression does not come along";
 }
 
+// Writes down which of its virtual operations are used.
+class ToldExpression : public mfFunctionExpression_c {
+public:
+    explicit ToldExpression(mf::test::Calls& told) : told_(told) {}
+
+    void ClearFunction() override { told_.emplace_back("ClearFunction"); }
+    void setMathExpression(const CString& expression) override
+    {
+        told_.emplace_back("set text");
+        mfFunctionExpression_c::setMathExpression(expression);
+    }
+    CString getMathExpression() override
+    {
+        told_.emplace_back("get text");
+        return mfFunctionExpression_c::getMathExpression();
+    }
+    void setIndepVar(const CString& text) override
+    {
+        told_.emplace_back("set variable");
+        mfFunctionExpression_c::setIndepVar(text);
+    }
+    CString getIndepVar() override
+    {
+        told_.emplace_back("get variable");
+        return mfFunctionExpression_c::getIndepVar();
+    }
+    void setMotorDependentVar(mf::MotorDriveType_e quantity) override
+    {
+        told_.emplace_back("set motor");
+        mfFunctionExpression_c::setMotorDependentVar(quantity);
+    }
+    mf::MotorDriveType_e getMotorDependentVar() override
+    {
+        told_.emplace_back("get motor");
+        return mfFunctionExpression_c::getMotorDependentVar();
+    }
+    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
+    {
+        told_.emplace_back("set force");
+        mfFunctionExpression_c::setForceTorqueDependentVar(quantity);
+    }
+    mf::ForceTorqueType_e getForceTorqueDependentVar() override
+    {
+        told_.emplace_back("get force");
+        return mfFunctionExpression_c::getForceTorqueDependentVar();
+    }
+    void setDomain(double minX, double maxX) override
+    {
+        told_.emplace_back("set domain");
+        mfFunctionExpression_c::setDomain(minX, maxX);
+    }
+    double getMinX() override
+    {
+        told_.emplace_back("get minimum");
+        return mfFunctionExpression_c::getMinX();
+    }
+    double getMaxX() override
+    {
+        told_.emplace_back("get maximum");
+        return mfFunctionExpression_c::getMaxX();
+    }
+
+private:
+    mf::test::Calls& told_;
+};
+
+TEST_F(Expression, CopiesThroughTheVirtualOperationsInOrder)
+{
+    mf::test::Calls told;
+    ToldExpression source(told);
+    ToldExpression target(told);
+    EXPECT_TRUE(target.Copy(&source));
+    EXPECT_THAT(told, testing::ElementsAre("get text", "set text", "get variable", "set variable",
+                                           "get motor", "set motor", "get force", "set force", "get minimum",
+                                           "get maximum", "set domain"));
+}
+
+TEST_F(Expression, IsClearedByTheVirtualOperation)
+{
+    mf::test::Calls told;
+    ToldExpression function(told);
+    function.clearExpression();
+    EXPECT_THAT(told, testing::ElementsAre("ClearFunction"));
+}
+
+TEST_F(Expression, GivesItsVariableThroughTheVirtualOperationWhenSampled)
+{
+    mf::test::Calls told;
+    ToldExpression function(told);
+    function.setParseExpression(L"time");
+    EXPECT_FALSE(function.calculateValue()) << "there is no quantity";
+    EXPECT_THAT(told, testing::ElementsAre("set variable"));
+}
+
 TEST_F(Expression, WorksItsVariableOutAgainWhenCopied)
 {
     const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});

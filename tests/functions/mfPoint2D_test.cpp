@@ -1,7 +1,9 @@
 #include "mfcurves/functions/mfPoint2D.h"
 
-#include <gtest/gtest.h>
+#include <cstring>
+#include <gmock/gmock.h>
 #include <limits>
+#include <type_traits>
 
 namespace {
 
@@ -15,6 +17,17 @@ TEST(Point, StartsAtTheOrigin)
 {
     expectPoint(mfPoint2D_c(), 0.0, 0.0);
     expectPoint(mfPoint2D_c(3.0, 4.0), 3.0, 4.0);
+}
+
+// Whoever draws reads the arrays as pairs of numbers.
+TEST(Point, IsTwoNumbersAndNothingElse)
+{
+    const mfPoint2D_c points[] = {{3.0, 4.0}, {5.0, 6.0}};
+    double numbers[4];
+    static_assert(sizeof points == sizeof numbers);
+    std::memcpy(numbers, points, sizeof points);
+    EXPECT_THAT(numbers, testing::ElementsAre(3.0, 4.0, 5.0, 6.0));
+    EXPECT_FALSE(std::is_polymorphic_v<mfPoint2D_c>);
 }
 
 TEST(Point, IsCopiedByItsNumbers)

@@ -145,4 +145,17 @@ TEST(HostInterfaces, HaveVirtualDestructors)
     EXPECT_TRUE(std::has_virtual_destructor_v<ISimSplineData_c>);
 }
 
+TEST(HostInterfaces, AreForOthersToImplement)
+{
+    EXPECT_TRUE(std::is_abstract_v<IMotionFunctionData_c>);
+    EXPECT_TRUE(std::is_abstract_v<IFunctionSegments_c>);
+    EXPECT_TRUE(std::is_abstract_v<IFunctionDataPoints_c>);
+    EXPECT_TRUE(std::is_abstract_v<IFunctionExpression_c>);
+    EXPECT_TRUE(std::is_abstract_v<QelMotionFunctionContext_c>);
+    EXPECT_TRUE(std::is_abstract_v<IMotionServices_c>);
+    EXPECT_TRUE(std::is_abstract_v<IMotionStudy_c>);
+    EXPECT_TRUE(std::is_abstract_v<ISimSplineData_c>);
+    EXPECT_TRUE(std::is_abstract_v<ICalculator>);
+}
+
 }  // namespace

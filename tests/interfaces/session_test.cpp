@@ -55,6 +55,8 @@ TEST(EngineData, AlwaysHoldsANumber)
     const MMEP_Data copy = data;
     *data.getValue() = 4.5;
     EXPECT_EQ(*copy.getValue(), 3.5);
+    const MMEP_Data arguments[] = {1.5, 2.5};
+    EXPECT_EQ(*arguments[1].getValue(), 2.5);
 }
 
 TEST(EngineName, BeginsWithItsTextAndMeansOneThing)

@@ -476,7 +476,43 @@ TEST_F(FunctionData, EvaluatesTheDataPoints)
     EXPECT_EQ(data_->evaluate(2.0, 4), 0.0);
 }
 
+// The three values at x = 1 are 5, before a factor of 2 divides one of them.
+TEST_F(FunctionData, DividesTheExpressionAloneByTheUnitFactor)
+{
+    mfProfileManager_c manager;
+    host_.managerAnswer = &manager;
+    EXPECT_TRUE(manager.rebuildUserProfileMap());
+    EXPECT_TRUE(data_->initialize());
+    host_.services.unitFactor = 2.0;
+
+    auto* const row = new mfSegment_c(0.0, 2.0, 7.0, L"Linear");
+    row->setProfileKey(manager.getProfileKeyFromDisplayName(L"Linear"));
+    segments().addSegment(new mfSegment_c(0.0, 0.0, 3.0, L""));
+    segments().addSegment(row);
+    segments().parseExpression(1);
+    host_.services.spline().answer = [](double, int) { return 5.0; };
+    expression().setMathExpression(L"5*time");
+
+    data_->setFunctionType(mf::FunctionType_Segments);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 5.0);
+    data_->setFunctionType(mf::FunctionType_DataPoints);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 5.0);
+    EXPECT_THAT(host_.calls, testing::Not(testing::Contains(testing::StartsWith("getUnitFactor"))));
+    data_->setFunctionType(mf::FunctionType_Expression);
+    EXPECT_EQ(data_->evaluate(1.0, 0), 2.5);
+    data_.reset();  // before the manager that its row borrowed from
+}
+
 // updateForLegacyData
+
+TEST_F(FunctionData, OfAnotherMakeNeedsNothingBroughtUpToDate)
+{
+    EXPECT_TRUE(data_->initialize());
+    host_.calls.clear();
+    data_->IMotionFunctionData_c::updateForLegacyData(true);
+    EXPECT_THAT(host_.calls, IsEmpty());
+    EXPECT_EQ(expression().getPlottingPointCount(), 1);
+}
 
 TEST_F(FunctionData, BringsTheDataPointsUpToDateWhicheverKindIsActive)
 {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <new>
+#include <type_traits>
 
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/interfaces/CMemoryException.h"
@@ -284,6 +285,12 @@ TEST(AppendToCStringList, OfNothingChangesNothing)
     std::vector<CString> list{L"before"};
     mfTextConverter_c().appendToCStringList({}, list);
     EXPECT_THAT(list, ElementsAre(CString(L"before")));
+}
+
+TEST(TextConverter, HoldsNothing)
+{
+    EXPECT_TRUE(std::is_empty_v<mfTextConverter_c>);
+    EXPECT_TRUE(std::is_default_constructible_v<mfTextConverter_c>);
 }
 
 }  // namespace

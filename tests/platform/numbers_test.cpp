@@ -13,6 +13,7 @@
 namespace {
 
 using mf::platform::formatNumber;
+using mf::platform::isNumber;
 using mf::platform::readInteger;
 using mf::platform::readNumber;
 using mf::platform::sixDecimals;
@@ -71,6 +72,49 @@ TEST_P(ReadNumber, TakesAsMuchAsIsANumber)
 
 INSTANTIATE_TEST_SUITE_P(Numbers, ReadNumber, testing::ValuesIn(kReadCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
+
+struct IsNumberCase {
+    const char* name;
+    const char* text;
+    bool isNumber;
+};
+
+const IsNumberCase kIsNumberCases[] = {
+    {"Empty", "", false},
+    {"Blank", " ", false},
+    {"Whole", "12", true},
+    {"Fraction", "-0.25", true},
+    {"PlusSign", "+3", true},
+    {"TwoSigns", "+-3", false},
+    {"SignAlone", "-", false},
+    {"SpaceAround", " \n7\t ", true},
+    {"SpaceWithin", "7 8", false},
+    {"NoDigitBeforeThePoint", ".5", true},
+    {"NoDigitBehindThePoint", "5.", true},
+    {"PointAlone", ".", false},
+    {"Exponent", "1.5e3", true},
+    {"ExponentWithoutDigits", "1.5e", false},
+    {"Rest", "2.5mm", false},
+    {"Comma", "1,5", false},
+    {"Hexadecimal", "0x10", false},
+    {"Infinity", "inf", false},
+    {"NaN", "nan", false},
+    {"Words", "abc", false},
+    {"TooLarge", "1e400", false},
+    {"TooLargeBelowZero", "-1e400", false},
+    {"TooSmall", "1e-400", true},
+    {"Largest", "1.7976931348623157e308", true},
+};
+
+class IsNumber : public testing::TestWithParam<IsNumberCase> {};
+
+TEST_P(IsNumber, LeavesNothingOut)
+{
+    EXPECT_EQ(isNumber(GetParam().text), GetParam().isNumber) << GetParam().text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, IsNumber, testing::ValuesIn(kIsNumberCases),
+                         [](const auto& tested) { return tested.param.name; });
 
 TEST(ReadNumberDigits, FourHundredOfThemOverflowOrVanish)
 {

@@ -468,6 +468,18 @@ TEST_F(Curve, PointRowHasItsStoredValueAndNoSlope)
     }
 }
 
+// Of two ends that compare equal it is the start.
+TEST_F(Curve, PointRowStandsAtItsStart)
+{
+    fill(table, "0:0 -0.0:0.0=7");
+    giveFormula(1, L"x");
+    table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    table.calculateValue(1);
+    ASSERT_EQ(rowOf(table, 1).getPlottingDataCount(), 1);
+    for (int order = 0; order <= 3; ++order)
+        EXPECT_TRUE(std::signbit(rowOf(table, 1).getPlottingData(order)[0].x())) << order;
+}
+
 TEST_F(Curve, NearestEndsAreAStretch)
 {
     fill(table, "0:0 2:2");
@@ -750,6 +762,34 @@ TEST_F(Curve, CopyConstructionSharesTheSamples)
     EXPECT_EQ(rowOf(table, 1).getPlottingData3()[2].y(), 48.0);
 }
 
+// A formula that did not compile is tried again, with the name that its variable
+// has by then; one that did keeps the name that it had.
+TEST_F(Curve, SamplingAgainTriesAFormulaUnderAnotherVariable)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^4");
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    rowOf(table, 1).setProfileIndepVar(L"x");
+    table.calculateValue(1);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 16.0);
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 16.0);
+}
+
+TEST_F(Curve, SamplesOfAFormulaUnderAnotherVariableStayZero)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^4");
+    rowOf(table, 1).setProfileIndepVar(L"t");
+    table.calculateValue(1);
+    rowOf(table, 1).setProfileIndepVar(L"x");
+    EXPECT_EQ(table.evaluate(2.0, 0), 16.0);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].y(), 0.0);
+    EXPECT_EQ(rowOf(table, 1).getPlottingData0()[2].x(), 0.0);
+}
+
 TEST_F(Curve, DeepCopyHasNoSamples)
 {
     fill(table, "0:0 0:99");
@@ -930,6 +970,22 @@ TEST_F(Curve, NothingIsDerivedWithoutValues)
     table.calculateDerivatives(1);
     for (int order = 0; order <= 3; ++order)
         EXPECT_EQ(rowOf(table, 1).getPlottingData(order), nullptr);
+}
+
+TEST_F(Curve, NothingIsDerivedWhereNoPointsWereBuilt)
+{
+    fill(table, "0:0 0:99");
+    giveFormula(1, L"x^2");
+    table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    mfSegment_c& row = rowOf(table, 1);
+    row.setPlottingDataCount(0);
+    row.initializePlottingData(0, mf::MotorDriveType_Displacment);
+    for (const int count : {1, 2, 100}) {
+        row.setPlottingDataCount(count);
+        table.calculateDerivatives(1);
+        for (int order = 0; order <= 3; ++order)
+            EXPECT_EQ(row.getPlottingData(order), nullptr) << count;
+    }
 }
 
 // A point row asks whether the curve is a motor; a stretch does not.

@@ -307,6 +307,26 @@ TEST_F(SegmentCalculator, TextTakesTheRoadThroughTheNarrowEncoding)
     EXPECT_THAT(calls(), ElementsAre("parse x+\xEF\xBF\xBD of \xC3\xA9"));
 }
 
+// One text beyond ASCII is enough, whichever it is, and whenever it is compiled.
+TEST_F(SegmentCalculator, SampledRowsTextsTakeThatRoadToo)
+{
+    const CString half(std::wstring(L"x+\xD800"));
+    const CString plain(L"x");
+    for (const bool isExpression : {true, false}) {
+        mfFunctionSegments_c table;
+        mf::test::fill(table, "0:0 0:99");
+        mfSegment_c& row = mf::test::rowOf(table, 1);
+        row.setProfileExpr(isExpression ? half : plain);
+        row.setProfileIndepVar(isExpression ? plain : half);
+        calls();
+        table.calculateValue(1);
+        EXPECT_NE(row.getPlottingData0(), nullptr);
+        const std::vector<std::string> asked = calls();
+        ASSERT_FALSE(asked.empty());
+        EXPECT_EQ(asked.front(), isExpression ? "parse x+\xEF\xBF\xBD of x" : "parse x of x+\xEF\xBF\xBD");
+    }
+}
+
 // ------------------------------- what a table makes of a derivative it cannot have
 
 class TableWithoutSecondDerivative : public SegmentCalculator {

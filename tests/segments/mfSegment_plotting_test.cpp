@@ -212,6 +212,13 @@ TEST_F(LateSamples, OfTheTargetAreForgottenByMemberwiseAssignment)
     EXPECT_EQ(row().getPlottingDataLength(), 0);
 }
 
+TEST_F(LateSamples, StayUnderAssignmentOfTheRowToItself)
+{
+    const mfSegment_c& same = row();
+    row() = same;
+    EXPECT_EQ(row().getPlottingData1()[2].y(), 32.0);
+}
+
 TEST_F(LateSamples, DoNotGoWithACopy)
 {
     mfSegment_c copied;

@@ -66,6 +66,13 @@ class ToolTest(unittest.TestCase):
         """The numbers of eval, one list a line."""
         return [[float(word) for word in line.split()] for line in self.done(*arguments, **options).splitlines()]
 
+    def assertUnsound(self, words, *arguments, **options):
+        """The curve is told of, and so is what is wrong with it."""
+        result = run("info", *arguments, **options)
+        self.assertEqual((result.returncode, result.stderr), (FAILED, ""))
+        self.assertIn("valid          no", result.stdout)
+        self.assertIn(words, result.stdout)
+
     def assertNumbers(self, got, wanted, scale=1.0):
         self.assertEqual(len(got), len(wanted))
         for a, b in zip(got, wanted):
@@ -470,7 +477,7 @@ class Documents(ToolTest):
         # A file has to fit a motor, a force or a torque; a text may say nothing of it.
         document = EXPRESSION_DOCUMENT.format(object="Heat")
         self.refused(FAILED, "eval", self.write("curve.xml", document), "1", says=["MotionObjectType", "Heat"])
-        self.assertIn("valid          no", self.done("info", "-", text=document))
+        self.assertUnsound("neither a motor nor a force nor a torque", "-", text=document)
 
     def test_a_motion_result_has_to_exist(self):
         rows = ["--row", "2,10,Cubic"]
@@ -507,20 +514,142 @@ class Samples(ToolTest):
                     self.done("convert", documents[-2], documents[-1], *host)
                 self.assertEqual(documents[2].read_bytes(), documents[3].read_bytes())
 
-    def test_a_broken_copy_is_explained(self):
+    def host(self, path):
+        return host_of(path.read_text(encoding="utf-8"))
+
+
+def host_of(document):
+    """The motion result that a document asks of its host."""
+    name = re.search("<IndepVar>(.*?)</IndepVar>", document)[1]
+    return [] if name.startswith("IndependentVariableType_") else ["--result", name]
+
+
+def text_of(name, text):
+    """Gives the last element of that name another text."""
+    return lambda document: re.sub(f"(.*<{name}>)[^<]*", lambda found: found[1] + text, document, count=1, flags=re.S)
+
+
+def without(name):
+    """Renames the elements of that name."""
+    return lambda document: re.sub(f"(</?){name}([ />])", r"\1Other\2", document)
+
+
+# What is done to a document, and which words tell of it. A change that leaves the document as it is has nothing
+# to break there.
+BREAKAGES = {
+    **{f"no {name}": (without(name), [f'The element "{name}" within "Curve" is missing.']) for name in [
+        "FunctionName", "FunctionType", "MotionObjectType", "XYDataType", "IndepVar", "DepVar", "Cursor",
+        "Interpolation", "SegmentCount", "PointCount", "Expression"]},
+    **{f"no {name}": (without(name), [f'The element "{name}" within "Range{name[-1]}" within "Curve" is missing.'])
+       for name in ["MinX", "MaxX", "MinY", "MaxY"]},
+    "no rows": (without("Segment"), ["it has no row behind the start"]),
+    "no points": (without("Point"), ["it has no points"]),
+    "an end with a letter": (text_of("EndX", "9O"), ['"EndX" of "Segment"', 'is "9O", which is no finite number']),
+    "no value": (text_of("Value", ""), ['"Value" of "Segment"', 'is "", which is no finite number; it reads as 0']),
+    "a value with a comma": (text_of("Value", "1,5"), ['"Value" of "Segment"', '"1,5"', "it reads as 1"]),
+    "a value too large": (text_of("Value", "1e999"), ['"Value" of "Segment"', '"1e999"', "it reads as INF"]),
+    "a start apart": (text_of("StartX", "0.5"), ['"Segment"', "starts at 0.5, where the one before does not end"]),
+    "an end before the start": (text_of("EndX", "-1"), ["it ends before it starts"]),
+    "an unknown profile": (text_of("Profile", "Wobbly"), ['"Profile" of "Segment"', '"Wobbly"', "Cubic (Default)"]),
+    "no profile": (text_of("Profile", ""), ['"Profile" of "Segment"', 'is ""', "Cubic (Default)"]),
+    "no law": (text_of("ProfileFunction", "y=x"), ['"ProfileDefinition"', "is left out: "]),
+    "an x in words": (text_of("x", "one"), ['"x" of "Point"', 'is "one", which is no finite number']),
+    "a y of words": (text_of("y", "nan"), ['"y" of "Point"', 'is "nan", which is no finite number']),
+    "an x before the others": (text_of("x", "-1e6"), ['"Point"', "does not lie behind the point before"]),
+    "an unknown interpolation": (text_of("Interpolation", "Spline"), ['"Interpolation" is "Spline"', "_Akima"]),
+    "a wrong expression": (text_of("Expression", "2*(x"), ["wrong at character 5", "2*(x\n        ^"]),
+    "an empty expression": (text_of("Expression", ""), ["wrong at character 1"]),
+    "an unknown quantity": (text_of("DepVar", "Speed"), ['"DepVar" is "Speed"', "MotorDriveType_Velocity"]),
+    "no quantity": (text_of("DepVar", ""), ["it does not say what it drives"]),
+    "an unknown kind": (text_of("FunctionType", "Formula"), ['"FunctionType" is "Formula"', '"Segments"']),
+    "an unknown object": (text_of("MotionObjectType", "Heat"), ["motor", "force", "torque"]),
+    "another version": (text_of("Version", "2"), ["version 2, and only version 1 is read"]),
+    "a version in words": (text_of("Version", "one"), ["version 0, and only version 1 is read"]),
+    "a cut tag": (lambda document: document[:document.rindex("</Cur") + 5], ["(line 2, column "]),
+    "half of it": (lambda document: document[:len(document) // 2], ["(line 2, column "]),
+    "nothing": (lambda document: "", ["Document is empty (line 1, column 1)"]),
+    "an unknown entity": (text_of("FunctionName", "&cam;"), ["'cam' not defined (line 2, column "]),
+}
+
+
+class Broken(ToolTest):
+    """Copies of the samples with one thing wrong: every command tells what, and answers nothing from it."""
+
+    def test_every_copy_is_explained(self):
+        for path in SAMPLES:
+            whole = path.read_text(encoding="utf-8")
+            for name, (change, words) in BREAKAGES.items():
+                broken = change(whole)
+                if broken == whole:
+                    continue
+                with self.subTest(sample=path.name, breakage=name):
+                    result = run("info", self.write("broken.xml", broken), *host_of(whole))
+                    self.assertEqual(result.returncode, FAILED)
+                    for part in words:
+                        self.assertIn(part.lower(), (result.stdout + result.stderr).lower())
+
+    def test_no_command_answers(self):
+        commands = [["eval", "0.5"], ["table", "--format", "json"], ["plot", "-o", "-"], ["convert"]]
+        applied = set()
+        for sample in ["friction-torque", "measured-velocity", "crank-stroke"]:
+            whole = (SAMPLES[0].parent / f"{sample}.xml").read_text(encoding="utf-8")
+            for name, (change, words) in BREAKAGES.items():
+                broken = change(whole)
+                if broken == whole:
+                    continue
+                applied.add(name)
+                path = self.write("broken.xml", broken)
+                for command, file, place in [(commands[len(applied) % 4], path, path), (["eval", "1"], "-", "standard input")]:
+                    with self.subTest(sample=sample, breakage=name, command=command[0]):
+                        out = ["-"] if command == ["convert"] else []
+                        result = self.refused(FAILED, *command, file, *out, *host_of(whole), says=f"{place}: ", text=broken)
+                        self.assertEqual(result.stdout, "")
+        self.assertEqual(applied, set(BREAKAGES))
+
+    def test_a_motion_result_that_the_host_lacks(self):
+        for path in SAMPLES:
+            whole = path.read_text(encoding="utf-8")
+            if "<Expression>" not in whole:  # an expression says it itself
+                with self.subTest(path.name):
+                    copy = self.write("broken.xml", text_of("IndepVar", "Nothing")(whole))
+                    self.refused(FAILED, "eval", copy, "1", "--result", "Something", says=["Nothing", "motion result"])
+
+    def test_bytes_that_are_not_of_the_encoding(self):
         for path in SAMPLES:
             with self.subTest(path.name):
-                host = self.host(path)
-                text = path.read_text(encoding="utf-8")
-                half = self.write("half.xml", text[:len(text) // 2])
-                self.refused(FAILED, "info", half, *host, says=["half.xml: ", "line"])
-                nameless = self.write("nameless.xml", text.replace("FunctionName", "Name"))
-                self.refused(FAILED, "info", nameless, *host, says="FunctionName")
+                copy = self.folder / "broken.xml"
+                copy.write_bytes(path.read_bytes().replace(b"<FunctionName>", b"<FunctionName>\xe4"))
+                self.refused(FAILED, "info", copy, says=["broken.xml: ", "not proper UTF-8", "(line 2, column "])
+                copy.write_bytes(path.read_bytes().replace(b"'UTF-8'", b"'Klingon'"))
+                self.refused(FAILED, "info", copy, says=["broken.xml: ", "encoding Klingon", "(line 1, column "])
 
-    def host(self, path):
-        """The motion result that the document asks of its host."""
-        name = ElementTree.parse(path).getroot().findtext("IndepVar").strip()
-        return [] if name.startswith("IndependentVariableType_") else ["--result", name]
+    def test_what_is_no_file(self):
+        self.refused(FAILED, "info", self.folder, says=[f"{self.folder}: ", "Is a directory"])
+        self.refused(FAILED, "info", self.folder / "none.xml", says=["none.xml: ", "No such file or directory"])
+        self.refused(FAILED, "info", "", says="No such file or directory")
+        locked = self.write("locked.xml", SAMPLES[0].read_text(encoding="utf-8"))
+        locked.chmod(0)
+        if not os.access(locked, os.R_OK):  # as it is for root
+            self.refused(FAILED, "info", locked, says=["locked.xml: ", "Permission denied"])
+
+    def test_a_pipe(self):
+        for path in SAMPLES:
+            with self.subTest(path.name):
+                pipe = self.folder / path.stem
+                os.mkfifo(pipe)
+                writer = subprocess.Popen(f'cat "{path}" > "{pipe}"', shell=True)
+                self.assertIn("valid          yes", self.done("info", pipe, *host_of(path.read_text(encoding="utf-8"))))
+                writer.wait()
+
+    def test_a_broken_document_among_others(self):
+        good = SAMPLES[0].parent / "rise-dwell-return-cam.xml"
+        bad = self.write("bad.xml", text_of("Value", "high")(good.read_text(encoding="utf-8")))
+        result = self.refused(FAILED, "eval", bad, good, "45", says=[f"{bad}: ", '"high"'])
+        self.assertEqual(result.stdout.splitlines()[0], f"# {good}")
+        result = self.refused(FAILED, "table", bad, "--format", "json", says=f"{bad}: ")
+        self.assertEqual(result.stdout, "")
+        result = run("eval", good, good, "400")
+        self.assertEqual(result.stderr, f"mfcurve: {good}: x = 400 lies outside the curve, which runs from 0 to 360\n" * 2)
 
 
 class Profiles(ToolTest):
@@ -612,16 +741,13 @@ class Info(ToolTest):
 
     def test_what_is_wrong_with_a_curve(self):
         document = EXPRESSION_DOCUMENT.format(object="Force").replace("3*time^2", "3*time^")
-        text = self.done("info", self.write("curve.xml", document))
-        self.assertIn("valid          no", text)
-        self.assertIn("the expression is wrong at character 8", text)
+        self.assertUnsound("the expression is wrong at character 8", self.write("curve.xml", document))
 
-    def test_a_profile_that_is_not_known_falls_back(self):
+    def test_a_law_that_does_not_compile(self):
         path = self.folder / "curve.xml"
         self.done("convert", "--row", "2,10,Quadratic", path)
-        text = path.read_text().replace("<Profile>Quadratic (Default)<", "<Profile>Wobbly<")
-        path.write_text(text)
-        self.assertIn("Cubic (Default)", self.done("info", path))
+        path.write_text(path.read_text().replace("returny;", "return(y;"))
+        self.assertUnsound("row 1: its law does not compile; the expression is wrong at character", path)
 
     def test_sections(self):
         path = self.write("curve.xml", EXPRESSION_DOCUMENT.format(object="Force"))
@@ -651,6 +777,12 @@ class Convert(ToolTest):
         self.refused(WRONG, "convert", "a", "b", "c", says="convert takes IN and OUT")
         self.refused(FAILED, "convert", self.folder / "none.xml", "-", says="none.xml")
         self.refused(FAILED, "convert", "--row", "1,4,Cubic", self.folder / "none" / "out.xml", says="cannot write")
+
+    def test_points_that_six_digits_do_not_tell_apart(self):
+        points = self.write("points.csv", "1000.001,0\n1000.002,1\n")
+        out = self.folder / "out.xml"
+        self.refused(FAILED, "convert", "--points", points, out, says=[f"{out}: ", '"Point" 2 has x = 1000'])
+        self.assertFalse(out.exists())
 
     def test_a_failure_leaves_the_old_file(self):
         old = self.write("old.xml", "old")

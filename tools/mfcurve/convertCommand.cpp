@@ -28,16 +28,26 @@ void sortFiles(ConvertOptions& options)
         options.curve.files = {options.files.front()};
 }
 
+// A document has fewer digits than a curve: points that lie close become one.
+void checkReadsBack(const std::string& text, const std::string& output)
+{
+    const Curve curve = readDocumentText(text, output);
+    if (!curve.remarks().empty())
+        throw Failure(kFailed, output + ": the document would be another curve: " + curve.remarks().front());
+}
+
 int runConvert(ConvertOptions& options)
 {
     sortFiles(options);
     const Host host(options.curve.library, options.curve.results);
+    const std::string& output = options.files.back();
     return forEachCurve(options.curve, [&](Curve& curve, const std::string&) {
         curve.function().createXMLData(toCString(curve.title()), false, L"");
         const char* text = curve.function().getXMLData();
         if (text == nullptr)
             throw Failure(kFailed, "the library could not write the curve as a document");
-        writeOutput(options.files.back(), text);
+        checkReadsBack(text, output);
+        writeOutput(output, text);
     });
 }
 
@@ -50,7 +60,8 @@ void declareConvert(CLI::App& app, Action& action)
     command.add_option("FILE", options->files, "IN and OUT, or OUT alone; '-' is standard input or output");
     declareCurveOptions(command, options->curve);
     command.footer(
-        "Numbers of segments are written with six decimals, all others with six digits. Examples:\n"
+        "Numbers of segments are written with six decimals, all others with six digits; points that these\n"
+        "digits do not tell apart are refused. Examples:\n"
         "  mfcurve convert old.xml new.xml\n"
         "  mfcurve convert --rows rows.csv --over angle --name 'Gripper cam' gripper.xml");
     command.callback([options, &action] { action = [options] { return runConvert(*options); }; });

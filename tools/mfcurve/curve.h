@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mfcurves/motion/mfFunctionData.h"
@@ -56,6 +57,10 @@ public:
     std::string title() const { return title_; }
     void setTitle(const std::string& title);
 
+    /// Where the curve is not what its document says, one sentence each.
+    const std::vector<std::string>& remarks() const { return remarks_; }
+    void setRemarks(std::vector<std::string> remarks) { remarks_ = std::move(remarks); }
+
     /// Value and three derivatives at x. Where two segments meet, the one that
     /// the library's search finds answers.
     Sample at(double x);
@@ -71,6 +76,7 @@ public:
 private:
     std::unique_ptr<mfFunctionData_c> function_;
     std::string title_;
+    std::vector<std::string> remarks_;
 };
 
 /// The row of a segment table; never null for a row inside it.

@@ -19,6 +19,7 @@
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/host.h"
 #include "tools/mfcurve/pointsFile.h"
+#include "tools/mfcurve/problems.h"
 #include "tools/mfcurve/rowList.h"
 #include "tools/mfcurve/text.h"
 
@@ -211,7 +212,25 @@ Curve describedCurve(const CurveOptions& options)
     return curve;
 }
 
-int forEachCurve(const CurveOptions& options, const CurveCommand& command)
+namespace {
+
+// Says what is wrong with the curve of a document; true when nothing is.
+bool isSound(Curve& curve, const std::string& name)
+{
+    const std::vector<std::string> found = problems(curve);
+    for (const std::string& problem : found)
+        warn(name + ": " + problem);
+    return found.empty();
+}
+
+}  // namespace
+
+std::string sectionPlace(const std::string& section)
+{
+    return section.empty() ? "" : inputName(section) + ": ";
+}
+
+int forEachCurve(const CurveOptions& options, const CurveCommand& command, Unsound unsound)
 {
     checkOneSource(options);
     if (options.files.empty()) {
@@ -221,13 +240,19 @@ int forEachCurve(const CurveOptions& options, const CurveCommand& command)
     }
     int status = kDone;
     for (const std::string& file : options.files) {
+        const std::string section = options.files.size() > 1 ? file : "";
+        std::string place;
         try {
             Curve curve = readDocument(file);
             if (!options.name.empty())
                 curve.setTitle(options.name);
-            command(curve, options.files.size() > 1 ? file : "");
+            place = sectionPlace(section);
+            if (unsound == Unsound::Taken || isSound(curve, inputName(file)))
+                command(curve, section);
+            else
+                status = kFailed;
         } catch (const Failure& failure) {
-            warn(failure.what());
+            warn(place + failure.what());
             status = failure.status();
         }
     }

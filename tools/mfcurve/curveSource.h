@@ -15,13 +15,23 @@ Curve describedCurve(const CurveOptions& options);
 /// The curve of one document, "-" being standard input. Fails with the reason
 /// when it cannot be used.
 Curve readDocument(const std::string& path);
+/// The curve of a document's text; `name` is what a failure calls it.
+Curve readDocumentText(const std::string& text, const std::string& name);
 
 /// Does something with a curve; `section` is the name of its document when there
 /// are several, else empty.
 using CurveCommand = std::function<void(Curve& curve, const std::string& section)>;
 
+/// What becomes of a document that can be read and is not sound, as problems()
+/// tells.
+enum class Unsound { Refused, Taken };
+
 /// Runs `command` with each curve that the options name. A document that cannot
 /// be used is reported and keeps no other from its turn. Answers the exit status.
-int forEachCurve(const CurveOptions& options, const CurveCommand& command);
+int forEachCurve(const CurveOptions& options, const CurveCommand& command,
+                 Unsound unsound = Unsound::Refused);
+
+/// What a message about one of several documents begins with.
+std::string sectionPlace(const std::string& section);
 
 }  // namespace mfcurve

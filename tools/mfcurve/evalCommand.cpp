@@ -40,23 +40,23 @@ std::string line(const Sample& sample)
     return text + "\n";
 }
 
-void checkInside(Curve& curve, double x)
+void checkInside(Curve& curve, double x, const std::string& place)
 {
     const Range domain = curve.domain();
     if (domain.from < domain.to && (x < domain.from || x > domain.to))
-        warn("x = " + numberText(x) + " lies outside the curve, which runs from " + numberText(domain.from) +
-             " to " + numberText(domain.to));
+        warn(place + "x = " + numberText(x) + " lies outside the curve, which runs from " +
+             numberText(domain.from) + " to " + numberText(domain.to));
 }
 
-int evaluate(Curve& curve, const std::vector<double>& xs)
+int evaluate(Curve& curve, const std::vector<double>& xs, const std::string& place)
 {
     int status = kDone;
     for (double x : xs) {
-        checkInside(curve, x);
+        checkInside(curve, x, place);
         const Sample sample = curve.at(x);
         print(line(sample));
         if (!sample.isFinite(curve.orderCount())) {
-            warn("the curve has no finite value or derivative at x = " + numberText(x));
+            warn(place + "the curve has no finite value or derivative at x = " + numberText(x));
             status = kFailed;
         }
     }
@@ -71,7 +71,7 @@ int runEval(EvalOptions& options)
     const int read = forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {
         if (!section.empty())
             print("# " + section + "\n");
-        status = std::max(status, evaluate(curve, options.x));
+        status = std::max(status, evaluate(curve, options.x, sectionPlace(section)));
     });
     return std::max(status, read);
 }

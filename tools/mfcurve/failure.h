@@ -8,7 +8,7 @@ namespace mfcurve {
 /// The exit statuses of the tool, as --help states them.
 enum ExitStatus : int {
     kDone = 0,
-    kFailed = 1,  ///< a file cannot be used or written, a law fails its check, a point has no value
+    kFailed = 1,  ///< a file cannot be used or written, a curve is not sound, a point has no value
     kWrong = 2,   ///< wrong usage, or a wrong expression, row or list of points
 };
 

@@ -39,10 +39,15 @@ bool isStandardStream(const std::string& path)
     return path == "-";
 }
 
+std::string inputName(const std::string& path)
+{
+    return isStandardStream(path) ? "standard input" : path;
+}
+
 std::string readInput(const std::string& path)
 {
     if (isStandardStream(path))
-        return readAll(stdin, "standard input");
+        return readAll(stdin, inputName(path));
     const File file(std::fopen(path.c_str(), "rb"), &std::fclose);
     if (!file)
         throw systemFailure("cannot read " + path);

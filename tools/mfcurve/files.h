@@ -7,6 +7,9 @@ namespace mfcurve {
 /// "-" stands for standard input or output.
 bool isStandardStream(const std::string& path);
 
+/// What messages call the input at that path.
+std::string inputName(const std::string& path);
+
 /// The whole content of a file or of standard input. Fails with the reason when
 /// it cannot be read.
 std::string readInput(const std::string& path);

@@ -9,10 +9,10 @@
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/curveOptions.h"
 #include "tools/mfcurve/curveSource.h"
-#include "tools/mfcurve/expressionProblem.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/host.h"
+#include "tools/mfcurve/problems.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -70,54 +70,6 @@ std::string variableText(Curve& curve)
     return variableName(curve);
 }
 
-bool compiles(mfSegment_c& segment)
-{
-    // A row of no length needs no law.
-    return segment.getStartX() == segment.getEndX() || segment.getCalculator(0) != nullptr;
-}
-
-std::string rowProblem(mfFunctionSegments_c& table, int row)
-{
-    mfSegment_c& segment = rowOf(table, row);
-    if (segment.getProfile() == nullptr)
-        return "its profile is not known";
-    if (row == 0)
-        return "";
-    if (!compiles(segment))
-        return "its law does not compile";
-    if (!(segment.getStartX() <= segment.getEndX()))
-        return "it ends before it starts";
-    if (row > 1 && segment.getStartX() != rowOf(table, row - 1).getEndX())
-        return "it does not start where the row before it ends";
-    return "";
-}
-
-std::vector<std::string> problems(Curve& curve)
-{
-    std::vector<std::string> found;
-    if (!curve.base().IsValid())
-        found.emplace_back("it does not say what it drives over what");
-    if (curve.function().getMotionObjectType() == mf::MotionObjectType_None)
-        found.emplace_back("it is for neither a motor nor a force nor a torque");
-    if (curve.kind() == mf::FunctionType_Expression) {
-        if (const auto problem = expressionProblem(curve.expression().getMathExpression()))
-            found.push_back(*problem);
-    }
-    if (curve.kind() == mf::FunctionType_DataPoints && curve.points().isEmpty())
-        found.emplace_back("it has no points");
-    if (curve.kind() != mf::FunctionType_Segments)
-        return found;
-    mfFunctionSegments_c& table = curve.segments();
-    if (table.getSegmentCount() < 2)
-        found.emplace_back("it has no row behind the start");
-    for (int row = 0; row < table.getSegmentCount(); ++row) {
-        const std::string problem = rowProblem(table, row);
-        if (!problem.empty())
-            found.push_back("row " + std::to_string(row) + ": " + problem);
-    }
-    return found;
-}
-
 std::string rowLines(mfFunctionSegments_c& table)
 {
     std::string text = "rows           " + column("row", 6) + column("from") + column("to") +
@@ -166,7 +118,7 @@ bool lacksKey(mfFunctionSegments_c& table)
     return false;
 }
 
-std::string describe(Curve& curve)
+std::string describe(Curve& curve, const std::vector<std::string>& found)
 {
     const Range domain = curve.domain();
     std::string text = labelled("name", curve.title()) + labelled("kind", kindText(curve)) +
@@ -174,7 +126,6 @@ std::string describe(Curve& curve)
                        labelled("domain", shortNumberText(domain.from) + " to " + shortNumberText(domain.to));
     if (curve.kind() == mf::FunctionType_Expression)
         text += labelled("expression", toUtf8(curve.expression().getMathExpression()));
-    const std::vector<std::string> found = problems(curve);
     text += labelled("valid", found.empty() ? "yes" : "no");
     for (const std::string& problem : found)
         text += labelled("", problem);
@@ -187,16 +138,22 @@ int runInfo(const CurveOptions& options)
 {
     const Host host(options.library, options.results);
     bool isFirst = true;
-    return forEachCurve(options, [&](Curve& curve, const std::string& section) {
+    int status = kDone;
+    const auto show = [&](Curve& curve, const std::string& section) {
         if (!section.empty())
             print((isFirst ? "" : "\n") + section + "\n");
         isFirst = false;
-        print(describe(curve));
+        const std::vector<std::string> found = problems(curve);
+        print(describe(curve, found));
+        if (!found.empty())
+            status = kFailed;
         if (curve.kind() == mf::FunctionType_Segments && lacksKey(curve.segments()))
             warn(
                 "a row has no profile of its own; a document written from this curve would lose its "
                 "definitions");
-    });
+    };
+    const int read = forEachCurve(options, show, Unsound::Taken);
+    return std::max(status, read);
 }
 
 }  // namespace
@@ -208,8 +165,11 @@ void declareInfo(CLI::App& app, Action& action)
     command.add_option("FILE", options->files, "documents; '-' is standard input");
     declareCurveOptions(command, *options);
     command.footer(
-        "Prints name, kind, variables, domain, rows with their profiles and, at each seam, the jump of the\n"
-        "value and of each derivative. Examples:\n"
+        "Prints name, kind, variables, domain, what is wrong, rows with their profiles and, at each seam, "
+        "the\n"
+        "jump of the value and of each derivative. A curve that is not valid makes the exit status 1; the "
+        "other\n"
+        "commands refuse its document. Examples:\n"
         "  mfcurve info cam.xml\n"
         "  mfcurve info *.xml");
     command.callback([options, &action] { action = [options] { return runInfo(*options); }; });

@@ -27,8 +27,9 @@ constexpr const char* kFooter =
     "  mfcurve profiles --check\n"
     "  mfcurve info cam.xml\n"
     "\n"
-    "Exit status: 0 when all went well; 1 when a file cannot be used or written, a law fails its check\n"
-    "or a point has no finite value; 2 for wrong usage and for a wrong expression, row or list of points.";
+    "Exit status: 0 when all went well; 1 when a file cannot be used or written, a document is not sound, a\n"
+    "law fails its check or a point has no finite value; 2 for wrong usage and for a wrong expression, row "
+    "or list of points.";
 
 // The arguments, last one first, as the parser takes them. A number such as -.5
 // would be taken for an option.

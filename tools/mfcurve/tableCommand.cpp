@@ -97,11 +97,13 @@ public:
         const Range range = chosenRange(options_.curve, curve.domain());
         const int orders = curve.orderCount();
         printHead(section, orders);
+        std::size_t undefined = 0;
+        double firstUndefined = 0.0;
         Progress progress("table", count_);
         for (std::size_t i = 0; i < count_; ++i) {
             const Sample sample = curve.at(sampleX(range, i, count_));
-            if (!sample.isFinite(orders))
-                noteUndefined(sample.x);
+            if (!sample.isFinite(orders) && undefined++ == 0)
+                firstUndefined = sample.x;
             if (isJson_)
                 print((i == 0 ? "\n" : ",\n") + jsonObject(sample, orders));
             else
@@ -110,18 +112,19 @@ public:
         }
         if (isJson_)
             print("\n]");
+        if (undefined == 0)
+            return;
+        status_ = kFailed;
+        warn(sectionPlace(section) + "the curve has no finite value or derivative at " +
+             std::to_string(undefined) + " of the samples, first at x = " + numberText(firstUndefined));
     }
 
     // Closes what is open and answers the exit status.
     int finish()
     {
-        if (isJson_)
+        if (isJson_ && isBegun_)
             print(inSections_ ? "\n}\n" : "\n");
-        if (undefined_ == 0)
-            return kDone;
-        warn("the curve has no finite value or derivative at " + std::to_string(undefined_) +
-             " of the samples, first at x = " + numberText(firstUndefined_));
-        return kFailed;
+        return status_;
     }
 
 private:
@@ -132,22 +135,16 @@ private:
         else if (!section.empty())
             print("# " + section + "\n");
         print(isJson_ ? "[" : csvHeader(orders));
+        isBegun_ = true;
         inSections_ = !section.empty();
-    }
-
-    void noteUndefined(double x)
-    {
-        if (undefined_ == 0)
-            firstUndefined_ = x;
-        ++undefined_;
     }
 
     const TableOptions& options_;
     std::size_t count_;
     bool isJson_;
+    bool isBegun_ = false;
     bool inSections_ = false;
-    std::size_t undefined_ = 0;
-    double firstUndefined_ = 0.0;
+    int status_ = kDone;
 };
 
 int runTable(const TableOptions& options)
