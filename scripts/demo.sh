@@ -3,7 +3,8 @@
 #
 # Installs what is missing, builds the tool in build/release, and does its main
 # job on a sample curve: tells what the document holds, prints value and three
-# derivatives, and draws the picture of the README into build/.
+# derivatives, and draws the picture of the README into build/. UNDER names a
+# program that runs the tool, such as "valgrind --error-exitcode=1".
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
@@ -15,12 +16,13 @@ quietly cmake --build build/release -j "$jobs" --target mfcurve
 
 sample=share/mfcurves/curves/rise-dwell-return-cam.xml
 picture=build/rise-dwell-return.svg
+under=${UNDER-}
 
 # Shows a command and runs it.
 show() {
     echo
     echo "\$ mfcurve $*"
-    build/release/tools/mfcurve/mfcurve "$@"
+    $under build/release/tools/mfcurve/mfcurve "$@"
 }
 
 show info "$sample"

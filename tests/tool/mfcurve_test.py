@@ -11,6 +11,7 @@ import pty
 import re
 import subprocess
 import tempfile
+import time
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -795,10 +796,27 @@ class Streams(ToolTest):
         self.done("table", "--expression", "sin(x)", "--from", "0", "--to", "1", "--samples", "100000")
 
     def test_a_bar_on_a_terminal_for_long_work(self):
+        self.assertBar("table", self.shown_by("table", "--expression", "sin(x)", "--from", "0", "--to", "1",
+                                              "--samples", "1000000"))
+
+    def test_a_bar_for_one_large_document(self):
+        head, body = (PROJECT / "share/mfcurves/curves/friction-torque.xml").read_text(encoding="utf-8").split("<Segments>")
+        profile = re.findall("<Profile>(.*?)</Profile>", body)[-1]
+        for rows in [20_000, 100_000, 500_000]:
+            text = "".join(f"<Segment><a>{max(i - 1, 0)}</a><b>{i}</b><c>{i % 7}</c><d>{profile}</d></Segment>"
+                           for i in range(rows))
+            path = self.write("long.xml", f"{head}<Segments>{text}</Segments>{body.split('</Segments>')[1]}")
+            start = time.monotonic()
+            shown = self.shown_by("eval", path, "0.5", "--result", "Slip Speed")
+            if time.monotonic() - start > 1.5:  # else this is a fast machine, and no long work
+                break
+        self.assertBar("reading", shown)
+
+    def shown_by(self, *arguments):
+        """What a call that goes well shows on a terminal."""
         screen, end = pty.openpty()
         with open(os.devnull, "w") as nowhere:
-            tool = subprocess.Popen([TOOL, "table", "--expression", "sin(x)", "--from", "0", "--to", "1",
-                                     "--samples", "1000000"], stdout=nowhere, stderr=end)
+            tool = subprocess.Popen([TOOL, *arguments], stdout=nowhere, stderr=end)
         os.close(end)
         shown = b""
         try:
@@ -807,8 +825,11 @@ class Streams(ToolTest):
         except OSError:
             pass  # which is how a terminal says that nobody writes to it any more
         os.close(screen)
-        self.assertEqual(tool.wait(), DONE)
-        self.assertRegex(shown, rb"\rtable \[#* *\] +\d+ %")
+        self.assertEqual(tool.wait(), DONE, shown)
+        return shown
+
+    def assertBar(self, label, shown):
+        self.assertRegex(shown, rb"\r%s \[#* *\] +\d+ %%" % label.encode())
         self.assertTrue(shown.endswith(b"\r\x1b[K"), shown[-80:])  # and is wiped away
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "this system has no full device")
