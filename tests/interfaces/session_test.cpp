@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
+#include <type_traits>
 
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/interfaces/CMemoryException.h"
+#include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MMEP_WString.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "tests/support/FakeHost.h"
@@ -73,6 +76,14 @@ TEST(EngineName, BeginsWithItsTextAndMeansOneThing)
         EXPECT_EQ(name.isCycleAngle(), meaning == Meaning::CycleAngle);
         EXPECT_EQ(name.isResultObject(), meaning == Meaning::ResultObject);
     }
+}
+
+TEST(EngineClasses, EndAsTheyAreTold)
+{
+    EXPECT_TRUE(std::has_virtual_destructor_v<MotionMEParser>);
+    EXPECT_FALSE(std::is_destructible_v<ICalculator>) << "a calculator ends by Release alone";
+    EXPECT_FALSE(std::is_polymorphic_v<MMEP_Data>);
+    EXPECT_FALSE(std::is_polymorphic_v<MMEP_WString>);
 }
 
 TEST(TextExceptions, TellWhatHappened)
