@@ -12,6 +12,7 @@
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
 #include "tests/support/FakeHost.h"
 
 using namespace mf::test;
@@ -237,6 +238,62 @@ TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
     EXPECT_EQ(shared.getEndX(), 1.0);
     EXPECT_EQ(shared.getProfileKey(), nullptr);
     EXPECT_EQ(shared.getPlottingData3(), nullptr);
+}
+
+TEST_F(SegmentKey, CopyConstructionAndAssignmentTakeEveryField)
+{
+    const mfSegment_c bare;
+    mfFunctionSegments_c table;
+    auto* source = new mfSegment_c(0.0, 0.0, 3.0, L"name");
+    table.addSegment(source);
+    source->setStartX(1.0);
+    source->setEndX(2.0);
+    source->setProfileExpr(L"2*x");
+    source->setProfileIndepVar(L"x");
+    source->setProfileKey(keyNamed(L"Cubic"));
+    source->setProfile(&record);
+    table.checkInvalid(0);
+    table.setMotorDependentVar(mf::MotorDriveType_Velocity);
+    table.calculateValue(0);
+
+    mfSegment_c constructed(*source);
+    mfSegment_c assigned;
+    assigned = *source;
+    for (mfSegment_c* shared : {&constructed, &assigned}) {
+        EXPECT_EQ(shared->getStartX(), 1.0);
+        EXPECT_EQ(shared->getEndX(), 2.0);
+        EXPECT_EQ(shared->getValue(), 3.0);
+        EXPECT_EQ(shared->getProfileName(), L"name");
+        EXPECT_EQ(shared->getProfileExpr(), L"2*x");
+        EXPECT_EQ(shared->getProflieIndepVar(), L"x");
+        EXPECT_EQ(shared->getProfileKey(), source->getProfileKey());
+        EXPECT_EQ(shared->getProfile(), &record);
+        EXPECT_TRUE(shared->isInvalid());
+        EXPECT_EQ(shared->getPlottingDataCount(), 100);
+        EXPECT_EQ(shared->getPlottingDataLength(), 100);
+        EXPECT_EQ(shared->getPlottingDataOrders(), 2);
+        for (int order = 0; order <= 3; ++order)
+            EXPECT_EQ(shared->getPlottingData(order), source->getPlottingData(order)) << order;
+        EXPECT_EQ(shared->getCalculator(0), source->getCalculator(0));
+        *shared = bare;  // gives up what it shares
+    }
+}
+
+TEST_F(SegmentKey, CopyConstructionSharesAFormulaThatNobodyHasAskedYet)
+{
+    const mfSegment_c bare;
+    mfFunctionSegments_c table;
+    auto* source = new mfSegment_c;
+    table.addSegment(source);
+    source->setProfileExpr(L"2*x");
+    source->setProfileIndepVar(L"x");
+    table.calculateValue(0);
+    source->initializePlottingData(kMotor, mf::MotorDriveType_None);  // forgets the samples alone
+
+    mfSegment_c shared(*source);
+    ASSERT_NE(shared.getCalculator(0), nullptr);
+    EXPECT_EQ(shared.getCalculator(0), source->getCalculator(0));
+    shared = bare;
 }
 
 TEST_F(SegmentKey, AssignmentOfItselfChangesNothing)
