@@ -594,33 +594,40 @@ TEST_F(ReadCurve, TimeAndCycleAngleForgetAFormerMotionResult)
 
 struct DependentCase {
     const char* text;
-    const char* given;  // "gives m f for o", behind a former document of a force
+    const char* behindForce;  // "gives m f for o", behind a former document of a force
+    const char* behindMotor;
 };
 
 const DependentCase kDependentCases[] = {
-    {"MotorDriveType_Displacment", "gives 1 0 for 0"},
-    {"MotorDriveType_Velocity", "gives 2 0 for 0"},
-    {"MotorDriveType_Acceleration", "gives 3 0 for 0"},
-    {"ForceTorqueType_Force", "gives 0 1 for 1"},
-    {"ForceTorqueType_Torque", "gives 0 2 for 1"},
+    {"MotorDriveType_Displacment", "gives 1 0 for 0", "gives 1 0 for 0"},
+    {"MotorDriveType_Velocity", "gives 2 0 for 0", "gives 2 0 for 0"},
+    {"MotorDriveType_Acceleration", "gives 3 0 for 0", "gives 3 0 for 0"},
+    {"ForceTorqueType_Force", "gives 0 1 for 1", "gives 0 1 for 1"},
+    {"ForceTorqueType_Torque", "gives 0 2 for 1", "gives 0 2 for 1"},
     // The clearing before forgets the quantities and keeps motionObjectType.
-    {"MotorDriveType_Displacement", "gives 0 0 for 1"},
-    {"motordrivetype_velocity", "gives 0 0 for 1"},
-    {"", "gives 0 0 for 1"},
+    {"MotorDriveType_Displacement", "gives 0 0 for 1", "gives 0 0 for 0"},
+    {"motordrivetype_velocity", "gives 0 0 for 1", "gives 0 0 for 0"},
+    {"", "gives 0 0 for 1", "gives 0 0 for 0"},
 };
 
 TEST_F(ReadCurve, DependentVariableIsKnownByItsText)
 {
-    for (const auto& [text, given] : kDependentCases) {
+    for (const DependentCase& c : kDependentCases) {
         for (Document document : {segmentDocument(), dataPointDocument(), expressionDocument()}) {
-            ASSERT_TRUE(readBuffer(document.set("DepVar", "ForceTorqueType_Torque")));
-            ASSERT_TRUE(readBuffer(document.set("DepVar", text)));
-            const mfFunctionBase_c& kind = function.getFunctionType() == FunctionType_Segments
-                                               ? static_cast<const mfFunctionBase_c&>(segments())
-                                           : function.getFunctionType() == FunctionType_DataPoints
-                                               ? static_cast<const mfFunctionBase_c&>(points())
-                                               : expression();
-            EXPECT_THAT(showVariables(kind), testing::EndsWith(given)) << text;
+            const auto behind = [&](const char* former) {
+                EXPECT_TRUE(readBuffer(document.set("DepVar", former)));
+                EXPECT_TRUE(readBuffer(document.set("DepVar", c.text)));
+                switch (function.getFunctionType()) {
+                    case FunctionType_Segments:
+                        return showVariables(segments());
+                    case FunctionType_DataPoints:
+                        return showVariables(points());
+                    default:
+                        return showVariables(expression());
+                }
+            };
+            EXPECT_THAT(behind("ForceTorqueType_Torque"), testing::EndsWith(c.behindForce)) << c.text;
+            EXPECT_THAT(behind("MotorDriveType_Velocity"), testing::EndsWith(c.behindMotor)) << c.text;
         }
     }
 }
@@ -992,6 +999,15 @@ TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredAllTheSame)
     EXPECT_EQ(utf8(key.source), " (Assembly)");
     ASSERT_NE(manager.findProfile(key), nullptr);
     EXPECT_EQ(manager.findProfile(key)->name, "Mine");  // the record bears its own name
+}
+
+TEST_F(ReadCurve, FifthElementIsNoProfile)
+{
+    ASSERT_TRUE(readBuffer(
+        segmentDocument()
+            .set("Segments", "<Segment><a/><b/><c/><d>Mine</d><e>Linear</e><f>Linear</f></Segment>")
+            .set("ProfileDefinitions", definition("Mine", lineTimes("2", "Mine")))));
+    EXPECT_EQ(showSegments(segments()), "0-0=0 Mine (Assembly)");
 }
 
 TEST_F(ReadCurve, SecondReadFindsTheProfilesOfTheFirst)

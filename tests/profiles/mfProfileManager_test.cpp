@@ -225,13 +225,27 @@ TEST_F(ProfileManager, SearchPathsOfAnEarlierRebuildStay)
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), ElementsAre(CString(L"A (User)")));
 
-    // Nothing is readable now, but something was: the built-in table is not loaded.
+    // A folder that is no longer readable is passed over.
     std::filesystem::remove_all(folder_ / "a");
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
+    EXPECT_THAT(names(), ElementsAre(CString(L"B (User)")));
+
+    // Nothing is readable now, but something was: the built-in table is not loaded.
     std::filesystem::remove_all(folder_ / "b");
     EXPECT_FALSE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), IsEmpty());
 
     host_.services.designLibraryPaths = L"";
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
+    EXPECT_EQ(names(), kBuiltInNames);
+}
+
+TEST_F(ProfileManager, WithoutServicesFoldersFoundEarlierAreNotRead)
+{
+    writeLibrary("a", law("A"));
+    setFolders({"a"});
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
+    host_.servicesAnswer = nullptr;
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
     EXPECT_EQ(names(), kBuiltInNames);
 }
