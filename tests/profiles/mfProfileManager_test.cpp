@@ -598,6 +598,7 @@ const DisplayNameCase kDisplayNameCases[] = {
     {"FileStem", L"Rise (my cam)", "Rise| (my cam)|0"},
     {"MarkBehindAForeignSource", L"Rise (cam)<2>", "Rise| (cam)|0"},
     {"DigitsBehindAForeignSource", L"Rise (cam)12x", "Rise| (cam)|12"},
+    {"EachDigitCounts", L"Rise (cam)1234567890", "Rise| (cam)|1234567890"},
     {"DigitsBeyondTheRange", L"Rise (cam)99999999999999999999", "Rise| (cam)|2147483647"},
     {"SignBehindAForeignSource", L"Rise (cam)-1", "Rise| (cam)|0"},
     {"NoClosingBracket", L"Rise (cam", "||0"},

@@ -128,9 +128,11 @@ TEST(MoveEnd, ComparesExactly)
 const MoveCase kMoveStartCases[] = {
     {"PreviousRowGivesWay", "0:0 0:2 2:5", 2, 1.0, "0:0 0:1 1:5", {1}},
     {"EqualStartsLeaveRoom", "0:0 0:2 2:5", 2, 0.0, "0:0 0:0 0:5", {1}},
+    {"EqualStartsLeaveRoomAboveZero", "0:0 2:4 4:6", 2, 2.0, "0:0 2:2 2:6", {1}},
     {"PreviousRowIsPushedBack", "0:0 2:4 4:6", 2, 1.0, "0:0 0:1 1:6", {1}},
     {"PushRunsOn", "0:0 3:4 4:5 5:9", 3, 2.0, "0:0 0:1 1:2 2:9", {2, 1}},
     {"PushEndsAtFirstRowWithRoom", "0:0 0:4 4:5 5:9", 3, 2.0, "0:0 0:1 1:2 2:9", {2, 1}},
+    {"TimeAboveZeroIsKept", "0:0 3:4 4:5 5:9", 3, 2.5, "0:0 0.5:1.5 1.5:2.5 2.5:9", {2, 1}},
     {"TimeStopsAtZero", "0:0 0:2 2:4 4:6", 3, 0.5, "0:0 0:0 0:0.5 0.5:6", {2, 1}},
     {"CycleAngleStopsAtZero", "0:0 0:2 2:4 4:6", 3, 0.5, "0:0 0:0 0:0.5 0.5:6", {2, 1}, kCycleAngle},
     {"MotionResultGoesNegative",
