@@ -52,7 +52,7 @@ TARGETS = {
     "profile-lookup": (
         ["mfcurves/profiles/mfProfileManager.cpp", "mfcurves/profiles/mfProfileKey.cpp",
          "mfcurves/profiles/mfProfileKey.h"],
-        ["mfProfileKey_test", "mfProfileManager_test"],
+        ["mfProfileKey_test", "mfProfileManager_test", "mfProfileManager_memory_test"],
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],

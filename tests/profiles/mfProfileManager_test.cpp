@@ -7,6 +7,7 @@
 
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/platform/encoding.h"
+#include "mfcurves/profiles/builtInProfiles.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
@@ -257,6 +258,18 @@ TEST_F(ProfileManager, DefaultSuffixStaysForFilesReadLater)
     setFolders({"a"});
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), ElementsAre(CString(L"A (Default)")));
+}
+
+TEST_F(ProfileManager, BuiltInTableThatDoesNotParseFails)
+{
+    std::string& last = mf::profiles::builtInProfiles().back();
+    const std::string text = last;
+    last = "segmenttype(";
+    EXPECT_FALSE(manager_.rebuildUserProfileMap());
+    EXPECT_THAT(names(), IsEmpty());
+    last = text;
+    EXPECT_TRUE(manager_.rebuildUserProfileMap());
+    EXPECT_EQ(names(), kBuiltInNames);
 }
 
 struct DuplicateCase {

@@ -1,0 +1,79 @@
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+#include <new>
+
+#include "mfcurves/profiles/mfProfile.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "tests/support/FakeHost.h"
+
+// The n-th request for memory of this program can be made to fail.
+namespace {
+
+long requestsLeft = 0;  // until one fails; none fails while it is 0
+
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+    if (requestsLeft > 0 && --requestsLeft == 0)
+        throw std::bad_alloc();
+    if (void* const block = std::malloc(size == 0 ? 1 : size))
+        return block;
+    throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    std::free(block);
+}
+
+namespace {
+
+std::unique_ptr<mfProfile_c> record(const char* name, const char* definition)
+{
+    auto result = std::make_unique<mfProfile_c>();
+    result->name = name;
+    result->definitionText = definition;
+    return result;
+}
+
+// True when the n-th request of taking a place over fails.
+bool failsAt(long n)
+{
+    mf::test::FakeHost host;
+    mfProfileManager_c manager;
+    host.managerAnswer = &manager;
+    mfProfileKey_c place;
+    mfProfile_c* former = record("A", "1").release();
+    EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, former, place), 0);
+    auto next = record("A", "2");
+    const auto equal = record("A", "1");
+
+    mfProfileKey_c found;
+    requestsLeft = n;
+    try {
+        EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, next.get(), found), 0);
+        requestsLeft = 0;
+        EXPECT_EQ(manager.findProfile(place), next.release());
+        return false;
+    } catch (const std::bad_alloc&) {
+        requestsLeft = 0;
+    }
+    EXPECT_EQ(manager.findProfile(place), former) << "request " << n;
+    EXPECT_EQ(manager.addAssemblyProfile("A", L"cam.xml", equal.get(), found), 1) << "request " << n;
+    return true;
+}
+
+TEST(OutOfMemory, AProfileThatWasToBeDisplacedKeepsItsPlace)
+{
+    long n = 1;
+    while (failsAt(n))
+        ++n;
+    EXPECT_GT(n, 5);
+}
+
+}  // namespace
