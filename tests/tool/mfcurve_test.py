@@ -93,6 +93,23 @@ class Help(ToolTest):
         for word in ["eval", "table", "plot", "profiles", "info", "convert", "Exit status"]:
             self.assertIn(word, text)
 
+    def test_every_example_runs(self):
+        for name in ["cam.xml", "old.xml"]:
+            self.done("convert", "--row", "90,10,Cubic", self.folder / name)
+        self.write("rows.csv", "1,2,Cubic\n")
+        self.write("lift.csv", "".join(f"{x},{x * x}\n" for x in range(6)))
+        (self.folder / "share").symlink_to(PROJECT / "share")
+        (self.folder / "mfcurve").symlink_to(TOOL)
+        shown = 0
+        for command in [[], ["eval"], ["table"], ["plot"], ["profiles"], ["info"], ["convert"]]:
+            for line in re.findall(r"^  mfcurve [a-z]+ (?!  ).*$", self.done(*command, "--help").replace("\\\n", ""), re.M):
+                with self.subTest(line.strip()):
+                    result = subprocess.run(line, shell=True, cwd=self.folder, capture_output=True, text=True, timeout=120,
+                                            env={**os.environ, "PATH": f"{self.folder}:{os.environ['PATH']}"})
+                    self.assertEqual((result.returncode, result.stderr), (DONE, ""))
+                    shown += 1
+        self.assertGreater(shown, 15)
+
     def test_version(self):
         self.assertRegex(self.done("--version"), r"^mfcurve \d+\.\d+\.\d+\n$")
 
@@ -732,6 +749,21 @@ class Info(ToolTest):
         self.assertEqual(lines["domain"], ["0", "to", "2"])
         self.assertEqual(lines["valid"], ["yes"])
         self.assertEqual(text.splitlines()[-1].split(), ["1", "0", "-2", "4", "-12"])
+
+    def test_a_row_of_no_length_is_a_jump(self):
+        path = self.folder / "curve.xml"
+        self.done("convert", "--row", "1,1,Linear", "--row", "2,3,Linear", path)
+        jump = "<Segment><a>1</a><b>1</b><c>5</c><d>Linear (Default)</d></Segment>"
+        path.write_text(path.read_text().replace('<Segment ID="3">', jump + '<Segment ID="3">'))
+        self.assertEqual([line.split() for line in self.done("info", path).splitlines()[-2:]],
+                         [["1", "4", "-1", "0", "0"], ["1", "0", "-2", "0", "0"]])
+
+    def test_rounding_is_no_jump(self):
+        # The jerk of a 3-4-5 polynomial is 60 h / l^3 at its ends, that of a 4-5-6-7 polynomial 0.
+        text = self.done("info", PROJECT / "share/mfcurves/curves/rise-dwell-return-cam.xml")
+        jerk = f"{60 * 25 / 90**3:.6g}"
+        self.assertEqual([line.split() for line in text.splitlines()[-3:]],
+                         [["90", "0", "0", "0", f"-{jerk}"], ["150", "0", "0", "0", "0"], ["240", "0", "0", "0", "0"]])
 
     def test_points_and_expressions(self):
         points = self.write("points.csv", "0,0\n1,1\n2,0\n")

@@ -85,15 +85,30 @@ std::string rowLines(mfFunctionSegments_c& table)
     return text;
 }
 
+// The mean slope of a row, to the power that an order asks for: the measure of what
+// rounding may leave in that order. A row of no length is a jump and leaves none.
+double sizeOf(mfFunctionSegments_c& table, int row, int order)
+{
+    const mfSegment_c& segment = rowOf(table, row);
+    const double length = segment.getEndX() - segment.getStartX();
+    const double rise = segment.getValue() - rowOf(table, row - 1).getValue();
+    return length > 0.0 ? std::fabs(rise) / std::pow(length, order) : 0.0;
+}
+
 // The jump of each order where one row ends and the next starts, right less left.
 std::string seamLine(Curve& curve, int row)
 {
-    const double x = rowOf(curve.segments(), row).getStartX();
-    const Sample left = curve.atRow(row - 1, rowOf(curve.segments(), row - 1).getEndX());
+    constexpr double kRounding = 1e-10;
+    mfFunctionSegments_c& table = curve.segments();
+    const double x = rowOf(table, row).getStartX();
+    const Sample left = curve.atRow(row - 1, rowOf(table, row - 1).getEndX());
     const Sample right = curve.atRow(row, x);
     std::string text = numberColumn(x);
-    for (int order = 0; order < kOrders; ++order)
-        text += numberColumn(right.y[order] - left.y[order] + 0.0);  // no negative zero
+    for (int order = 0; order < kOrders; ++order) {
+        const double jump = right.y[order] - left.y[order];
+        const double size = sizeOf(table, row - 1, order) + sizeOf(table, row, order);
+        text += numberColumn(std::fabs(jump) <= kRounding * size ? 0.0 : jump);
+    }
     return labelled("", text.substr(0, text.find_last_not_of(' ') + 1));
 }
 

@@ -21,15 +21,15 @@ constexpr const char* kFooter =
     "  mfcurve eval cam.xml 0 45 90\n"
     "  mfcurve eval --expression '10*sin(2*pi*x)' 0.125\n"
     "  mfcurve table --expression 'step5(x,0,0,1,20)' --from 0 --to 1 --samples 11\n"
-    "  mfcurve plot --row '120,40,3-4-5-Polynomial' --row '180,40,Cubic' --row '360,0,Cycloidal'\n"
+    "  mfcurve plot --row '120,40,3-4-5-Polynomial' --row '180,40,Cubic' --row '360,0,Cycloidal' \\\n"
     "               --over angle -o cam.svg\n"
     "  mfcurve plot --points lift.csv --interpolation akima -o lift.svg\n"
     "  mfcurve profiles --check\n"
     "  mfcurve info cam.xml\n"
     "\n"
-    "Exit status: 0 when all went well; 1 when a file cannot be used or written, a document is not sound, a\n"
-    "law fails its check or a point has no finite value; 2 for wrong usage and for a wrong expression, row "
-    "or list of points.";
+    "Exit status: 0 when all went well; 1 when a file cannot be used or written, a document is not sound,\n"
+    "a law fails its check or a point has no finite value; 2 for wrong usage and for a wrong expression,\n"
+    "row or list of points.";
 
 // The arguments, last one first, as the parser takes them. A number such as -.5
 // would be taken for an option.
