@@ -18,10 +18,17 @@ sample=share/mfcurves/curves/rise-dwell-return-cam.xml
 picture=build/rise-dwell-return.svg
 under=${UNDER-}
 
-# Shows a command and runs it.
+# Shows a command as one would type it, and runs it.
 show() {
+    local word line="\$ mfcurve"
+    for word in "$@"; do
+        case $word in
+            *[!A-Za-z0-9_./-]*) line+=" '$word'" ;;
+            *) line+=" $word" ;;
+        esac
+    done
     echo
-    echo "\$ mfcurve $*"
+    echo "$line"
     $under build/release/tools/mfcurve/mfcurve "$@"
 }
 
