@@ -13,7 +13,7 @@ command -v gcovr > /dev/null || {
 }
 
 build=build/coverage
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=--coverage > /dev/null
+cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DMFCURVES_WERROR=ON -DMFCURVES_COVERAGE=ON > /dev/null
 cmake --build "$build"
 find "$build" -name '*.gcda' -delete
 ctest --test-dir "$build" --output-on-failure -j2 -LE packaging
