@@ -7,6 +7,7 @@
 
 #include "mfcurves/documents/formatTexts.h"
 #include "mfcurves/documents/mfCurveDocument.h"
+#include "mfcurves/engine/limits.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/functions/mfFunctionExpression.h"
@@ -27,6 +28,9 @@
 
 namespace mf::documents {
 namespace {
+
+// Worth about a thousand characters of formula in a ReadingBudget.
+constexpr std::size_t kAllowanceOfRow = 64;
 
 CString wideText(const XmlNode& node)
 {
@@ -435,11 +439,18 @@ private:
                    ", which does not lie behind the point before; it moves to " + shortNumber(storedX) + '.');
     }
 
+    // A definition inside another one is text of both. Only the document's length
+    // adds to what reading all of them may cost, and behind what uses it up none is
+    // looked at.
     void readProfileDefinitions()
     {
         int definition = 0;
+        constexpr std::size_t kCostOfCharacter = 8;  // its way out of the tree and to narrow text
+        definitionBudget_.allowFor(document_.document()->size());
         for (const XmlNode& node :
              document_.document()->selectNodes("//Curve//ProfileDefinitions//ProfileDefinition")) {
+            if (!definitionBudget_.spend(1))
+                return;
             std::string uniqueName;
             std::string functionText;
             int position = 0;
@@ -447,6 +458,7 @@ private:
                  child = child.nextSibling(), ++position)
                 if (child.isElement())
                     (position == 0 ? uniqueName : functionText) = narrowText(child);
+            definitionBudget_.spend(kCostOfCharacter * (uniqueName.size() + functionText.size()));
             if (mfProfileManager_c::s_UseNewProfileManager())
                 registerProfile(definition, uniqueName, functionText);
             ++definition;
@@ -463,7 +475,7 @@ private:
         mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
         parser.upgradeKeywords(functionText);
-        if (const auto failure = profiles::parseDefinition(functionText, *profile, budget_)) {
+        if (const auto failure = profiles::parseDefinition(functionText, *profile, definitionBudget_)) {
             if (mayRemark())
                 remark(rowPlace("ProfileDefinition", definition) + ", " + quotedStart(uniqueName) +
                        ", is left out: " + failure->reason + '.');
@@ -574,13 +586,16 @@ private:
             segment.setProfile(manager.findProfile(*segment.getProfileKey()));
     }
 
-    // The first row only states where the curve begins.
+    // The first row only states where the curve begins. A row keeps its formula with
+    // its numbers written in, and a short document can name a long one often: behind
+    // what uses up the budget, rows stay without.
     void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
         const double startX = segment->getStartX();
         function.addSegment(segment.get());
         const mfSegment_c& stored = *segment.release();  // the table owns it
         function.checkInvalid(row);
+        formulaBudget_.allowFor(kAllowanceOfRow);
         if (row == 0)
             return;
         if (stored.getStartX() != startX)
@@ -588,15 +603,32 @@ private:
                    ", where the one before does not end; it becomes a row from " +
                    shortNumber(stored.getStartX()) + " to " + shortNumber(stored.getEndX()) +
                    " with value 0.");
-        function.parseExpression(row);
+        if (formulasFit_) {
+            function.parseExpression(row);
+            formulasFit_ = formulaBudget_.spend(costOfFormula(stored));
+            if (!formulasFit_)
+                remark("The rows behind " + rowPlace("Segment", row) +
+                       " get no formula, because those of the rows before are too long together.");
+        }
         function.calculateValue(row);
+    }
+
+    // In bytes. A formula that outgrew the engine's limit was written as far as that.
+    static std::size_t costOfFormula(const mfSegment_c& segment)
+    {
+        const CString formula = segment.getProfileExpr();
+        if (formula.IsEmpty() && segment.getProfile())
+            return engine::kLongestText * sizeof(wchar_t);
+        return formula.View().size() * sizeof(wchar_t);
     }
 
     mfFunctionData_c& function_;
     const CString& path_;
     bool fromBuffer_;
     const ReadOptions& options_;
-    profiles::ReadingBudget budget_;  // of all definitions in the document
+    profiles::ReadingBudget definitionBudget_;  // of all definitions in the document
+    profiles::ReadingBudget formulaBudget_;     // of the formulas of all rows
+    bool formulasFit_ = true;                   // into that budget, up to now
     mfCurveDocument_c document_;
     std::string reason_;
     std::vector<std::string> remarks_;

@@ -91,6 +91,8 @@ public:
     /// encoding it declares. Bytes that are not UTF-8 become U+FFFD.
     bool readUtf8(std::string_view text);
     const XmlProblem& problem() const { return problem_; }
+    /// How many bytes the last read took in.
+    std::size_t size() const { return size_; }
 
     /// The first element in document order on a path such as "//Curve//RangeX//MinX":
     /// one with the last of the names, and with each of the others somewhere
@@ -134,6 +136,7 @@ private:
 
     std::unique_ptr<Tree> tree_;
     XmlProblem problem_;
+    std::size_t size_ = 0;
 };
 
 }  // namespace mf::documents

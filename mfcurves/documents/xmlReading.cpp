@@ -57,8 +57,8 @@ bool isMemoryFailure(const xmlError& error)
 // document that cannot be read any more costs no more time.
 class XmlDocument::Reader {
 public:
-    Reader(Source source, XmlProblem& problem)
-        : source_(std::move(source)), problem_(problem), parser_(xmlNewParserCtxt())
+    Reader(Source source, XmlProblem& problem, std::size_t& size)
+        : source_(std::move(source)), problem_(problem), size_(size), parser_(xmlNewParserCtxt())
     {
         if (!parser_)
             throw std::bad_alloc();
@@ -107,7 +107,9 @@ private:
         const int got = reader.source_(buffer, size);
         if (got < 0)
             reader.tell("The file cannot be read to its end");
-        return std::max(got, 0);
+        const int taken = std::max(got, 0);
+        reader.size_ += static_cast<std::size_t>(taken);
+        return taken;
     }
 
     // Attributes are compared with each other when their tag is complete, so an
@@ -189,6 +191,7 @@ private:
     const SilentEngine engine_;  // gives the thread its own handling of errors back at the end
     Source source_;
     XmlProblem& problem_;
+    std::size_t& size_;
     xmlParserCtxt* parser_;
     bool outOfMemory_ = false;
     std::int64_t text_ = 0;          // in bytes
@@ -206,8 +209,9 @@ bool XmlDocument::readFile(const wchar_t* path)
         return file.bad() ? -1 : static_cast<int>(file.gcount());
     };
     problem_ = {};
+    size_ = 0;
     if (file.is_open()) {
-        tree_ = Reader(source, problem_).run(0);
+        tree_ = Reader(source, problem_, size_).run(0);
     } else {
         tree_ = emptyTree();
         problem_.message = "The file cannot be opened";
@@ -223,7 +227,8 @@ bool XmlDocument::readUtf8(std::string_view text)
         return static_cast<int>(platform::moveValidUtf8(text, buffer, static_cast<std::size_t>(size)));
     };
     problem_ = {};
-    tree_ = Reader(source, problem_).run(XML_PARSE_IGNORE_ENC);
+    size_ = 0;
+    tree_ = Reader(source, problem_, size_).run(XML_PARSE_IGNORE_ENC);
     return problem_.message.empty();
 }
 

@@ -41,6 +41,7 @@ void Graph::clear()
     operands_.clear();
     coefficients_.clear();
     table_.assign(kSmallestTable, kNoNode);
+    lookups_ = 0;
     full_ = false;
     folding = Folding::KeepText;
 }
@@ -64,8 +65,9 @@ NodeId* Graph::iSlot(std::uint64_t hash, const auto& isEqual)
 {
     const std::size_t mask = table_.size() - 1;
     std::size_t i = hash & mask;
-    while (table_[i] != kNoNode && !isEqual(nodes_[table_[i]]))
+    for (; table_[i] != kNoNode && !isEqual(nodes_[table_[i]]); ++lookups_)
         i = (i + 1) & mask;
+    full_ |= lookups_ >= kMostLookups;
     return &table_[i];
 }
 
@@ -83,7 +85,7 @@ NodeId Graph::iAppend(const Node& node, NodeId& slot)
     nodes_.push_back(node);
     if (nodes_.size() * 2 > table_.size())
         iGrowTable();
-    full_ = nodes_.size() + operands_.size() + coefficients_.size() >= kMostNodes;
+    full_ |= nodes_.size() + operands_.size() + coefficients_.size() >= kMostNodes;
     return id;
 }
 
@@ -114,6 +116,7 @@ NodeId Graph::intern(Node node, std::span<const NodeId> list)
     node.count = static_cast<std::uint32_t>(list.size());
     node.b = static_cast<std::uint32_t>(operands_.size());
     operands_.insert(operands_.end(), list.begin(), list.end());
+    lookups_ += list.size();
     NodeId* slot = iSlot(iHash(node), [&](const Node& other) {
         return sameHead(node, other) && std::ranges::equal(operands(other), list);
     });
@@ -130,6 +133,7 @@ NodeId Graph::intern(Node node, std::span<const double> list)
     node.count = static_cast<std::uint32_t>(list.size());
     node.b = static_cast<std::uint32_t>(coefficients_.size());
     coefficients_.insert(coefficients_.end(), list.begin(), list.end());
+    lookups_ += list.size();
     NodeId* slot = iSlot(iHash(node), [&](const Node& other) {
         return sameHead(node, other) &&
                std::ranges::equal(coefficients(other), list, {}, std::bit_cast<std::uint64_t, double>,

@@ -51,8 +51,8 @@ enum class Folding : std::uint8_t { KeepText, Free };
 /// The expressions of one text as nodes that are made once each: equal
 /// subexpressions are the same node.
 ///
-/// Errors: a graph that has outgrown kMostNodes takes no more nodes, answers
-/// node 0 to every request and says so in `full`.
+/// Errors: a graph that has outgrown kMostNodes or kMostLookups takes no more
+/// nodes, answers node 0 to every request and says so in `full`.
 class Graph {
 public:
     Graph() { clear(); }
@@ -124,6 +124,7 @@ private:
     std::vector<NodeId> operands_;
     std::vector<double> coefficients_;
     std::vector<NodeId> table_;  // open addressing, kNoNode where free
+    std::size_t lookups_ = 0;
     bool full_ = false;
 };
 

@@ -15,6 +15,11 @@ constexpr int kDeepestNesting = 1000;
 /// coefficients of its polynomials included.
 constexpr std::size_t kMostNodes = 1'000'000;
 
+/// How much looking up the nodes of one text and of its derivatives may cost, in
+/// steps of a search and list elements compared. Ordinary texts take a few for
+/// each node; those that collide or repeat long lists would take forever.
+constexpr std::size_t kMostLookups = 64 * kMostNodes;
+
 /// Powers up to this whole exponent are multiplications, larger ones `pow`.
 constexpr int kLargestProductPower = 16;
 

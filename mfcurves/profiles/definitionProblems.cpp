@@ -81,6 +81,7 @@ std::vector<DefinitionProblem> definitionProblems(const std::string& fileText)
     ReadingBudget budget;
     std::size_t position = 0;
     for (const std::string& definition : definitions) {
+        budget.allowFor(definition.size());
         mfProfile_c record;
         if (const Failure failure = parseDefinition(definition, record, budget))
             problems.push_back(

@@ -261,7 +261,6 @@ Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& b
 
 Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget)
 {
-    budget.allowFor(definition.size());
     record.definitionText = definition;
     std::string header;
     std::string body;

@@ -63,7 +63,8 @@ Failure expandStatements(const std::vector<std::string>& variables, std::vector<
 Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget);
 
 /// Fills `record` from a definition in normal form whose keywords are the current
-/// ones. Several definitions may share one budget; each adds its own part.
+/// ones. Several definitions may share one budget, which allows for the text that
+/// they come from.
 Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget);
 
 }  // namespace mf::profiles

@@ -35,6 +35,7 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
 
     ReadingBudget budget;
     for (const std::string& definition : definitions) {
+        budget.allowFor(definition.size());
         auto record = std::make_unique<mfProfile_c>();
         if (mf::profiles::parseDefinition(definition, *record, budget))
             return false;
@@ -49,6 +50,7 @@ bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* reco
     if (upgradeKeywords)
         this->upgradeKeywords(text);
     ReadingBudget budget;
+    budget.allowFor(text.size());
     return record && !mf::profiles::parseDefinition(text, *record, budget);
 }
 

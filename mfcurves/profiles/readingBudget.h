@@ -8,13 +8,13 @@ namespace mf::profiles {
 /// What reading definitions may cost, counted in characters looked at and bytes
 /// written, so that a short hostile text fills neither time nor memory.
 ///
-/// The definitions of one file or document share a budget, to which each adds in
-/// proportion to its length: ordinary laws never run out, however many there are.
+/// The definitions of one file or document share a budget, which grows in proportion
+/// to the length of that text: ordinary laws never run out, however many there are.
 /// What it starts with is enough for one result of the largest size that the
 /// expression engine takes.
 class ReadingBudget {
 public:
-    /// Adds what reading a definition of that length may cost.
+    /// Adds what reading a text of that length may cost.
     void allowFor(std::size_t length) { left_ += kForEachCharacter * length; }
 
     /// False, with nothing left, when `cost` is more than what is left.

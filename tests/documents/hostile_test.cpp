@@ -1,4 +1,5 @@
 #include <chrono>
+#include <ctime>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -254,6 +255,50 @@ TEST_F(HostileDocument, DefinitionsThatReferToThemselves)
         EXPECT_EQ(segments().getSegmentCount(), 2);
         function.evaluate(0.5, 3);
     }
+}
+
+// Each is the text of all those inside it, so that the length read is sixty
+// times that of the document.
+TEST_F(HostileDocument, DefinitionsInDefinitions)
+{
+    std::string statements;
+    for (int i = 0; i < 60'000; ++i)
+        statements += "v" + std::to_string(i) + "=1;";
+    const std::string open = "<ProfileDefinition><UniqueName/><ProfileFunction>";
+    const std::string close = "</ProfileFunction></ProfileDefinition>";
+    const std::clock_t start = std::clock();
+    EXPECT_TRUE(readBuffer(segmentDocument().set(
+        "ProfileDefinitions", repeated(open, 60) + "segmenttype(\"Mine\",x,x1,y1,x2,y2)" + statements +
+                                  "returnv0;endsegmenttype" + repeated(close, 60))));
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 10.0);
+    EXPECT_EQ(segments().getSegmentCount(), 3);
+}
+
+// A thousand rows would write out 400 million characters. The first of them get
+// their formula, the others keep their numbers.
+TEST_F(HostileDocument, RowsOfOneLongFormula)
+{
+    const std::string formula = "v=y1+" + repeated("0*x+", 100'000) + "x;returnv;endsegmenttype";
+    std::string rows = segment("", "", "0", "Mine");
+    for (int i = 0; i < 1000; ++i)
+        rows += segment(std::to_string(i), std::to_string(i + 1), "3", "Mine");
+    EXPECT_TRUE(readBuffer(
+        segmentDocument()
+            .set("Segments", rows)
+            .set("ProfileDefinitions", definition("Mine", "segmenttype(\"Mine\",x,x1,y1,x2,y2)" + formula))));
+    ASSERT_EQ(segments().getSegmentCount(), 1001);
+    mfSegment_c* first = nullptr;
+    mfSegment_c* last = nullptr;
+    segments().selectSegment(1, first);
+    segments().selectSegment(1000, last);
+    EXPECT_EQ(function.evaluate(0.5, 0), 0.5);
+    EXPECT_FALSE(first->getProfileExpr().IsEmpty());
+    EXPECT_TRUE(last->getProfileExpr().IsEmpty());
+    EXPECT_EQ(last->getEndX(), 1000.0);
+    EXPECT_EQ(last->getValue(), 3.0);
+
+    segments().parseExpression(1000);  // a host that asks for the row gets it
+    EXPECT_EQ(function.evaluate(999.5, 0), 1002.5);
 }
 
 // All of one name, each its own text.

@@ -83,6 +83,23 @@ TEST(Graph, CountsCoefficientsAsNodes)
     EXPECT_TRUE(graph.full());
 }
 
+// One long list, looked up again and again, makes no node and takes its time.
+TEST(Graph, LooksUpNoMoreThanTheLimit)
+{
+    constexpr std::size_t kLength = kMostNodes / 10;
+    Graph graph;
+    const NodeId x = variable(graph, 0);
+    const std::vector<double> coefficients(kLength, 1.0);
+    std::size_t asked = 0;
+    for (; !graph.full() && asked < 2 * kMostLookups / kLength; ++asked)
+        polynomial(graph, x, 0, coefficients);
+    EXPECT_TRUE(graph.full());
+    EXPECT_NEAR(static_cast<double>(asked), static_cast<double>(kMostLookups) / kLength, 2.0);
+    EXPECT_EQ(polynomial(graph, x, 0, coefficients), 0u);
+    graph.clear();
+    EXPECT_FALSE(graph.full());
+}
+
 TEST(Graph, IsEmptyAfterClear)
 {
     Graph graph;
