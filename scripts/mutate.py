@@ -56,7 +56,7 @@ TARGETS = {
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],
-        ["mfFunctionSegments_values_test"],
+        ["mfFunctionSegments_values_test", "mfSegmentCalculator_test"],
     ),
 }
 

@@ -69,6 +69,8 @@ const FindCase kFindCases[] = {
     {"RowOfNoLengthCanAnswer", "0:0 0:1 1:1 1:2 2:3", 1.0, 2},
     {"RowOfNoLengthIsPassedOver", "0:0 0:1 1:2 2:2 2:3", 2.0, 2},
     {"TwoRowsMeet", "0:1 1:2", 1.0, 0},
+    {"StartOfTheFirstOfTwoRows", "0:1 1:2", 0.0, 0},
+    {"StartOfTheLastRowBehindAGap", "0:0 0:1 2:3", 2.0, 2},
     {"GapBetweenTwoRows", "0:1 2:3", 1.5, 1},
     {"GapOfThreeRows", "0:0 0:1 2:3", 1.5, 1},
     {"GapOfFourRows", "0:0 0:1 2:3 3:4", 1.5, 1},
