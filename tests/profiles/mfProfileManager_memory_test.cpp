@@ -48,6 +48,8 @@ bool failsAt(long n)
     mfProfileManager_c manager;
     host.managerAnswer = &manager;
     mfProfileKey_c place;
+    // One that was displaced before, so that there is no room left over.
+    EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, record("A", "0").release(), place), 0);
     mfProfile_c* former = record("A", "1").release();
     EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, former, place), 0);
     auto next = record("A", "2");
