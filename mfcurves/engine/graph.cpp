@@ -98,17 +98,6 @@ NodeId Graph::intern(const Node& node)
     return *slot != kNoNode ? *slot : iAppend(node, *slot);
 }
 
-NodeId Graph::find(const Node& node) const
-{
-    const std::size_t mask = table_.size() - 1;
-    for (std::size_t i = mix(headHash(node), node.b) & mask; table_[i] != kNoNode; i = (i + 1) & mask) {
-        const Node& other = nodes_[table_[i]];
-        if (sameHead(node, other) && node.b == other.b)
-            return table_[i];
-    }
-    return kNoNode;
-}
-
 NodeId Graph::intern(Node node, std::span<const NodeId> list)
 {
     if (full_)

@@ -67,9 +67,6 @@ public:
     NodeId intern(Node node, std::span<const NodeId> operands);
     NodeId intern(Node node, std::span<const double> coefficients);
 
-    /// The node equal to `node`, or kNoNode; for nodes without lists.
-    NodeId find(const Node& node) const;
-
     const Node& operator[](NodeId id) const { return nodes_[id]; }
     void setDerivative(NodeId id, NodeId derivative) { nodes_[id].derivative = derivative; }
     std::size_t size() const { return nodes_.size(); }
