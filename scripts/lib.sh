@@ -80,6 +80,8 @@ quietly() {
 # A compiler cache makes a second build tree cheap where there is one.
 if has_command ccache; then
     export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+    # Without this it passes by what uses precompiled headers.
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS-pch_defines,time_macros}
 fi
 jobs=$(nproc 2>/dev/null || echo 2)
 
