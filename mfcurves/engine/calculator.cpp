@@ -27,8 +27,8 @@ bool Family::addOrder(int order)
         const Section* section = text_->section(sections_.size());
         if (section == nullptr)
             return false;
-        sections_.push_back(section);
         registers_.resize(section->registers);
+        sections_.push_back(section);
         for (const auto& [target, number] : section->constants)
             registers_[target] = number;
     }

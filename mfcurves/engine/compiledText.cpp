@@ -1,5 +1,7 @@
 #include "mfcurves/engine/compiledText.h"
 
+#include <utility>
+
 #include "mfcurves/engine/differentiation.h"
 #include "mfcurves/engine/parser.h"
 
@@ -19,6 +21,7 @@ CompiledText::Answer CompiledText::compile(std::wstring_view text,
     return compiled;
 }
 
+// When memory runs out, the orders so far stay, and the next can be asked for again.
 const Section* CompiledText::section(std::size_t order)
 {
     const std::lock_guard lock(mutex_);
@@ -26,9 +29,11 @@ const Section* CompiledText::section(std::size_t order)
         const NodeId derivative = differentiate(graph_, root_);
         if (derivative == kNoNode)
             return nullptr;
+        Translator translator = translator_;
+        sections_.push_back(std::make_unique<const Section>(
+            translator.translate(graph_, derivative, sections_.back().get())));
+        translator_ = std::move(translator);
         root_ = derivative;
-        sections_.push_back(
-            std::make_unique<const Section>(translator_.translate(graph_, root_, sections_.back().get())));
     }
     return sections_[order].get();
 }

@@ -81,8 +81,8 @@ void Graph::iGrowTable()
 NodeId Graph::iAppend(const Node& node, NodeId& slot)
 {
     const auto id = static_cast<NodeId>(nodes_.size());
-    slot = id;
     nodes_.push_back(node);
+    slot = id;
     if (nodes_.size() * 2 > table_.size())
         iGrowTable();
     full_ |= nodes_.size() + operands_.size() + coefficients_.size() >= kMostNodes;

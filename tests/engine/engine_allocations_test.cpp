@@ -1,20 +1,27 @@
-// An evaluation allocates nothing: this binary counts what the whole process takes
-// from the allocator.
+// An evaluation allocates nothing, and a derivative that finds no memory can be asked
+// for again: this binary counts what the whole process takes from the allocator, and
+// can refuse it.
 
 #include <atomic>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
+#include <string>
 
 #include "tests/engine/compiled.h"
 
 namespace {
 
 std::atomic<long> allocations = 0;
+std::atomic<long> allocationsLeft = -1;  // negative: as many as one likes
 
 void* counted(std::size_t size, std::size_t alignment)
 {
     ++allocations;
+    if (allocationsLeft == 0)
+        throw std::bad_alloc();
+    if (allocationsLeft > 0)
+        --allocationsLeft;
     void* const memory = alignment <= alignof(std::max_align_t)
                              ? std::malloc(size == 0 ? 1 : size)
                              : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
@@ -103,6 +110,43 @@ TEST_P(Allocations, OfAnEvaluationAreNone)
             compiled.at(-1.0 + i * 0.05, order);
     }
     EXPECT_EQ(allocations - before, 0);
+}
+
+// The derivative with at most so many allocations, or null.
+Calculator derivativeWithin(long count, const Calculator& calculator)
+{
+    allocationsLeft = count;
+    Calculator result;
+    try {
+        result = derivative(calculator);
+    } catch (const std::bad_alloc&) {
+    }
+    allocationsLeft = -1;
+    return result;
+}
+
+TEST_P(Allocations, ThatFailLeaveTheOrdersAsTheyAre)
+{
+    const Orders expected(GetParam());
+    bool failed = true;
+    for (long allowed = 0; failed; ++allowed) {
+        ASSERT_LT(allowed, 1000);
+        failed = false;
+        // Blanks make it a text that the cache does not hold.
+        Calculator orders[4] = {
+            compile(GetParam() + std::string(static_cast<std::size_t>(allowed) + 1, ' '))};
+        for (int order = 1; order < 4; ++order) {
+            orders[order] = derivativeWithin(allowed, orders[order - 1]);
+            failed |= orders[order] == nullptr;
+            if (orders[order] == nullptr)
+                orders[order] = derivative(orders[order - 1]);
+        }
+        for (int order = 0; order < 4; ++order) {
+            for (const double x : {0.25, 0.75, 1.5})
+                ASSERT_EQ(evaluate(orders[order], x), expected.at(x, order))
+                    << "order " << order << " at " << x;
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
