@@ -30,7 +30,7 @@ has_package() {
         libcli11-dev) has_header CLI/CLI.hpp ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libgmock-dev) has_header gmock/gmock.h ;;
-        python3 | clang-format) has_command "$1" ;;
+        python3 | clang-format | lld) has_command "$1" ;;
         clang-tidy) has_command clang-tidy && has_command run-clang-tidy ;;
         *) fail "has_package knows nothing of $1" ;;
     esac
@@ -86,4 +86,4 @@ fi
 jobs=$(nproc 2>/dev/null || echo 2)
 
 build_packages=(g++ cmake ninja-build libxml2-dev libcli11-dev libgtest-dev libgmock-dev python3)
-check_packages=(clang-format clang-tidy)
+check_packages=(clang-format clang-tidy lld)

@@ -219,7 +219,7 @@ bool isSound(Curve& curve, const std::string& name)
 {
     const std::vector<std::string> found = problems(curve);
     for (const std::string& problem : found)
-        warn(name + ": " + problem);
+        warn(std::string(name).append(": ").append(problem));
     return found.empty();
 }
 
