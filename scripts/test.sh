@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 
 install_packages "${build_packages[@]}" "${check_packages[@]}"
 
-# Some two hundred test programs are linked: the quickest linker does.
+# More than a hundred test programs are linked: the quickest linker does.
 export LDFLAGS=${LDFLAGS--fuse-ld=lld}
 
 failed=()
