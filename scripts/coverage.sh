@@ -1,58 +1,29 @@
 #!/usr/bin/env bash
 # scripts/coverage.sh: line and branch coverage of the library under its tests.
 #
-# Builds in build/coverage, runs every test that is not about packaging, and
-# prints a table a file; build/coverage/uncovered.txt lists what no test reached,
-# and what scripts/coverage_explained.txt gives no reason for. Exits with 1 when
-# there is any. Branches that only an exception takes are left out.
+# Builds in build/coverage with clang, runs every test that is not about packaging,
+# and prints a table a file; build/coverage/uncovered.txt lists the lines that no
+# test reached and the conditions that were never true or never false, unless
+# scripts/coverage_explained.txt says why. Exits with 1 when there is any.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/lib.sh
 
-command -v gcovr > /dev/null || {
-    echo "coverage.sh: gcovr is missing; install it with: apt-get install gcovr" >&2
-    exit 1
-}
+for tool in clang++ llvm-profdata llvm-cov; do
+    has_command "$tool" || fail "$tool is missing; apt-get install clang llvm"
+done
 
 build=build/coverage
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DMFCURVES_WERROR=ON -DMFCURVES_COVERAGE=ON > /dev/null
-cmake --build "$build"
-find "$build" -name '*.gcda' -delete
-ctest --test-dir "$build" --output-on-failure -j2 -LE packaging
+quietly cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ \
+    -DMFCURVES_COVERAGE=ON
+quietly cmake --build "$build" -j "$jobs"
+rm -rf "$build/profiles"
+LLVM_PROFILE_FILE=$PWD/$build/profiles/%4m.profraw \
+    ctest --test-dir "$build" --output-on-failure -j "$jobs" -LE packaging >"$build/ctest.log" ||
+    { sed -e '/ Passed \|Start /d' "$build/ctest.log"; exit 1; }
 
-measure=(gcovr --root . --filter mfcurves/ --exclude-throw-branches --exclude-unreachable-branches
-    --object-directory "$build" "$build/mfcurves")
-"${measure[@]}" --print-summary
-"${measure[@]}" --branches > "$build/branches.txt"
-"${measure[@]}" --json "$build/coverage.json"
-python3 - "$build/coverage.json" scripts/coverage_explained.txt > "$build/uncovered.txt" <<'PYTHON'
-import json
-import sys
-
-# A line of the list is: file | text of the line | reason
-explained = {}
-for line in open(sys.argv[2]):
-    if line.strip() and not line.startswith("#"):
-        file, text, reason = (part.strip() for part in line.rsplit(" | ", 2))
-        explained[file, text] = False
-
-for file in json.load(open(sys.argv[1]))["files"]:
-    source = open(file["file"]).read().split("\n")
-    for line in file["lines"]:
-        if line.get("gcovr/noncode"):
-            continue
-        missed = sum(1 for branch in line["branches"] if branch["count"] == 0)
-        if line["count"] != 0 and not missed:
-            continue
-        place = file["file"], source[line["line_number"] - 1].strip()
-        if place in explained:
-            explained[place] = True
-            continue
-        what = "line not run" if line["count"] == 0 else f"{missed} of {len(line['branches'])} branches not taken"
-        print(f"{file['file']}:{line['line_number']}: {what}: {place[1]}")
-for (file, text), needed in explained.items():
-    if not needed:
-        print(f"{file}: explained and not missing: {text}")
-print(f"explained: {sum(explained.values())} lines", file=sys.stderr)
-PYTHON
-echo "not covered and not explained: $(wc -l < "$build/uncovered.txt") places, listed in $build/uncovered.txt"
-[ ! -s "$build/uncovered.txt" ]
+llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/tests.profdata"
+# Some test programs hold nothing of the library that could run.
+mapfile -t programs < <(find "$build/tests" -type f -name '*_test*' -perm -u+x -exec grep -l __llvm_covmap {} +)
+llvm-cov export -instr-profile="$build/tests.profdata" "${programs[0]}" "${programs[@]/#/-object=}" mfcurves >"$build/coverage.json"
+python3 scripts/coverage.py "$build/coverage.json" scripts/coverage_explained.txt "$build/uncovered.txt"

@@ -11,7 +11,6 @@ import pty
 import re
 import subprocess
 import tempfile
-import time
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -838,9 +837,8 @@ class Streams(ToolTest):
             text = "".join(f"<Segment><a>{max(i - 1, 0)}</a><b>{i}</b><c>{i % 7}</c><d>{profile}</d></Segment>"
                            for i in range(rows))
             path = self.write("long.xml", f"{head}<Segments>{text}</Segments>{body.split('</Segments>')[1]}")
-            start = time.monotonic()
             shown = self.shown_by("eval", path, "0.5", "--result", "Slip Speed")
-            if time.monotonic() - start > 1.5:  # else this is a fast machine, and no long work
+            if shown:  # else this is a fast machine, and no long work
                 break
         self.assertBar("reading", shown)
 
