@@ -2,9 +2,9 @@
 # scripts/test.sh
 #
 # Installs what is missing and runs every check: the layout of the sources, all
-# tests in a debug build with warnings as errors, all tests under the address and
-# undefined-behaviour sanitizers (the saved fuzz inputs and the packaging test are
-# among them), and clang-tidy over the library and the tool. A second run builds
+# tests in a debug build with warnings as errors (the saved fuzz inputs are among
+# them), all but the packaging again under the address and undefined-behaviour
+# sanitizers, and clang-tidy over the library and the tool. A second run builds
 # and checks only what changed. The last line counts the tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
