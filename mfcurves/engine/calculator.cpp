@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <typeinfo>
 
 #include "mfcurves/engine/evaluateMany.h"
 #include "mfcurves/engine/evaluation.h"
@@ -36,42 +37,28 @@ bool Family::addOrder(int order)
 }
 
 // The first time, and where other orders are asked for than at the x before.
-bool Family::iComputeAnew(double x, int order)
+bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& value)
 {
     if (parameterCount_ > 1)
         return false;
-    if (parameterCount_ == 0) {
-        const Section& section = *sections_[order];
-        section.runWhole(section.whole.front(), registers_.data());
-        return true;
-    }
-    if (std::bit_cast<std::uint64_t>(x) != xBits_ || held_ < 0) {
-        iHold(std::max(order, asked_));
-        return compute(x, order);
-    }
-    while (held_ < order) {
-        for (const Instruction& step : sections_[held_ + 1]->code)
-            step.run(step, registers_.data());
-        iHold(held_ + 1);
-    }
-    asked_ = order;
-    return true;
-}
-
-void Family::iHold(int order)
-{
-    const Section& section = *sections_[order];
-    held_ = order;
+    const Section& section = *sections_[std::max(order, asked_)];
     runWhole_ = section.runWhole;
     firstStep_ = &section.whole.front();
+    if (parameterCount_ == 0)
+        return runWhole_(registers_[0], *firstStep_, registers_.data(), registers_[result], value);
+    held_ = std::max(order, asked_);
+    asked_ = order;
+    registers_[0] = x;
+    return runWhole_(x, *firstStep_, registers_.data(), registers_[result], value);
 }
 
-void Family::compute(const MMEP_Data* numbers)
+bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value)
 {
     for (std::size_t i = 0; i < parameterCount_; ++i)
         registers_[i] = *numbers[i].getValue();
     const Section& section = *sections_[0];
-    section.runWhole(section.whole.front(), registers_.data());
+    return section.runWhole(registers_[0], section.whole.front(), registers_.data(), registers_[result],
+                            value);
 }
 
 bool Family::takesBlocks() const
@@ -88,7 +75,7 @@ void Family::iMoveBlockTo(const double* x, std::size_t count, int orders)
     runBlock(sections_[blockDone_ - 1]->whole, block_.data(), count);
 }
 
-void Family::computeBlock(const double* x, double* y, std::size_t count, int order)
+const double* Family::computeBlock(const double* x, std::size_t count, int order)
 {
     for (; blockFilled_ < std::ssize(sections_); ++blockFilled_) {
         const Section& section = *sections_[blockFilled_];
@@ -101,7 +88,7 @@ void Family::computeBlock(const double* x, double* y, std::size_t count, int ord
     blockAsked_ = std::max(blockAsked_, order + 1);
     for (; blockDone_ <= order; ++blockDone_)
         runBlock(sections_[blockDone_]->code, block_.data(), count);
-    std::copy_n(&block_[sections_[order]->result * kBlock], count, y);
+    return &block_[sections_[order]->result * kBlock];
 }
 
 void Family::release()
@@ -117,33 +104,14 @@ ICalculator* Calculator::differentiate(int)
     return new Calculator(family_, order_ + 1);
 }
 
-namespace {
-
-bool answer(double value, MMEP_Data& result)
-{
-    // What is not finite has no difference from itself.
-    if (std::isnan(value - value)) [[unlikely]]
-        return false;
-    *result.getValue() = value;
-    return true;
-}
-
-}  // namespace
-
-bool Calculator::iEvaluateAt(double x, MMEP_Data& result)
-{
-    return family_.compute(x, order_) && answer(family_[result_], result);
-}
-
 bool Calculator::iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data& result)
 {
     const auto parameters = static_cast<int>(family_.parameterCount());
     if (parameters == 0)
-        return iEvaluateAt(0.0, result);
+        return family_.evaluate(0.0, order_, result_, *result.getValue());
     if (parameters == 1 || parameters != count || arguments == nullptr)
         return false;
-    family_.compute(arguments);
-    return answer(family_[result_], result);
+    return family_.evaluate(arguments, result_, *result.getValue());
 }
 
 // An integrator calls this at every step: the usual case goes first, and what takes
@@ -154,10 +122,7 @@ bool Calculator::Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result)
         return iEvaluateOther(count, arguments, result);
     if (arguments == nullptr) [[unlikely]]
         return iEvaluateOther(count, arguments, result);
-    const double x = *arguments->getValue();
-    if (family_.holds(x, order_))
-        return answer(family_[result_], result);
-    return iEvaluateAt(x, result);
+    return family_.evaluate(*arguments->getValue(), order_, result_, *result.getValue());
 }
 
 bool Calculator::Release()
@@ -168,21 +133,25 @@ bool Calculator::Release()
 
 namespace {
 
-// How many numbers stand before the first that is not finite.
-std::size_t finiteCount(const double* y, std::size_t count)
+// Answers how many numbers it copied until the first that is not finite.
+std::size_t copyFinite(const double* __restrict from, std::size_t count, double* __restrict to)
 {
     // Zero times a number is zero unless the number is not finite.
     double zeros[4] = {};
     for (std::size_t i = 0; i + 4 <= count; i += 4) {
-        for (std::size_t j = 0; j < 4; ++j)
-            zeros[j] += y[i + j] * 0.0;
+        for (std::size_t j = 0; j < 4; ++j) {
+            to[i + j] = from[i + j];
+            zeros[j] += from[i + j] * 0.0;
+        }
     }
-    for (std::size_t i = count & ~std::size_t{3}; i < count; ++i)
-        zeros[0] += y[i] * 0.0;
+    for (std::size_t i = count & ~std::size_t{3}; i < count; ++i) {
+        to[i] = from[i];
+        zeros[0] += from[i] * 0.0;
+    }
     if (zeros[0] + zeros[1] + zeros[2] + zeros[3] == 0.0)
         return count;
     return static_cast<std::size_t>(
-        std::find_if_not(y, y + count, [](double v) { return std::isfinite(v); }) - y);
+        std::find_if_not(from, from + count, [](double v) { return std::isfinite(v); }) - from);
 }
 
 std::size_t evaluateOneByOne(ICalculator& calculator, const double* x, double* y, std::size_t count)
@@ -201,13 +170,15 @@ std::size_t evaluateOneByOne(ICalculator& calculator, const double* x, double* y
 
 std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, std::size_t count)
 {
-    auto* own = dynamic_cast<Calculator*>(&calculator);
-    if (own == nullptr || !own->family().takesBlocks())
+    if (typeid(calculator) != typeid(Calculator))
+        return evaluateOneByOne(calculator, x, y, count);
+    const auto& own = static_cast<const Calculator&>(calculator);
+    if (!own.family().takesBlocks())
         return evaluateOneByOne(calculator, x, y, count);
     for (std::size_t done = 0; done < count;) {
         const std::size_t points = std::min(count - done, kBlock);
-        own->family().computeBlock(x + done, y + done, points, own->order());
-        const std::size_t finite = finiteCount(y + done, points);
+        const double* values = own.family().computeBlock(x + done, points, own.order());
+        const std::size_t finite = copyFinite(values, points, y + done);
         done += finite;
         if (finite < points)
             return done;

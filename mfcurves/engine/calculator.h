@@ -33,56 +33,49 @@ public:
     /// The register that holds the value of an order.
     std::uint32_t resultOf(int order) const { return sections_[order]->result; }
 
-    /// Whether the registers hold an order at x, which counts as asking for it;
-    /// never for a family that has not one parameter. Points are told apart by
-    /// their bits: a division tells 0.0 from -0.0.
-    bool holds(double x, int order)
+    /// Sets `value` to that of an order at x, whose register is `result`; false, with
+    /// `value` untouched, where it is not finite, and for several parameters. Without
+    /// parameters any x will do.
+    ///
+    /// Points are told apart by their bits: a division tells 0.0 from -0.0.
+    bool evaluate(double x, int order, std::uint32_t result, double& value)
     {
-        if (std::bit_cast<std::uint64_t>(x) != xBits_ || order > held_)
-            return false;
-        asked_ = order;
-        return true;
+        double* registers = registers_.data();
+        if (std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(registers[0]) && order <= held_) {
+            asked_ = order;
+            return answerWith(registers[result], value);
+        }
+        if (order != held_) {
+            if (order > held_ || asked_ != held_) [[unlikely]]
+                return iEvaluateAnew(x, order, result, value);
+            asked_ = order;
+        }
+        registers[0] = x;
+        return runWhole_(x, *firstStep_, registers, registers[result], value);
     }
-
-    /// Computes an order at x, which the registers do not hold. Without parameters
-    /// any x will do; false for several.
-    bool compute(double x, int order)
-    {
-        if (std::max(order, asked_) != held_) [[unlikely]]
-            return iComputeAnew(x, order);
-        registers_[0] = x;
-        xBits_ = std::bit_cast<std::uint64_t>(x);
-        asked_ = order;
-        runWhole_(*firstStep_, registers_.data());
-        return true;
-    }
-    /// Computes the value for as many numbers as there are parameters.
-    void compute(const MMEP_Data* numbers);
-
-    double operator[](std::uint32_t registerNumber) const { return registers_[registerNumber]; }
+    /// The same for as many numbers as there are parameters, of which there are several.
+    bool evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value);
 
     /// Whether computeBlock may be asked: with one parameter, and few enough
     /// registers that a block of them stays close to the processor.
     bool takesBlocks() const;
 
-    /// Values of an order at `count` points, at most kBlock; bit for bit those of
-    /// single points.
-    void computeBlock(const double* x, double* y, std::size_t count, int order);
+    /// The values of an order at `count` points, at most kBlock, bit for bit those of
+    /// single points. They stand until other points are asked for.
+    const double* computeBlock(const double* x, std::size_t count, int order);
 
     void keep() { users_.fetch_add(1, std::memory_order_relaxed); }
     void release();
 
 private:
     ~Family() = default;
-    [[gnu::noinline]] bool iComputeAnew(double x, int order);
-    void iHold(int order);
+    [[gnu::noinline]] bool iEvaluateAnew(double x, int order, std::uint32_t result, double& value);
     void iMoveBlockTo(const double* x, std::size_t count, int orders);
 
-    std::vector<double> registers_;
-    std::uint64_t xBits_ = 0;                 // of the x that the registers are for
+    std::vector<double> registers_;           // the first holds the x that the others are for
     int asked_ = 0;                           // the order asked for last at that x
-    int held_ = -1;                           // the highest order that is computed at each x
-    Instruction::Run runWhole_ = nullptr;     // computes the orders up to it
+    int held_ = -1;                           // the highest order computed at each x; -1 without x
+    RunProgram runWhole_ = nullptr;           // computes the orders up to it
     const Instruction* firstStep_ = nullptr;  // from this step on
     std::vector<const Section*> sections_;
     const std::size_t parameterCount_;
@@ -114,7 +107,6 @@ public:
 
 private:
     ~Calculator() override { family_.release(); }
-    [[gnu::noinline]] bool iEvaluateAt(double x, MMEP_Data& result);
     [[gnu::noinline]] bool iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data& result);
 
     Family& family_;

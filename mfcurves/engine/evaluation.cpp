@@ -30,6 +30,8 @@ inline double throughStage(double v, const double* c)
             return v;
         case Stage::Scale:
             return v * c[2] + c[3];
+        case Stage::Times:
+            return (v + c[0]) * c[2];
         case Stage::Shift:
             return (v + c[0]) * c[2] + c[3];
         case Stage::Divide:
@@ -165,6 +167,8 @@ Instruction::Run runOf(const Instruction& step)
     switch (step.input) {
         case Stage::None:
             return runWithInput<operation, Stage::None>(step.output);
+        case Stage::Times:
+            return runWithInput<operation, Stage::Times>(step.output);
         case Stage::Shift:
             return runWithInput<operation, Stage::Shift>(step.output);
         case Stage::Divide:
@@ -202,7 +206,12 @@ Instruction::Run runOfPolynomial(const Instruction& step)
     return isSmallPolynomial(step) ? kSmall[smallPolynomialIndex(step)](step) : runOf<polynomial>(step);
 }
 
-void runInTurn(const Instruction& first, double* registers)
+// --- A whole program at one point -----------------------------------------------------------
+
+// These are what an integrator waits for at every step: they end where the answer is
+// known, and x comes in a register of the processor.
+
+bool runInTurn(double, const Instruction& first, double* registers, double& result, double& answer)
 {
     const Instruction* step = &first;
     step->run(*step, registers);
@@ -210,9 +219,64 @@ void runInTurn(const Instruction& first, double* registers)
         ++step;
         step->run(*step, registers);
     }
+    return answerWith(result, answer);
 }
 
-// --- A law of motion and its derivatives at one point ----------------------------------------
+template <std::size_t count>
+bool runSteps(double, const Instruction& first, double* registers, double& result, double& answer)
+{
+    const Instruction* step = &first;
+    [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        (step[i].run(step[i], registers), ...);
+    }
+    (std::make_index_sequence<count>());
+    return answerWith(result, answer);
+}
+
+constexpr std::size_t kMostStepsAtOnce = 12;
+
+template <std::size_t... i>
+RunProgram runForSteps(std::size_t count, std::index_sequence<i...>)
+{
+    static constexpr RunProgram kRuns[] = {runSteps<i + 1>...};
+    return count <= kMostStepsAtOnce ? kRuns[count - 1] : runInTurn;
+}
+
+// A program of one step on x, which is there for what that step comes to.
+template <Operation operation, Stage input, Stage output>
+bool runAlone(double x, const Instruction& step, double* registers, double& result, double& answer)
+{
+    double value = operation(throughStage<input>(x, step.inputConstants()), step, registers);
+    value = throughStage<output>(value, step.outputConstants());
+    result = value;
+    return answerWith(value, answer);
+}
+
+template <Operation operation, Stage input>
+RunProgram runAloneWithInput(Stage output)
+{
+    return output == Stage::None    ? runAlone<operation, input, Stage::None>
+           : output == Stage::Scale ? runAlone<operation, input, Stage::Scale>
+                                    : nullptr;
+}
+
+template <Operation operation>
+RunProgram runAloneOf(const Instruction& step)
+{
+    switch (step.input) {
+        case Stage::None:
+            return runAloneWithInput<operation, Stage::None>(step.output);
+        case Stage::Times:
+            return runAloneWithInput<operation, Stage::Times>(step.output);
+        case Stage::Shift:
+            return runAloneWithInput<operation, Stage::Shift>(step.output);
+        case Stage::Divide:
+            return runAloneWithInput<operation, Stage::Divide>(step.output);
+        default:
+            return runAloneWithInput<operation, Stage::General>(step.output);
+    }
+}
 
 // What an integrator asks for at each x: a scaled polynomial and, in the steps
 // behind it, its first derivatives. Their shapes follow from its own, so that the
@@ -242,22 +306,27 @@ bool areDerivatives(std::span<const Instruction> steps, std::uint32_t operand)
 }
 
 template <typename S, std::size_t count>
-[[gnu::always_inline]] inline void doDerivatives(const Instruction* step, double* registers)
+[[gnu::always_inline]] inline void doDerivatives(double a, const Instruction* step, double* registers)
 {
-    doStep<smallPolynomial<S::count, S::lowest>, Stage::None, Stage::None>(*step, registers);
+    registers[step->value] = smallPolynomial<S::count, S::lowest>(a, *step, registers);
     if constexpr (count > 1)
-        doDerivatives<typename S::Derivative, count - 1>(step + 1, registers);
+        doDerivatives<typename S::Derivative, count - 1>(a, step + 1, registers);
 }
 
 template <typename S, Stage input, std::size_t derivatives>
-void runLaw(const Instruction& law, double* registers)
+bool runLaw(double x, const Instruction& law, double* registers, double& result, double& answer)
 {
-    doStep<smallPolynomial<S::count, S::lowest>, input, Stage::Scale>(law, registers);
-    doDerivatives<typename S::Derivative, derivatives>(&law + 1, registers);
+    if constexpr (input != Stage::None)
+        registers[law.moved] = x = throughStage<input>(x, law.inputConstants());
+    const double value = smallPolynomial<S::count, S::lowest>(x, law, registers);
+    registers[law.value] = value;
+    registers[law.target] = throughStage<Stage::Scale>(value, law.outputConstants());
+    doDerivatives<typename S::Derivative, derivatives>(x, &law + 1, registers);
+    return answerWith(result, answer);
 }
 
 template <typename S, Stage input>
-Instruction::Run runForLaw(std::span<const Instruction> code)
+RunProgram runForLaw(std::span<const Instruction> code)
 {
     if constexpr (S::degree > 0) {
         if (!areDerivatives<typename S::Derivative>(code.subspan(1),
@@ -278,11 +347,13 @@ Instruction::Run runForLaw(std::span<const Instruction> code)
 }
 
 template <typename S>
-Instruction::Run runForLawOf(std::span<const Instruction> code)
+RunProgram runForLawOf(std::span<const Instruction> code)
 {
     switch (code.front().input) {
         case Stage::None:
             return runForLaw<S, Stage::None>(code);
+        case Stage::Times:
+            return runForLaw<S, Stage::Times>(code);
         case Stage::Shift:
             return runForLaw<S, Stage::Shift>(code);
         case Stage::Divide:
@@ -292,11 +363,38 @@ Instruction::Run runForLawOf(std::span<const Instruction> code)
     }
 }
 
+// What there is for programs that begin with a polynomial of this shape.
+struct RunsOfShape {
+    RunProgram (*alone)(const Instruction& step);
+    RunProgram (*law)(std::span<const Instruction> code);
+};
+
 template <std::size_t... i>
-constexpr auto runsForLaws(std::index_sequence<i...>)
+constexpr auto runsOfShapes(std::index_sequence<i...>)
 {
-    return std::array{
-        &runForLawOf<Shape<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>>...};
+    constexpr auto of = []<typename S>(S) {
+        return RunsOfShape{runAloneOf<smallPolynomial<S::count, S::lowest>>, runForLawOf<S>};
+    };
+    return std::array{of(Shape<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>())...};
+}
+
+// For programs that begin with an operation on x; null for most.
+RunProgram runForOperation(std::span<const Instruction> code, std::uint32_t result)
+{
+    static constexpr auto kShapes = runsOfShapes(SmallPolynomialIndices());
+    const Instruction& first = code.front();
+    if (first.a != 0)
+        return nullptr;
+    const bool isAlone =
+        code.size() == 1 && result == (first.output == Stage::None ? first.value : first.target);
+    if (isAlone && first.code == Code::Call1)
+        return runAloneOf<call1>(first);
+    if (!isSmallPolynomial(first))
+        return nullptr;
+    const RunsOfShape& shape = kShapes[smallPolynomialIndex(first)];
+    if (isAlone)
+        return shape.alone(first);
+    return first.output == Stage::Scale ? shape.law(code) : nullptr;
 }
 
 // --- Points side by side -------------------------------------------------------------------
@@ -329,6 +427,8 @@ void rowThroughStage(std::size_t count, Stage stage, const double* c, const doub
             break;
         case Stage::Scale:
             return rowThrough<Stage::Scale>(count, c, from, to);
+        case Stage::Times:
+            return rowThrough<Stage::Times>(count, c, from, to);
         case Stage::Shift:
             return rowThrough<Stage::Shift>(count, c, from, to);
         case Stage::Divide:
@@ -472,16 +572,10 @@ Instruction::Run runFor(const Instruction& step)
     return nullptr;
 }
 
-Instruction::Run runForAll(std::span<const Instruction> code)
+RunProgram runForProgram(std::span<const Instruction> code, std::uint32_t result)
 {
-    static constexpr auto kLaws = runsForLaws(SmallPolynomialIndices());
-    const Instruction& first = code.front();
-    if (code.size() == 1)
-        return first.run;
-    Instruction::Run law = nullptr;
-    if (isSmallPolynomial(first) && first.output == Stage::Scale)
-        law = kLaws[smallPolynomialIndex(first)](code);
-    return law != nullptr ? law : runInTurn;
+    const RunProgram run = runForOperation(code, result);
+    return run != nullptr ? run : runForSteps(code.size(), std::make_index_sequence<kMostStepsAtOnce>());
 }
 
 void runBlock(std::span<const Instruction> code, double* registers, std::size_t count)

@@ -44,8 +44,20 @@ struct StageConstants {
         if (isNone)
             return Stage::None;
         if (!has(1))
-            return Stage::Shift;
+            return has(3) ? Stage::Shift : Stage::Times;
         return has(2) || has(3) ? Stage::General : Stage::Divide;
+    }
+
+    // For an angle one factor does for the division and the factor behind it, which
+    // have as many roundings. A law's angle must keep its bits at the end of the
+    // stretch, where its x has come to be the divisor.
+    void joinFactors()
+    {
+        const double factor = c[2] / c[1];
+        if (has(1) && has(2) && c[1] * factor == c[2]) {
+            c[1] = 1.0;
+            c[2] = factor;
+        }
     }
 
 private:
@@ -125,7 +137,7 @@ void finishWhole(Section& section)
     for (Instruction& step : whole)
         step.isLast = &step == &whole.back();
     chooseRuns(whole);
-    section.runWhole = runForAll(whole);
+    section.runWhole = runForProgram(whole, section.result);
 }
 
 // Makes one section. The walk goes down the ids, so that all users of a node have
@@ -363,7 +375,9 @@ private:
         // A step that only moves has its one stage as the input stage.
         const bool onlyMoves = step.code == Code::Move;
         const bool hasOneStage = onlyMoves && draft.input.isNone;
-        const StageConstants& input = hasOneStage ? draft.output : draft.input;
+        StageConstants input = hasOneStage ? draft.output : draft.input;
+        if (isSine(step) || isCosine(step))
+            input.joinFactors();
         StageConstants output = hasOneStage ? StageConstants() : draft.output;
         if (hasOneStage)
             step.moved = step.target;

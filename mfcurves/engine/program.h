@@ -29,6 +29,7 @@ enum class Code : std::uint8_t {
 enum class Stage : std::uint8_t {
     None,
     Scale,   // v * c2 + c3
+    Times,   // (v + c0) * c2
     Shift,   // (v + c0) * c2 + c3
     Divide,  // (v + c0) / c1
     General  // (v + c0) / c1 * c2 + c3
@@ -52,7 +53,7 @@ struct Instruction {
     Stage input = Stage::None;
     Stage output = Stage::None;
     std::uint8_t lowest = 0;  // exponent of a polynomial's first coefficient
-    bool isLast = false;      // of the steps that run at once
+    bool isLast = false;      // of its program
     std::uint32_t count = 0;
     std::uint32_t a = 0;
     std::uint32_t b = 0;
@@ -72,6 +73,11 @@ struct Instruction {
     const double* outputConstants() const { return constants - kStageConstants; }
 };
 
+/// Runs a program at one point x, which is the number in register 0, and sets
+/// `answer` to that in the register `result`. False, with `answer` untouched, if it is not finite.
+using RunProgram = bool (*)(double x, const Instruction& first, double* registers, double& result,
+                            double& answer);
+
 /// The steps for one order of a family. Nothing in it changes once it is made.
 struct Section {
     struct Constant {
@@ -79,12 +85,12 @@ struct Section {
         double number;
     };
 
-    std::vector<Instruction> code;        // this order, after the sections of the lower ones have run
-    std::vector<Instruction> whole;       // all orders up to this one; not empty
-    Instruction::Run runWhole = nullptr;  // runs the whole at one point, given its first step
-    std::vector<Constant> constants;      // registers that hold a number and are filled once
-    std::uint32_t result = 0;             // the register that holds the order's value
-    std::uint32_t registers = 0;          // how many the sections up to this one use
+    std::vector<Instruction> code;    // this order, after the sections of the lower ones have run
+    std::vector<Instruction> whole;   // all orders up to this one; not empty
+    RunProgram runWhole = nullptr;    // runs the whole at one point, given its first step
+    std::vector<Constant> constants;  // registers that hold a number and are filled once
+    std::uint32_t result = 0;         // the register that holds the order's value
+    std::uint32_t registers = 0;      // how many the sections up to this one use
 
     std::vector<double> numbers;       // what the constants of the steps point into
     std::vector<std::uint32_t> lists;  // what the lists of the steps point into

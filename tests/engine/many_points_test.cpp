@@ -147,33 +147,61 @@ std::string lawText(int terms, int lowest, const std::string& u)
 
 // At each x the orders are asked for in another sequence, so that laws and their
 // derivatives are computed alone, together and one after the other.
-TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
+void expectBitsOfManyPoints(const std::string& text)
 {
     const std::vector<int> kSequences[] = {{0},       {0, 1, 2, 3}, {3}, {0, 1}, {2, 0},
                                            {0, 1, 2}, {3, 2, 1, 0}, {1}, {0, 3}};
     const std::vector<double> x = points(std::size(kSequences) * 3, -2.0, 3.0);
-    for (const char* u : {"x", "(x-0.3)", "(x/1.7)", "((x-0.3)/1.7)", "(2*(x-0.3)/1.7)"}) {
-        for (int terms = 1; terms <= 5; ++terms) {
-            for (int lowest = 0; lowest <= 5; ++lowest) {
-                const std::string text = lawText(terms, lowest, u);
-                const Orders together(text);
-                const Orders asked(text);
-                ASSERT_TRUE(together && asked) << text;
-                std::vector<double> expected[4];
-                for (int order = 0; order < 4; ++order)
-                    expected[order] = many(together[order], x);
-                for (std::size_t i = 0; i < x.size(); ++i) {
-                    for (const int order : kSequences[i % std::size(kSequences)]) {
-                        const std::optional<double> value = evaluate(asked[order], x[i]);
-                        ASSERT_TRUE(value) << text;
-                        ASSERT_EQ(std::bit_cast<std::uint64_t>(*value),
-                                  std::bit_cast<std::uint64_t>(expected[order][i]))
-                            << text << "\norder " << order << " at " << x[i];
-                    }
-                }
-            }
+    const Orders together(text);
+    const Orders asked(text);
+    ASSERT_TRUE(together && asked) << text;
+    std::vector<double> expected[4];
+    for (int order = 0; order < 4; ++order) {
+        expected[order] = many(together[order], x);
+        ASSERT_EQ(expected[order].size(), x.size()) << text;
+    }
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        for (const int order : kSequences[i % std::size(kSequences)]) {
+            const std::optional<double> value = evaluate(asked[order], x[i]);
+            ASSERT_TRUE(value) << text;
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(*value), std::bit_cast<std::uint64_t>(expected[order][i]))
+                << text << "\norder " << order << " at " << x[i];
         }
     }
+}
+
+constexpr const char* kStretches[] = {"x",       "(x-0.3)",       "(3*x)",           "(3*(x-0.3))",
+                                      "(x/1.7)", "((x-0.3)/1.7)", "(2*(x-0.3)/1.7)", "(2*(x-0.3)/1.7+0.4)"};
+
+TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
+{
+    for (const char* u : kStretches) {
+        for (int terms = 1; terms <= 5; ++terms) {
+            for (int lowest = 0; lowest <= 5; ++lowest)
+                expectBitsOfManyPoints(lawText(terms, lowest, u));
+        }
+    }
+}
+
+TEST(Functions, HaveTheBitsOfManyPointsWhateverIsAskedFor)
+{
+    for (const std::string u : kStretches) {
+        for (const std::string f : {"sin", "cos", "exp", "atan", "int"}) {
+            for (const std::string& text :
+                 {f + "(" + u + ")", "2-3*" + f + "(" + u + ")", "(" + f + "(" + u + ")+1.1)/0.7*1.3+0.1"})
+                expectBitsOfManyPoints(text);
+        }
+    }
+}
+
+// The derivative of half the square of what the law shifts is that shifted x.
+TEST(Laws, LendTheirShiftedXToADerivative)
+{
+    expectBitsOfManyPoints("1.5+0.5*(x-0.3)^2");
+    const Orders compiled("1.5+0.5*(x-0.25)^2");
+    EXPECT_EQ(compiled.at(2.25, 0), 3.5);
+    EXPECT_EQ(compiled.at(2.25, 1), 2.0);
+    EXPECT_EQ(compiled.at(4.25, 1), 4.0);
 }
 
 TEST(ManyPoints, OfAnyOtherCalculatorAreAskedOneByOne)

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
+#include <string>
 #include <vector>
 
 #include "tests/engine/compiled.h"
@@ -65,6 +67,22 @@ TEST_P(SimplificationAccuracy, IsThatOfTheTextAsItStands)
 }
 
 INSTANTIATE_TEST_SUITE_P(Engine, SimplificationAccuracy, testing::ValuesIn(readTable<3>("plain_values.txt")));
+
+// Rows meet where their laws end: there the angle is what the text says, to the bit.
+TEST(AngleOfALaw, KeepsItsBitsAtTheEndOfItsStretch)
+{
+    constexpr double kPi = std::numbers::pi;
+    for (int i = 1; i <= 2000; ++i) {
+        const double x1 = std::round(1e6 * std::sin(i)) / 1e6;
+        const double x2 = x1 + std::round(1e6 * (1.1 + std::cos(3 * i))) / 1e6;
+        const std::string u =
+            "((x-" + std::to_string(x1) + ")/(" + std::to_string(x2) + "-" + std::to_string(x1) + "))";
+        const double end = std::stod(std::to_string(x2));
+        EXPECT_EQ(evaluate(compile("cos(pi*" + u + "/2)"), end), std::cos(kPi / 2)) << u;
+        EXPECT_EQ(evaluate(compile("sin(2*pi*" + u + ")"), end), std::sin(2 * kPi)) << u;
+        EXPECT_EQ(evaluate(compile("sin(7*" + u + ")"), end), std::sin(7.0)) << u;
+    }
+}
 
 }  // namespace
 }  // namespace engine_test
