@@ -2,15 +2,18 @@
 
     scripts/coverage.py COVERAGE.json EXPLAINED.txt UNCOVERED.txt
 
-COVERAGE.json is what `llvm-cov export` writes. A line of EXPLAINED.txt is
-`file | text of the line | reason`. The exit status is 1 when UNCOVERED.txt is
-not empty.
+COVERAGE.json is what `llvm-cov export` writes. A stretch of code that nothing ran is
+one place, named by the line on which it begins, and so is a side of a condition that
+was never taken. A line of EXPLAINED.txt is `file | text of the line | reason`. The
+exit status is 1 when UNCOVERED.txt is not empty.
 """
+import collections
 import json
 import pathlib
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+CODE = 0  # a kind of region; the others are gaps, expansions and skipped text
 
 
 def read_explained(path):
@@ -22,30 +25,52 @@ def read_explained(path):
     return places
 
 
-def lines_not_run(file):
-    """Lines that begin in a region whose count is 0."""
-    missed = set()
-    segments = file["segments"]
-    for (line, _, count, has_count, _, is_gap), after in zip(segments, segments[1:]):
-        if has_count and not is_gap and count == 0:
-            missed.update(range(line, max(line + 1, after[0])))
+def regions_not_run(functions):
+    """By file, the regions of code whose count is 0, as pairs of begin and end, without
+    those that stand straight in another one. Regions that begin at one place count as
+    one: the forms of a template, of which one may run what another leaves out."""
+    runs = collections.defaultdict(collections.Counter)
+    ends = collections.defaultdict(dict)
+    for function in functions:
+        for line, column, end_line, end_column, count, file, _, kind in function["regions"]:
+            if kind != CODE:
+                continue
+            name, begin, end = function["filenames"][file], (line, column), (end_line, end_column)
+            runs[name][begin] += count
+            ends[name][begin] = max(end, ends[name].get(begin, end))
+    missed = collections.defaultdict(list)
+    for name, counts in runs.items():
+        around = []
+        for begin in sorted(counts):
+            while around and ends[name][around[-1]] <= begin:
+                around.pop()
+            if counts[begin] == 0 and not (around and counts[around[-1]] == 0):
+                missed[name].append((begin, ends[name][begin]))
+            around.append(begin)
     return missed
 
 
-def conditions_half_taken(file):
+def conditions_half_taken(branches, not_run):
     """Line numbers of conditions, each with what it never was. Several programs
     and several forms of a template count as one."""
     taken = {}
-    for branch in file["branches"]:
+    for branch in branches:
         where, true, false = tuple(branch[:4]), branch[4], branch[5]
         before = taken.get(where, (0, 0))
         taken[where] = (before[0] + true, before[1] + false)
-    sides = 2 * len(taken)
+    # Where the code runs and its condition is neither, the compiler knew the answer.
+    taken = {where: counts for where, counts in taken.items()
+             if counts != (0, 0) or any(begin <= where[:2] < end for begin, end in not_run)}
     missed = [(where[0], "true" if true == 0 else "false")
               for where, (true, false) in taken.items() if (true == 0) != (false == 0)]
-    missed += [(where[0], "asked") for where, counts in taken.items() if counts == (0, 0)]
     reached = sum((true > 0) + (false > 0) for true, false in taken.values())
-    return missed, reached, sides
+    return missed, reached, 2 * len(taken)
+
+
+def line_that_names(region, source):
+    """The line on which it begins; that of its head, for the body of a function."""
+    line = region[0][0]
+    return line - 1 if source[line - 1].strip() == "{" else line
 
 
 def main():
@@ -54,21 +79,21 @@ def main():
     used = set()
     uncovered = []
     totals = [0, 0, 0, 0]
-    for file in json.load(open(coverage))["data"][0]["files"]:
+    data = json.load(open(coverage))["data"][0]
+    missed = regions_not_run(data["functions"])
+    for file in data["files"]:
         name = str(pathlib.Path(file["filename"]).relative_to(ROOT))
         source = (ROOT / name).read_text().splitlines()
-        not_run = lines_not_run(file)
-        half, reached, sides = conditions_half_taken(file)
+        not_run = missed[file["filename"]]
+        half, reached, sides = conditions_half_taken(file["branches"], not_run)
         lines = file["summary"]["lines"]
         for i, number in enumerate((lines["covered"], lines["count"], reached, sides)):
             totals[i] += number
         print(f"{name}: lines {lines['covered']}/{lines['count']}, branches {reached}/{sides}")
-        places = [(number, "not run") for number in not_run]
-        places += [(number, "never " + side) for number, side in half if number not in not_run]
+        places = [(line_that_names(region, source), "not run") for region in not_run]
+        places += [(number, "never " + side) for number, side in half]
         for number, what in sorted(places):
             text = source[number - 1].strip()
-            if text in ("", "{", "}", "};"):
-                continue
             if (name, text) in explained:
                 used.add((name, text))
             else:
