@@ -193,8 +193,8 @@ std::optional<NodeId> gatheredSum(Graph& graph, NodeId a, NodeId b)
     return polynomial(graph, u, 0, {total.c.data(), static_cast<std::size_t>(total.highest) + 1});
 }
 
-// factor * polynomial with the factor in the coefficients: in a text only where that
-// is exact.
+// factor * polynomial with the factor in the coefficients: where none of them over- or
+// underflows, and in a text only where that is exact.
 std::optional<NodeId> scaledPolynomial(Graph& graph, double factor, NodeId id)
 {
     const Node node = graph[id];
@@ -204,6 +204,8 @@ std::optional<NodeId> scaledPolynomial(Graph& graph, double factor, NodeId id)
     const auto coefficients = graph.coefficients(node);
     for (std::size_t i = 0; i < coefficients.size(); ++i) {
         terms.c[i] = factor * coefficients[i];
+        if (coefficients[i] != 0.0 && !std::isnormal(terms.c[i]))
+            return std::nullopt;
         const bool one = node.count == 1;
         if (!isFree(graph) && !(one && isExactProduct(factor, coefficients[i])) && !isPowerOfTwo(factor))
             return std::nullopt;
@@ -219,12 +221,12 @@ std::optional<NodeId> monomialProduct(Graph& graph, NodeId a, NodeId b)
     const bool aIsOne = isMonomial(graph, a);
     const bool bIsOne = isMonomial(graph, b);
     const NodeId u = aIsOne ? graph[a].a : a;
-    if ((bIsOne ? graph[b].a : b) != u || isConstant(graph, u))
+    if ((bIsOne ? graph[b].a : b) != u)
         return std::nullopt;
     const int exponent = (aIsOne ? graph[a].lowest : 1) + (bIsOne ? graph[b].lowest : 1);
     const double factor =
         (aIsOne ? graph.coefficients(graph[a])[0] : 1.0) * (bIsOne ? graph.coefficients(graph[b])[0] : 1.0);
-    if (exponent > kLargestProductPower)
+    if (exponent > kLargestProductPower || !std::isnormal(factor))
         return std::nullopt;
     return polynomial(graph, u, exponent, {&factor, 1});
 }
@@ -385,8 +387,6 @@ NodeId power(Graph& graph, NodeId base, NodeId exponent)
             return polynomial(graph, base, n, {&one, 1});
         if (n < 0)
             return quotient(graph, constant(graph, 1.0), polynomial(graph, base, -n, {&one, 1}));
-        if (isFree(graph))
-            return constant(graph, 1.0);
     }
     return makeNode(graph, Op::Call2, base, exponent, FunctionId::Power);
 }
@@ -406,7 +406,7 @@ NodeId polynomial(Graph& graph, NodeId u, int lowest, std::span<const double> c)
         c = c.subspan(1);
 
     // Where u is undefined the text is, even if no coefficient asks for u.
-    if (c.size() == 1 && (lowest == 0 || c[0] == 0.0))
+    if (c.size() == 1 && lowest == 0)
         return sum(graph, product(graph, 0.0, u), constant(graph, c[0]));
     if (c.size() == 1 && lowest == 1)
         return product(graph, c[0], u);
@@ -449,9 +449,7 @@ NodeId call(Graph& graph, FunctionId id, NodeId a, NodeId b)
 
 NodeId chooseLess(Graph& graph, NodeId p, NodeId q, NodeId ifLess, NodeId otherwise)
 {
-    if (isConstant(graph, p) && isConstant(graph, q))
-        return graph[p].number < graph[q].number ? ifLess : otherwise;
-    if (ifLess == otherwise && isFree(graph))
+    if (ifLess == otherwise)
         return ifLess;
     const NodeId operands[] = {p, q, ifLess, otherwise};
     return makeChoice(graph, Op::ChooseLess, operands);

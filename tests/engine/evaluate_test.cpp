@@ -59,6 +59,16 @@ TEST(ArgumentCount, IsAnyWithoutParameters)
     EXPECT_EQ(*result.getValue(), 6.0);
 }
 
+TEST(ArgumentCount, OfNoArgumentsIsNone)
+{
+    MMEP_Data result(kUntouched);
+    EXPECT_FALSE(compileFree(L"2*x")->Evaluate(1, nullptr, result));
+    EXPECT_FALSE(compileFree(L"a+b")->Evaluate(2, nullptr, result));
+    EXPECT_EQ(*result.getValue(), kUntouched);
+    EXPECT_TRUE(compileFree(L"2*3")->Evaluate(1, nullptr, result));
+    EXPECT_EQ(*result.getValue(), 6.0);
+}
+
 TEST(Arguments, StandInTheOrderOfTheParameters)
 {
     const Calculator calculator = compileFree(L"b/a-b");
@@ -114,6 +124,8 @@ const FailureCase kFailures[] = {
     {"ConstantDivisionByZeroInASum", "x+1/0", 1.0, {}},
     {"ConstantWithoutAValue", "ln(-1)", 1.0, {}},
     {"ConstantOutOfRange", "1e308*10", 1.0, {}},
+    {"TermsWhoseFactorsWouldOverflow", "1e308*x^2+1.5e308*x^2", 0.125, 1e308 / 64 + 1.5e308 / 64},
+    {"ChoiceByNoValue", "if(0/0:1,2,3)", 1.0, {}},
     {"QuotientOfItselfAtZero", "x/x", 0.0, {}},
     {"QuotientOfItself", "x/x", 3.0, 1.0},
     {"ZeroTimesNoValue", "0*log(x)", -1.0, {}},
@@ -186,6 +198,44 @@ std::int64_t bits(std::optional<double> value)
 {
     return value ? std::bit_cast<std::int64_t>(*value) : std::bit_cast<std::int64_t>(kNaN);
 }
+
+/// A text of factors that leave the range of numbers when they are multiplied first.
+struct RangeCase {
+    const char* name;
+    const char* text;
+    double x;
+    double value;
+    double slope;
+};
+
+void PrintTo(const RangeCase& c, std::ostream* os)
+{
+    *os << c.text;
+}
+
+class Range : public testing::TestWithParam<RangeCase> {};
+
+TEST_P(Range, IsThatOfTheTextAsItStands)
+{
+    const RangeCase& c = GetParam();
+    const Orders compiled(c.text);
+    ASSERT_TRUE(compiled);
+    ASSERT_TRUE(compiled.at(c.x, 0));
+    EXPECT_DOUBLE_EQ(*compiled.at(c.x, 0), c.value);
+    ASSERT_TRUE(compiled.at(c.x, 1));
+    EXPECT_DOUBLE_EQ(*compiled.at(c.x, 1), c.slope);
+}
+
+const RangeCase kRangeCases[] = {
+    {"SmallFactors", "2^-600*(2^-600*x^2)", 0x1p500, 0x1p-200, 0x1p-699},
+    {"LargeFactors", "2^600*(2^600*x^2)", 0x1p-500, 0x1p200, 0x1p701},
+    {"SmallMonomials", "(2^-600*x^2)*(2^-600*x^3)", 0x1p200, 0x1p-200, 5 * 0x1p-400},
+    {"LargeMonomials", "(2^600*x^2)*(2^600*x^3)", 0x1p-220, 0x1p100, 5 * 0x1p320},
+    {"LargestPowerOfTwoAsADivisor", "x/2^1023", 0x1.8p1023, 1.5, 0x1p-1023},
+};
+
+INSTANTIATE_TEST_SUITE_P(Engine, Range, testing::ValuesIn(kRangeCases),
+                         [](const auto& tested) { return tested.param.name; });
 
 TEST(FamilyMemory, TellsTheZerosApart)
 {

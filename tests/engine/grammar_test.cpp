@@ -138,6 +138,8 @@ const GrammarCase kFunctions[] = {
     {"SignOfAPositive", "sign(x)", 1.0},
     {"SignOfANegative", "sign(-x)", -1.0},
     {"SignOfZero", "sign(x-3)", 0.0},
+    {"StepOfNumbersAlone", "step(1,0,2,4,2)", 2.0},
+    {"PolynomialOfAHighDegree", "poly(x,1,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,3,5)", 13 * 262144.0},  // 2^18
     {"SignTaken", "sign(5,-x)", -5.0},
     {"SignTakenFromANegative", "sign(-5,x)", 5.0},
     {"SignTakenFromZero", "sign(-5,x-3)", 5.0},

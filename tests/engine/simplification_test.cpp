@@ -59,6 +59,8 @@ struct FoldingCase {
     const char* derivative;
 };
 
+#define ONES L",1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1"  // 18 coefficients, one more than are gathered
+
 const FoldingCase kFoldingCases[] = {
     {"ConstantsAreFolded", L"2*3+x-1/2", "(-0.5+(6+x))", "1"},
     {"NeutralElementsGo", L"0+1*x/1-0", "x", "1"},
@@ -73,10 +75,18 @@ const FoldingCase kFoldingCases[] = {
     {"SquareOfAGroup", L"(x-1)^2", "(-1+x)^2[1]", "(2*(-1+x))"},
     {"TermsBecomeAPolynomial", L"10*x^3-15*x^4+6*x^5", "x^3[10, -15, 6]", "x^2[30, -60, 30]"},
     {"EqualPowersAreAdded", L"3*x^2+2*x^2", "x^2[5]", "(10*x)"},
+    {"PowersThatCancelGo", L"x^3+x^2-x^3", "x^2[1]", "(2*x)"},
+    {"AllPowersCancelWhereXIsDefined", L"x^2+x^3-x^2-x^3", "(0*x)", "0"},
     {"SumsThatWouldRoundStay", L"0.1*x^2+0.2*x^2", "(x^2[0.1]+x^2[0.2])", "(0.6*x)"},
     {"ShiftedXStaysAGroup", L"x-1+x^2", "((-1+x)+x^2[1])", "(1+(2*x))"},
     {"ExponentialStaysAFactor", L"x^2*exp(-x)", "(x^2[1]*exp((-1*x)))", "(exp((-1*x))*x^1[2, -1])"},
     {"QuotientReusesItself", L"sin(x)/x", "(sin(x)/x)", "((cos(x)+(-1*(sin(x)/x)))/x)"},
+    {"LongPolynomialsStayApart", L"x^2+poly(x,0" ONES L")",
+     "(x^2[1]+x^0[1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1])",
+     "x^0[1, 4, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17]"},
+    {"LongPolynomialsKeepTheirFactor", L"3*poly(x,0" ONES L")",
+     "(3*x^0[1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1])",
+     "x^0[3, 6, 9, 12, 15, 18, 21, 24, 27, 30, 33, 36, 39, 42, 45, 48, 51]"},
     {"FactorsMoveToTheFront", L"sin(2*x)", "sin((2*x))", "(2*cos((2*x)))"},
 };
 
