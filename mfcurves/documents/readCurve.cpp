@@ -288,7 +288,9 @@ private:
 
     bool exists(const mfFunctionBase_c* kind)
     {
-        return kind || fail("The motion function was not initialised.");
+        if (kind)
+            return true;
+        return fail("The motion function was not initialised.");
     }
 
     // A node that every document holds; null, which fails the read, where this one

@@ -271,8 +271,7 @@ private:
     {
         if (!at(TokenKind::Bad))
             return false;
-        if (!error_)
-            error_ = lexer_.error();
+        error_ = lexer_.error();
         return true;
     }
 

@@ -189,11 +189,12 @@ double Spline::iOrderAt(double t) const
 {
     if constexpr (order == 0)
         return current_.a + t * (current_.b + t * (current_.c + t * current_.d));
-    if constexpr (order == 1)
+    else if constexpr (order == 1)
         return current_.b + t * (current_.c2 + t * current_.d3);
-    if constexpr (order == 2)
+    else if constexpr (order == 2)
         return current_.c2 + t * current_.d6;
-    return current_.d6;
+    else
+        return current_.d6;
 }
 
 // Curves are mostly walked along, so the piece behind is tried before any search.

@@ -148,7 +148,7 @@ void splitTokens(const std::string& text, const std::string& delimiters, bool ke
             out.push_back(text.substr(start, end - start));
             start = pos == kAbsent ? kAbsent : text.find_first_not_of(delimiters, pos);
         }
-        if (keep && pos != kAbsent && (start == kAbsent || pos < start)) {
+        if (keep && pos != kAbsent) {
             const std::size_t end = start == kAbsent ? last : start;
             for (; pos < end; ++pos)
                 out.emplace_back(1, text[pos]);

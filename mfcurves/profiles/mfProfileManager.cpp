@@ -1,7 +1,6 @@
 #include "mfcurves/profiles/mfProfileManager.h"
 
 #include <limits>
-#include <unordered_set>
 
 #include "mfcurves/interfaces/IMotionServices.h"
 #include "mfcurves/interfaces/hostAnswers.h"
@@ -323,18 +322,9 @@ bool mfProfileManager_c::getAllProfileNames(std::vector<CString>& names)
 void mfProfileManager_c::collectNames(const ProfileMap& map, const std::vector<CString>& list,
                                       std::vector<CString>& names)
 {
-    if (map.size() != list.size())
-        return;
-    std::unordered_set<std::wstring_view> listed;
-    for (const CString& name : list)
-        listed.insert(name.View());
-    for (const auto& [key, record] : map) {
-        CString displayName;
-        key.keyDisplayName(displayName);
-        if (!listed.contains(displayName.View()))
-            return;
-    }
-    names.insert(names.end(), list.begin(), list.end());
+    // Each record brought its name; one that took a place over brought a name too many.
+    if (map.size() == list.size())
+        names.insert(names.end(), list.begin(), list.end());
 }
 
 // A current suffix stands for itself, and any other bracketed text is taken for a

@@ -36,10 +36,7 @@ mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
     if (key == nullptr || key->name.IsEmpty()) {
         CString displayName;
         manager.defaultDisplayName(displayName);
-        const mfProfileKey_c defaultKey = manager.getProfileKeyFromDisplayName(displayName);
-        if (defaultKey.isEmpty())
-            return nullptr;
-        segment.setProfileKey(defaultKey);
+        segment.setProfileKey(manager.getProfileKeyFromDisplayName(displayName));
     }
     if (segment.getProfile() == nullptr)
         segment.setProfile(manager.findProfile(*segment.getProfileKey()));
