@@ -1,5 +1,5 @@
-// The allocator of this program fails at the n-th request, for every n that a
-// piece of work makes: each call then succeeds or lets the exception through to
+// The allocator of this program fails at the n-th request, or at it and all behind
+// it, for every n that a piece of work makes: each call then succeeds or lets the exception through to
 // the host, the objects can still be destroyed, nothing stays behind, and nothing
 // is printed.
 
@@ -10,6 +10,7 @@
 #include <libxml/xmlmemory.h>
 #include <new>
 #include <string>
+#include <tuple>
 
 #include "mfcurves/mfcurves.h"
 #include "tests/reliability/sessions.h"
@@ -18,6 +19,7 @@ namespace {
 
 // Requests left until one fails; none fails while it is 0.
 long requestsLeft = 0;
+bool failsFromThenOn = false;
 bool hasFailed = false;
 long liveBlocks = 0;
 long linesPrinted = 0;  // by the XML engine
@@ -27,6 +29,8 @@ bool failsNow()
     if (requestsLeft == 0 || --requestsLeft > 0)
         return false;
     hasFailed = true;
+    if (failsFromThenOn)
+        requestsLeft = 1;
     return true;
 }
 
@@ -131,7 +135,7 @@ void runSession(const mf::test::Work& work)
         work.run(function);
 }
 
-class AllocationFailure : public testing::TestWithParam<mf::test::Work> {
+class AllocationFailure : public testing::TestWithParam<std::tuple<mf::test::Work, bool>> {
 protected:
     static void SetUpTestSuite()
     {
@@ -142,11 +146,13 @@ protected:
 
 TEST_P(AllocationFailure, SucceedsOrThrowsAndLeavesNothingBehind)
 {
-    const mf::test::Work& work = GetParam();
+    const auto& [work, fromThenOn] = GetParam();
+    failsFromThenOn = fromThenOn;
     // What is made once for the life of the process, and what the engine keeps of
     // compiled texts, is there after this.
     runSession(work);
     runSession(work);
+    xmlResetLastError();  // the XML engine keeps a copy of its last error for the thread
 
     long failures = 0;
     for (long request = 1;; ++request) {
@@ -159,7 +165,7 @@ TEST_P(AllocationFailure, SucceedsOrThrowsAndLeavesNothingBehind)
             // CMemoryException is one too.
         }
         requestsLeft = 0;
-        xmlResetLastError();  // the XML engine keeps a copy of its last error for the thread
+        xmlResetLastError();
         ASSERT_EQ(liveBlocks, liveBefore) << "after request " << request << " failed";
         if (!hasFailed)
             break;
@@ -169,7 +175,13 @@ TEST_P(AllocationFailure, SucceedsOrThrowsAndLeavesNothingBehind)
     EXPECT_EQ(linesPrinted, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sessions, AllocationFailure, testing::ValuesIn(mf::test::kWork),
-                         [](const auto& tested) { return tested.param.name; });
+std::string nameOf(const testing::TestParamInfo<std::tuple<mf::test::Work, bool>>& info)
+{
+    const auto& [work, fromThenOn] = info.param;
+    return std::string(work.name) + (fromThenOn ? "FromThenOn" : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Sessions, AllocationFailure,
+                         testing::Combine(testing::ValuesIn(mf::test::kWork), testing::Bool()), nameOf);
 
 }  // namespace

@@ -40,6 +40,8 @@ inline const char* const kExpressionDocument =
     "<DepVar>ForceTorqueType_Force</DepVar><Cursor></Cursor>"
     "<Expression>-20*time-0.5*sin(time)^3</Expression></Curve>";
 
+inline const char* const kBrokenDocument = "<Curve><Version>1</Version><FunctionName>cam</Curve>";
+
 // True when initialize found the memory for every kind; a kind that it did not
 // get is null.
 inline bool isWhole(mfFunctionData_c& function)
@@ -161,6 +163,7 @@ inline const Work kWork[] = {
     {"ReadAndWriteSegments", [](mfFunctionData_c& f) { readWriteRead(f, kSegmentDocument); }},
     {"ReadAndWritePoints", [](mfFunctionData_c& f) { readWriteRead(f, kPointDocument); }},
     {"ReadAndWriteExpression", [](mfFunctionData_c& f) { readWriteRead(f, kExpressionDocument); }},
+    {"ReadWhatIsNoDocument", [](mfFunctionData_c& f) { f.readXMLData(L"", true, kBrokenDocument); }},
 };
 
 }  // namespace mf::test
