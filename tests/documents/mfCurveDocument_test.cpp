@@ -46,6 +46,18 @@ TEST(NewDocument, HoldsNothing)
     EXPECT_EQ(xmlStartCount(), before);
 }
 
+TEST(NewDocument, SavesNothingAndKeepsItsText)
+{
+    const TemporaryFolder folder;
+    mfCurveDocument_c document;
+    document.setPath(folder.write("a.xml", "old").c_str());
+    document.setXmlText("before");
+    document.save();
+    document.extractXmlText();
+    EXPECT_EQ(folder.read("a.xml"), "old");
+    EXPECT_EQ(document.getXmlText(), "before");
+}
+
 TEST(InitializeDocument, RaisesTheCountOfStartsEachTime)
 {
     const int before = xmlStartCount();

@@ -145,6 +145,27 @@ TEST_F(ReadOptions, RemarksEnd)
               R"("y" of "Point" 20 is "high", which is no finite number; it reads as 0.)");
 }
 
+TEST_F(ReadOptions, RemarksOnLawsAndOnTheirRowsEnd)
+{
+    std::string laws;
+    std::string rows = kStart;
+    for (int i = 0; i < 30; ++i) {
+        laws += definition("Law" + std::to_string(i), "y=x");
+        rows += segment(std::to_string(i), std::to_string(i + 1), "5", "Yours");
+    }
+    const auto readLaws =
+        documents::readCurve(function, L"", true, withRows(kStart).set("ProfileDefinitions", laws).xml());
+    ASSERT_EQ(readLaws.remarks.size(), documents::kMostRemarks);
+    EXPECT_EQ(readLaws.remarks.back(),
+              R"("ProfileDefinition" 20, "Law19", is left out: the header has no closing parenthesis.)");
+    const auto readRows = documents::readCurve(function, L"", true, withRows(rows).xml());
+    ASSERT_EQ(readRows.remarks.size(), documents::kMostRemarks);
+    EXPECT_EQ(readRows.remarks.back(),
+              R"("Profile" of "Segment" 21 is "Yours", which the document does not define; )"
+              R"x(the row takes "Cubic (Default)".)x");
+    EXPECT_EQ(segments().getSegmentCount(), 31);
+}
+
 TEST_F(ReadOptions, EveryRowIsHeardOf)
 {
     std::vector<std::pair<std::size_t, std::size_t>> heard;

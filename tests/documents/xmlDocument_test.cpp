@@ -242,8 +242,10 @@ TEST_P(Children, TakePositionsInDocumentOrder)
     XmlDocument document;
     ASSERT_TRUE(document.readUtf8(std::string("<T>") + GetParam().inside + "</T>"));
     std::string kinds;
-    for (XmlNode child = document.selectSingleNode("//T").firstChild(); child; child = child.nextSibling())
+    for (XmlNode child = document.selectSingleNode("//T").firstChild(); child; child = child.nextSibling()) {
         kinds += child.isElement() ? 'e' : '-';
+        EXPECT_FALSE(child.firstChild());
+    }
     EXPECT_EQ(kinds, GetParam().kinds);
 }
 
@@ -562,6 +564,17 @@ TEST(Read, ReplacesWhatTheDocumentHeld)
 }
 
 // What the host wants to do with errors of the XML engine is its own affair.
+// No document type stands behind these documents, so nothing is said of validity.
+TEST(Read, TakesIdentifiersAndNamespacesAsTheyStand)
+{
+    for (const char* xml : {"<a><b xml:id='1 2'/></a>", "<a><b xml:id='q'/><b xml:id='q'/></a>",
+                            "<a xmlns:m='relative'><b/></a>"}) {
+        XmlDocument document;
+        EXPECT_TRUE(document.readUtf8(xml)) << xml;
+        EXPECT_TRUE(document.selectSingleNode("//b")) << xml;
+    }
+}
+
 TEST(Read, LeavesTheErrorHandlerOfTheThreadAlone)
 {
     int context = 0;

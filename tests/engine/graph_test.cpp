@@ -74,6 +74,20 @@ TEST(Graph, TakesNoMoreNodesThanTheLimit)
     EXPECT_EQ(graph.size(), kMostNodes);
 }
 
+TEST(Graph, TakesNoListWhereItTakesNoNode)
+{
+    Graph graph;
+    constant(graph, 0.0);
+    const NodeId x = variable(graph, 0);
+    const NodeId y = variable(graph, 1);
+    for (std::size_t i = 3; i < kMostNodes - 1; ++i)
+        constant(graph, static_cast<double>(i));
+    EXPECT_FALSE(graph.full());
+    EXPECT_EQ(chooseLess(graph, x, y, y, x), kMostNodes - 1);  // its operands count too
+    EXPECT_TRUE(graph.full());
+    EXPECT_EQ(chooseLess(graph, y, x, y, x), 0u);
+}
+
 TEST(Graph, CountsCoefficientsAsNodes)
 {
     Graph graph;

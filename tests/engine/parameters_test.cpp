@@ -158,6 +158,49 @@ TEST(Parameters, MayBeMany)
     EXPECT_EQ(*result.getValue(), 2.0 * 42 + 1000);
 }
 
+TEST(Parameters, OfWhichThereAreManyAreFoundAgain)
+{
+    constexpr int kCount = 100;
+    std::wstring once = L"0";
+    std::wstring again;
+    for (int i = 0; i < kCount; ++i) {
+        const std::wstring number = std::to_wstring(i);
+        once += L"+p" + number + L"+{Result " + number + L"}";
+        again += L"+P" + number + L"*2+{Result " + number + L"}*3";
+    }
+    MotionMEParser parser;
+    ICalculator* raw = nullptr;
+    ASSERT_TRUE(parser.parse((once + again + L"+{RESULT 0}").c_str(), nullptr, &raw));
+    const Calculator calculator(raw);
+    ASSERT_EQ(parser.getParamsNum(), 2 * kCount + 1);
+    EXPECT_STREQ(parser.getParam(2 * 41).text, L"p41");
+    EXPECT_STREQ(parser.getParam(2 * 41 + 1).text, L"{Result 41}");
+    EXPECT_STREQ(parser.getParam(2 * kCount).text, L"{RESULT 0}");
+
+    std::vector<MMEP_Data> arguments(2 * kCount + 1, MMEP_Data(0.0));
+    *arguments[2 * 41].getValue() = 5.0;
+    *arguments[2 * 99 + 1].getValue() = 7.0;
+    MMEP_Data result;
+    ASSERT_TRUE(calculator->Evaluate(2 * kCount + 1, arguments.data(), result));
+    EXPECT_EQ(*result.getValue(), 3 * 5.0 + 4 * 7.0);
+}
+
+// No character at all, and yet a name like any other.
+TEST(Parameters, MayHaveCharactersBelowZero)
+{
+    const wchar_t text[] = {wchar_t(-5), L'*', L'2', L'+', L'a', L'\0'};
+    MotionMEParser parser;
+    ICalculator* raw = nullptr;
+    ASSERT_TRUE(parser.parse(text, nullptr, &raw));
+    const Calculator calculator(raw);
+    ASSERT_EQ(parser.getParamsNum(), 2);
+    EXPECT_EQ(parser.getParam(0).text[0], wchar_t(-5));
+    MMEP_Data arguments[] = {MMEP_Data(3.0), MMEP_Data(1.0)};
+    MMEP_Data result;
+    ASSERT_TRUE(calculator->Evaluate(2, arguments, result));
+    EXPECT_EQ(*result.getValue(), 7.0);
+}
+
 /// A text with a given variable, and its value where that is 3; absent when it is refused.
 struct GivenCase {
     const char* name;

@@ -177,6 +177,20 @@ TEST_P(Refusal, TellsThePlaceAndWhatWasExpected)
 INSTANTIATE_TEST_SUITE_P(Engine, Refusal, testing::ValuesIn(kRefusalCases),
                          [](const auto& tested) { return tested.param.name; });
 
+// Each coefficient that is no number costs a polynomial of its degree.
+TEST(CheckText, TellsOfATextWithTooManyParts)
+{
+    std::wstring text = L"cheby(x,0";
+    for (int i = 0; i < 2000; ++i)
+        text += L",x";
+    EXPECT_EQ(compile(text + L")", L"x"), nullptr);
+    const auto error = mf::engine::checkText((text + L")").c_str(), L"x");
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(error->offset, 0u);
+    EXPECT_EQ(error->message, "The expression is too large");
+    EXPECT_EQ(error->expected, "at most 1000000 parts");
+}
+
 TEST(CheckText, HasNothingToSayAboutAGoodText)
 {
     EXPECT_FALSE(mf::engine::checkText(L"sin(x)+y", nullptr).has_value());

@@ -358,8 +358,8 @@ TEST(CStringFormat, FollowsPrintf)
     CString text;
     text.Format(L"%f", 1.5);
     EXPECT_EQ(text, L"1.500000");
-    text.Format(L"%.6G|%g|%E", 1234567.0, 0.25, 1.0);
-    EXPECT_EQ(text, L"1.23457E+06|0.25|1.000000E+00");
+    text.Format(L"%.6G|%g|%E|%e", 1234567.0, 0.25, 1.0, -0.5);
+    EXPECT_EQ(text, L"1.23457E+06|0.25|1.000000E+00|-5.000000e-01");
     text.Format(L"%d|%5d|%-5d|%05d|%+d|%i", 42, 42, 42, 42, 42, -42);
     EXPECT_EQ(text, L"42|   42|42   |00042|+42|-42");
     text.Format(L"%u|%x|%X", 4294967295u, 255u, 255u);

@@ -1,9 +1,16 @@
 #include "mfcurves/platform/files.h"
 
 #include <atomic>
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 
@@ -130,10 +137,93 @@ TEST(ReplaceFile, WritesIntoAPipeInPlace)
     EXPECT_EQ(folder.count(), 1);
 }
 
+// More than a pipe holds, and a signal whenever the rest has to wait.
+TEST(ReplaceFile, GoesOnWritingAfterASignal)
+{
+    const TemporaryFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const int pipe = ::open((folder / "pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(pipe, 0);
+    struct sigaction ignoring {};
+    struct sigaction before {};
+    ignoring.sa_handler = [](int) {};  // without SA_RESTART: a waiting call ends
+    ASSERT_EQ(::sigaction(SIGUSR1, &ignoring, &before), 0);
+
+    const std::string content(500'000, 'x');
+    std::string read;
+    const pthread_t writer = ::pthread_self();
+    std::thread reader([&] {
+        for (int i = 0; i < 20; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            ::pthread_kill(writer, SIGUSR1);
+        }
+        char block[65536];
+        while (read.size() < content.size()) {
+            const ssize_t got = ::read(pipe, block, sizeof block);
+            if (got == 0)
+                break;  // nobody writes any more
+            read.append(block, got > 0 ? static_cast<std::size_t>(got) : 0);
+        }
+    });
+    EXPECT_TRUE(replaceFile(folder.wide("pipe").c_str(), content));
+    reader.join();
+    ::sigaction(SIGUSR1, &before, nullptr);
+    ::close(pipe);
+    EXPECT_EQ(read, content);
+}
+
 TEST(ReplaceFile, LeavesADeviceInPlace)
 {
     EXPECT_TRUE(replaceFile(L"/dev/null", "new"));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_FALSE(replaceFile(L"/dev/full", "new"));
+    EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+TEST(ReplaceFile, LeavesASocketInPlace)
+{
+    const TemporaryFolder folder;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = (folder / "socket").string();
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_FALSE(replaceFile(folder.wide("socket").c_str(), "new"));
+    EXPECT_TRUE(fs::is_socket(folder / "socket"));
+    EXPECT_EQ(folder.count(), 1);
+    ::close(socket);
+}
+
+TEST(ReplaceFile, LeavesTheOldFileWhereTheNewOneDoesNotFit)
+{
+    const TemporaryFolder folder;
+    const std::wstring path = folder.write("curve.xml", "old");
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{4096, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool replaced = replaceFile(path.c_str(), std::string(5000, 'x'));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(replaced);
+    EXPECT_EQ(folder.read("curve.xml"), "old");
+    EXPECT_EQ(folder.count(), 1);
+}
+
+TEST(ReplaceFile, WritesUnderNoNameThatAFileBears)
+{
+    const TemporaryFolder folder;
+    const std::string start = ".mfcurves-" + std::to_string(::getpid()) + "-";
+    for (int i = 0; i < 500; ++i)
+        folder.write(start + std::to_string(i), "mine");
+    EXPECT_TRUE(replaceFile(folder.wide("curve.xml").c_str(), "new"));
+    EXPECT_EQ(folder.read("curve.xml"), "new");
+    for (int i = 0; i < 500; ++i)
+        EXPECT_EQ(folder.read(start + std::to_string(i)), "mine");
+    EXPECT_EQ(folder.count(), 501);
 }
 
 TEST(ReplaceFile, FailsWhereThereIsNoFolder)
@@ -161,14 +251,39 @@ TEST(ReplaceFile, LeavesTheOldFileInAFolderThatCannotBeWritten)
     EXPECT_EQ(folder.count(), 1);
 }
 
+// Whom rights do not bind becomes somebody else for a while.
+class AsNobody {
+public:
+    AsNobody()
+    {
+        if (!rightsBind()) {
+            EXPECT_EQ(::setresuid(kNobody, kNobody, 0), 0);
+        }
+    }
+    ~AsNobody()
+    {
+        if (::geteuid() == kNobody) {
+            EXPECT_EQ(::setresuid(0, 0, 0), 0);
+        }
+    }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+
+private:
+    static constexpr uid_t kNobody = 65534;
+};
+
 TEST(ReplaceFile, LeavesAFileThatMayNotBeWritten)
 {
     const TemporaryFolder folder;
     const std::wstring path = folder.write("curve.xml", "old");
-    fs::permissions(folder / "curve.xml", fs::perms::owner_read);
-    const bool replaced = replaceFile(path.c_str(), "new");
-    EXPECT_EQ(replaced, !rightsBind());
-    EXPECT_EQ(folder.read("curve.xml"), replaced ? "new" : "old");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(folder / "curve.xml", fs::perms::owner_read | fs::perms::others_read);
+    {
+        const AsNobody nobody;
+        EXPECT_FALSE(replaceFile(path.c_str(), "new"));
+    }
+    EXPECT_EQ(folder.read("curve.xml"), "old");
     EXPECT_EQ(folder.count(), 1);
 }
 

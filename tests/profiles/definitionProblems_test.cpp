@@ -41,6 +41,8 @@ const ProblemCase kProblemCases[] = {
      "3 A: a statement is not made of a variable, = and an expression\n"},
     {"EmptyExpression", "SegmentType(\"A\",x,x1,y1,x2,y2)\na=1;\nb=;\nreturn b;\nendSegmentType",
      "3 A: a statement is not made of a variable, = and an expression\n"},
+    {"NoVariable", "SegmentType(\"A\",x,x1,y1,x2,y2)\na=1;\n=2;\nreturn a;\nendSegmentType",
+     "3 A: a statement is not made of a variable, = and an expression\n"},
     {"SignInTheReturn", "SegmentType(\"A\",x,x1,y1,x2,y2)\na=1;\nreturn a=1;\nendSegmentType",
      "3 A: a statement is not made of a variable, = and an expression\n"},
     {"NoReturn", "SegmentType(\"A\",x,x1,y1,x2,y2)\na=1;\n\n a;\nendSegmentType",

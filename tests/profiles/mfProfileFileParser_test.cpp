@@ -175,6 +175,9 @@ const FailureCase kFailureCases[] = {
     {"NoName", "Profile(,x,x1,y1,x2,y2)y=x;returny;endProfile", 0},
     {"NameOfOneQuote", "Profile(\",x,x1,y1,x2,y2)y=x;returny;endProfile", 0},
     {"ArgumentMissing", "Profile(\"P\",x,x1,y1,x2)y=x;returny;endProfile", 0},
+    {"NoArguments", "Profile(\"P\")y=x;returny;endProfile", 0},
+    {"OneArgument", "Profile(\"P\",x)y=x;returny;endProfile", 0},
+    {"TwoArguments", "Profile(\"P\",x,x1)y=x;returny;endProfile", 0},
     {"HeaderWithoutEnd", "Profile(\"P\",x,x1,y1,x2,y2 y=x;returny;endProfile", 0},
     {"HeaderAlone", "Profile(\"P\",x,x1,y1,x2,y2)endProfile", 0},
     {"NoReturn", "Profile(\"P\",x,x1,y1,x2,y2)y=x;endProfile", 0},
@@ -329,6 +332,20 @@ TEST(SubstituteTokens, StatementZeroAndUnusedNamesChangeNothing)
     EXPECT_TRUE(parser.substituteTokens(variables, values, tokens, 1));
     EXPECT_EQ(values, (Strings{"a", "kept as it stands"}));
     EXPECT_FALSE(parser.substituteTokens(variables, values, tokens, 2));
+}
+
+TEST(SubstituteTokens, StatementWithoutAValueOrTokensAnswersFalse)
+{
+    mfProfileFileParser_c parser;
+    const Strings variables = {"a", "b"};
+    Strings values = {"1", "a"};
+    Strings oneValue = {"1"};
+    std::vector<Strings> tokens = {{"1"}, {"a"}};
+    std::vector<Strings> oneList = {{"1"}};
+    EXPECT_FALSE(parser.substituteTokens(variables, oneValue, tokens, 1));
+    EXPECT_FALSE(parser.substituteTokens(variables, values, oneList, 1));
+    EXPECT_EQ(values, (Strings{"1", "a"}));
+    EXPECT_THAT(tokens[1], ElementsAre("a"));
 }
 
 TEST(OlderSteps, DefinitionThatIsNotThereAnswersNothing)

@@ -522,6 +522,18 @@ TEST(SplitDefinition, CutsBehindTheFirstParenthesis)
     EXPECT_FALSE(mfSegmentTypeParser_c().splitDefinition("", header, body));
 }
 
+TEST(ParseHeader, StoresTheNameAndTheArguments)
+{
+    mfProfile_c record;
+    EXPECT_TRUE(mfSegmentTypeParser_c().parseHeader("segmenttype(\"A b\",t,ta,ya,tb,yb)", &record));
+    EXPECT_EQ(record.name, "A b");
+    EXPECT_EQ(record.independentVariable, "t");
+    EXPECT_EQ(record.x1, "ta");
+    EXPECT_EQ(record.y1, "ya");
+    EXPECT_EQ(record.x2, "tb");
+    EXPECT_EQ(record.y2, "yb");
+}
+
 TEST(ParseHeader, FailureLeavesTheRecordUntouched)
 {
     mfProfile_c record;

@@ -192,6 +192,34 @@ TEST(ReadingBounds, DefinitionsOfOneFileShareWhatTheyMayCost)
         delete record;
 }
 
+// The same of the older reader.
+TEST(ReadingBounds, DefinitionsOfOneOlderTextShareWhatTheyMayCost)
+{
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += "Profile(\"P\",x,x1,y1,x2,y2)" + doubling(17) + "endProfile";
+    mfProfileFileParser_c parser;
+    EXPECT_FALSE(parser.parseProfiles("", true, text));
+    std::vector<std::string> results;
+    parser.getResults(results);
+    EXPECT_GE(results.size(), 1u);
+    EXPECT_LE(results.size(), 20u);
+    for (const std::string& result : results)
+        EXPECT_EQ(result.size(), doubledLength(17));
+}
+
+// Each name of a long value asks for a copy of it.
+TEST(ReadingBounds, NamesOfOneLongValueShareWhatTheyMayCost)
+{
+    for (const int names : {10, 10'000}) {
+        std::string result;
+        std::string statements = "v=" + std::string(kMegabyte - 10, '1') + ";";
+        for (int i = 0; i < names; ++i)
+            statements += name(i) + "=v;";
+        EXPECT_EQ(readOlder(statements + "returny;", result), names == 10);
+    }
+}
+
 TEST(ReadingBounds, DefinitionsOfOneDocumentShareABudget)
 {
     mf::profiles::ReadingBudget budget;
