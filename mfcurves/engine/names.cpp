@@ -7,9 +7,6 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::uint32_t kFree = 0xffffffff;
-constexpr std::size_t kFew = 8;
-
 wchar_t fold(wchar_t c)
 {
     if (c >= 0 && c <= 0x7f)
@@ -22,13 +19,13 @@ bool isResult(std::wstring_view name)
     return name.starts_with(L'{');
 }
 
-// FNV-1a over the folded name.
-std::size_t hashOf(std::wstring_view name)
+// What names that are the same have in common.
+std::wstring folded(std::wstring_view name)
 {
-    std::uint64_t hash = 0xcbf29ce484222325ULL;
-    for (const wchar_t c : name)
-        hash = (hash ^ static_cast<std::uint64_t>(isResult(name) ? c : fold(c))) * 0x100000001b3ULL;
-    return static_cast<std::size_t>(hash ^ (hash >> 32));
+    std::wstring result(name);
+    if (!isResult(name))
+        std::ranges::transform(result, result.begin(), fold);
+    return result;
 }
 
 }  // namespace
@@ -44,46 +41,16 @@ bool sameName(std::wstring_view a, std::wstring_view b)
 void ParameterNames::clear()
 {
     names_.clear();
-    table_.clear();
-}
-
-std::uint32_t& ParameterNames::iSlot(std::wstring_view name)
-{
-    const std::size_t mask = table_.size() - 1;
-    std::size_t i = hashOf(name) & mask;
-    while (table_[i] != kFree && !sameName(names_[table_[i]], name))
-        i = (i + 1) & mask;
-    return table_[i];
-}
-
-void ParameterNames::iGrowTable()
-{
-    table_.assign(std::max<std::size_t>(table_.size() * 4, kFew * 8), kFree);
-    for (std::uint32_t i = 0; i < names_.size(); ++i)
-        iSlot(names_[i]) = i;
+    numbers_.clear();
 }
 
 std::uint32_t ParameterNames::numberOf(std::wstring_view name)
 {
     const auto next = static_cast<std::uint32_t>(names_.size());
-    if (table_.empty()) {
-        const auto found =
-            std::ranges::find_if(names_, [&](const auto& known) { return sameName(known, name); });
-        if (found != names_.end())
-            return static_cast<std::uint32_t>(found - names_.begin());
+    const auto [place, isNew] = numbers_.try_emplace(folded(name), next);
+    if (isNew)
         names_.emplace_back(name);
-        if (names_.size() > kFew)
-            iGrowTable();
-        return next;
-    }
-    std::uint32_t& slot = iSlot(name);
-    if (slot != kFree)
-        return slot;
-    slot = next;
-    names_.emplace_back(name);
-    if (names_.size() * 2 > table_.size())
-        iGrowTable();
-    return next;
+    return place->second;
 }
 
 }  // namespace mf::engine

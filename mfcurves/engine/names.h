@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,11 +23,8 @@ public:
     const std::vector<std::wstring>& list() const { return names_; }
 
 private:
-    void iGrowTable();
-    std::uint32_t& iSlot(std::wstring_view name);
-
     std::vector<std::wstring> names_;
-    std::vector<std::uint32_t> table_;  // open addressing, once there are more than a few
+    std::map<std::wstring, std::uint32_t> numbers_;  // by folded name; no choice of names makes it slow
 };
 
 }  // namespace mf::engine
