@@ -1,0 +1,100 @@
+#include "mfcurves/documents/CurveReading.h"
+
+#include <utility>
+
+#include "mfcurves/motion/mfTextConverter.h"
+#include "mfcurves/platform/encoding.h"
+
+namespace mf::documents {
+
+CString wideText(const XmlNode& node)
+{
+    return CString(platform::widen(node.text()));
+}
+
+std::string narrowText(const XmlNode& node)
+{
+    return mfTextConverter_c().toNarrow(wideText(node));
+}
+
+std::string quoted(const CString& text)
+{
+    return '"' + platform::toUtf8(text.View()) + '"';
+}
+
+std::string quotedStart(const std::string& text)
+{
+    constexpr int kLongestQuote = 60;
+    const CString wide(platform::widen(text));
+    return quoted(wide.GetLength() > kLongestQuote ? wide.Left(kLongestQuote) + L"..." : wide);
+}
+
+std::string rowPlace(const char* element, int row)
+{
+    return '"' + std::string(element) + "\" " + std::to_string(row + 1);
+}
+
+std::string shortNumber(double number)
+{
+    return platform::formatNumber("%.10G", number);
+}
+
+std::string placeOf(std::string_view path)
+{
+    std::string place;
+    while (!path.empty()) {
+        const std::size_t separator = path.rfind('/');
+        place += place.empty() ? "\"" : " within \"";
+        place.append(path.substr(separator + 1)) += '"';
+        path = path.substr(0, path.find_last_not_of('/', separator) + 1);
+    }
+    return place;
+}
+
+CurveReading::CurveReading(const CString& path, bool fromBuffer, const ReadOptions& options)
+    : path_(path), fromBuffer_(fromBuffer), options_(options)
+{
+    document_.setPath(path);
+    document_.setFromBuffer(fromBuffer);
+}
+
+bool CurveReading::fail(std::string reason)
+{
+    reason_ = std::move(reason);
+    return false;
+}
+
+void CurveReading::remark(std::string text)
+{
+    if (mayRemark())
+        remarks_.push_back(std::move(text));
+}
+
+XmlNode CurveReading::singleNode(const char* path)
+{
+    const XmlNode node = xml().selectSingleNode(path);
+    if (!node)
+        fail("The element " + placeOf(path) + " is missing.");
+    return node;
+}
+
+bool CurveReading::text(const char* path, CString& out)
+{
+    const XmlNode node = singleNode(path);
+    if (node)
+        out = wideText(node);
+    return static_cast<bool>(node);
+}
+
+void CurveReading::tellRow(std::size_t row, std::size_t count) const
+{
+    if (options_.onRow)
+        options_.onRow(row, count);
+}
+
+ReadOutcome CurveReading::outcome(bool taken, MotionObjectType_e objectType)
+{
+    return {taken, std::move(reason_), std::move(remarks_), objectType};
+}
+
+}  // namespace mf::documents

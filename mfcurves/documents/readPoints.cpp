@@ -1,0 +1,79 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mfcurves/documents/CurveReading.h"
+#include "mfcurves/documents/formatTexts.h"
+#include "mfcurves/documents/readTables.h"
+#include "mfcurves/functions/mfDataPoints.h"
+#include "mfcurves/functions/mfFunctionDataPoints.h"
+
+namespace mf::documents {
+namespace {
+
+// Children are told by position, whatever their names: x at even positions, y
+// at odd ones. A last x without a y is dropped.
+std::unique_ptr<mfDataPoints_c> readPoint(CurveReading& reading, const XmlNode& node, int row)
+{
+    auto points = std::make_unique<mfDataPoints_c>();
+    double x = 0.0;
+    double y = 0.0;
+    int position = 0;
+    for (XmlNode child = node.firstChild(); child; child = child.nextSibling(), ++position) {
+        const bool isY = position % 2 == 1;
+        const auto place = [&] { return (isY ? "\"y\" of " : "\"x\" of ") + rowPlace("Point", row); };
+        if (child.isElement())
+            (isY ? y : x) = reading.number(child, place);
+        if (isY)
+            points->addPoint(x, y);
+    }
+    if (position == 0 || position % 2 == 1)
+        reading.remark(rowPlace("Point", row) + " does not hold pairs of x and y.");
+    return points;
+}
+
+// Rows go in at their number in the document, as long as the table has taken
+// all before them: behind a row that it left out, none has a place any more.
+void insertRow(CurveReading& reading, mfFunctionDataPoints_c& function, int row,
+               std::unique_ptr<mfDataPoints_c> points)
+{
+    const double x = points->getX(0);
+    if (row == function.getDataPointsCount())
+        function.appendDataPoint(points.get());
+    else
+        function.insertDataPoint(row, points.get());
+    if (row >= function.getDataPointsCount())
+        return reading.remark(rowPlace("Point", row) +
+                              " has no place behind the ones before and is left out.");
+    const double storedX = points.release()->getX(0);  // the table owns it
+    if (storedX != x)
+        reading.remark(rowPlace("Point", row) + " has x = " + shortNumber(x) +
+                       ", which does not lie behind the point before; it moves to " + shortNumber(storedX) +
+                       '.');
+}
+
+}  // namespace
+
+bool readPoints(CurveReading& reading, mfFunctionDataPoints_c& function)
+{
+    CString interpolation;
+    if (!reading.text("//Curve//Interpolation", interpolation) || !reading.singleNode("//Curve//PointCount"))
+        return false;
+    if (const auto type = kInterpolationTypes.numberOf(interpolation))
+        function.setInterpolationType(static_cast<DataPointInterpolationType_e>(*type));
+    else if (!interpolation.IsEmpty())
+        reading.remark("\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
+                       kInterpolationTypes.list() + '.');
+    const std::vector<XmlNode> nodes = reading.xml().selectNodes("//Curve//Points//Point");
+    int row = 0;
+    for (const XmlNode& node : nodes) {
+        reading.tellRow(static_cast<std::size_t>(row), nodes.size());
+        insertRow(reading, function, row, readPoint(reading, node, row));
+        ++row;
+    }
+    function.RegenSplineData();
+    function.calculateValue();
+    return true;
+}
+
+}  // namespace mf::documents

@@ -1,0 +1,228 @@
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mfcurves/documents/CurveReading.h"
+#include "mfcurves/documents/readTables.h"
+#include "mfcurves/engine/limits.h"
+#include "mfcurves/interfaces/hostAnswers.h"
+#include "mfcurves/profiles/definitionReading.h"
+#include "mfcurves/profiles/mfProfile.h"
+#include "mfcurves/profiles/mfProfileKey.h"
+#include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/profiles/mfSegmentTypeParser.h"
+#include "mfcurves/segments/mfFunctionSegments.h"
+#include "mfcurves/segments/mfSegment.h"
+
+namespace mf::documents {
+namespace {
+
+// Worth about a thousand characters of formula in a ReadingBudget.
+constexpr std::size_t kAllowanceOfRow = 64;
+
+class SegmentReader {
+public:
+    explicit SegmentReader(CurveReading& reading) : reading_(reading) {}
+
+    // A definition inside another one is text of both. Only the document's length
+    // adds to what reading all of them may cost, and behind what uses it up none is
+    // looked at.
+    void readProfileDefinitions()
+    {
+        int definition = 0;
+        constexpr std::size_t kCostOfCharacter = 8;  // its way out of the tree and to narrow text
+        definitionBudget_.allowFor(reading_.xml().size());
+        for (const XmlNode& node :
+             reading_.xml().selectNodes("//Curve//ProfileDefinitions//ProfileDefinition")) {
+            if (!definitionBudget_.spend(1))
+                return;
+            std::string uniqueName;
+            std::string functionText;
+            int position = 0;
+            for (XmlNode child = node.firstChild(); child && position < 2;
+                 child = child.nextSibling(), ++position)
+                if (child.isElement())
+                    (position == 0 ? uniqueName : functionText) = narrowText(child);
+            definitionBudget_.spend(kCostOfCharacter * (uniqueName.size() + functionText.size()));
+            if (mfProfileManager_c::s_UseNewProfileManager())
+                registerProfile(definition, uniqueName, functionText);
+            ++definition;
+        }
+    }
+
+    bool readRows(mfFunctionSegments_c& function)
+    {
+        if (!reading_.singleNode("//Curve//SegmentCount"))
+            return false;
+        mfProfileManager_c* manager = interfaces::profileManager();
+        const std::vector<XmlNode> nodes = reading_.xml().selectNodes("//Curve//Segments//Segment");
+        int row = 0;
+        for (const XmlNode& node : nodes) {
+            reading_.tellRow(static_cast<std::size_t>(row), nodes.size());
+            addRow(function, row, readSegment(node, row, manager));
+            ++row;
+        }
+        return true;
+    }
+
+private:
+    // A definition that does not parse is left out, and so is one that equals a
+    // profile at hand: its name then stands for that profile.
+    void registerProfile(int definition, const std::string& uniqueName, std::string& functionText)
+    {
+        mfProfileManager_c* manager = interfaces::profileManager();
+        if (!manager)
+            return;
+        mfSegmentTypeParser_c parser;
+        auto profile = std::make_unique<mfProfile_c>();
+        parser.upgradeKeywords(functionText);
+        if (const auto failure = profiles::parseDefinition(functionText, *profile, definitionBudget_)) {
+            if (reading_.mayRemark())
+                reading_.remark(rowPlace("ProfileDefinition", definition) + ", " + quotedStart(uniqueName) +
+                                ", is left out: " + failure->reason + '.');
+            return;
+        }
+        const std::string baseName = parser.baseProfileName(uniqueName);
+        mfProfileKey_c key;
+        const int status = reading_.isFromBuffer()
+                               ? manager->addAssemblyProfileFromDocument(baseName, true, profile.get(), key)
+                               : manager->addAssemblyProfile(baseName, reading_.path(), profile.get(), key);
+        if (status == 0)
+            (void)profile.release();  // the manager owns it
+        if (status < 2)
+            manager->rememberDocumentName(uniqueName, key);
+    }
+
+    // Elements are told by their number, whatever their names; other children do
+    // not count.
+    std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, int row, mfProfileManager_c* manager)
+    {
+        auto segment = std::make_unique<mfSegment_c>();
+        XmlNode profile;
+        int element = 0;
+        for (XmlNode child = node.firstChild(); child && element < 4; child = child.nextSibling()) {
+            if (!child.isElement())
+                continue;
+            switch (++element) {
+                case 1:
+                    segment->setStartX(segmentX(child, "StartX", row));
+                    break;
+                case 2:
+                    segment->setEndX(segmentX(child, "EndX", row));
+                    break;
+                case 3:
+                    segment->setValue(
+                        reading_.number(child, [&] { return "\"Value\" of " + rowPlace("Segment", row); }));
+                    break;
+                default:
+                    profile = child;
+                    setProfile(*segment, child, manager);
+            }
+        }
+        if (element < (row == 0 ? 3 : 4))
+            reading_.remark(rowPlace("Segment", row) + " does not hold start, end, value and profile.");
+        if (mfProfileManager_c::s_UseNewProfileManager() && manager)
+            completeProfile(*segment, profile, row, *manager);
+        return segment;
+    }
+
+    // The first row has no X of its own and is written with blanks for it.
+    double segmentX(const XmlNode& node, const char* name, int row)
+    {
+        if (row == 0)
+            return platform::readNumber(node.text());
+        return reading_.number(node,
+                               [&] { return '"' + std::string(name) + "\" of " + rowPlace("Segment", row); });
+    }
+
+    // The name of a definition in the document or, if there are any definitions
+    // at all, of a profile at hand. No other name is looked at.
+    static void setProfile(mfSegment_c& segment, const XmlNode& node, mfProfileManager_c* manager)
+    {
+        if (!mfProfileManager_c::s_UseNewProfileManager()) {
+            segment.setProfileName(wideText(node));
+            return;
+        }
+        if (!manager || !manager->hasDocumentNames())
+            return;
+        mfProfileKey_c key;
+        manager->lookupDocumentName(narrowText(node), key);
+        if (key.isEmpty()) {
+            key.name = wideText(node);
+            manager->currentSourceSuffix(key.source);
+        }
+        if (manager->findProfile(key))
+            segment.setProfileKey(key);
+    }
+
+    // A row that has no profile by now gets the default one.
+    void completeProfile(mfSegment_c& segment, const XmlNode& node, int row, mfProfileManager_c& manager)
+    {
+        const bool isFound = segment.getProfileKey() != nullptr;
+        if (!isFound || segment.getProfileKey()->name.IsEmpty()) {
+            CString name;
+            manager.defaultDisplayName(name);
+            segment.setProfileKey(manager.getProfileKeyFromDisplayName(name));
+        }
+        if (!segment.getProfile())
+            segment.setProfile(manager.findProfile(*segment.getProfileKey()));
+        if (!isFound && node && row > 0 && reading_.mayRemark())
+            reading_.remark("\"Profile\" of " + rowPlace("Segment", row) + " is " + quotedStart(node.text()) +
+                            ", which the document does not define; the row takes " +
+                            quoted(segment.getDisplayName()) + '.');
+    }
+
+    // The first row only states where the curve begins. A row keeps its formula with
+    // its numbers written in, and a short document can name a long one often: behind
+    // what uses up the budget, rows stay without.
+    void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
+    {
+        const double startX = segment->getStartX();
+        function.addSegment(segment.get());
+        const mfSegment_c& stored = *segment.release();  // the table owns it
+        function.checkInvalid(row);
+        formulaBudget_.allowFor(kAllowanceOfRow);
+        if (row == 0)
+            return;
+        if (stored.getStartX() != startX)
+            reading_.remark(rowPlace("Segment", row) + " starts at " + shortNumber(startX) +
+                            ", where the one before does not end; it becomes a row from " +
+                            shortNumber(stored.getStartX()) + " to " + shortNumber(stored.getEndX()) +
+                            " with value 0.");
+        if (formulasFit_) {
+            function.parseExpression(row);
+            formulasFit_ = formulaBudget_.spend(costOfFormula(stored));
+            if (!formulasFit_)
+                reading_.remark("The rows behind " + rowPlace("Segment", row) +
+                                " get no formula, because those of the rows before are too long together.");
+        }
+        function.calculateValue(row);
+    }
+
+    // In bytes. A formula that outgrew the engine's limit was written as far as that.
+    static std::size_t costOfFormula(const mfSegment_c& segment)
+    {
+        const CString formula = segment.getProfileExpr();
+        if (formula.IsEmpty() && segment.getProfile())
+            return engine::kLongestText * sizeof(wchar_t);
+        return formula.View().size() * sizeof(wchar_t);
+    }
+
+    CurveReading& reading_;
+    profiles::ReadingBudget definitionBudget_;  // of all definitions in the document
+    profiles::ReadingBudget formulaBudget_;     // of the formulas of all rows
+    bool formulasFit_ = true;                   // into that budget, up to now
+};
+
+}  // namespace
+
+bool readSegments(CurveReading& reading, mfFunctionSegments_c& function)
+{
+    SegmentReader reader(reading);
+    reader.readProfileDefinitions();
+    return reader.readRows(function);
+}
+
+}  // namespace mf::documents
