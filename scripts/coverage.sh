@@ -8,6 +8,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
+takes_no_arguments "$@"
 
 for tool in clang++ llvm-profdata llvm-cov; do
     has_command "$tool" || fail "$tool is missing; apt-get install clang llvm"

@@ -7,6 +7,15 @@ fail() {
     exit 1
 }
 
+# takes_no_arguments "$@": for a script that has none, tells what it is for when
+# it is asked or given any.
+takes_no_arguments() {
+    [ $# -eq 0 ] && return
+    sed -n '4,/^set /s/^# \{0,1\}//p' "$0"
+    [ "$1" = --help ] && exit
+    exit 2
+}
+
 has_command() { command -v "$1" >/dev/null 2>&1; }
 
 has_header() {

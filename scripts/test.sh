@@ -9,6 +9,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
+takes_no_arguments "$@"
 
 install_packages "${build_packages[@]}" "${check_packages[@]}"
 
