@@ -35,9 +35,10 @@ bool isPowerOfTwo(double number)
     return std::isnormal(number) && std::fabs(std::frexp(number, &exponent)) == 0.5;
 }
 
+// Of numbers whose product is normal.
 bool isExactProduct(double a, double b)
 {
-    return std::isnormal(a * b) && std::fma(a, b, -(a * b)) == 0.0;
+    return std::fma(a, b, -(a * b)) == 0.0;
 }
 
 bool isExactSum(double a, double b)

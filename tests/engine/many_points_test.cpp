@@ -110,6 +110,15 @@ TEST(ManyPoints, OfTwoParametersFail)
     EXPECT_EQ(many(compileFree(L"a+b"), {1.0, 2.0}), std::vector<double>());
 }
 
+// More numbers at a time than are worked on side by side.
+TEST(ManyPoints, OfAVeryLongText)
+{
+    std::string text = "0";
+    for (int k = 1; k <= 1000; ++k)
+        text += "+abs(x+" + std::to_string(k) + ")";
+    EXPECT_EQ(many(compile(text), {0.0, 2.0, -1000.0}), (std::vector<double>{500500.0, 502500.0, 499500.0}));
+}
+
 TEST(ManyPoints, ChangeNoSinglePoint)
 {
     const Orders compiled("x^3+sin(x)");
@@ -170,8 +179,15 @@ void expectBitsOfManyPoints(const std::string& text)
     }
 }
 
-constexpr const char* kStretches[] = {"x",       "(x-0.3)",       "(3*x)",           "(3*(x-0.3))",
-                                      "(x/1.7)", "((x-0.3)/1.7)", "(2*(x-0.3)/1.7)", "(2*(x-0.3)/1.7+0.4)"};
+constexpr const char* kStretches[] = {"x",
+                                      "(x-0.3)",
+                                      "(3*x)",
+                                      "(3*(x-0.3))",
+                                      "(x/1.7)",
+                                      "((x-0.3)/1.7)",
+                                      "(2*(x-0.3)/1.7)",
+                                      "(2*(x-0.3)/1.7+0.4)",
+                                      "((x-0.3)/1.7*2+0.4)"};
 
 TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
 {
@@ -181,6 +197,30 @@ TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
                 expectBitsOfManyPoints(lawText(terms, lowest, u));
         }
     }
+}
+
+// What stands behind the law is a polynomial too, and not the law's derivative.
+TEST(Laws, StandBesideOtherPolynomials)
+{
+    for (const std::string other :
+         {"(x^3-2*x^4)", "(1.1+3*(x^3+x^4))", "((x-9)^2+(x-9)^3)", "(x^2+x^3+9)^2"}) {
+        for (const char* sign : {"*", "+", "/"}) {
+            expectBitsOfManyPoints("(1.3-2.1*(x^2+x^3))" + (sign + other));
+            expectBitsOfManyPoints(other + sign + "(1.3-2.1*(x^2+x^3))");
+        }
+    }
+    expectBitsOfManyPoints("1.3-2.1*poly(x,0,1,0,3,4)");  // whose derivative begins a power higher
+    expectBitsOfManyPoints("1.3-2.1*poly(x,0,1,0,0,4)");
+}
+
+// The fourth derivative is -3 (24 + 120 x + 360 x^2).
+TEST(Laws, GoOnPastTheThirdDerivative)
+{
+    const Orders compiled("2-3*(x^3+x^4+x^5+x^6)");
+    const Calculator fourth = derivative(compiled[3]);
+    EXPECT_EQ(evaluate(fourth, 2.0), -3.0 * (24 + 240 + 1440));
+    EXPECT_EQ(compiled.at(2.0, 3), -3.0 * (6 + 48 + 240 + 960));
+    EXPECT_EQ(many(fourth, {2.0, 0.0}), (std::vector<double>{-5112.0, -72.0}));
 }
 
 TEST(Functions, HaveTheBitsOfManyPointsWhateverIsAskedFor)
