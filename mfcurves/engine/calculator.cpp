@@ -41,6 +41,8 @@ bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& va
 {
     if (parameterCount_ > 1)
         return false;
+    const bool isSamePoint = held_ >= 0 && isAt(x);
+    const int before = held_;
     const Section& section = *sections_[std::max(order, asked_)];
     runWhole_ = section.runWhole;
     firstStep_ = &section.whole.front();
@@ -48,6 +50,14 @@ bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& va
         return runWhole_(registers_[0], *firstStep_, registers_.data(), registers_[result], value);
     held_ = std::max(order, asked_);
     asked_ = order;
+    // Higher orders build on what a program of several steps has left in its registers.
+    if (isSamePoint && sections_[before]->whole.size() > 1) {
+        for (int next = before + 1; next <= order; ++next) {
+            for (const Instruction& step : sections_[next]->code)
+                step.run(step, registers_.data());
+        }
+        return answerWith(registers_[result], value);
+    }
     registers_[0] = x;
     return runWhole_(x, *firstStep_, registers_.data(), registers_[result], value);
 }

@@ -41,7 +41,7 @@ public:
     bool evaluate(double x, int order, std::uint32_t result, double& value)
     {
         double* registers = registers_.data();
-        if (std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(registers[0]) && order <= held_) {
+        if (isAt(x) && order <= held_) {
             asked_ = order;
             return answerWith(registers[result], value);
         }
@@ -69,6 +69,10 @@ public:
 
 private:
     ~Family() = default;
+    bool isAt(double x) const
+    {
+        return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(registers_[0]);
+    }
     [[gnu::noinline]] bool iEvaluateAnew(double x, int order, std::uint32_t result, double& value);
     void iMoveBlockTo(const double* x, std::size_t count, int orders);
 
