@@ -236,6 +236,8 @@ const GivenCase kGivenNames[] = {
     {"MayBeTime", L"time", L"time*2", 6.0},
     {"AllowsNoTime", L"x", L"time*2", std::nullopt},
     {"AllowsNoResult", L"x", L"x*{Displacement1}", std::nullopt},
+    {"MayBeAResult", L"{Speed}", L"{Speed}*2", 6.0},
+    {"AllowsNoResultInAnotherCase", L"{Speed}", L"{speed}*2", std::nullopt},
     {"LettersBeyondAscii", L"\u03c9", L"\u03c9+1", 4.0},
     {"MayEndInD", L"d", L"2*d", 6.0},
     {"DoesNotMakeDegrees", L"d", L"180d*0+d", 3.0},
