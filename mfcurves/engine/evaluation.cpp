@@ -247,8 +247,11 @@ RunProgram runForSteps(std::size_t count, std::index_sequence<i...>)
 template <Operation operation, Stage input, Stage output>
 bool runAlone(double x, const Instruction& step, double* registers, double& result, double& answer)
 {
-    double value = operation(throughStage<input>(x, step.inputConstants()), step, registers);
-    value = throughStage<output>(value, step.outputConstants());
+    if constexpr (input != Stage::None)
+        x = throughStage<input>(x, step.inputConstants());
+    double value = operation(x, step, registers);
+    if constexpr (output != Stage::None)
+        value = throughStage<output>(value, step.outputConstants());
     result = value;
     return answerWith(value, answer);
 }
