@@ -448,6 +448,13 @@ class Points(ToolTest):
         self.refused(WRONG, "eval", "--points", empty, "0", says="empty.csv: ")
         self.refused(FAILED, "eval", "--points", self.folder / "none.csv", "0", says="No such file")
 
+    def test_an_order_beyond_the_range_of_numbers_is_nan(self):
+        for text in ["0,0\n1e-320,1\n", "-1e308,-1e308\n1e308,1e308\n"]:  # a slope of 1e320, and one over 2e308
+            with self.subTest(text):
+                points = self.write("points.csv", text)
+                result = self.refused(FAILED, "eval", "--points", points, "0", says="no finite value")
+                self.assertEqual(result.stdout, "0 nan nan 0 0\n")
+
     def test_a_long_measurement(self):
         points = self.write("points.csv", "".join(f"{i / 1000},{math.sin(i / 1000):.17g}\n" for i in range(100001)))
         [got] = self.samples("eval", "--points", points, "--interpolation", "cubic", "50.0005")

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -41,6 +42,15 @@ std::string overVariable(const std::string& unit, const std::string& variable, i
     if (unit.empty() || variable.empty())
         return power == 0 ? unit : "";
     return power == 0 ? unit : unit + "/" + variable + kPowers[power];
+}
+
+// A spline answers what its arithmetic gives, infinite or not a number.
+Sample finiteSample(double x, const double (&y)[kOrders])
+{
+    Sample sample{x, {}};
+    std::transform(std::begin(y), std::end(y), std::begin(sample.y),
+                   [](double value) { return std::isfinite(value) ? value : kUndefined; });
+    return sample;
 }
 
 // The one name in the text of an expression; "x" for a constant.
@@ -103,8 +113,7 @@ void Curve::setTitle(const std::string& title)
 
 Sample Curve::at(double x)
 {
-    Sample sample{x, {kUndefined, kUndefined, kUndefined, kUndefined}};
-    double(&y)[kOrders] = sample.y;
+    double y[kOrders] = {kUndefined, kUndefined, kUndefined, kUndefined};
     switch (kind()) {
         case mf::FunctionType_Segments: {
             // Row 0 only states the start, so the row behind it answers there.
@@ -114,10 +123,10 @@ Sample Curve::at(double x)
         }
         case mf::FunctionType_DataPoints:
             points().calculateValue(x, y[0], y[1], y[2], y[3]);
-            return sample;
+            return finiteSample(x, y);
         default:
             expression().calculateValue(x, y[0], y[1], y[2], y[3]);
-            return sample;
+            return finiteSample(x, y);
     }
 }
 
