@@ -259,6 +259,21 @@ class Rows(ToolTest):
         self.refused(WRONG, "eval", "--rows", empty, "1", says="holds no rows")
         self.refused(FAILED, "eval", "--rows", self.folder / "none.csv", "1", says=["none.csv", "No such file"])
 
+    def test_only_the_first_line_may_be_a_header(self):
+        for text, words in [("9O,1,Cubic\n2,1,Cubic\n", 'rows.csv:1: the end x "9O"'), ("1;1;Cubic\n", "rows.csv:1: 1 of 3 fields"),
+                            ("end,value,law\nmm,mm,-\n1,1,Cubic\n", 'rows.csv:2: the end x "mm"')]:
+            with self.subTest(text):
+                self.refused(WRONG, "eval", "--rows", self.write("rows.csv", text), "1", says=words)
+        self.refused(WRONG, "eval", "--rows", "-", "1", text="1,1,Cubic\n1,1,Cubic\n", says="standard input:2: ")
+
+    def test_a_byte_order_mark_is_no_header(self):
+        for rows in ["2,10,Quadratic\n", "end,value,profile\n2,10,Quadratic\n"]:
+            self.assertEqual(self.samples("eval", "--rows", self.write("rows.csv", "\ufeff" + rows), "1"), [[1, 2.5, 5, 5, 0]])
+
+    def test_two_starts(self):
+        rows = self.write("rows.csv", "x,y\n10, 4\n12, 10, Quadratic\n")
+        self.refused(WRONG, "eval", "--rows", rows, "--start", "10, 4", "11", says=["rows.csv:2: ", "--start"])
+
     def test_bad_start(self):
         self.refused(WRONG, "eval", "--row", "1,1,Cubic", "--start", "1,2,3", "1", says="--start")
         self.refused(WRONG, "eval", "--row", "1,1,Cubic", "--start", "here", "1", says="--start")
@@ -446,6 +461,7 @@ class Points(ToolTest):
                 self.refused(WRONG, "eval", "--points", points, "0", says=f"points.csv:{line}: ")
         empty = self.write("empty.csv", "x,y\n")
         self.refused(WRONG, "eval", "--points", empty, "0", says="empty.csv: ")
+        self.refused(WRONG, "eval", "--points", "-", "0", says="standard input: there are no points")
         self.refused(FAILED, "eval", "--points", self.folder / "none.csv", "0", says="No such file")
 
     def test_an_order_beyond_the_range_of_numbers_is_nan(self):

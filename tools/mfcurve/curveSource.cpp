@@ -179,7 +179,7 @@ std::vector<FilePoint> readPoints(const std::string& path)
     auto read = parsePoints(readInput(path));
     if (const auto* problem = std::get_if<PointsProblem>(&read)) {
         const std::string line = problem->line == 0 ? "" : ":" + std::to_string(problem->line);
-        throw Failure(kWrong, path + line + ": " + problem->message);
+        throw Failure(kWrong, inputName(path) + line + ": " + problem->message);
     }
     return std::get<std::vector<FilePoint>>(std::move(read));
 }

@@ -1,6 +1,7 @@
 #include "tools/mfcurve/rowList.h"
 
 #include <cmath>
+#include <utility>
 
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
@@ -10,6 +11,7 @@ namespace mfcurve {
 
 namespace {
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr const char* kRowForm = "a row is \"end x, value, profile\", such as \"90, 10, Cycloidal\"";
 
 double numberOf(const std::string& text, const std::string& where, const std::string& what)
@@ -40,30 +42,37 @@ void addRow(RowList& list, const std::vector<std::string>& fields, const std::st
     list.rows.push_back({end, value, fields[2], where});
 }
 
-// The first line may name the columns.
-bool isHeader(const std::vector<std::string>& fields)
+// The first line may name the columns. What begins like a number is taken for a
+// row, so that a slip of the pen is not lost in silence.
+bool isHeader(const std::string& content, const std::string& firstField)
 {
-    return !readNumber(fields.front()).has_value();
+    return !readNumber(firstField) &&
+           std::string_view("0123456789+-.,;").find(content.front()) == std::string_view::npos;
 }
 
-void addFile(RowList& list, const std::string& path)
+void addFile(RowList& list, const CurveOptions& options)
 {
+    const std::string name = inputName(options.rowsFile);
+    const std::string text = readInput(options.rowsFile);
+    const std::size_t mark = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
     int number = 0;
-    bool isFirst = true;
-    for (const std::string& line : splitText(readInput(path), '\n')) {
+    bool mayBeHeader = true;
+    bool mayBeStart = true;
+    for (const std::string& line : splitText(std::string_view(text).substr(mark), '\n')) {
         ++number;
         const std::string content(trimmed(std::string_view(line).substr(0, line.find('#'))));
         if (content.empty())
             continue;
         const std::vector<std::string> fields = splitText(content, ',');
-        const std::string where = path + ":" + std::to_string(number);
-        if (isFirst && isHeader(fields))
+        const std::string where = name + ":" + std::to_string(number);
+        if (std::exchange(mayBeHeader, false) && isHeader(content, fields.front()))
             continue;
-        if (isFirst && fields.size() == 2)
+        if (!std::exchange(mayBeStart, false) || fields.size() != 2)
+            addRow(list, fields, where);
+        else if (options.start.empty())
             addStart(list, fields, where);
         else
-            addRow(list, fields, where);
-        isFirst = false;
+            throw Failure(kWrong, where + ": the line states the start, and so does --start");
     }
 }
 
@@ -81,11 +90,11 @@ RowList readRows(const CurveOptions& options)
         list.startValue = finiteNumber(fields.back(), "--start");
     }
     if (!options.rowsFile.empty())
-        addFile(list, options.rowsFile);
+        addFile(list, options);
     for (const std::string& row : options.rows)
         addRow(list, splitText(row, ','), "--row \"" + row + "\"");
     if (list.rows.empty())
-        throw Failure(kWrong, options.rowsFile + " holds no rows; " + kRowForm);
+        throw Failure(kWrong, inputName(options.rowsFile) + " holds no rows; " + kRowForm);
     return list;
 }
 
