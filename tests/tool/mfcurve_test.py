@@ -738,7 +738,7 @@ endSegmentType
     def test_laws_that_fail_their_check(self):
         for formula, words in [("2*(x-x1)/(x2-x1)", "ends at 2 and not at 1"), ("cos((x-x1)/(x2-x1))", "starts at 1"),
                                ("sin(", "the expression is wrong at character"),
-                               ("z*(x-x1)/(x2-x1)", "2 variables")]:
+                               ("z*(x-x1)/(x2-x1)", "`z`"), ("z", "`z`")]:
             with self.subTest(formula):
                 library = self.library(self.LAW.format(name="Lift", formula=formula))
                 result = run("profiles", "--library", library, "--check")
@@ -747,9 +747,11 @@ endSegmentType
                 self.assertIn(words, result.stdout)
 
     def test_a_row_of_a_law_that_does_not_compile(self):
-        library = self.library(self.LAW.format(name="Lift", formula="sin("))
-        self.refused(WRONG, "eval", "--library", library, "--row", "2,32,Lift", "1",
-                     says=["--row", "Lift", "the expression is wrong at character"])
+        for formula in ["sin(", "z"]:
+            with self.subTest(formula):
+                library = self.library(self.LAW.format(name="Lift", formula=formula))
+                self.refused(WRONG, "eval", "--library", library, "--row", "2,32,Lift", "1",
+                             says=["--row", "Lift", "the expression is wrong at character"])
 
     def test_a_file_that_does_not_parse(self):
         library = self.library(self.LAW.format(name="Lift", formula="x") + "\nSegmentType(Broken)\nendSegmentType\n")

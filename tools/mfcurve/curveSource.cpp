@@ -143,7 +143,7 @@ void checkLaw(mfFunctionSegments_c& table, const Row& row)
 {
     const int last = table.getSegmentCount() - 1;
     table.parseExpression(last);
-    if (const auto problem = expressionProblem(rowOf(table, last).getProfileExpr()))
+    if (const auto problem = lawProblem(rowOf(table, last)))
         throw Failure(kWrong, row.where + ": the law of " + row.profile + " is no formula; " + *problem);
 }
 

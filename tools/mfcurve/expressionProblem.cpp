@@ -4,6 +4,7 @@
 
 #include "mfcurves/engine/parseError.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
+#include "mfcurves/segments/mfSegment.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -38,23 +39,37 @@ std::string parameterNames(MotionMEParser& parser)
     return names + (parser.getParamsNum() > kMostNames ? ", ..." : "");
 }
 
+// Why the text cannot be compiled with that variable, or with none named.
+std::optional<std::string> compileProblem(const CString& text, const wchar_t* variable)
+{
+    const auto error = mf::engine::checkText(text, variable);
+    if (!error)
+        return std::nullopt;
+    std::string message =
+        "the expression is wrong at character " + std::to_string(error->offset + 1) + ": " + error->message;
+    if (!error->expected.empty())
+        message += "; expected " + error->expected;
+    return message + "\n" + pointAt(text, static_cast<int>(error->offset));
+}
+
 }  // namespace
 
 std::optional<std::string> expressionProblem(const CString& text)
 {
-    if (const auto error = mf::engine::checkText(text, nullptr)) {
-        std::string message = "the expression is wrong at character " + std::to_string(error->offset + 1) +
-                              ": " + error->message;
-        if (!error->expected.empty())
-            message += "; expected " + error->expected;
-        return message + "\n" + pointAt(text, static_cast<int>(error->offset));
-    }
+    if (auto problem = compileProblem(text, nullptr))
+        return problem;
     MotionMEParser parser;
     parser.parse(text, nullptr, nullptr);
     if (parser.getParamsNum() > 1)
         return "the expression has " + std::to_string(parser.getParamsNum()) + " variables, " +
                parameterNames(parser) + "; a curve has one";
     return std::nullopt;
+}
+
+std::optional<std::string> lawProblem(mfSegment_c& segment)
+{
+    const CString variable = segment.getProflieIndepVar();
+    return compileProblem(segment.getProfileExpr(), variable);
 }
 
 }  // namespace mfcurve

@@ -25,7 +25,7 @@ std::string rowProblem(mfFunctionSegments_c& table, int row)
     if (row == 0)
         return "";
     if (!compiles(segment)) {
-        const auto problem = expressionProblem(segment.getProfileExpr());
+        const auto problem = lawProblem(segment);
         return "its law does not compile" + (problem ? "; " + *problem : "");
     }
     if (!(segment.getStartX() <= segment.getEndX()))

@@ -90,7 +90,7 @@ bool printCheck(const mfProfileKey_c& key)
 {
     Curve curve = unitRise(key);
     mfSegment_c& row = rowOf(curve.segments(), 1);
-    if (const auto problem = expressionProblem(row.getProfileExpr())) {
+    if (const auto problem = lawProblem(row)) {
         print("    FAILED   " + *problem + "\n");
         return false;
     }
