@@ -249,6 +249,19 @@ class Rows(ToolTest):
             with self.subTest(row):
                 self.refused(WRONG, "eval", f"--row={row}", "1", says=[f'--row "{row}"', words])
 
+    def test_numbers_that_six_decimals_do_not_hold(self):
+        for row, words in [("1,0.0000254,Linear", "its value of 2.54e-05 is 2.5e-05"), ("1,1e-9,Linear", "its value of 1e-09 is 0"),
+                           ("1e-7,1,Cubic", "its length of 1e-07 is 0"), ("1.0005e-3,1,Cubic", None), ("1,1e-300,Linear", "is 0"),
+                           ("1.2e-6,1,Cubic", "its length of 1.2e-06 is 1e-06"), ("0.3333333333333333,0.6666666666666666,Cubic", None)]:
+            with self.subTest(row):
+                if words is None:
+                    self.done("eval", "--row", row, "0")
+                else:
+                    self.refused(WRONG, "eval", "--row", row, "0", says=[f'--row "{row}": ', words, "six decimals"])
+        self.refused(WRONG, "eval", "--row", "1,0,Linear", "--start", "2e-7", "0", says="the start: its value of 2e-07 is 0")
+        # What rounding leaves of 0 is none of it in a curve that rises by 25.
+        self.done("eval", "--row", "1,25,Cubic", "--row", "2,6.1e-17,Cubic", "--row", "3,0,Cubic", "1")
+
     def test_rows_out_of_order(self):
         self.refused(WRONG, "eval", "--row", "5,1,Cubic", "--row", "3,1,Cubic", "1", says=["ends at 3", "starts at 5"])
 
@@ -799,6 +812,13 @@ class Info(ToolTest):
     def test_what_is_wrong_with_a_curve(self):
         document = EXPRESSION_DOCUMENT.format(object="Force").replace("3*time^2", "3*time^")
         self.assertUnsound("the expression is wrong at character 8", self.write("curve.xml", document))
+
+    def test_a_value_that_six_decimals_do_not_hold(self):
+        path = self.folder / "curve.xml"
+        self.done("convert", "--row", "2,10,Cubic", path)
+        path.write_text(path.read_text().replace("<Value>10.000000<", "<Value>0.0000254<"))
+        self.assertUnsound("row 1: its value of 2.54e-05 is 2.5e-05 in its law", path)
+        self.refused(FAILED, "eval", path, "1", says="six decimals")
 
     def test_a_law_that_does_not_compile(self):
         path = self.folder / "curve.xml"

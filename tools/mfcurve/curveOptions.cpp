@@ -40,9 +40,10 @@ void declareCurveOptions(CLI::App& command, CurveOptions& options)
     };
     text("--expression", options.expression, "a formula of one variable, such as 'sin(2*pi*x)'", "TEXT");
     command
-        .add_option(
-            "--row", options.rows,
-            "a segment: 'end x, value, profile'; may be repeated, each starts where the last one ends")
+        .add_option("--row", options.rows,
+                    "a segment: 'end x, value, profile'; may be repeated, each starts where the last one "
+                    "ends; numbers "
+                    "count with six decimals")
         ->type_name("ROW")
         ->allow_extra_args(false)
         ->group("Curve");

@@ -147,6 +147,18 @@ void checkLaw(mfFunctionSegments_c& table, const Row& row)
         throw Failure(kWrong, row.where + ": the law of " + row.profile + " is no formula; " + *problem);
 }
 
+// Fails where the six decimals of a law make another curve of the rows.
+void checkRounding(mfFunctionSegments_c& table, const RowList& list)
+{
+    const double span = valueSpan(table);
+    for (int row = 0; row < table.getSegmentCount(); ++row) {
+        const std::string where = row == 0 ? "the start" : list.rows[static_cast<std::size_t>(row) - 1].where;
+        const std::string problem = roundingProblem(table, row, span);
+        if (!problem.empty())
+            throw Failure(kWrong, where + ": " + problem);
+    }
+}
+
 Curve rowsCurve(const CurveOptions& options)
 {
     const RowList list = readRows(options);
@@ -160,6 +172,7 @@ Curve rowsCurve(const CurveOptions& options)
         checkLaw(table, row);
         start = row.end;
     }
+    checkRounding(table, list);
     for (int row = 0; row < table.getSegmentCount(); ++row)
         table.checkInvalid(row);
     curve.setTitle(options.rowsFile.empty() ? "Segments"

@@ -3,11 +3,19 @@
 #include <string>
 #include <vector>
 
+class mfFunctionSegments_c;
+
 namespace mfcurve {
 
 class Curve;
 
 /// What is wrong with a curve, one problem each; none for a sound one.
 std::vector<std::string> problems(Curve& curve);
+
+/// How far apart the least and the largest value of the rows are.
+double valueSpan(mfFunctionSegments_c& table);
+/// What a row loses because its law takes six decimals, as the end
+/// of a sentence; empty where that does not matter in a curve of that span.
+std::string roundingProblem(mfFunctionSegments_c& table, int row, double span);
 
 }  // namespace mfcurve
