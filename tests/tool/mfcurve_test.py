@@ -31,9 +31,9 @@ EXPRESSION_DOCUMENT = """<?xml version='1.0' encoding='UTF-8'?><Curve><Version>1
 <Expression>3*time^2</Expression></Curve>"""
 
 
-def run(*arguments, text="", env=None):
+def run(*arguments, text="", env=None, cwd=None):
     return subprocess.run([TOOL, *map(str, arguments)], input=text, capture_output=True, text=True, timeout=120,
-                          env={**os.environ, **(env or {})})
+                          env={**os.environ, **(env or {})}, cwd=cwd)
 
 
 class ToolTest(unittest.TestCase):
@@ -185,6 +185,15 @@ class Eval(ToolTest):
     def test_no_finite_value(self):
         result = self.refused(FAILED, "eval", "--expression", "1/x", "0", "2", says="x = 0")
         self.assertEqual(result.stdout.splitlines(), ["0 nan nan nan nan", "2 0.5 -0.25 0.25 -0.375"])
+
+    def test_what_stands_behind_two_dashes_is_no_option(self):
+        for call in [["--", "1", "-2"], ["1", "--", "-2"], ["--", "1", "-2.0"]]:
+            with self.subTest(call):
+                self.assertEqual(self.samples("eval", "--expression", "x^2", *call), [[1, 1, 2, 2, 0], [-2, 4, -4, 2, 0]])
+        path = self.folder / "-o.xml"
+        self.done("convert", "--row", "2,10,Quadratic", "--", path.name, cwd=self.folder)
+        self.assertEqual(self.samples("eval", "1", "--", path.name, cwd=self.folder), [[1, 2.5, 5, 5, 0]])
+        self.assertEqual(self.samples("eval", "1", "--", "-", text=path.read_text()), [[1, 2.5, 5, 5, 0]])
 
     def test_bad_x(self):
         self.refused(WRONG, "eval", "--expression", "x", says="at least one x")
@@ -909,7 +918,7 @@ class Streams(ToolTest):
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "this system has no full device")
     def test_a_full_device(self):
-        for command in [["eval", "--expression", "x", "1"],
+        for command in [["eval", "--expression", "x", "1"], ["--help"], ["eval", "--help"], ["--version"],
                         ["table", "--expression", "x", "--from", "0", "--to", "1", "--samples", "100000"],
                         ["plot", "--expression", "x", "--from", "0", "--to", "1", "-o", "-"]]:
             with self.subTest(command[0]), open("/dev/full", "w") as full:

@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <new>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,16 +34,26 @@ constexpr const char* kFooter =
     "row or list of points.";
 
 // The arguments, last one first, as the parser takes them. A number such as -.5
-// would be taken for an option.
+// would be taken for an option, and a "--" would only be taken before the first
+// number or file: what stands behind it is spelt as no option can be.
 std::vector<std::string> reversedArguments(int argc, char** argv)
 {
     std::vector<std::string> arguments;
-    for (int i = argc - 1; i > 0; --i) {
+    bool areOptionsOver = false;
+    for (int i = 1; i < argc; ++i) {
         std::string argument = argv[i];
-        if (argument.starts_with("-.") && mfcurve::readNumber(argument))
+        const bool isNumber = mfcurve::readNumber(argument).has_value();
+        if (!areOptionsOver && argument == "--") {
+            areOptionsOver = true;
+            continue;
+        }
+        if (argument.starts_with("-.") && isNumber)
             argument.insert(1, "0");
+        else if (areOptionsOver && !isNumber && argument.size() > 1 && argument.front() == '-')
+            argument.insert(0, "./");
         arguments.push_back(std::move(argument));
     }
+    std::reverse(arguments.begin(), arguments.end());
     return arguments;
 }
 
@@ -69,7 +81,11 @@ int run(int argc, char** argv)
     try {
         app.parse(reversedArguments(argc, argv));
     } catch (const CLI::Success& shown) {
-        return app.exit(shown);
+        std::ostringstream text;
+        const int status = app.exit(shown, text);
+        mfcurve::print(text.str());
+        mfcurve::finishOutput();
+        return status;
     } catch (const CLI::ParseError& error) {
         mfcurve::warn(usageProblem(app, error, argc, argv) + "; see mfcurve --help");
         return mfcurve::kWrong;
