@@ -150,6 +150,14 @@ class Expressions(ToolTest):
     def test_two_variables_are_no_curve(self):
         self.refused(WRONG, "eval", "--expression", "a*x+b", "1", says=["3 variables", "a, x, b"])
 
+    def test_a_stretch_that_would_do_nothing(self):
+        for command in [["eval", "1"], ["info"], ["convert", "-"]]:
+            with self.subTest(command):
+                self.refused(WRONG, *command, "--row", "2,1,Cubic", "--from", "0", "--to", "1", says="--from and --to go with")
+                self.refused(WRONG, *command, "--expression", "x", "--from", "0", says="both --from and --to")
+                self.refused(WRONG, *command, "--expression", "x", "--from", "2", "--to", "1", says="from 2 to 1")
+                self.done(*command, "--expression", "x", "--from", "0", "--to", "1")
+
     def test_stretch(self):
         self.refused(WRONG, "table", "--expression", "x", says=["--from", "--to"])
         self.refused(WRONG, "table", "--expression", "x", "--from", "0", says="--to")
@@ -821,6 +829,10 @@ class Info(ToolTest):
     def test_what_is_wrong_with_a_curve(self):
         document = EXPRESSION_DOCUMENT.format(object="Force").replace("3*time^2", "3*time^")
         self.assertUnsound("the expression is wrong at character 8", self.write("curve.xml", document))
+
+    def test_a_range_that_ends_before_it_starts(self):
+        document = EXPRESSION_DOCUMENT.format(object="Force").replace("<MaxX>4<", "<MaxX>-4<")
+        self.assertUnsound("its range ends before it starts", "-", text=document)
 
     def test_a_value_that_six_decimals_do_not_hold(self):
         path = self.folder / "curve.xml"

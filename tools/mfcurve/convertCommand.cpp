@@ -39,6 +39,7 @@ void checkReadsBack(const std::string& text, const std::string& output)
 int runConvert(ConvertOptions& options)
 {
     sortFiles(options);
+    checkNoStretch(options.curve);
     const Host host(options.curve.library, options.curve.results);
     const std::string& output = options.files.back();
     return forEachCurve(options.curve, [&](Curve& curve, const std::string&) {

@@ -80,6 +80,15 @@ void checkOneSource(const CurveOptions& options)
              "--over goes with rows and points; the others say it themselves");
 }
 
+void checkNoStretch(const CurveOptions& options)
+{
+    const int given = !options.from.empty() + !options.to.empty();
+    if (given > 0 && options.expression.empty())
+        throw Failure(kWrong, "--from and --to go with table, with plot and with an expression");
+    if (given == 1)
+        throw Failure(kWrong, "an expression takes both --from and --to here, or neither");
+}
+
 Range chosenRange(const CurveOptions& options, Range domain)
 {
     const std::optional<double> from = givenNumber(options.from, "--from");

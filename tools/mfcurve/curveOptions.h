@@ -42,6 +42,10 @@ void declareHostOptions(CLI::App& command, CurveOptions& options);
 /// Fails unless the options name one curve, or documents and nothing else.
 void checkOneSource(const CurveOptions& options);
 
+/// Fails when there is a --from or --to that does nothing: a command without a stretch
+/// to look at takes both, as the domain of an expression.
+void checkNoStretch(const CurveOptions& options);
+
 /// The stretch that --from and --to choose out of `domain`. Fails when they are no
 /// numbers or in the wrong order, or when there is nothing to choose from.
 Range chosenRange(const CurveOptions& options, Range domain);

@@ -66,6 +66,7 @@ int evaluate(Curve& curve, const std::vector<double>& xs, const std::string& pla
 int runEval(EvalOptions& options)
 {
     sortArguments(options);
+    checkNoStretch(options.curve);
     const Host host(options.curve.library, options.curve.results);
     int status = kDone;
     const int read = forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {

@@ -151,6 +151,7 @@ std::string describe(Curve& curve, const std::vector<std::string>& found)
 
 int runInfo(const CurveOptions& options)
 {
+    checkNoStretch(options);
     const Host host(options.library, options.results);
     bool isFirst = true;
     int status = kDone;

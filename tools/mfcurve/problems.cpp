@@ -89,6 +89,8 @@ std::vector<std::string> problems(Curve& curve)
     if (curve.kind() == mf::FunctionType_Expression) {
         if (const auto problem = expressionProblem(curve.expression().getMathExpression()))
             found.push_back(*problem);
+        if (curve.domain().from > curve.domain().to)
+            found.emplace_back("its range ends before it starts");
     }
     if (curve.kind() == mf::FunctionType_DataPoints && curve.points().isEmpty())
         found.emplace_back("it has no points");
