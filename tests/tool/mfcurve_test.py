@@ -459,6 +459,12 @@ class Plot(ToolTest):
             ElementTree.parse(self.folder / (name + ".svg"))
         self.refused(WRONG, "plot", *files, "-o", self.folder / "one.svg", says="folder")
 
+    def test_no_picture_takes_the_place_of_another(self):
+        (self.folder / "left").mkdir()
+        files = [self.write(name, EXPRESSION_DOCUMENT.format(object="Force")) for name in ["left/cam.xml", "cam.xml"]]
+        self.refused(WRONG, "plot", *files, "-o", self.folder, says=["left/cam.xml and ", "would both be called cam.svg"])
+        self.assertFalse((self.folder / "cam.svg").exists())
+
 
 class Points(ToolTest):
     POINTS = "x,y\n0,0\n1,1\n2,0\n"

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <map>
 #include <memory>
 
 #include "mfcurves/functions/mfDataPoints.h"
@@ -146,6 +147,11 @@ Diagram diagramOf(Curve& curve, const CurveOptions& options)
     return diagram;
 }
 
+std::string pictureName(const std::string& file)
+{
+    return (isStandardStream(file) ? "curve" : std::filesystem::path(file).stem().string()) + ".svg";
+}
+
 // One document goes to the output itself, several into the folder of that name.
 std::string outputPath(const PlotOptions& options, const std::string& section)
 {
@@ -155,12 +161,25 @@ std::string outputPath(const PlotOptions& options, const std::string& section)
     if (!fs::is_directory(options.output))
         throw Failure(kWrong,
                       "several documents are drawn into a folder, which " + options.output + " is not");
-    const std::string stem = isStandardStream(section) ? "curve" : fs::path(section).stem().string();
-    return (fs::path(options.output) / (stem + ".svg")).string();
+    return (fs::path(options.output) / pictureName(section)).string();
+}
+
+// A second picture of one name would take the place of the first. The same document
+// twice is the same picture.
+void checkPictureNames(const std::vector<std::string>& files)
+{
+    std::map<std::string, std::string> fileOfPicture;
+    for (const std::string& file : files) {
+        const auto [other, isNew] = fileOfPicture.emplace(pictureName(file), file);
+        if (!isNew && other->second != file)
+            throw Failure(kWrong, "the pictures of " + other->second + " and " + file +
+                                      " would both be called " + other->first);
+    }
 }
 
 int runPlot(const PlotOptions& options)
 {
+    checkPictureNames(options.curve.files);
     const Host host(options.curve.library, options.curve.results);
     return forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {
         const std::string path = outputPath(options, section);
