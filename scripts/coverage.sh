@@ -26,6 +26,8 @@ LLVM_PROFILE_FILE=$PWD/$build/profiles/mfcurve-%4m.profraw \
 
 llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/tests.profdata"
 # Some test programs hold nothing of the library that could run.
+# Functions that llvm-cov calls mismatched are those that a program only declares; the
+# program that runs them has their counts.
 mapfile -t programs < <(find "$build/tests" -type f -name '*_test*' -perm -u+x -exec grep -l __llvm_covmap {} +)
 llvm-cov export -instr-profile="$build/tests.profdata" "${programs[0]}" "${programs[@]/#/-object=}" mfcurves >"$build/coverage.json"
 python3 scripts/coverage.py "$build/coverage.json" scripts/coverage_explained.txt "$build/uncovered.txt"
