@@ -276,6 +276,7 @@ class Rows(ToolTest):
                 else:
                     self.refused(WRONG, "eval", "--row", row, "0", says=[f'--row "{row}": ', words, "six decimals"])
         self.refused(WRONG, "eval", "--row", "1,0,Linear", "--start", "2e-7", "0", says="the start: its value of 2e-07 is 0")
+        self.done("eval", "--row", "1,0.1234567,Linear", "--start", "0.1234567", "0")
         # What rounding leaves of 0 is none of it in a curve that rises by 25.
         self.done("eval", "--row", "1,25,Cubic", "--row", "2,6.1e-17,Cubic", "--row", "3,0,Cubic", "1")
 

@@ -57,7 +57,7 @@ double valueSpan(mfFunctionSegments_c& table)
         low = row == 0 ? value : std::min(low, value);
         high = row == 0 ? value : std::max(high, value);
     }
-    return high - low;
+    return high > low ? high - low : std::fabs(low);
 }
 
 // A value is measured by the span, so that 1e-17 for 0 is no loss where a curve

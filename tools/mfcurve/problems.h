@@ -12,7 +12,8 @@ class Curve;
 /// What is wrong with a curve, one problem each; none for a sound one.
 std::vector<std::string> problems(Curve& curve);
 
-/// How far apart the least and the largest value of the rows are.
+/// How far apart the least and the largest value of the rows are; of rows that all
+/// have one value, how far that is from 0.
 double valueSpan(mfFunctionSegments_c& table);
 /// What a row loses because its law takes six decimals, as the end
 /// of a sentence; empty where that does not matter in a curve of that span.
