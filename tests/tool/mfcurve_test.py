@@ -438,6 +438,32 @@ class Plot(ToolTest):
                 for node in picture.iter(SVG + "path"):
                     self.assertNotRegex(node.get("d"), "nan|inf")
 
+    def test_no_label_leaves_the_picture(self):
+        for text, start, end in [("-98765.4321+1e-5*sin(x)", 0, 10), ("1+1e-11*sin(x)", 0, 10), ("sin(x)", 1700000000, 1700000010),
+                                 ("sin(x)", 1700000000, 1700000000.018), ("sin(x)", 0, 1)]:
+            with self.subTest(text):
+                picture = self.plot("--expression", text, "--from", start, "--to", end)
+                for label in picture.iter(SVG + "text"):
+                    size = re.search(r"font-size:([\d.]+)px", label.get("style") or "font-size:12px")
+                    if label.get("class") or not size:
+                        continue
+                    width = 0.55 * float(size[1]) * len(label.text)  # a digit is that wide in Helvetica
+                    x = float(label.get("x"))
+                    left = {"end": x - width, "middle": x - width / 2}[label.get("text-anchor")]
+                    self.assertGreaterEqual(left, 0, label.text)
+                    self.assertLessEqual(left + width, float(picture.get("width")), label.text)
+
+    def test_a_long_title_is_cut(self):
+        [title] = [text for text in self.texts(self.plot("--row", "1,1,Cubic", "--name", "\u00e4" * 200)) if "\u00e4" in text]
+        self.assertEqual(title, "\u00e4" * 71 + "\u2026")
+        self.assertIn("\u00e4" * 72, self.texts(self.plot("--row", "1,1,Cubic", "--name", "\u00e4" * 72)))
+
+    def test_a_line_beyond_the_axis_stays_in_the_frame(self):
+        points = self.write("points.csv", "-1e308,0\n0,1\n1e308,0\n")
+        for path in self.plot("--points", points).iter(SVG + "path"):
+            for x in re.findall(r"[ML](\S+)", path.get("d")):
+                self.assertTrue(84 <= float(x) <= 892, x)
+
     def test_a_long_table_makes_a_small_picture(self):
         rows = "".join(f"{i},{i % 2},Cubic\n" for i in range(1, 2001))
         self.plot("--rows", self.write("rows.csv", rows))

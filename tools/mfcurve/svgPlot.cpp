@@ -26,6 +26,10 @@ constexpr double kPanelHeader = 26.0;   // above each plot: quantity, unit, extr
 constexpr double kPanelGap = 14.0;      // below each plot
 constexpr double kFooterHeight = 52.0;  // labels of the shared axis
 constexpr double kGlyphWidth = 6.6;     // of a small label, on average
+constexpr double kDigitWidth = 7.6;     // of the number at a tick, in a wide font
+constexpr double kTickSize = 12.0;      // of the letters there
+constexpr double kMargin = 2.0;         // that labels keep from the edge of the picture
+constexpr std::size_t kLongestTitle = 72;
 constexpr int kValueTicks = 4;
 constexpr int kVariableTicks = 9;
 
@@ -61,7 +65,11 @@ struct Frame {
     double top = 0.0;
     Axis x;
     Axis y;
-    double toX(double value) const { return kPlotLeft + (value - x.low) / (x.high - x.low) * kPlotWidth; }
+    double toX(double value) const
+    {
+        const double inside = std::clamp(value, x.low, x.high);
+        return kPlotLeft + (inside - x.low) / (x.high - x.low) * kPlotWidth;
+    }
     double toY(double value) const
     {
         const double inside = std::clamp(value, y.low, y.high);
@@ -102,6 +110,43 @@ std::string textAt(double x, double y, const char* attributes, const std::string
 {
     return "<text x=\"" + pixels(x) + "\" y=\"" + pixels(y) + "\" " + attributes + ">" + escaped(text) +
            "</text>\n";
+}
+
+// A character is as many bytes as follow until the next one begins.
+bool beginsCharacter(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+}
+
+std::size_t characterCount(const std::string& text)
+{
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), beginsCharacter));
+}
+
+// The text without what goes beyond so many characters.
+std::string shortened(const std::string& text, std::size_t longest)
+{
+    if (characterCount(text) <= longest)
+        return text;
+    std::string result;
+    std::size_t count = 0;
+    for (char c : text) {
+        count += beginsCharacter(c) ? 1 : 0;
+        if (count < longest)
+            result += c;
+    }
+    return result + "\u2026";
+}
+
+// The number at a tick around or, for "end", before x. One too wide for its room is
+// written smaller, because without its first digits it would be another number.
+std::string tickLabel(double x, double y, const char* anchor, double room, const std::string& label)
+{
+    const double width = kDigitWidth * static_cast<double>(characterCount(label));
+    std::string attributes = "text-anchor=\"" + std::string(anchor) + "\"";
+    if (width > room)
+        attributes += " style=\"font-size:" + pixels(kTickSize * room / width) + "px\"";
+    return textAt(x, y, attributes.c_str(), label);
 }
 
 std::string lineBetween(double x1, double y1, double x2, double y2, const char* style)
@@ -167,7 +212,7 @@ std::string drawGrid(const Frame& frame)
     for (double tick : frame.y.ticks) {
         const double y = frame.toY(tick);
         svg += lineBetween(kPlotLeft, y, kPlotRight, y, tick == 0.0 ? "zero" : "grid");
-        svg += textAt(kPlotLeft - 8.0, y + 4.0, "text-anchor=\"end\"", frame.y.label(tick));
+        svg += tickLabel(kPlotLeft - 8.0, y + 4.0, "end", kPlotLeft - 8.0 - kMargin, frame.y.label(tick));
     }
     return svg;
 }
@@ -253,20 +298,31 @@ std::string drawSegmentNames(const Diagram& diagram, const Frame& frame, double 
     for (const NamedStretch& segment : diagram.segments) {
         const double left = frame.toX(std::max(segment.from, frame.x.low));
         const double right = frame.toX(std::min(segment.to, frame.x.high));
-        if (right - left >= kGlyphWidth * static_cast<double>(segment.name.size()))
+        if (right - left >= kGlyphWidth * static_cast<double>(characterCount(segment.name)))
             svg +=
                 textAt((left + right) / 2.0, baseline, "class=\"name\" text-anchor=\"middle\"", segment.name);
     }
     return svg;
 }
 
+// The last number of the shared axis stands at the edge of the picture if it would
+// run out of it below its tick.
+std::string variableLabel(double x, double y, double room, const std::string& label)
+{
+    const double edge = kPictureWidth - kMargin;
+    const double width = std::min(room, kDigitWidth * static_cast<double>(characterCount(label)));
+    const bool fits = x + width / 2.0 <= edge;
+    return tickLabel(fits ? x : edge, y, fits ? "middle" : "end", room, label);
+}
+
 std::string drawVariable(const Diagram& diagram, const Frame& last)
 {
     std::string svg;
     const double bottom = last.top + kPlotHeight;
+    const double gap = kPlotWidth / static_cast<double>(std::max<std::size_t>(last.x.ticks.size(), 1));
     for (double tick : last.x.ticks)
-        svg += textAt(last.toX(tick), bottom + 18.0, "text-anchor=\"middle\"", last.x.label(tick));
-    const std::string unit = diagram.variableUnit + exponentText(last.x.exponent);
+        svg += variableLabel(last.toX(tick), bottom + 18.0, 0.8 * gap, last.x.label(tick));
+    const std::string unit(trimmed(diagram.variableUnit + exponentText(last.x.exponent)));
     const std::string label = unit.empty() ? diagram.variable : diagram.variable + " [" + unit + "]";
     return svg + textAt((kPlotLeft + kPlotRight) / 2.0, bottom + 38.0, "text-anchor=\"middle\"", label);
 }
@@ -291,7 +347,8 @@ std::string toSvg(const Diagram& diagram)
 
     Frame frame;
     frame.x = independentAxis(diagram.from, diagram.to, diagram.variableUnit == "deg", kVariableTicks);
-    std::string svg = opening(height) + textAt(kPlotLeft, 32.0, "class=\"title\"", diagram.title);
+    std::string svg =
+        opening(height) + textAt(kPlotLeft, 32.0, "class=\"title\"", shortened(diagram.title, kLongestTitle));
     svg += drawSegmentNames(diagram, frame, kTitleHeight + kNamesHeight - 10.0);
     for (std::size_t order = 0; order < diagram.panels.size(); ++order) {
         frame.top = panelsTop + panelHeight * static_cast<double>(order) + kPanelHeader;
