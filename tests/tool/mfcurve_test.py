@@ -915,6 +915,20 @@ class Convert(ToolTest):
         self.refused(FAILED, "convert", "--points", points, out, says=[f"{out}: ", '"Point" 2 has x = 1000'])
         self.assertFalse(out.exists())
 
+    def test_a_curve_that_six_digits_make_another(self):
+        for text, words in [("123456.4,0\n123457.6,1\n", "its value at x = 123456.4 would be 0.2 and not 0"),
+                            ("0,123456.001\n1,123456.002\n", "its value at x = 0 would be 123456 and not 123456.001"),
+                            ("0,123456.789\n1,123456.789\n", None), ("0,0.12345678\n1.2345678,9.8765432\n", None)]:
+            with self.subTest(text):
+                call = ["convert", "--points", self.write("points.csv", text), "-"]
+                if words is None:
+                    self.done(*call)
+                else:
+                    self.refused(FAILED, *call, says=["another curve", words])
+        self.refused(FAILED, "convert", "--expression", "x", "--from", "1234567", "--to", "1234568", "-",
+                     says="its range would run from 1.23457e+06 to 1.23457e+06")
+        self.done("convert", "--expression", "x", "--from", "0.12345678", "--to", "1.2345678", "-")
+
     def test_a_failure_leaves_the_old_file(self):
         old = self.write("old.xml", "old")
         self.refused(FAILED, "convert", self.folder / "none.xml", old, says="none.xml")

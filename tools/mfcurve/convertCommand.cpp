@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "tools/mfcurve/commands.h"
@@ -28,12 +30,47 @@ void sortFiles(ConvertOptions& options)
         options.curve.files = {options.files.front()};
 }
 
-// A document has fewer digits than a curve: points that lie close become one.
-void checkReadsBack(const std::string& text, const std::string& output)
+// What a curve may lose of its span or range.
+constexpr double kMostLoss = 1e-3;
+
+// Where a curve that was read back misses a point of the table; empty when it meets all.
+std::string missedPoint(const std::vector<mfPoint2D_c>& knots, Curve& read)
 {
-    const Curve curve = readDocumentText(text, output);
-    if (!curve.remarks().empty())
-        throw Failure(kFailed, output + ": the document would be another curve: " + curve.remarks().front());
+    const auto below = [](const mfPoint2D_c& a, const mfPoint2D_c& b) { return a.y() < b.y(); };
+    const auto [low, high] = std::minmax_element(knots.begin(), knots.end(), below);
+    // A constant is measured by itself.
+    const double size = high->y() > low->y() ? high->y() - low->y() : std::fabs(high->y());
+    for (const mfPoint2D_c& knot : knots) {
+        const double value = read.at(knot.x()).y[0];
+        if (!(std::fabs(value - knot.y()) <= kMostLoss * size))
+            return "its value at x = " + shortNumberText(knot.x(), 9) + " would be " +
+                   shortNumberText(value, 9) + " and not " + shortNumberText(knot.y(), 9);
+    }
+    return "";
+}
+
+std::string movedRange(const Range& range, const Range& read)
+{
+    const double most = kMostLoss * (range.to - range.from);
+    if (std::fabs(read.from - range.from) <= most && std::fabs(read.to - range.to) <= most)
+        return "";
+    return "its range would run from " + shortNumberText(read.from) + " to " + shortNumberText(read.to);
+}
+
+// A document has fewer digits than a curve: points that lie close become one, or
+// part from each other.
+void checkReadsBack(Curve& curve, const std::string& text, const std::string& output)
+{
+    Curve read = readDocumentText(text, output);
+    std::string problem;
+    if (!read.remarks().empty())
+        problem = read.remarks().front();
+    else if (curve.kind() == mf::FunctionType_DataPoints)
+        problem = missedPoint(knotsOf(curve.points()), read);
+    else if (curve.kind() == mf::FunctionType_Expression)
+        problem = movedRange(curve.domain(), read.domain());
+    if (!problem.empty())
+        throw Failure(kFailed, output + ": the document would be another curve: " + problem);
 }
 
 int runConvert(ConvertOptions& options)
@@ -47,7 +84,7 @@ int runConvert(ConvertOptions& options)
         const char* text = curve.function().getXMLData();
         if (text == nullptr)
             throw Failure(kFailed, "the library could not write the curve as a document");
-        checkReadsBack(text, output);
+        checkReadsBack(curve, text, output);
         writeOutput(output, text);
     });
 }
@@ -61,8 +98,8 @@ void declareConvert(CLI::App& app, Action& action)
     command.add_option("FILE", options->files, "IN and OUT, or OUT alone; '-' is standard input or output");
     declareCurveOptions(command, options->curve);
     command.footer(
-        "Numbers of segments are written with six decimals, all others with six digits; points that these\n"
-        "digits do not tell apart are refused. Examples:\n"
+        "Numbers of segments are written with six decimals, all others with six digits; a curve that these\n"
+        "digits make another is refused. Examples:\n"
         "  mfcurve convert old.xml new.xml\n"
         "  mfcurve convert --rows rows.csv --over angle --name 'Gripper cam' gripper.xml");
     command.callback([options, &action] { action = [options] { return runConvert(*options); }; });

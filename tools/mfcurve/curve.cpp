@@ -5,6 +5,7 @@
 #include <iterator>
 #include <limits>
 
+#include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/functions/mfFunctionExpression.h"
 #include "mfcurves/interfaces/ICalculator.h"
@@ -176,6 +177,18 @@ mfSegment_c& rowOf(mfFunctionSegments_c& table, int row)
     mfSegment_c* segment = nullptr;
     table.selectSegment(row, segment);
     return *segment;
+}
+
+std::vector<mfPoint2D_c> knotsOf(mfFunctionDataPoints_c& table)
+{
+    std::vector<mfPoint2D_c> knots;
+    for (int row = 0; row < table.getDataPointsCount(); ++row) {
+        mfDataPoints_c* points = nullptr;
+        table.selectDataPoint(row, points);
+        for (int i = 0; i < points->getPointCount(); ++i)
+            knots.emplace_back(points->getX(i), points->getY(i));
+    }
+    return knots;
 }
 
 std::string profileName(mfSegment_c& segment)

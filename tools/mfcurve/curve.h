@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "mfcurves/functions/mfPoint2D.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "tools/mfcurve/diagram.h"
 
@@ -81,6 +82,9 @@ private:
 
 /// The row of a segment table; never null for a row inside it.
 mfSegment_c& rowOf(mfFunctionSegments_c& table, int row);
+
+/// All points of a table, ascending in x.
+std::vector<mfPoint2D_c> knotsOf(mfFunctionDataPoints_c& table);
 
 /// The name of a row's profile without its source.
 std::string profileName(mfSegment_c& segment);

@@ -5,8 +5,6 @@
 #include <map>
 #include <memory>
 
-#include "mfcurves/functions/mfDataPoints.h"
-#include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 #include "tools/mfcurve/commands.h"
@@ -94,13 +92,7 @@ void drawSegments(Curve& curve, const Range& range, Diagram& diagram, LineBuilde
 
 void drawPoints(Curve& curve, const Range& range, Diagram& diagram, LineBuilder& lines)
 {
-    mfFunctionDataPoints_c& table = curve.points();
-    for (int row = 0; row < table.getDataPointsCount(); ++row) {
-        mfDataPoints_c* points = nullptr;
-        table.selectDataPoint(row, points);
-        for (int i = 0; i < points->getPointCount(); ++i)
-            diagram.knots.emplace_back(points->getX(i), points->getY(i));
-    }
+    diagram.knots = knotsOf(curve.points());
     std::vector<double> ends{range.from};
     for (const mfPoint2D_c& knot : diagram.knots) {
         if (knot.x() > ends.back() && knot.x() < range.to)
