@@ -339,6 +339,15 @@ class Table(ToolTest):
         lines = self.done("table", "--row", "4,1,Cubic", "--samples", "2").splitlines()
         self.assertEqual([line.split(",")[0] for line in lines[1:]], ["0", "4"])
 
+    def test_a_stretch_beyond_the_curve(self):
+        words = "the stretch from 0.5 to 3 goes beyond the curve, which runs from 0 to 2"
+        for command in [["table", "--samples", "2"], ["plot", "-o", "-"]]:
+            with self.subTest(command):
+                result = run(*command, "--row", "2,10,Quadratic", "--from", "0.5", "--to", "3")
+                self.assertEqual((result.returncode, result.stderr), (DONE, f"mfcurve: {words}\n"))
+                self.done(*command, "--row", "2,10,Quadratic", "--from", "0.5", "--to", "2")
+                self.done(*command, "--expression", "x", "--from", "0.5", "--to", "3")
+
     def test_json(self):
         rows = json.loads(self.table("--expression", "x^3", "--samples", "3", "--format", "json"))
         self.assertEqual(rows[2], {"x": 2, "value": 8, "d1": 12, "d2": 12, "d3": 6})

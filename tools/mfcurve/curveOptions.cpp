@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "tools/mfcurve/failure.h"
+#include "tools/mfcurve/files.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -100,6 +101,14 @@ Range chosenRange(const CurveOptions& options, Range domain)
         throw Failure(kWrong, "the stretch runs from " + numberText(range.from) + " to " +
                                   numberText(range.to) + ": its start lies above its end");
     return range;
+}
+
+void warnOutside(Range range, Range domain, const std::string& place)
+{
+    if (domain.from < domain.to && (range.from < domain.from || range.to > domain.to))
+        warn(place + "the stretch from " + numberText(range.from) + " to " + numberText(range.to) +
+             " goes beyond the curve, which runs from " + numberText(domain.from) + " to " +
+             numberText(domain.to));
 }
 
 Units chosenUnits(const CurveOptions& options, Curve& curve)

@@ -50,6 +50,9 @@ void checkNoStretch(const CurveOptions& options);
 /// numbers or in the wrong order, or when there is nothing to choose from.
 Range chosenRange(const CurveOptions& options, Range domain);
 
+/// Says so when a stretch goes beyond the curve; `place` is what the message begins with.
+void warnOutside(Range range, Range domain, const std::string& place);
+
 /// The units of --units, or else the usual ones of that curve.
 Units chosenUnits(const CurveOptions& options, Curve& curve);
 

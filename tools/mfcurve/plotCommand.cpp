@@ -123,9 +123,8 @@ void draw(Curve& curve, const Range& range, Diagram& diagram)
     }
 }
 
-Diagram diagramOf(Curve& curve, const CurveOptions& options)
+Diagram diagramOf(Curve& curve, const Range& range, const CurveOptions& options)
 {
-    const Range range = chosenRange(options, curve.domain());
     const Units units = chosenUnits(options, curve);
     Diagram diagram;
     diagram.title = curve.title();
@@ -175,7 +174,9 @@ int runPlot(const PlotOptions& options)
     const Host host(options.curve.library, options.curve.results);
     return forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {
         const std::string path = outputPath(options, section);
-        writeOutput(path, toSvg(diagramOf(curve, options.curve)));
+        const Range range = chosenRange(options.curve, curve.domain());
+        warnOutside(range, curve.domain(), sectionPlace(section));
+        writeOutput(path, toSvg(diagramOf(curve, range, options.curve)));
         if (!isStandardStream(path))
             print(path + "\n");
     });

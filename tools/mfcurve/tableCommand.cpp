@@ -95,6 +95,7 @@ public:
     void printCurve(Curve& curve, const std::string& section)
     {
         const Range range = chosenRange(options_.curve, curve.domain());
+        warnOutside(range, curve.domain(), sectionPlace(section));
         const int orders = curve.orderCount();
         printHead(section, orders);
         std::size_t undefined = 0;
