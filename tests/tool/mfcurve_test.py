@@ -258,7 +258,7 @@ class Rows(ToolTest):
         self.assertEqual(self.samples("eval", "--row", "2,10,qUADRATIC", "1"), [[1, 2.5, 5, 5, 0]])
 
     def test_bad_rows(self):
-        for row, words in [("2,10", "2 of 3 fields"), ("2,10,Cubic,4", "4 of 3 fields"), ("2,10,", "3 fields"),
+        for row, words in [("2,10", "2 of 3 fields"), ("2,10,Cubic,4", "4 of 3 fields"), ("2,10,", "the profile is missing"),
                            ("two,10,Cubic", "end x \"two\""), ("2,ten,Cubic", "value \"ten\""),
                            ("nan,10,Cubic", "end x \"nan\""), ("2,inf,Cubic", "value \"inf\""),
                            ("0,10,Cubic", "starts at 0"), ("-1,10,Cubic", "ends at -1"),

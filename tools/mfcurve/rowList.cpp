@@ -31,8 +31,10 @@ void addStart(RowList& list, const std::vector<std::string>& fields, const std::
 
 void addRow(RowList& list, const std::vector<std::string>& fields, const std::string& where)
 {
-    if (fields.size() != 3 || fields.back().empty())
+    if (fields.size() != 3)
         throw Failure(kWrong, where + ": " + std::to_string(fields.size()) + " of 3 fields; " + kRowForm);
+    if (fields.back().empty())
+        throw Failure(kWrong, where + ": the profile is missing; " + kRowForm);
     const double end = numberOf(fields[0], where, "end x");
     const double value = numberOf(fields[1], where, "value");
     const double start = list.rows.empty() ? list.startX : list.rows.back().end;
