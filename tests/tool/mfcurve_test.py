@@ -473,6 +473,18 @@ class Plot(ToolTest):
             for x in re.findall(r"[ML](\S+)", path.get("d")):
                 self.assertTrue(84 <= float(x) <= 892, x)
 
+    def test_a_fast_vibration_is_no_slow_wave(self):
+        # Of 1591 periods evenly spaced samples show about nine, 1601 of them as well as 801.
+        for count in [1591, 1601, 795, 801, 3201]:
+            with self.subTest(count):
+                picture = self.plot("--expression", f"sin({2 * math.pi * count}*x)", "--from", "0", "--to", "1")
+                line = next(node.get("d") for node in picture.iter(SVG + "path") if node.get("class") == "line")
+                heights = [float(point.split()[1]) for point in line[1:].split("L")]
+                middle = (min(heights) + max(heights)) / 2
+                crossings = sum((a < middle) != (b < middle) for a, b in zip(heights, heights[1:]))
+                self.assertGreater(crossings, 400)
+                self.assertGreater(max(heights) - min(heights), 60)
+
     def test_a_long_table_makes_a_small_picture(self):
         rows = "".join(f"{i},{i % 2},Cubic\n" for i in range(1, 2001))
         self.plot("--rows", self.write("rows.csv", rows))

@@ -21,9 +21,9 @@ namespace mfcurve {
 
 namespace {
 
-constexpr int kSamplesOfRow = 201;  // odd, so that the middle of a law is among them
-constexpr int kSamplesOfExpression = 1601;
-constexpr int kSamplesOfPoints = 1600;  // spread over the pieces, two to a piece at least
+constexpr int kSamplesOfRow = 201;       // odd, so that the middle of a law is among them
+constexpr int kCellsOfExpression = 800;  // even, so that the middle of the range is an end of one
+constexpr int kSamplesOfPoints = 1600;   // spread over the pieces, two to a piece at least
 
 struct PlotOptions {
     CurveOptions curve;
@@ -107,6 +107,23 @@ void drawPoints(Curve& curve, const Range& range, Diagram& diagram, LineBuilder&
     lines.add(curve.at(range.to));
 }
 
+// Evenly spaced samples alone would show a vibration faster than they are as a slow
+// wave. So each cell has one more at a place of its own: the multiples of the golden
+// ratio, less their whole parts, never come near a pattern.
+void drawExpression(Curve& curve, const Range& range, LineBuilder& lines)
+{
+    constexpr double kGoldenRatio = 0.6180339887498949;
+    const auto add = [&](double cells) {
+        lines.add(curve.at(std::lerp(range.from, range.to, cells / kCellsOfExpression)));
+    };
+    for (int cell = 0; cell < kCellsOfExpression; ++cell) {
+        const double multiple = cell * kGoldenRatio;
+        add(cell);
+        add(cell + multiple - std::floor(multiple));
+    }
+    add(kCellsOfExpression);
+}
+
 void draw(Curve& curve, const Range& range, Diagram& diagram)
 {
     LineBuilder lines(diagram.panels);
@@ -118,8 +135,7 @@ void draw(Curve& curve, const Range& range, Diagram& diagram)
             drawPoints(curve, range, diagram, lines);
             break;
         default:
-            addStretch(lines, range.from, range.to, kSamplesOfExpression,
-                       [&](double x) { return curve.at(x); });
+            drawExpression(curve, range, lines);
     }
 }
 
