@@ -584,6 +584,17 @@ class Documents(ToolTest):
         result = self.refused(FAILED, "eval", missing, path, "1", says="none.xml")
         self.assertEqual(result.stdout.splitlines(), [f"# {path}", "1 3 6 6 0"])
 
+    def test_a_document_takes_no_law_of_the_one_before(self):
+        first, second = self.folder / "first.xml", self.folder / "second.xml"
+        self.done("convert", "--row", "1,1,Cubic", first)
+        document = first.read_text()
+        first.write_text(document.replace("3*xbar^2-2*xbar^3", "xbar^2"))
+        second.write_text(re.sub("<ProfileDefinitions>.*</ProfileDefinitions>", "", document))
+        alone = self.refused(FAILED, "eval", second, "0.5", says="which the document does not define")
+        together = self.refused(FAILED, "eval", first, second, "0.5", says="which the document does not define")
+        self.assertEqual(together.stdout, f"# {first}\n0.5 0.25 1 2 0\n")
+        self.assertEqual(together.stderr, alone.stderr)
+
     def test_why_a_document_cannot_be_used(self):
         document = EXPRESSION_DOCUMENT.format(object="Force")
         for text, words in [

@@ -8,7 +8,6 @@
 #include "tools/mfcurve/curveSource.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -77,7 +76,6 @@ int runConvert(ConvertOptions& options)
 {
     sortFiles(options);
     checkNoStretch(options.curve);
-    const Host host(options.curve.library, options.curve.results);
     const std::string& output = options.files.back();
     return forEachCurve(options.curve, [&](Curve& curve, const std::string&) {
         curve.function().createXMLData(toCString(curve.title()), false, L"");

@@ -1,6 +1,7 @@
 #include "tools/mfcurve/curveSource.h"
 
 #include <filesystem>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -246,13 +247,19 @@ std::string sectionPlace(const std::string& section)
 int forEachCurve(const CurveOptions& options, const CurveCommand& command, Unsound unsound)
 {
     checkOneSource(options);
+    std::optional<Host> host(std::in_place, options.library, options.results);
     if (options.files.empty()) {
         Curve curve = describedCurve(options);
         command(curve, "");
         return kDone;
     }
     int status = kDone;
+    bool isFirst = true;
     for (const std::string& file : options.files) {
+        // A host keeps the profiles of all documents that it met, and a document that
+        // lacks a definition would take that of the one before it.
+        if (!std::exchange(isFirst, false))
+            host.emplace(options.library, options.results);
         const std::string section = options.files.size() > 1 ? file : "";
         std::string place;
         try {

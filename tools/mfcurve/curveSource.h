@@ -26,8 +26,9 @@ using CurveCommand = std::function<void(Curve& curve, const std::string& section
 /// tells.
 enum class Unsound { Refused, Taken };
 
-/// Runs `command` with each curve that the options name. A document that cannot
-/// be used is reported and keeps no other from its turn. Answers the exit status.
+/// Runs `command` with each curve that the options name, under a host of its own. A
+/// document that cannot be used is reported and keeps no other from its turn.
+/// Answers the exit status.
 int forEachCurve(const CurveOptions& options, const CurveCommand& command,
                  Unsound unsound = Unsound::Refused);
 

@@ -6,7 +6,6 @@
 #include "tools/mfcurve/curveSource.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -67,7 +66,6 @@ int runEval(EvalOptions& options)
 {
     sortArguments(options);
     checkNoStretch(options.curve);
-    const Host host(options.curve.library, options.curve.results);
     int status = kDone;
     const int read = forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {
         if (!section.empty())

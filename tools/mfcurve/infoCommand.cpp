@@ -11,7 +11,6 @@
 #include "tools/mfcurve/curveSource.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
 #include "tools/mfcurve/problems.h"
 #include "tools/mfcurve/text.h"
 
@@ -152,7 +151,6 @@ std::string describe(Curve& curve, const std::vector<std::string>& found)
 int runInfo(const CurveOptions& options)
 {
     checkNoStretch(options);
-    const Host host(options.library, options.results);
     bool isFirst = true;
     int status = kDone;
     const auto show = [&](Curve& curve, const std::string& section) {

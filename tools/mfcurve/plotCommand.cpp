@@ -13,7 +13,6 @@
 #include "tools/mfcurve/diagram.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
 #include "tools/mfcurve/progress.h"
 #include "tools/mfcurve/text.h"
 
@@ -187,7 +186,6 @@ void checkPictureNames(const std::vector<std::string>& files)
 int runPlot(const PlotOptions& options)
 {
     checkPictureNames(options.curve.files);
-    const Host host(options.curve.library, options.curve.results);
     return forEachCurve(options.curve, [&](Curve& curve, const std::string& section) {
         const std::string path = outputPath(options, section);
         const Range range = chosenRange(options.curve, curve.domain());

@@ -8,7 +8,6 @@
 #include "tools/mfcurve/curveSource.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
 #include "tools/mfcurve/progress.h"
 #include "tools/mfcurve/text.h"
 
@@ -151,7 +150,6 @@ private:
 int runTable(const TableOptions& options)
 {
     TablePrinter printer(options);
-    const Host host(options.curve.library, options.curve.results);
     const int read = forEachCurve(
         options.curve, [&](Curve& curve, const std::string& section) { printer.printCurve(curve, section); });
     return std::max(printer.finish(), read);
