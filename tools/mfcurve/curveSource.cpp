@@ -156,7 +156,7 @@ void checkRounding(mfFunctionSegments_c& table, const RowList& list)
         const std::string where = row == 0 ? "the start" : list.rows[static_cast<std::size_t>(row) - 1].where;
         const std::string problem = roundingProblem(table, row, span);
         if (!problem.empty())
-            throw Failure(kWrong, where + ": " + problem);
+            throw Failure(kWrong, std::string(where).append(": ").append(problem));
     }
 }
 
