@@ -1,6 +1,11 @@
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <span>
+#include <utility>
 
 #include "mfcurves/engine/evaluation.h"
+#include "mfcurves/engine/smallPolynomials.h"
 #include "mfcurves/engine/stages.h"
 #include "mfcurves/engine/values.h"
 
@@ -46,10 +51,28 @@ void rowThroughStage(std::size_t count, Stage stage, const double* c, const doub
     }
 }
 
+template <std::size_t terms, unsigned lowest>
+void rowOfSmallPolynomial(std::size_t count, const double* constants, const double* a, double* value)
+{
+    std::array<double, terms> k;
+    std::copy_n(constants, terms, k.begin());
+    each(count, value,
+         [&](std::size_t i) { return polynomialValue(a[i], lowest, std::span<const double, terms>(k)); });
+}
+
+template <std::size_t... i>
+constexpr auto rowsOfSmallPolynomials(std::index_sequence<i...>)
+{
+    return std::array{&rowOfSmallPolynomial<termsAt(i), lowestAt(i)>...};
+}
+
 // The operations of polynomialValue on a few points at a time, which stay in the
 // registers of the processor.
 void rowOfPolynomial(std::size_t count, const Instruction& step, const double* a, double* value)
 {
+    static constexpr auto kSmall = rowsOfSmallPolynomials(SmallPolynomialIndices());
+    if (isSmallPolynomial(step))
+        return kSmall[smallPolynomialIndex(step)](count, step.constants, a, value);
     constexpr std::size_t kWidth = 8;
     static_assert(kBlock % kWidth == 0, "the last few points end where the row does");
     if (step.lowest > largestPlainPower(step.count)) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "mfcurves/engine/smallPolynomials.h"
 #include "mfcurves/engine/stages.h"
 #include "mfcurves/engine/values.h"
 
@@ -87,8 +88,7 @@ double chooseStep(double, const Instruction& step, double* registers)
     return chooseStepValue(at(0), at(1), at(2), at(3), at(4), at(5));
 }
 
-// Polynomials of a few terms, which laws of motion and their derivatives are: the
-// operations of polynomialValue, with counts that the compiler knows.
+// The operations of polynomialValue, with counts that the compiler knows.
 template <std::size_t count, unsigned lowest>
 [[gnu::always_inline]] inline double smallPolynomial(double a, const Instruction& step, double*)
 {
@@ -149,26 +149,10 @@ Instruction::Run runOf(const Instruction& step)
     }
 }
 
-constexpr std::size_t kMostTerms = 4;
-constexpr std::size_t kHighestLowest = 4;
-
-bool isSmallPolynomial(const Instruction& step)
-{
-    return step.code == Code::Polynomial && step.count <= kMostTerms && step.lowest < kHighestLowest;
-}
-
-std::size_t smallPolynomialIndex(const Instruction& step)
-{
-    return (step.count - 1) * kHighestLowest + step.lowest;
-}
-
-using SmallPolynomialIndices = std::make_index_sequence<kMostTerms * kHighestLowest>;
-
 template <std::size_t... i>
 constexpr auto runsOfSmallPolynomials(std::index_sequence<i...>)
 {
-    return std::array{
-        &runOf<smallPolynomial<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>>...};
+    return std::array{&runOf<smallPolynomial<termsAt(i), lowestAt(i)>>...};
 }
 
 Instruction::Run runOfPolynomial(const Instruction& step)
@@ -349,7 +333,7 @@ constexpr auto runsOfShapes(std::index_sequence<i...>)
     constexpr auto of = []<typename S>(S) {
         return RunsOfShape{runAloneOf<smallPolynomial<S::count, S::lowest>>, runForLawOf<S>};
     };
-    return std::array{of(Shape<i / kHighestLowest + 1, static_cast<unsigned>(i % kHighestLowest)>())...};
+    return std::array{of(Shape<termsAt(i), lowestAt(i)>())...};
 }
 
 // For programs that begin with an operation on x; null for most.
