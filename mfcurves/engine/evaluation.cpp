@@ -97,8 +97,10 @@ template <std::size_t count, unsigned lowest>
 
 using Operation = double (*)(double a, const Instruction& step, double* registers);
 
+// The compiler makes one function of a whole step for each operation and each pair
+// of stages.
 template <Operation operation, Stage input, Stage output>
-[[gnu::always_inline]] inline void doStep(const Instruction& step, double* registers)
+void runStep(const Instruction& step, double* registers)
 {
     double a = registers[step.a];
     if constexpr (input != Stage::None)
@@ -107,14 +109,6 @@ template <Operation operation, Stage input, Stage output>
     registers[step.value] = value;
     if constexpr (output != Stage::None)
         registers[step.target] = throughStage<output>(value, step.outputConstants());
-}
-
-// The compiler makes one function of a whole step for each operation and each pair
-// of stages.
-template <Operation operation, Stage input, Stage output>
-void runStep(const Instruction& step, double* registers)
-{
-    doStep<operation, input, output>(step, registers);
 }
 
 template <Operation operation, Stage input>

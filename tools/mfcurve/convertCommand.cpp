@@ -8,6 +8,7 @@
 #include "tools/mfcurve/curveSource.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
+#include "tools/mfcurve/problems.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -28,9 +29,6 @@ void sortFiles(ConvertOptions& options)
     if (!isDescribed)
         options.curve.files = {options.files.front()};
 }
-
-// What a curve may lose of its span or range.
-constexpr double kMostLoss = 1e-3;
 
 // Where a curve that was read back misses a point of the table; empty when it meets all.
 std::string missedPoint(const std::vector<mfPoint2D_c>& knots, Curve& read)

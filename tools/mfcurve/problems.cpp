@@ -64,7 +64,6 @@ double valueSpan(mfFunctionSegments_c& table)
 // rises by 25.
 std::string roundingProblem(mfFunctionSegments_c& table, int row, double span)
 {
-    constexpr double kMostLoss = 1e-3;
     constexpr const char* kReason = " in its law, which takes six decimals; a smaller unit keeps more digits";
     const mfSegment_c& segment = rowOf(table, row);
     const double length = segment.getEndX() - segment.getStartX();

@@ -9,6 +9,9 @@ namespace mfcurve {
 
 class Curve;
 
+/// What a curve may lose of its span or range to the digits of a law or a document.
+constexpr double kMostLoss = 1e-3;
+
 /// What is wrong with a curve, one problem each; none for a sound one.
 std::vector<std::string> problems(Curve& curve);
 
