@@ -4,13 +4,10 @@
 #include <cstddef>
 #include <span>
 
+#include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/program.h"
 
 namespace mf::engine {
-
-/// Points that are computed side by side. A hundred, the usual number of samples
-/// of a curve, fit in.
-constexpr std::size_t kBlock = 128;
 
 /// The function that runs a step on one point: register r is registers[r].
 Instruction::Run runFor(const Instruction& step);

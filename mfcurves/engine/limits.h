@@ -23,4 +23,8 @@ constexpr std::size_t kMostLookups = 64 * kMostNodes;
 /// Powers up to this whole exponent are multiplications, larger ones `pow`.
 constexpr int kLargestProductPower = 16;
 
+/// How many points a program computes side by side. A hundred, the usual number of
+/// samples of a curve, fit in.
+constexpr std::size_t kBlock = 128;
+
 }  // namespace mf::engine
