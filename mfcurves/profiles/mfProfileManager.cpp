@@ -94,16 +94,24 @@ bool mfProfileManager_c::s_UseNewProfileManager()
 
 bool mfProfileManager_c::rebuildUserProfileMap()
 {
+    displaceUserProfiles();
+    userDisplayNames_.clear();
+    // A file that fails does not fall back on the built-in table.
+    return collectSearchPaths() ? loadProfilesFromFile() : loadBuiltInProfiles();
+}
+
+// Rows point to their records and are not told of a rebuild, so a record outlives
+// its place in the group.
+void mfProfileManager_c::displaceUserProfiles()
+{
+    displacedProfiles_.reserve(displacedProfiles_.size() + userProfiles_.size());
     std::erase_if(heldByContent_, [this](const auto& entry) {
         const auto user = userProfiles_.find(entry.second.key);
         return user != userProfiles_.end() && user->second == entry.second.record;
     });
     for (const auto& [key, record] : userProfiles_)
-        delete record;
+        displacedProfiles_.emplace_back(record);
     userProfiles_.clear();
-    userDisplayNames_.clear();
-    // A file that fails does not fall back on the built-in table.
-    return collectSearchPaths() ? loadProfilesFromFile() : loadBuiltInProfiles();
 }
 
 // Entries of an earlier call stay in the list. That does no harm, since the first

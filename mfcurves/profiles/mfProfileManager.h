@@ -22,9 +22,9 @@ class mfProfile_c;
 /// after the last curve.
 ///
 /// Errors: silent; see each operation.
-/// Ownership: the records stored are owned here. A rebuild deletes those of the
-/// user group, so a caller of it lets every segment look its profile up again;
-/// keys stay valid as values.
+/// Ownership: the records stored are owned here and live as long as the manager,
+/// also those that a rebuild or a later record replaces. A row that looked its
+/// profile up keeps the record it found until its key is set again.
 /// Copying: none.
 class MFCURVES_API mfProfileManager_c {
 public:
@@ -58,7 +58,7 @@ public:
     mfProfileKey_c getProfileKeyFromDisplayName(const CString& displayName);
 
     /// The record of that key, null if there is none; an assembly profile hides a
-    /// user profile of equal key. Lent until the next rebuild.
+    /// user profile of equal key. Lent for the life of the manager.
     mfProfile_c* findProfile(const mfProfileKey_c& key);
 
     /// The display name of the default profile: "Cubic" and the current suffix.
@@ -101,6 +101,7 @@ private:
     };
     using ProfileMap = std::map<mfProfileKey_c, mfProfile_c*, KeyOrder>;
 
+    void displaceUserProfiles();
     bool collectSearchPaths();
     bool loadBuiltInProfiles();
     bool loadProfilesFromFile();
@@ -129,7 +130,7 @@ private:
     // Each record by what makes two records the same profile; both groups together
     // hold none twice.
     std::map<std::wstring, Held> heldByContent_;
-    // Records whose key was taken over by a later one. Segments may still point to
-    // them, so they live as long as the manager.
+    // Records that a rebuild or a later record of the same key replaced. Rows may
+    // still point to them.
     std::vector<std::unique_ptr<mfProfile_c>> displacedProfiles_;
 };

@@ -49,8 +49,9 @@ public:
     CString getProflieIndepVar() const { return profileIndepVar_; }  // spelling is exported
     void setProfileIndepVar(const CString& name) { profileIndepVar_ = name; }
 
-    /// The record of the profile, null when it is not known. A rebuild of the
-    /// profile manager ends the loan.
+    /// The record of the profile, null when it is not known. It lives as long as
+    /// the profile manager; after a rebuild it is the former one until the key is
+    /// set again.
     mfProfile_c* getProfile() const { return profile_; }
     void setProfile(mfProfile_c* profile) { profile_ = profile; }
     /// The key of the profile; null for none. The segment keeps it.
@@ -132,7 +133,7 @@ private:
     CString profileExpr_;
     CString profileIndepVar_;
     mfProfileKey_c* profileKey_ = nullptr;  // owned
-    mfProfile_c* profile_ = nullptr;        // lent by the profile manager until it rebuilds
+    mfProfile_c* profile_ = nullptr;        // lent by the profile manager for its life
     bool invalid_ = false;                  // true: the last check passed
     int plottingDataCount_ = 1;
     int plottingDataLength_ = 0;
