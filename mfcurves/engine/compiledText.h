@@ -42,7 +42,7 @@ public:
 private:
     std::mutex mutex_;  // for all that follows, which grows with the orders
     Graph graph_;
-    NodeId root_ = 0;  // of the highest order so far
+    NodeId root_;  // of the highest order so far
     Translator translator_;
     std::vector<std::unique_ptr<const Section>> sections_;
 

@@ -118,11 +118,12 @@ NodeId ofNode(Graph& graph, NodeId id, std::vector<double>& scratch)
 // operands are done before their users.
 NodeId differentiate(Graph& graph, NodeId root)
 {
-    thread_local std::vector<bool> wanted;
-    thread_local std::vector<double> scratch;
-    wanted.assign(root + 1, false);
+    PerNode<bool> wanted;
+    std::vector<double> scratch;
+    wanted.assign(root.index + 1, false);
     wanted[root] = true;
-    for (NodeId id = root + 1; id-- > 0;) {
+    for (std::uint32_t i = root.index + 1; i-- > 0;) {
+        const NodeId id{i};
         if (graph[id].derivative != kNoNode)
             wanted[id] = false;
         else if (wanted[id])
@@ -130,9 +131,9 @@ NodeId differentiate(Graph& graph, NodeId root)
     }
 
     graph.folding = Folding::Free;
-    for (NodeId id = 0; id <= root && !graph.full(); ++id) {
-        if (wanted[id])
-            graph.setDerivative(id, ofNode(graph, id, scratch));
+    for (std::uint32_t i = 0; i <= root.index && !graph.full(); ++i) {
+        if (wanted[NodeId{i}])
+            graph.setDerivative(NodeId{i}, ofNode(graph, NodeId{i}, scratch));
     }
     return graph.full() ? kNoNode : graph[root].derivative;
 }

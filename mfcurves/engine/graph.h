@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -9,34 +10,56 @@ namespace mf::engine {
 
 enum class FunctionId : std::uint8_t;
 
-/// Position of a node in its graph. The operands of a node stand before it, so a
-/// walk over ascending ids meets every operand before its users and no stage has
-/// to recurse.
-using NodeId = std::uint32_t;
+/// Position of a node in its graph. The operands of a node have lower positions, so
+/// a walk over ascending ids meets every operand before its users and no stage has
+/// to recurse. A type of its own, so that it cannot be mistaken for a number.
+struct NodeId {
+    std::uint32_t index = 0;
 
-/// Stands where there is no node; no graph grows so far.
-constexpr NodeId kNoNode = 0xffffffff;
+    friend auto operator<=>(NodeId, NodeId) = default;
+};
+
+/// Where there is no node; no graph grows so far.
+constexpr NodeId kNoNode{0xffffffff};
+
+/// One entry for each of the first nodes of a graph.
+template <class T>
+class PerNode {
+public:
+    void assign(std::size_t count, const T& entry) { entries_.assign(count, entry); }
+    void resize(std::size_t count, const T& entry) { entries_.resize(count, entry); }
+    void clear() { entries_.clear(); }
+    std::size_t size() const { return entries_.size(); }
+    std::size_t bytes() const { return entries_.capacity() * sizeof(T); }
+
+    decltype(auto) operator[](NodeId id) { return entries_[id.index]; }
+    decltype(auto) operator[](NodeId id) const { return entries_[id.index]; }
+
+private:
+    std::vector<T> entries_;
+};
 
 enum class Op : std::uint8_t {
     Constant,    // number
-    Variable,    // a: number of the parameter
+    Variable,    // index: number of the parameter
     Sum,         // a + b
     Product,     // a * b
     Quotient,    // a / b
-    Polynomial,  // u^lowest * (c0 + c1 u + ...), u = a, coefficients from b on
-    Chebyshev,   // c0 T0(h) + c1 T1(h) + ..., h = a, coefficients from b on
+    Polynomial,  // u^lowest * (c0 + c1 u + ...), u = a, coefficients from index on
+    Chebyshev,   // c0 T0(h) + c1 T1(h) + ..., h = a, coefficients from index on
     Call1,       // function(a)
     Call2,       // function(a, b)
-    ChooseLess,  // four operands p, q, r, s from b on: r where p < q, else s
-    ChooseSign,  // four operands c, n, z, p from b on: by the sign of c
-    ChooseStep   // six operands x, x0, x1, before, between, after from b on
+    ChooseLess,  // four operands p, q, r, s from index on: r where p < q, else s
+    ChooseSign,  // four operands c, n, z, p from index on: by the sign of c
+    ChooseStep   // six operands x, x0, x1, before, between, after from index on
 };
 
 struct Node {
     double number = 0.0;
-    NodeId a = 0;
-    std::uint32_t b = 0;
-    std::uint32_t count = 0;      // of coefficients or operands
+    NodeId a;
+    NodeId b;
+    std::uint32_t index = 0;      // of the parameter, or of the first element of its list
+    std::uint32_t count = 0;      // of coefficients or operands in its list
     NodeId derivative = kNoNode;  // once it is known
     std::uint16_t lowest = 0;     // exponent of a polynomial's first coefficient
     Op op = Op::Constant;
@@ -52,29 +75,26 @@ enum class Folding : std::uint8_t { KeepText, Free };
 /// subexpressions are the same node.
 ///
 /// Errors: a graph that has outgrown kMostNodes or kMostLookups takes no more
-/// nodes, answers node 0 to every request and says so in `full`.
+/// nodes, returns node 0 for every request and says so in `full`.
 class Graph {
 public:
-    Graph() { clear(); }
-
-    /// Empties the graph and keeps its memory.
-    void clear();
+    Graph();
 
     /// The node equal to `node`, made if there was none. Nodes with operands
     /// from a list take them from `operands`, polynomials theirs from
     /// `coefficients`; the position of either list is filled in here.
     NodeId intern(const Node& node);
-    NodeId intern(Node node, std::span<const NodeId> operands);
-    NodeId intern(Node node, std::span<const double> coefficients);
+    NodeId intern(const Node& node, std::span<const NodeId> operands);
+    NodeId intern(const Node& node, std::span<const double> coefficients);
 
-    const Node& operator[](NodeId id) const { return nodes_[id]; }
-    void setDerivative(NodeId id, NodeId derivative) { nodes_[id].derivative = derivative; }
+    const Node& operator[](NodeId id) const { return nodes_[id.index]; }
+    void setDerivative(NodeId id, NodeId derivative) { nodes_[id.index].derivative = derivative; }
     std::size_t size() const { return nodes_.size(); }
 
-    std::span<const NodeId> operands(const Node& node) const { return {&operands_[node.b], node.count}; }
+    std::span<const NodeId> operands(const Node& node) const { return {&operands_[node.index], node.count}; }
     std::span<const double> coefficients(const Node& node) const
     {
-        return {&coefficients_[node.b], node.count};
+        return {&coefficients_[node.index], node.count};
     }
 
     /// Calls visit(operand) for each operand of a node, from lists too.
@@ -112,6 +132,8 @@ public:
     Folding folding = Folding::KeepText;
 
 private:
+    template <class Element>
+    NodeId iInternWithList(Node node, std::span<const Element> list, std::vector<Element>& lists);
     NodeId* iSlot(std::uint64_t hash, const auto& isEqual);
     NodeId iAppend(const Node& node, NodeId& slot);
     void iGrowTable();

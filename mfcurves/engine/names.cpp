@@ -38,12 +38,6 @@ bool sameName(std::wstring_view a, std::wstring_view b)
            std::ranges::equal(a, b, [](wchar_t x, wchar_t y) { return fold(x) == fold(y); });
 }
 
-void ParameterNames::clear()
-{
-    names_.clear();
-    numbers_.clear();
-}
-
 std::uint32_t ParameterNames::numberOf(std::wstring_view name)
 {
     const auto next = static_cast<std::uint32_t>(names_.size());

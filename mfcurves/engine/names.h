@@ -15,8 +15,6 @@ bool sameName(std::wstring_view a, std::wstring_view b);
 /// The parameters of one text in order of first appearance, spelt as there.
 class ParameterNames {
 public:
-    void clear();
-
     /// Number of the parameter of that name, which is added if it is new.
     std::uint32_t numberOf(std::wstring_view name);
 

@@ -50,7 +50,7 @@ public:
     {
         if (at(TokenKind::End)) {
             fail(token_.offset, "There is nothing here", "an expression");
-            return 0;
+            return {};
         }
         const NodeId root = expression();
         if (!stopped() && !at(TokenKind::End))
@@ -138,7 +138,7 @@ private:
                 return named(token);
             case TokenKind::Open: {
                 if (!enter(token))
-                    return 0;
+                    return {};
                 advance();
                 const NodeId inner = expression();
                 leave(token);
@@ -146,7 +146,7 @@ private:
             }
             default:
                 failAtOperand();
-                return 0;
+                return {};
         }
     }
 
@@ -176,11 +176,11 @@ private:
     {
         if (!at(TokenKind::Open)) {
             fail(token_.offset, "The function " + quoted(name.text) + " is called without arguments", "`(`");
-            return 0;
+            return {};
         }
         const Token open = token_;
         if (!enter(open))
-            return 0;
+            return {};
         advance();
         const std::size_t first = operands_.size();
         const bool takesColon = function(FunctionId::If).name.size() == name.text.size() &&
@@ -192,7 +192,7 @@ private:
         } while (!stopped() && (at(TokenKind::Comma) ||
                                 (at(TokenKind::Colon) && takesColon && operands_.size() == first + 1)));
         leave(open);
-        const NodeId result = stopped() ? 0 : called(name, std::span(operands_).subspan(first));
+        const NodeId result = stopped() ? NodeId{} : called(name, std::span(operands_).subspan(first));
         operands_.resize(first);
         return result;
     }
@@ -204,7 +204,7 @@ private:
         if (count < row.fewest || count > row.most) {
             fail(name.offset, quoted(name.text) + " takes " + arity(row) + ", got " + std::to_string(count),
                  quoted(name.text) + " with (" + std::string(row.arguments) + ")");
-            return 0;
+            return {};
         }
         if (row.expand != nullptr)
             return row.expand(graph_, arguments);
@@ -307,7 +307,7 @@ private:
         const std::string_view closest = closestFunctionName(token.text);
         fail(token.offset, "There is no function " + quoted(token.text),
              closest.empty() ? "a function" : "perhaps `" + std::string(closest) + "`");
-        return 0;
+        return {};
     }
 
     NodeId failAtOtherName(const Token& token)
@@ -317,7 +317,7 @@ private:
                  "a number");
         else
             fail(token.offset, quoted(token.text) + " is not the variable", quoted(*variableName_));
-        return 0;
+        return {};
     }
 
     Lexer lexer_;
@@ -338,8 +338,6 @@ std::variant<NodeId, ParseError> parseText(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName, Graph& graph,
                                            ParameterNames& parameters)
 {
-    graph.clear();
-    parameters.clear();
     if (text.size() > kLongestText)
         return ParseError{kLongestText, "The text is too long",
                           "at most " + std::to_string(kLongestText) + " characters"};

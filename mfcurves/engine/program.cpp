@@ -77,7 +77,7 @@ struct Draft {
     Instruction step;
     StageConstants input;
     StageConstants output;
-    NodeId node = 0;  // whose operation it is
+    NodeId node;  // whose operation it is
 };
 
 bool isSine(const Instruction& step)
@@ -147,7 +147,7 @@ void finishWhole(Section& section)
 // part of the same step: there nothing can stand between them.
 class SectionBuilder {
 public:
-    SectionBuilder(const Graph& graph, std::vector<std::uint32_t>& registerOf, std::uint32_t& registers)
+    SectionBuilder(const Graph& graph, PerNode<std::uint32_t>& registerOf, std::uint32_t& registers)
         : graph_(graph), registerOf_(registerOf), registers_(registers)
     {
     }
@@ -156,11 +156,12 @@ public:
     {
         if (registerOf_.size() < graph_.size())
             registerOf_.resize(graph_.size(), kNone);
-        pending_.assign(root + 1, false);
-        waitingAt_.assign(root + 1, kNone);
+        pending_.assign(root.index + 1, false);
+        waitingAt_.assign(root.index + 1, kNone);
         drafts_.clear();
         section_.result = use(root);
-        for (NodeId id = root + 1; id-- > 0;) {
+        for (std::uint32_t i = root.index + 1; i-- > 0;) {
+            const NodeId id{i};
             if (pending_[id])
                 translate(id);
             else if (waitingAt_[id] != kNone)
@@ -179,7 +180,7 @@ private:
             return place;
         const Node& node = graph_[id];
         if (node.op == Op::Variable)
-            return place = node.a;
+            return place = node.index;
         place = registers_++;
         if (node.op == Op::Constant)
             section_.constants.push_back({place, node.number});
@@ -453,10 +454,10 @@ private:
     }
 
     const Graph& graph_;
-    std::vector<std::uint32_t>& registerOf_;
+    PerNode<std::uint32_t>& registerOf_;
     std::uint32_t& registers_;
-    std::vector<bool> pending_;             // by node: its turn will come in this section
-    std::vector<std::uint32_t> waitingAt_;  // by node: the draft that waits for it
+    PerNode<bool> pending_;             // its turn will come in this section
+    PerNode<std::uint32_t> waitingAt_;  // the draft that waits for it
     std::vector<Draft> drafts_;
     std::vector<std::size_t> firstNumber_;  // by step
     std::vector<std::size_t> firstInList_;  // by choosing step

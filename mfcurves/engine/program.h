@@ -106,10 +106,10 @@ public:
     /// The section of the next order; `before` is that of the order below, or null.
     Section translate(const Graph& graph, NodeId root, const Section* before);
 
-    std::size_t bytes() const { return registerOf_.capacity() * sizeof(std::uint32_t); }
+    std::size_t bytes() const { return registerOf_.bytes(); }
 
 private:
-    std::vector<std::uint32_t> registerOf_;  // by node, kNoRegister where it has none yet
+    PerNode<std::uint32_t> registerOf_;  // kNone where a node has none yet
     std::uint32_t registers_ = 0;
 };
 

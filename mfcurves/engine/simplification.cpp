@@ -284,7 +284,7 @@ NodeId variable(Graph& graph, std::uint32_t number)
 {
     Node node;
     node.op = Op::Variable;
-    node.a = number;
+    node.index = number;
     return graph.intern(node);
 }
 
@@ -438,7 +438,7 @@ NodeId call(Graph& graph, FunctionId id, NodeId a)
 {
     if (isConstant(graph, a))
         return constant(graph, function(id).value1(graph[a].number));
-    return makeNode(graph, Op::Call1, a, 0, id);
+    return makeNode(graph, Op::Call1, a, {}, id);
 }
 
 NodeId call(Graph& graph, FunctionId id, NodeId a, NodeId b)
