@@ -2,6 +2,9 @@
 
 /// The whole public surface of the library in one include.
 
+#include "mfcurves/curve/Curve.h"
+#include "mfcurves/curve/CurveDefinition.h"
+#include "mfcurves/curve/Problem.h"
 #include "mfcurves/documents/mfCurveDocument.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"

@@ -4,20 +4,12 @@
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <vector>
 
+#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/platform/mfExport.h"
 
 namespace mf::host {
-
-/// The polynomial a + b t + c t^2 + d t^3 in the distance t from its knot.
-struct alignas(32) SplinePiece {
-    double a;
-    double b;
-    double c;
-    double d;
-};
 
 /// The interpolator of the stand-alone host: Akima (kind 0), natural cubic (1) or
 /// linear (2, that of a new spline and of any other number).
@@ -83,32 +75,16 @@ private:
     template <int order>
     double iStepAndEvaluate(double x);
     double iSearchAndEvaluate(double x, int order);
-    double iOutside(double x, int order) const;
     void iEnter(const double* knot, const SplinePiece* piece);
-    std::size_t iPieceAt(double x) const;
-    std::uint32_t iBucketOf(double x) const;
     void iBuild();
-    void iBuildIndex();
     void iForgetPieces();
 
     Current current_;  // first, where it is reached in the shortest instructions
     std::map<double, double> points_;
     int kind_ = 2;
 
-    // Built from the above at the first evaluation after a change. There are as
-    // many pieces as points: the last one is the end of the piece before it, expanded
-    // at the last point, and answers there alone. So the next double stands behind the
-    // last knot, twice: each piece has an end, and its successor has one.
-    bool built_ = false;
-    std::vector<double> knots_;
-    std::vector<SplinePiece> pieces_;
-    double firstX_ = kInfinity;
-    double lastX_ = -kInfinity;
-    // The range of X is cut into buckets of equal width. Entry k is the piece at
-    // the lower edge of bucket k; one more entry behind the last holds the last piece.
-    std::vector<std::uint32_t> pieceAtBucket_;
-    std::uint32_t lastBucket_ = 0;
-    double bucketsPerX_ = 0.0;
+    bool built_ = false;  // pieces_ are those of the points and the kind
+    SplinePieces pieces_;
 };
 
 }  // namespace mf::host

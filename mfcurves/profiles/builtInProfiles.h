@@ -8,8 +8,11 @@ namespace mf::profiles {
 
 constexpr std::size_t kBuiltInProfileCount = 10;
 
-/// The definitions that stand in for a design library. The reader brings them to
-/// normal form in place at their first use, and they stay so.
+/// The definitions that are used without a design library.
+extern const std::array<const char*, kBuiltInProfileCount> kBuiltInDefinitions;
+
+/// Copies of them that the reader brings to normal form in place at their first use, and
+/// that stay so.
 std::array<std::string, kBuiltInProfileCount>& builtInProfiles();
 
 }  // namespace mf::profiles

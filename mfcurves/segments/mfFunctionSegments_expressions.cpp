@@ -14,14 +14,11 @@
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/lawText.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {
-
-// The texts of a row's numbers, in the order of a profile's parameters: start X,
-// start value, end X, end value.
-using EndPoints = std::array<std::wstring, 4>;
 
 std::wstring sixDecimals(double number)
 {
@@ -41,40 +38,6 @@ mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
     if (segment.getProfile() == nullptr)
         segment.setProfile(manager.findProfile(*segment.getProfileKey()));
     return segment.getProfile();
-}
-
-// Puts `number` wherever `name` stands in the text, inside a longer name too and
-// without brackets, so a negative number brings its sign along. False when the
-// text would grow longer than the engine takes. `result` is room to work in.
-bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view number, std::wstring& result)
-{
-    if (name.empty())
-        return true;
-    result.clear();
-    result.reserve(2 * text.size());
-    std::size_t rest = 0;
-    for (std::size_t at; (at = text.find(name, rest)) != std::wstring::npos; rest = at + name.size()) {
-        result.append(text, rest, at - rest).append(number);
-        if (result.size() > mf::engine::kLongestText)
-            return false;
-    }
-    result.append(text, rest);
-    text.swap(result);
-    return text.size() <= mf::engine::kLongestText;
-}
-
-// One text grows from name to name, so a later name is found in what an earlier
-// one brought in. False when the text would grow longer than the engine takes.
-bool fillIn(const mfProfile_c& profile, const EndPoints& numbers, std::wstring& text)
-{
-    text = mf::platform::widen(profile.resultExpression.c_str());
-    std::wstring room;
-    const std::string* const names[] = {&profile.x1, &profile.y1, &profile.x2, &profile.y2};
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (!substitute(text, mf::platform::widen(names[i]->c_str()), numbers[i], room))
-            return false;
-    }
-    return true;
 }
 
 // The tokens one behind the other. False when that is longer than the engine
@@ -97,15 +60,15 @@ void mfFunctionSegments_c::parseExpression(int row)
         return;
     mfSegment_c& segment = iAt(row);
     const double startValue = row > 0 ? iAt(row - 1).getValue() : 0.0;
-    const EndPoints numbers = {sixDecimals(segment.getStartX()), sixDecimals(startValue),
-                               sixDecimals(segment.getEndX()), sixDecimals(segment.getValue())};
+    const mf::segments::EndPoints numbers = {sixDecimals(segment.getStartX()), sixDecimals(startValue),
+                                             sixDecimals(segment.getEndX()), sixDecimals(segment.getValue())};
     mfProfileManager_c* manager = mf::interfaces::profileManager();
 
     std::wstring expression;
     CString independentVariable;
     if (mfProfileManager_c::s_UseNewProfileManager()) {
         const mfProfile_c* profile = manager == nullptr ? nullptr : profileOf(segment, *manager);
-        if (profile == nullptr || !fillIn(*profile, numbers, expression))
+        if (profile == nullptr || !mf::segments::enterNumbers(*profile, numbers, expression))
             return;
         independentVariable = mfTextConverter_c().toCString(profile->independentVariable);
     } else {

@@ -23,7 +23,10 @@ FLOORS = {
     "motion": 5,
     "documents": 6,
     "host": 7,
-    "": 8,  # mfcurves.h, which includes the whole public surface
+    "curve": 8,
+    "analysis": 9,
+    "drawing": 10,
+    "": 11,  # mfcurves.h, which includes the whole public surface
 }
 
 # Of motion/, two leaves stand with interfaces/, and either may include the other.

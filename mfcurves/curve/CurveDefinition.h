@@ -1,0 +1,140 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "mfcurves/motion/mfEnumerations.h"
+#include "mfcurves/platform/mfExport.h"
+
+/// What a curve is made of: plain data with exact doubles, which mf::Curve turns
+/// into a curve. All texts are UTF-8.
+///
+/// Equality is that of every field, texts to the letter and doubles by their bits,
+/// so that two equal definitions make curves of equal bits.
+namespace mf {
+
+/// The x from `from` to `to`, both included.
+struct Range {
+    double from;
+    double to;
+};
+
+/// One stretch of a curve made of rows. It starts where the previous one ends.
+struct CurveRow {
+    double endX = 0.0;
+    double value = 0.0;   ///< at endX
+    std::string profile;  ///< name of the motion law: "3-4-5-Polynomial" or "3-4-5-Polynomial (Default)"
+};
+
+/// A motion law in the profile language (docs/profile-language.md).
+struct LawText {
+    std::string name;  ///< that rows call it by
+    std::string text;  ///< "SegmentType(...) ... endSegmentType"
+};
+
+/// How points are joined: straight, by the natural cubic spline, or by Akima's.
+enum class Interpolation { Linear, Cubic, Akima };
+
+/// What the values of a curve are.
+enum class Quantity { Displacement, Velocity, Acceleration, Force, Torque };
+
+/// What x is: seconds, degrees of the machine's cycle, or a result of the motion
+/// study, which has a name.
+enum class Over { Time, CycleAngle, MotionResult };
+
+/// A curve made of rows, each shaped by a motion law.
+struct SegmentShape {
+    double startX = 0.0;
+    double startValue = 0.0;
+    std::vector<CurveRow> rows;  ///< at least one; ends do not descend, and one at least ascends
+    std::vector<LawText> laws;   ///< found before built-in and shipped laws of the same name
+    /// How numbers enter the laws: rounded to six decimals, as tables and documents
+    /// write them, or with all their digits.
+    bool sixDecimals = false;
+};
+
+/// A curve through points.
+struct PointShape {
+    std::vector<double> x;  ///< at least one, ascending
+    std::vector<double> y;  ///< as many
+    Interpolation interpolation = Interpolation::Linear;
+};
+
+/// A curve given by a text with at most one variable, whatever its name
+/// (docs/expressions.md).
+struct ExpressionShape {
+    std::string text;
+    double from = 0.0;  ///< range of x; beyond it the expression goes on
+    double to = 0.0;    ///< not below `from`
+};
+
+/// Everything that makes one curve.
+///
+///     mf::CurveDefinition cam;
+///     cam.shape = mf::CurveDefinition::Segments{0.0, 0.0, {{90.0, 25.0, "3-4-5-Polynomial"},
+///                                                          {150.0, 25.0, "Linear"},
+///                                                          {240.0, 0.0, "Cycloidal"}}, {}, false};
+///     cam.over = mf::Over::CycleAngle;
+///     const mf::Curve curve(cam);
+///
+/// Units: x in seconds, degrees or the unit of the motion result; values in
+/// millimetres, or degrees if `rotary`, and their derivatives by x, newtons or
+/// newton metres. Nothing is converted, so any other consistent unit will do.
+struct CurveDefinition {
+    using Segments = SegmentShape;
+    using Points = PointShape;
+    using Expression = ExpressionShape;
+
+    std::variant<Segments, Points, Expression> shape;
+    std::string name;
+    Quantity quantity = Quantity::Displacement;
+    Over over = Over::Time;
+    std::string motionResult;  ///< name of the result; only for Over::MotionResult
+    bool rotary = false;       ///< degrees in place of millimetres
+    /// The kind of X-Y data in a document; only where quantity and rotary do not
+    /// imply it.
+    std::optional<MotFuncXYDataType_e> dataType;
+};
+
+/// What a document may refer to that is not in it.
+struct ReadSettings {
+    std::vector<std::string>
+        libraryFolders;  ///< each with a SegmentTypes.txt, the first one that knows a law wins
+    std::vector<std::string> motionResults;  ///< names that a curve may run over
+};
+
+MFCURVES_API bool operator==(const CurveRow& a, const CurveRow& b);
+MFCURVES_API bool operator==(const LawText& a, const LawText& b);
+MFCURVES_API bool operator==(const SegmentShape& a, const SegmentShape& b);
+MFCURVES_API bool operator==(const PointShape& a, const PointShape& b);
+MFCURVES_API bool operator==(const ExpressionShape& a, const ExpressionShape& b);
+MFCURVES_API bool operator==(const CurveDefinition& a, const CurveDefinition& b);
+
+inline bool operator!=(const CurveRow& a, const CurveRow& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const LawText& a, const LawText& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const SegmentShape& a, const SegmentShape& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const PointShape& a, const PointShape& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const ExpressionShape& a, const ExpressionShape& b)
+{
+    return !(a == b);
+}
+inline bool operator!=(const CurveDefinition& a, const CurveDefinition& b)
+{
+    return !(a == b);
+}
+
+}  // namespace mf
