@@ -29,9 +29,14 @@ std::string quotedStart(const std::string& text)
     return quoted(wide.GetLength() > kLongestQuote ? wide.Left(kLongestQuote) + L"..." : wide);
 }
 
-std::string rowPlace(const char* element, int row)
+std::string segmentPlace(int index)
 {
-    return '"' + std::string(element) + "\" " + std::to_string(row + 1);
+    return "row " + std::to_string(index);
+}
+
+std::string pointPlace(int index)
+{
+    return "point " + std::to_string(index + 1);
 }
 
 std::string shortNumber(double number)
@@ -64,10 +69,19 @@ bool CurveReading::fail(std::string reason)
     return false;
 }
 
-void CurveReading::remark(std::string text)
+bool CurveReading::fail(const XmlProblem& problem)
+{
+    xmlProblem_ = problem;
+    if (problem.line == 0)
+        return fail(problem.message + '.');
+    return fail(problem.message + " (line " + std::to_string(problem.line) + ", column " +
+                std::to_string(problem.column) + ").");
+}
+
+void CurveReading::remark(std::string place, std::string message)
 {
     if (mayRemark())
-        remarks_.push_back(std::move(text));
+        remarks_.push_back({std::move(place), std::move(message)});
 }
 
 XmlNode CurveReading::singleNode(const char* path)
@@ -94,7 +108,7 @@ void CurveReading::tellRow(std::size_t row, std::size_t count) const
 
 ReadOutcome CurveReading::outcome(bool taken, MotionObjectType_e objectType)
 {
-    return {taken, std::move(reason_), std::move(remarks_), objectType};
+    return {taken, std::move(reason_), std::move(xmlProblem_), std::move(remarks_), objectType};
 }
 
 }  // namespace mf::documents

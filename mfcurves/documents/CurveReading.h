@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "mfcurves/documents/mfCurveDocument.h"
@@ -22,8 +23,9 @@ std::string narrowText(const XmlNode& node);
 std::string quoted(const CString& text);
 /// A text may be as long as the document; its start is enough to find it.
 std::string quotedStart(const std::string& text);
-/// `"Point" 3`: rows are counted as the attribute ID counts them.
-std::string rowPlace(const char* element, int row);
+/// "row 3" or "point 3", for the element that has that index in the document.
+std::string segmentPlace(int index);
+std::string pointPlace(int index);
 std::string shortNumber(double number);
 /// "//Curve//RangeX//MinX" as `"MinX" within "RangeX" within "Curve"`.
 std::string placeOf(std::string_view path);
@@ -43,21 +45,25 @@ public:
 
     /// Answers false, for the step that fails to pass on.
     bool fail(std::string reason);
+    bool fail(const XmlProblem& problem);
 
     bool mayRemark() const { return remarks_.size() < kMostRemarks; }
-    void remark(std::string text);
+    void remark(std::string place, std::string message);
 
-    /// The number in a node. `place` answers which number this is; it is asked only
-    /// when the text is none.
-    template <class Place>
-    double number(const XmlNode& node, Place place)
+    /// The number in a node. `where` returns which number this is, a place and a
+    /// name; it is called only if the text is not a number.
+    template <class Where>
+    double number(const XmlNode& node, Where where)
     {
         // Every narrow encoding has the characters of a number where UTF-8 has them.
         const std::string text = node.text();
         const double number = platform::readNumber(text);
-        if (!platform::isNumber(text) && mayRemark())
-            remark(place() + " is " + quotedStart(text) + ", which is no finite number; it reads as " +
-                   shortNumber(number) + '.');
+        if (!platform::isNumber(text) && mayRemark()) {
+            auto [place, name] = where();
+            remark(std::move(place), name + " is " + quotedStart(text) +
+                                         ", which is not a finite number; it reads as " +
+                                         shortNumber(number));
+        }
         return number;
     }
 
@@ -77,7 +83,8 @@ private:
     const ReadOptions& options_;
     mfCurveDocument_c document_;
     std::string reason_;
-    std::vector<std::string> remarks_;
+    XmlProblem xmlProblem_;
+    std::vector<Remark> remarks_;
 };
 
 }  // namespace mf::documents

@@ -57,19 +57,16 @@ private:
             document().setXmlText(std::move(buffer));
         if (isFromBuffer() ? document().loadBuffer() : document().load())
             return true;
-        const XmlProblem& problem = xml().problem();
-        if (problem.line == 0)
-            return fail(problem.message + '.');
-        return fail(problem.message + " (line " + std::to_string(problem.line) + ", column " +
-                    std::to_string(problem.column) + ").");
+        return fail(xml().problem());
     }
 
-    // The version is kept whatever it is: documents written later carry it.
+    // Documents written later carry the version, whatever it is.
     bool isReadableVersion()
     {
         const XmlNode node = xml().selectSingleNode("//Curve//Version");
         const double version = node ? platform::readNumber(node.text()) : kReadableVersion;
-        setWrittenVersion(version);
+        if (options().setsVersion)
+            setWrittenVersion(version);
         if (version == kReadableVersion)
             return true;
         return fail("The document has version " + versionText(version) + ", and only version " +
@@ -172,8 +169,8 @@ private:
         XmlNode maxX;
         if (!range(minX, maxX))
             return false;
-        const double from = number(minX, [] { return placeOf("//Curve//RangeX//MinX"); });
-        const double to = number(maxX, [] { return placeOf("//Curve//RangeX//MaxX"); });
+        const double from = number(minX, [] { return std::pair("", placeOf("//Curve//RangeX//MinX")); });
+        const double to = number(maxX, [] { return std::pair("", placeOf("//Curve//RangeX//MaxX")); });
         expression->setDomain(from, to);
         CString independent;
         CString dependent;
@@ -257,8 +254,8 @@ private:
         const auto force = kForceTorqueTypes.numberOf(text);
         if (!motor && !force) {
             if (!text.IsEmpty())
-                remark("\"DepVar\" is " + quoted(text) + ", which is none of " + kMotorDriveTypes.list() +
-                       " and none of " + kForceTorqueTypes.list() + '.');
+                remark("", "\"DepVar\" is " + quoted(text) + ", which is none of " + kMotorDriveTypes.list() +
+                               " and none of " + kForceTorqueTypes.list());
             return;
         }
         kind.setMotorDependentVar(static_cast<MotorDriveType_e>(motor.value_or(MotorDriveType_None)));

@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mfcurves/documents/CurveReading.h"
@@ -21,14 +22,14 @@ std::unique_ptr<mfDataPoints_c> readPoint(CurveReading& reading, const XmlNode& 
     int position = 0;
     for (XmlNode child = node.firstChild(); child; child = child.nextSibling(), ++position) {
         const bool isY = position % 2 == 1;
-        const auto place = [&] { return (isY ? "\"y\" of " : "\"x\" of ") + rowPlace("Point", row); };
+        const auto where = [&] { return std::pair(pointPlace(row), std::string(isY ? "\"y\"" : "\"x\"")); };
         if (child.isElement())
-            (isY ? y : x) = reading.number(child, place);
+            (isY ? y : x) = reading.number(child, where);
         if (isY)
             points->addPoint(x, y);
     }
     if (position == 0 || position % 2 == 1)
-        reading.remark(rowPlace("Point", row) + " does not hold pairs of x and y.");
+        reading.remark(pointPlace(row), "it does not hold pairs of x and y");
     return points;
 }
 
@@ -43,13 +44,12 @@ void insertRow(CurveReading& reading, mfFunctionDataPoints_c& function, int row,
     else
         function.insertDataPoint(row, points.get());
     if (row >= function.getDataPointsCount())
-        return reading.remark(rowPlace("Point", row) +
-                              " has no place behind the ones before and is left out.");
+        return reading.remark(pointPlace(row), "it has no place after the previous ones and is left out");
     const double storedX = points.release()->getX(0);  // the table owns it
     if (storedX != x)
-        reading.remark(rowPlace("Point", row) + " has x = " + shortNumber(x) +
-                       ", which does not lie behind the point before; it moves to " + shortNumber(storedX) +
-                       '.');
+        reading.remark(pointPlace(row), "its x is " + shortNumber(x) +
+                                            ", which is not above the previous point's; it becomes " +
+                                            shortNumber(storedX));
 }
 
 }  // namespace
@@ -62,8 +62,8 @@ bool readPoints(CurveReading& reading, mfFunctionDataPoints_c& function)
     if (const auto type = kInterpolationTypes.numberOf(interpolation))
         function.setInterpolationType(static_cast<DataPointInterpolationType_e>(*type));
     else if (!interpolation.IsEmpty())
-        reading.remark("\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
-                       kInterpolationTypes.list() + '.');
+        reading.remark("", "\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
+                               kInterpolationTypes.list());
     const std::vector<XmlNode> nodes = reading.xml().selectNodes("//Curve//Points//Point");
     int row = 0;
     for (const XmlNode& node : nodes) {

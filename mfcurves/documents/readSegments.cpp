@@ -24,7 +24,7 @@ constexpr std::size_t kAllowanceOfRow = 64;
 
 class SegmentReader {
 public:
-    explicit SegmentReader(CurveReading& reading) : reading_(reading) {}
+    explicit SegmentReader(CurveReading& reading) : reading_(reading), laws_(reading.options().laws) {}
 
     // A definition inside another one is text of both. Only the document's length
     // adds to what reading all of them may cost, and behind what uses it up none is
@@ -44,10 +44,9 @@ public:
             for (XmlNode child = node.firstChild(); child && position < 2;
                  child = child.nextSibling(), ++position)
                 if (child.isElement())
-                    (position == 0 ? uniqueName : functionText) = narrowText(child);
+                    (position == 0 ? uniqueName : functionText) = laws_ ? child.text() : narrowText(child);
             definitionBudget_.spend(kCostOfCharacter * (uniqueName.size() + functionText.size()));
-            if (mfProfileManager_c::s_UseNewProfileManager())
-                registerProfile(definition, uniqueName, functionText);
+            readDefinition(definition, uniqueName, functionText);
             ++definition;
         }
     }
@@ -56,7 +55,7 @@ public:
     {
         if (!reading_.singleNode("//Curve//SegmentCount"))
             return false;
-        mfProfileManager_c* manager = interfaces::profileManager();
+        mfProfileManager_c* manager = usedManager();
         const std::vector<XmlNode> nodes = reading_.xml().selectNodes("//Curve//Segments//Segment");
         int row = 0;
         for (const XmlNode& node : nodes) {
@@ -68,31 +67,47 @@ public:
     }
 
 private:
-    // A definition that does not parse is left out, and so is one that equals a
-    // profile at hand: its name then stands for that profile.
-    void registerProfile(int definition, const std::string& uniqueName, std::string& functionText)
+    // Null where profiles do not come from a manager.
+    mfProfileManager_c* usedManager() const
     {
-        mfProfileManager_c* manager = interfaces::profileManager();
-        if (!manager)
+        const bool isUsed = !laws_ && mfProfileManager_c::s_UseNewProfileManager();
+        return isUsed ? interfaces::profileManager() : nullptr;
+    }
+
+    // A definition that does not parse is left out.
+    void readDefinition(int definition, const std::string& uniqueName, std::string& functionText)
+    {
+        mfProfileManager_c* manager = usedManager();
+        if (!laws_ && !manager)
             return;
-        mfSegmentTypeParser_c parser;
         auto profile = std::make_unique<mfProfile_c>();
-        parser.upgradeKeywords(functionText);
+        mfSegmentTypeParser_c().upgradeKeywords(functionText);
         if (const auto failure = profiles::parseDefinition(functionText, *profile, definitionBudget_)) {
             if (reading_.mayRemark())
-                reading_.remark(rowPlace("ProfileDefinition", definition) + ", " + quotedStart(uniqueName) +
-                                ", is left out: " + failure->reason + '.');
+                reading_.remark("definition " + std::to_string(definition + 1),
+                                "the law " + quotedStart(uniqueName) + " is left out: " + failure->reason);
             return;
         }
-        const std::string baseName = parser.baseProfileName(uniqueName);
+        if (laws_)
+            laws_->definitions.push_back({uniqueName, functionText});
+        else
+            registerProfile(*manager, uniqueName, std::move(profile));
+    }
+
+    // A definition that equals a known profile is left out: its name is then a name of
+    // that profile.
+    void registerProfile(mfProfileManager_c& manager, const std::string& uniqueName,
+                         std::unique_ptr<mfProfile_c> profile)
+    {
+        const std::string baseName = mfSegmentTypeParser_c().baseProfileName(uniqueName);
         mfProfileKey_c key;
         const int status = reading_.isFromBuffer()
-                               ? manager->addAssemblyProfileFromDocument(baseName, true, profile.get(), key)
-                               : manager->addAssemblyProfile(baseName, reading_.path(), profile.get(), key);
+                               ? manager.addAssemblyProfileFromDocument(baseName, true, profile.get(), key)
+                               : manager.addAssemblyProfile(baseName, reading_.path(), profile.get(), key);
         if (status == 0)
             (void)profile.release();  // the manager owns it
         if (status < 2)
-            manager->rememberDocumentName(uniqueName, key);
+            manager.rememberDocumentName(uniqueName, key);
     }
 
     // Elements are told by their number, whatever their names; other children do
@@ -100,6 +115,8 @@ private:
     std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, int row, mfProfileManager_c* manager)
     {
         auto segment = std::make_unique<mfSegment_c>();
+        if (laws_)
+            laws_->rowNames.emplace_back();
         XmlNode profile;
         int element = 0;
         for (XmlNode child = node.firstChild(); child && element < 4; child = child.nextSibling()) {
@@ -113,8 +130,8 @@ private:
                     segment->setEndX(segmentX(child, "EndX", row));
                     break;
                 case 3:
-                    segment->setValue(
-                        reading_.number(child, [&] { return "\"Value\" of " + rowPlace("Segment", row); }));
+                    segment->setValue(reading_.number(
+                        child, [&] { return std::pair(segmentPlace(row), std::string("\"Value\"")); }));
                     break;
                 default:
                     profile = child;
@@ -122,8 +139,8 @@ private:
             }
         }
         if (element < (row == 0 ? 3 : 4))
-            reading_.remark(rowPlace("Segment", row) + " does not hold start, end, value and profile.");
-        if (mfProfileManager_c::s_UseNewProfileManager() && manager)
+            reading_.remark(segmentPlace(row), "it does not hold start, end, value and profile");
+        if (manager)
             completeProfile(*segment, profile, row, *manager);
         return segment;
     }
@@ -134,13 +151,17 @@ private:
         if (row == 0)
             return platform::readNumber(node.text());
         return reading_.number(node,
-                               [&] { return '"' + std::string(name) + "\" of " + rowPlace("Segment", row); });
+                               [&] { return std::pair(segmentPlace(row), '"' + std::string(name) + '"'); });
     }
 
     // The name of a definition in the document or, if there are any definitions
     // at all, of a profile at hand. No other name is looked at.
-    static void setProfile(mfSegment_c& segment, const XmlNode& node, mfProfileManager_c* manager)
+    void setProfile(mfSegment_c& segment, const XmlNode& node, mfProfileManager_c* manager) const
     {
+        if (laws_) {
+            laws_->rowNames.back() = node.text();
+            return;
+        }
         if (!mfProfileManager_c::s_UseNewProfileManager()) {
             segment.setProfileName(wideText(node));
             return;
@@ -169,9 +190,9 @@ private:
         if (!segment.getProfile())
             segment.setProfile(manager.findProfile(*segment.getProfileKey()));
         if (!isFound && node && row > 0 && reading_.mayRemark())
-            reading_.remark("\"Profile\" of " + rowPlace("Segment", row) + " is " + quotedStart(node.text()) +
-                            ", which the document does not define; the row takes " +
-                            quoted(segment.getDisplayName()) + '.');
+            reading_.remark(segmentPlace(row), "\"Profile\" is " + quotedStart(node.text()) +
+                                                   ", which the document does not define; the row takes " +
+                                                   quoted(segment.getDisplayName()));
     }
 
     // The first row only states where the curve begins. A row keeps its formula with
@@ -187,16 +208,20 @@ private:
         if (row == 0)
             return;
         if (stored.getStartX() != startX)
-            reading_.remark(rowPlace("Segment", row) + " starts at " + shortNumber(startX) +
-                            ", where the one before does not end; it becomes a row from " +
-                            shortNumber(stored.getStartX()) + " to " + shortNumber(stored.getEndX()) +
-                            " with value 0.");
+            reading_.remark(segmentPlace(row), "it starts at " + shortNumber(startX) +
+                                                   ", where the previous row does not end; it becomes a row "
+                                                   "from " +
+                                                   shortNumber(stored.getStartX()) + " to " +
+                                                   shortNumber(stored.getEndX()) + " with value 0");
+        if (laws_)
+            return;
         if (formulasFit_) {
             function.parseExpression(row);
             formulasFit_ = formulaBudget_.spend(costOfFormula(stored));
             if (!formulasFit_)
-                reading_.remark("The rows behind " + rowPlace("Segment", row) +
-                                " get no formula, because those of the rows before are too long together.");
+                reading_.remark(
+                    segmentPlace(row),
+                    "the rows after it get no formula, because those up to it are too long together");
         }
         function.calculateValue(row);
     }
@@ -211,6 +236,7 @@ private:
     }
 
     CurveReading& reading_;
+    DocumentLaws* const laws_;                  // of a reader that looks them up itself, else null
     profiles::ReadingBudget definitionBudget_;  // of all definitions in the document
     profiles::ReadingBudget formulaBudget_;     // of the formulas of all rows
     bool formulasFit_ = true;                   // into that budget, up to now

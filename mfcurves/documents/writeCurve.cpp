@@ -1,4 +1,5 @@
-#include <string>
+#include "mfcurves/documents/writeCurve.h"
+
 #include <utility>
 #include <vector>
 
@@ -75,8 +76,8 @@ CString dependentText(mfFunctionExpression_c& expression)
 // One write of one curve into a document without nodes.
 class CurveWriter {
 public:
-    CurveWriter(mfCurveDocument_c& document, mfFunctionData_c& function, const CString& name)
-        : document_(document), function_(function), name_(name)
+    CurveWriter(mfCurveDocument_c& document, mfFunctionData_c& function, const CString& name, double version)
+        : document_(document), function_(function), name_(name), version_(version)
     {
     }
 
@@ -128,7 +129,7 @@ private:
         document_.appendNode(XmlNode(), document_.document()->createProcessingInstruction(
                                             "xml", "version='1.0' encoding='UTF-8'"));
         root_ = add(XmlNode(), "Curve");
-        add(root_, "Version", versionText(writtenVersion()).c_str());
+        add(root_, "Version", versionText(version_).c_str());
         add(root_, "FunctionName", name_);
         add(root_, "FunctionType", kFunctionTypes.textOf(function_.getFunctionType(), L""));
         add(root_, "MotionObjectType",
@@ -228,10 +229,23 @@ private:
     mfCurveDocument_c& document_;
     mfFunctionData_c& function_;
     const CString& name_;
+    const double version_;
     XmlNode root_;
 };
 
 }  // namespace
+
+std::string documentText(mfFunctionData_c& function, const CString& name)
+{
+    const SilentEngine engine;
+    mfCurveDocument_c document;
+    document.initialize();
+    CurveWriter(document, function, name, kReadableVersion).write();
+    std::string text = document.document()->serialise();
+    document.shutdown();
+    return text;
+}
+
 }  // namespace mf::documents
 
 void mfFunctionData_c::createXMLData(const CString& name, bool toFile, const CString& path)
@@ -240,7 +254,7 @@ void mfFunctionData_c::createXMLData(const CString& name, bool toFile, const CSt
     mfCurveDocument_c document;
     document.setPath(path);
     document.initialize();
-    mf::documents::CurveWriter(document, *this, name).write();
+    mf::documents::CurveWriter(document, *this, name, mf::documents::writtenVersion()).write();
     if (toFile) {
         document.save();
     } else {

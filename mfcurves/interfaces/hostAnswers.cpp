@@ -4,22 +4,42 @@
 #include "mfcurves/interfaces/QelSession.h"
 
 namespace mf::interfaces {
+namespace {
+
+thread_local QelMotionFunctionContext_c* contextOfThread = nullptr;
+
+QelMotionFunctionContext_c* currentContext()
+{
+    return contextOfThread != nullptr ? contextOfThread : QelSession_c::QelMotionFunctionContext();
+}
+
+}  // namespace
+
+HostOfThread::HostOfThread(QelMotionFunctionContext_c& context) : before_(contextOfThread)
+{
+    contextOfThread = &context;
+}
+
+HostOfThread::~HostOfThread()
+{
+    contextOfThread = before_;
+}
 
 IMotionServices_c* motionServices()
 {
-    QelMotionFunctionContext_c* const context = QelSession_c::QelMotionFunctionContext();
+    QelMotionFunctionContext_c* const context = currentContext();
     return context == nullptr ? nullptr : context->getMotionServices();
 }
 
 IMotionStudy_c* motionStudy()
 {
-    QelMotionFunctionContext_c* const context = QelSession_c::QelMotionFunctionContext();
+    QelMotionFunctionContext_c* const context = currentContext();
     return context == nullptr ? nullptr : context->getMotionStudy();
 }
 
 mfProfileManager_c* profileManager()
 {
-    QelMotionFunctionContext_c* const context = QelSession_c::QelMotionFunctionContext();
+    QelMotionFunctionContext_c* const context = currentContext();
     return context == nullptr ? nullptr : context->getProfileManager();
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "curveFixture.h"
+#include "mfcurves/documents/formatTexts.h"
 #include "mfcurves/documents/readCurve.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -19,7 +20,15 @@ using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::Pair;
 
-using Remarks = std::vector<std::string>;
+using Remarks = std::vector<std::string>;  // "place: message"
+
+Remarks shown(const std::vector<documents::Remark>& remarks)
+{
+    Remarks texts;
+    for (const documents::Remark& remark : remarks)
+        texts.push_back(remark.place + (remark.place.empty() ? "" : ": ") + remark.message);
+    return texts;
+}
 
 struct RemarkCase {
     const char* name;
@@ -53,38 +62,36 @@ const RemarkCase kRemarkCases[] = {
     {"NumbersMayHaveSpaceAndSigns", withPoints(point(" +1 ", "\n-2e3\n")), {}},
     {"NumberInWords",
      withPoints(point("1", "two")),
-     {R"("y" of "Point" 1 is "two", which is no finite number; it reads as 0.)"}},
+     {R"(point 1: "y" is "two", which is not a finite number; it reads as 0)"}},
     {"NumberWithARest",
      withPoints(point("0", "0") + point("1.5mm", "2")),
-     {R"("x" of "Point" 2 is "1.5mm", which is no finite number; it reads as 1.5.)"}},
+     {R"(point 2: "x" is "1.5mm", which is not a finite number; it reads as 1.5)"}},
     {"NumberTooLarge",
      withPoints(point("0", "-1e999")),
-     {R"("y" of "Point" 1 is "-1e999", which is no finite number; it reads as -INF.)"}},
+     {R"(point 1: "y" is "-1e999", which is not a finite number; it reads as -INF)"}},
     {"LongTextIsCut",
      withPoints(point("0", std::string(61, 'a'))),
-     {R"("y" of "Point" 1 is ")" + std::string(60, 'a') +
-      R"(...", which is no finite number; it reads as 0.)"}},
-    {"PointWithoutY",
-     withPoints("<Point><x>1</x></Point>"),
-     {R"("Point" 1 does not hold pairs of x and y.)"}},
-    {"EmptyPoint", withPoints("<Point/>"), {R"("Point" 1 does not hold pairs of x and y.)"}},
+     {R"(point 1: "y" is ")" + std::string(60, 'a') +
+      R"(...", which is not a finite number; it reads as 0)"}},
+    {"PointWithoutY", withPoints("<Point><x>1</x></Point>"), {"point 1: it does not hold pairs of x and y"}},
+    {"EmptyPoint", withPoints("<Point/>"), {"point 1: it does not hold pairs of x and y"}},
     {"PointThatMoves",
      withPoints(point("0", "0") + point("4", "1") + point("4", "2")),
-     {R"("Point" 3 has x = 4, which does not lie behind the point before; it moves to 5.)"}},
+     {"point 3: its x is 4, which is not above the previous point's; it becomes 5"}},
     {"UnknownInterpolation",
      dataPointDocument().set("Interpolation", "Spline"),
      {R"("Interpolation" is "Spline", which is none of "DataPointInterpolationType_Linear", )"
-      R"("DataPointInterpolationType_Cubic" or "DataPointInterpolationType_Akima".)"}},
+      R"("DataPointInterpolationType_Cubic" or "DataPointInterpolationType_Akima")"}},
     {"NoInterpolation", dataPointDocument().set("Interpolation", ""), {}},
     {"UnknownQuantity",
      expressionDocument().set("DepVar", "Speed"),
      {R"("DepVar" is "Speed", which is none of "MotorDriveType_Displacment", "MotorDriveType_Velocity" or )"
-      R"("MotorDriveType_Acceleration" and none of "ForceTorqueType_Force" or "ForceTorqueType_Torque".)"}},
+      R"("MotorDriveType_Acceleration" and none of "ForceTorqueType_Force" or "ForceTorqueType_Torque")"}},
     {"NoQuantity", expressionDocument().set("DepVar", ""), {}},
     {"RangeOfAnExpression",
      expressionDocument().set("RangeX", "<MinX>a</MinX><MaxX>b</MaxX>"),
-     {R"("MinX" within "RangeX" within "Curve" is "a", which is no finite number; it reads as 0.)",
-      R"("MaxX" within "RangeX" within "Curve" is "b", which is no finite number; it reads as 0.)"}},
+     {R"("MinX" within "RangeX" within "Curve" is "a", which is not a finite number; it reads as 0)",
+      R"("MaxX" within "RangeX" within "Curve" is "b", which is not a finite number; it reads as 0)"}},
     // A range counts for expressions alone, the X of a first row for nobody.
     {"NumbersThatDoNotCount",
      withRows(segment("a", "b", "1", "c"))
@@ -93,30 +100,30 @@ const RemarkCase kRemarkCases[] = {
      {}},
     {"ValueOfTheFirstRow",
      withRows(segment(" ", " ", "up")),
-     {R"("Value" of "Segment" 1 is "up", which is no finite number; it reads as 0.)"}},
+     {R"(row 0: "Value" is "up", which is not a finite number; it reads as 0)"}},
     {"EndInWords",
      withRows(kStart + segment("0", "9O", "5", "Mine")),
-     {R"("EndX" of "Segment" 2 is "9O", which is no finite number; it reads as 9.)"}},
+     {R"(row 1: "EndX" is "9O", which is not a finite number; it reads as 9)"}},
     {"RowThatMoves",
      withRows(kStart + segment("0", "2", "5", "Mine") + segment("3", "4", "5", "Mine")),
-     {R"("Segment" 3 starts at 3, where the one before does not end; )"
-      R"(it becomes a row from 2 to 3 with value 0.)"}},
+     {"row 2: it starts at 3, where the previous row does not end; it becomes a row from 2 to 3 with value "
+      "0"}},
     {"RowWithTooFewElements",
      withRows(kStart + "<Segment><StartX>0</StartX><EndX>2</EndX><Value>5</Value></Segment>"),
-     {R"("Segment" 2 does not hold start, end, value and profile.)"}},
+     {"row 1: it does not hold start, end, value and profile"}},
     {"FirstRowWithoutAProfile", withRows("<Segment><a> </a><a> </a><a>1</a></Segment>"), {}},
     {"FirstRowWithoutAValue",
      withRows("<Segment><a> </a><a> </a></Segment>"),
-     {R"("Segment" 1 does not hold start, end, value and profile.)"}},
+     {"row 0: it does not hold start, end, value and profile"}},
     {"UnknownProfile",
      withRows(kStart + segment("0", "2", "5", "Yours")),
-     {R"("Profile" of "Segment" 2 is "Yours", which the document does not define; )"
-      R"x(the row takes "Cubic (Default)".)x"}},
+     {R"(row 1: "Profile" is "Yours", which the document does not define; )"
+      R"x(the row takes "Cubic (Default)")x"}},
     {"LawThatDoesNotParse",
      withRows(kStart + segment("0", "2", "5", "Mine")).set("ProfileDefinitions", definition("Mine", "y=x")),
-     {R"("ProfileDefinition" 1, "Mine", is left out: the header has no closing parenthesis.)",
-      R"("Profile" of "Segment" 2 is "Mine", which the document does not define; )"
-      R"x(the row takes "Cubic (Default)".)x"}},
+     {R"(definition 1: the law "Mine" is left out: the header has no closing parenthesis)",
+      R"(row 1: "Profile" is "Mine", which the document does not define; )"
+      R"x(the row takes "Cubic (Default)")x"}},
 };
 
 class Remark : public CurveTest, public testing::WithParamInterface<RemarkCase> {};
@@ -126,7 +133,7 @@ TEST_P(Remark, TellsWhereTheCurveIsAnother)
     const auto outcome = documents::readCurve(function, L"", true, GetParam().document.xml());
     EXPECT_TRUE(outcome.taken);
     EXPECT_EQ(outcome.reason, "");
-    EXPECT_THAT(outcome.remarks, ElementsAreArray(GetParam().remarks));
+    EXPECT_THAT(shown(outcome.remarks), ElementsAreArray(GetParam().remarks));
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Remark, testing::ValuesIn(kRemarkCases),
@@ -141,8 +148,8 @@ TEST_F(ReadOptions, RemarksEnd)
         points += point(std::to_string(i), "high");
     const auto outcome = documents::readCurve(function, L"", true, withPoints(points).xml());
     ASSERT_EQ(outcome.remarks.size(), documents::kMostRemarks);
-    EXPECT_EQ(outcome.remarks.back(),
-              R"("y" of "Point" 20 is "high", which is no finite number; it reads as 0.)");
+    EXPECT_EQ(shown(outcome.remarks).back(),
+              R"(point 20: "y" is "high", which is not a finite number; it reads as 0)");
 }
 
 TEST_F(ReadOptions, RemarksOnLawsAndOnTheirRowsEnd)
@@ -156,13 +163,13 @@ TEST_F(ReadOptions, RemarksOnLawsAndOnTheirRowsEnd)
     const auto readLaws =
         documents::readCurve(function, L"", true, withRows(kStart).set("ProfileDefinitions", laws).xml());
     ASSERT_EQ(readLaws.remarks.size(), documents::kMostRemarks);
-    EXPECT_EQ(readLaws.remarks.back(),
-              R"("ProfileDefinition" 20, "Law19", is left out: the header has no closing parenthesis.)");
+    EXPECT_EQ(shown(readLaws.remarks).back(),
+              R"(definition 20: the law "Law19" is left out: the header has no closing parenthesis)");
     const auto readRows = documents::readCurve(function, L"", true, withRows(rows).xml());
     ASSERT_EQ(readRows.remarks.size(), documents::kMostRemarks);
-    EXPECT_EQ(readRows.remarks.back(),
-              R"("Profile" of "Segment" 21 is "Yours", which the document does not define; )"
-              R"x(the row takes "Cubic (Default)".)x");
+    EXPECT_EQ(shown(readRows.remarks).back(),
+              R"(row 20: "Profile" is "Yours", which the document does not define; )"
+              R"x(the row takes "Cubic (Default)")x");
     EXPECT_EQ(segments().getSegmentCount(), 31);
 }
 
@@ -179,6 +186,53 @@ TEST_F(ReadOptions, EveryRowIsHeardOf)
     heard.clear();
     documents::readCurve(function, L"", true, expressionDocument().xml(), options);
     EXPECT_THAT(heard, IsEmpty());
+}
+
+// Names and texts of laws, for a reader that looks them up itself.
+TEST_F(ReadOptions, LawsAreGivenAsTheyAreNamed)
+{
+    documents::DocumentLaws laws;
+    documents::ReadOptions options;
+    options.laws = &laws;
+    Document document = withRows(kStart + segment("0", "2", "5", "Mine") + segment("2", "3", "5", "Yours") +
+                                 "<Segment><a>3</a><b>4</b><c>1</c></Segment>");
+    document.set("ProfileDefinitions", definition("Mine", lineTimes("2", "Mine")) + definition("Bad", "y=x") +
+                                           definition("Mine", lineTimes("3", "Mine")));
+    const auto outcome = documents::readCurve(function, L"", true, document.xml(), options);
+    EXPECT_TRUE(outcome.taken);
+    EXPECT_THAT(laws.rowNames, ElementsAre("", "Mine", "Yours", ""));
+    ASSERT_EQ(laws.definitions.size(), 2u);
+    EXPECT_EQ(laws.definitions[0].text, lineTimes("2", "Mine"));
+    EXPECT_EQ(laws.definitions[1].name, "Mine");
+    EXPECT_EQ(laws.definitions[1].text, lineTimes("3", "Mine"));
+    EXPECT_THAT(
+        shown(outcome.remarks),
+        ElementsAre(R"(definition 2: the law "Bad" is left out: the header has no closing parenthesis)",
+                    "row 3: it does not hold start, end, value and profile"));
+    EXPECT_FALSE(manager.hasDocumentNames());
+    mfSegment_c* row = nullptr;
+    segments().selectSegment(1, row);
+    EXPECT_EQ(row->getProfileKey(), nullptr);
+    EXPECT_TRUE(row->getProfileExpr().IsEmpty());
+    EXPECT_EQ(row->getPlottingDataLength(), 0);
+}
+
+TEST_F(ReadOptions, VersionOfLaterDocumentsMayStay)
+{
+    documents::ReadOptions options;
+    options.setsVersion = false;
+    const auto outcome =
+        documents::readCurve(function, L"", true, "<Curve><Version>2</Version></Curve>", options);
+    EXPECT_EQ(outcome.reason, "The document has version 2, and only version 1 is read.");
+    EXPECT_EQ(documents::writtenVersion(), 1.0);
+}
+
+TEST_F(ReadOptions, PlaceOfBrokenXmlIsGiven)
+{
+    const auto outcome = documents::readCurve(function, L"", true, "<Curve>\n<a></b>");
+    EXPECT_EQ(outcome.xmlProblem.line, 2);
+    EXPECT_EQ(outcome.xmlProblem.column, 8);
+    EXPECT_THAT(outcome.reason, testing::EndsWith("(line 2, column 8)."));
 }
 
 TEST_F(ReadOptions, FileMayChooseTheMotionObject)

@@ -1,3 +1,5 @@
+#include "mfcurves/documents/writeCurve.h"
+
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -513,6 +515,18 @@ TEST_F(WriteCurve, VersionIsTheOneReadLast)
     EXPECT_EQ(written("Version"), "0.75");
     EXPECT_FALSE(other.readXMLData(L"", true, "<Curve/>"));
     EXPECT_EQ(written("Version"), "1");
+}
+
+TEST_F(WriteCurve, TextOfADocumentHasTheReadableVersion)
+{
+    addPoint(1, 2);
+    function.setFunctionType(FunctionType_DataPoints);
+    const std::string xml = write();
+    ASSERT_TRUE(readBuffer("<Curve><Version>2</Version></Curve>"));
+    starts = platform::xmlStartCount();
+    EXPECT_EQ(documents::documentText(function, L"name"), xml);
+    EXPECT_EQ(startsLeft(), 0);
+    EXPECT_EQ(written("Version"), "2");
 }
 
 }  // namespace

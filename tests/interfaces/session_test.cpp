@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <thread>
 #include <type_traits>
 
 #include "mfcurves/interfaces/CGeneralException.h"
@@ -46,6 +47,26 @@ TEST(HostAnswers, AreAskedForAfreshAtEachUse)
     EXPECT_EQ(mf::interfaces::profileManager(), nullptr);
     EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "getMotionServices", "getMotionStudy",
                                         "getMotionStudy", "getProfileManager"));
+}
+
+TEST(HostAnswers, OfOneThreadMayComeFromAnotherContext)
+{
+    mf::test::FakeHost host;
+    mf::test::FakeHost own;
+    QelSession_c::setMotionFunctionContext(&host);
+    {
+        const mf::interfaces::HostOfThread guard(own);
+        EXPECT_EQ(mf::interfaces::motionServices(), &own.services);
+        EXPECT_EQ(mf::interfaces::motionStudy(), &own.study);
+        EXPECT_EQ(QelSession_c::QelMotionFunctionContext(), &host);
+        std::thread([&] { EXPECT_EQ(mf::interfaces::motionServices(), &host.services); }).join();
+        {
+            const mf::interfaces::HostOfThread inner(host);
+            EXPECT_EQ(mf::interfaces::motionServices(), &host.services);
+        }
+        EXPECT_EQ(mf::interfaces::motionServices(), &own.services);
+    }
+    EXPECT_EQ(mf::interfaces::motionServices(), &host.services);
 }
 
 TEST(EngineData, AlwaysHoldsANumber)

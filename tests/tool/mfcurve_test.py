@@ -679,18 +679,18 @@ BREAKAGES = {
        for name in ["MinX", "MaxX", "MinY", "MaxY"]},
     "no rows": (without("Segment"), ["it has no row behind the start"]),
     "no points": (without("Point"), ["it has no points"]),
-    "an end with a letter": (text_of("EndX", "9O"), ['"EndX" of "Segment"', 'is "9O", which is no finite number']),
-    "no value": (text_of("Value", ""), ['"Value" of "Segment"', 'is "", which is no finite number; it reads as 0']),
+    "an end with a letter": (text_of("EndX", "9O"), ["row ", '"EndX" is "9O", which is not a finite number']),
+    "no value": (text_of("Value", ""), ["row ", '"Value" is "", which is not a finite number; it reads as 0']),
     "a value with a comma": (text_of("Value", "1,5"), ['"Value" of "Segment"', '"1,5"', "it reads as 1"]),
     "a value too large": (text_of("Value", "1e999"), ['"Value" of "Segment"', '"1e999"', "it reads as INF"]),
-    "a start apart": (text_of("StartX", "0.5"), ['"Segment"', "starts at 0.5, where the one before does not end"]),
+    "a start apart": (text_of("StartX", "0.5"), ["row ", "starts at 0.5, where the previous row does not end"]),
     "an end before the start": (text_of("EndX", "-1"), ["it ends before it starts"]),
     "an unknown profile": (text_of("Profile", "Wobbly"), ['"Profile" of "Segment"', '"Wobbly"', "Cubic (Default)"]),
     "no profile": (text_of("Profile", ""), ['"Profile" of "Segment"', 'is ""', "Cubic (Default)"]),
     "no law": (text_of("ProfileFunction", "y=x"), ['"ProfileDefinition"', "is left out: "]),
-    "an x in words": (text_of("x", "one"), ['"x" of "Point"', 'is "one", which is no finite number']),
-    "a y of words": (text_of("y", "nan"), ['"y" of "Point"', 'is "nan", which is no finite number']),
-    "an x before the others": (text_of("x", "-1e6"), ['"Point"', "does not lie behind the point before"]),
+    "an x in words": (text_of("x", "one"), ["point ", '"x" is "one", which is not a finite number']),
+    "a y of words": (text_of("y", "nan"), ["point ", '"y" is "nan", which is not a finite number']),
+    "an x before the others": (text_of("x", "-1e6"), ["point ", "which is not above the previous point's"]),
     "an unknown interpolation": (text_of("Interpolation", "Spline"), ['"Interpolation" is "Spline"', "_Akima"]),
     "a wrong expression": (text_of("Expression", "2*(x"), ["wrong at character 5", "2*(x\n        ^"]),
     "an empty expression": (text_of("Expression", ""), ["wrong at character 1"]),
@@ -944,7 +944,7 @@ class Convert(ToolTest):
     def test_points_that_six_digits_do_not_tell_apart(self):
         points = self.write("points.csv", "1000.001,0\n1000.002,1\n")
         out = self.folder / "out.xml"
-        self.refused(FAILED, "convert", "--points", points, out, says=[f"{out}: ", '"Point" 2 has x = 1000'])
+        self.refused(FAILED, "convert", "--points", points, out, says=[f"{out}: ", 'point 2: its x is 1000'])
         self.assertFalse(out.exists())
 
     def test_a_curve_that_six_digits_make_another(self):

@@ -31,7 +31,10 @@ Curve read(const std::string& name, const std::optional<std::string>& text)
     if (!outcome.reason.empty())
         throw Failure(kFailed, name + ": " + outcome.reason);
     curve.setTitle(toUtf8(curve.function().getName()));
-    curve.setRemarks(std::move(outcome.remarks));
+    std::vector<std::string> remarks;
+    for (const mf::documents::Remark& remark : outcome.remarks)
+        remarks.push_back(remark.place + (remark.place.empty() ? "" : ": ") + remark.message);
+    curve.setRemarks(std::move(remarks));
     return curve;
 }
 
