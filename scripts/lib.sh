@@ -36,6 +36,7 @@ has_package() {
         cmake) has_cmake ;;
         ninja-build) has_command ninja ;;
         libxml2-dev) has_header libxml2/libxml/parser.h ;;
+        libfmt-dev) has_header fmt/format.h ;;
         libcli11-dev) has_header CLI/CLI.hpp ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libgmock-dev) has_header gmock/gmock.h ;;
@@ -94,5 +95,5 @@ if has_command ccache; then
 fi
 jobs=$(nproc 2>/dev/null || echo 2)
 
-build_packages=(g++ cmake ninja-build libxml2-dev libcli11-dev libgtest-dev libgmock-dev python3)
+build_packages=(g++ cmake ninja-build libxml2-dev libfmt-dev libcli11-dev libgtest-dev libgmock-dev python3)
 check_packages=(clang-format clang-tidy lld)

@@ -44,7 +44,7 @@ valarray variant vector version
 """.split())
 
 # What the tool and the examples stand on besides the library.
-TOOL_HEADERS = ("CLI/",)
+TOOL_HEADERS = ("CLI/", "fmt/")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 

@@ -48,9 +48,20 @@ void declareCurveOptions(CLI::App& command, CurveOptions& options)
         ->type_name("ROW")
         ->allow_extra_args(false)
         ->group("Curve");
-    text("--rows", options.rowsFile, "the same rows from a CSV file", "FILE.csv");
+    text("--rows", options.rowsFile, "the same rows from a text file", "FILE");
     text("--start", options.start, "where the rows start: 'value' or 'x, value' [0, 0]", "START");
-    text("--points", options.pointsFile, "points 'x, y' from a CSV file", "FILE.csv");
+    text("--points", options.pointsFile, "points 'x, y' from a text file", "FILE");
+    command
+        .add_option("--csv-columns", options.columns.columns,
+                    "the columns of a file of rows or points: numbers from 1 or names in its header")
+        ->type_name("COLUMN,COLUMN")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->group("Curve");
+    command.add_option("--csv-skip", options.columns.skippedLines, "lines at its start that do not count")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber)
+        ->group("Curve");
     text("--interpolation", options.interpolation, "how the points are joined [linear]", "KIND")
         ->check(CLI::IsMember({"linear", "cubic", "akima"}));
     text("--drive", options.drive, "what the curve drives [displacement]", "QUANTITY")
@@ -70,6 +81,9 @@ void checkOneSource(const CurveOptions& options)
         throw Failure(kWrong, "no curve: give a document, --expression, --row, --rows or --points");
     if (described > 1 || (described == 1 && !options.files.empty()))
         throw Failure(kWrong, "more than one curve: give documents, --expression, rows or --points alone");
+    if ((!options.columns.columns.empty() || options.columns.skippedLines > 0) && options.rowsFile.empty() &&
+        options.pointsFile.empty())
+        throw Failure(kWrong, "--csv-columns and --csv-skip go with --rows or --points");
     const auto onlyWith = [](const std::string& given, bool fits, const char* message) {
         if (!given.empty() && !fits)
             throw Failure(kWrong, message);

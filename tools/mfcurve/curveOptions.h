@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/mfcurve/columnText.h"
 #include "tools/mfcurve/curve.h"
 
 namespace CLI {
@@ -20,6 +21,7 @@ struct CurveOptions {
     std::string rowsFile;
     std::string start;
     std::string pointsFile;
+    ColumnSettings columns;  ///< of rowsFile and pointsFile
     std::string interpolation;
     std::string drive;
     std::string variable;

@@ -130,7 +130,7 @@ void addSegment(mfFunctionSegments_c& table, double start, double end, double va
     static_cast<void>(segment.release());  // the table owns it now
 }
 
-void addStart(mfFunctionSegments_c& table, const RowList& list)
+void addStart(mfFunctionSegments_c& table, const CurveRows& list)
 {
     // A document whose first row has no key would lose its profile definitions.
     addSegment(table, list.startX, list.startX, list.startValue, L"Initial", profileKey(list.rows.front()));
@@ -149,7 +149,7 @@ void checkLaw(mfFunctionSegments_c& table, const Row& row)
 }
 
 // Fails where the six decimals of a law make another curve of the rows.
-void checkRounding(mfFunctionSegments_c& table, const RowList& list)
+void checkRounding(mfFunctionSegments_c& table, const CurveRows& list)
 {
     const double span = valueSpan(table);
     for (int row = 0; row < table.getSegmentCount(); ++row) {
@@ -162,7 +162,7 @@ void checkRounding(mfFunctionSegments_c& table, const RowList& list)
 
 Curve rowsCurve(const CurveOptions& options)
 {
-    const RowList list = readRows(options);
+    const CurveRows list = readRows(options);
     Curve curve(mf::FunctionType_Segments);
     mfFunctionSegments_c& table = curve.segments();
     addStart(table, list);
@@ -188,21 +188,26 @@ mf::DataPointInterpolationType_e interpolationOf(const std::string& name)
     return name == "cubic" ? mf::DataPointInterpolationType_Cubic : mf::DataPointInterpolationType_Linear;
 }
 
-std::vector<FilePoint> readPoints(const std::string& path)
+std::vector<FilePoint> readPoints(const CurveOptions& options)
 {
-    auto read = parsePoints(readInput(path));
-    if (const auto* problem = std::get_if<PointsProblem>(&read)) {
-        const std::string line = problem->line == 0 ? "" : ":" + std::to_string(problem->line);
-        throw Failure(kWrong, inputName(path) + line + ": " + problem->message);
+    const std::string name = inputName(options.pointsFile);
+    const auto place = [&](int line) { return line == 0 ? name : name + ":" + std::to_string(line); };
+    try {
+        const PointList list = parsePoints(readInput(options.pointsFile), options.columns);
+        if (list.unsortedLine != 0)
+            warn("warning: " + place(list.unsortedLine) +
+                 ": x is below that of the point before it; the points are sorted by x");
+        return list.points;
+    } catch (const TextError& error) {
+        throw Failure(kWrong, place(error.line()) + ": " + error.what());
     }
-    return std::get<std::vector<FilePoint>>(std::move(read));
 }
 
 Curve pointsCurve(const CurveOptions& options)
 {
     Curve curve(mf::FunctionType_DataPoints);
     mfFunctionDataPoints_c& table = curve.points();
-    for (const FilePoint& point : readPoints(options.pointsFile)) {
+    for (const FilePoint& point : readPoints(options)) {
         auto row = std::make_unique<mfDataPoints_c>(new mfPoint2D_c(point.x, point.y));
         table.appendDataPoint(row.get());
         static_cast<void>(row.release());  // the table owns it now

@@ -7,27 +7,23 @@
 
 namespace mfcurve {
 
-/// One segment as a user writes it.
+/// One segment and, for messages, its place: "cam.csv:7".
 struct Row {
     double end;
     double value;  ///< at the end
     std::string profile;
-    std::string where;  ///< for messages: "cam.csv:7"
+    std::string where;
 };
 
-/// A curve in rows: each starts where the one before it ends.
-struct RowList {
+/// A curve in rows: each starts where the previous one ends.
+struct CurveRows {
     double startX = 0.0;
     double startValue = 0.0;
     std::vector<Row> rows;
 };
 
-/// The rows of the command line: those of --rows, then those of --row. Fails with
-/// the place when one of them is not of the form "end x, value, profile" or does
-/// not end behind its start, and when there are none.
-///
-/// A file of rows may have a header line, blank lines and comments from "#" on. A
-/// first line of x and value alone states the start.
-RowList readRows(const CurveOptions& options);
+/// The rows of the command line: those of --rows, then those of --row. Fails with the place when one of them
+/// is not of the form "end x, value, profile" or does not end after its start, and when a file has none.
+CurveRows readRows(const CurveOptions& options);
 
 }  // namespace mfcurve

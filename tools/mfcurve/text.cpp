@@ -1,42 +1,63 @@
 #include "tools/mfcurve/text.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <fmt/format.h>
+#include <limits>
 
 #include "mfcurves/platform/encoding.h"
-#include "mfcurves/platform/numbers.h"
 
 namespace mfcurve {
 
 namespace {
 
-// The largest double in plain notation with some decimals.
-constexpr std::size_t kLongestNumber = 400;
-
-template <class... Format>
-std::string formatted(double number, Format... format)
+// What a text of decimal digits that no double holds comes to: infinity where the first digit that is not
+// zero has a positive power of ten, else zero.
+double beyondDoubles(std::string_view text)
 {
-    std::array<char, kLongestNumber> buffer;
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...);
-    return {buffer.data(), result.ptr};
+    const bool isNegative = text.starts_with('-');
+    const std::size_t letter = std::min(text.find_first_of("eE"), text.size());
+    const std::string_view digits = text.substr(isNegative ? 1 : 0, letter - (isNegative ? 1 : 0));
+    const auto point = static_cast<double>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<double>(std::min(digits.find_first_of("123456789"), digits.size()));
+    double power = point - first;
+    if (letter < text.size()) {
+        std::string_view exponent = text.substr(letter + 1);
+        const bool isSmall = exponent.starts_with('-');
+        exponent.remove_prefix(exponent.find_first_of("0123456789"));
+        long long size = 0;
+        const auto result = std::from_chars(exponent.data(), exponent.data() + exponent.size(), size);
+        const double read = result.ec == std::errc() ? static_cast<double>(size) : 1e18;
+        power += isSmall ? -read : read;
+    }
+    const double number = power > 0.0 ? std::numeric_limits<double>::infinity() : 0.0;
+    return isNegative ? -number : number;
+}
+
+std::string withoutSignOfZero(std::string text)
+{
+    const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
+    return isZero && text.starts_with('-') ? text.substr(1) : text;
 }
 
 }  // namespace
 
 std::string numberText(double number)
 {
-    return formatted(number, std::chars_format::general, 17);
+    if (std::isnan(number))
+        return "nan";
+    return fmt::format("{}", number == 0.0 ? 0.0 : number);
 }
 
 std::string shortNumberText(double number, int digits)
 {
-    return formatted(number, std::chars_format::general, digits);
+    return withoutSignOfZero(fmt::format("{:.{}g}", number, digits));
 }
 
 std::string fixedText(double number, int decimals)
 {
-    return formatted(number, std::chars_format::fixed, decimals);
+    return withoutSignOfZero(fmt::format("{:.{}f}", number, decimals));
 }
 
 std::optional<double> readNumber(std::string_view text)
@@ -49,7 +70,7 @@ std::optional<double> readNumber(std::string_view text)
     if (text.empty() || result.ptr != text.data() + text.size())
         return std::nullopt;
     // Beyond the range of a double a number is infinite or zero.
-    return result.ec == std::errc() ? number : mf::platform::readNumber(text);
+    return result.ec == std::errc() ? number : beyondDoubles(text);
 }
 
 std::string_view trimmed(std::string_view text)

@@ -9,14 +9,14 @@
 
 namespace mfcurve {
 
-/// A number with 17 significant digits, trailing zeros dropped: enough to read the
-/// same double back. Independent of the locale, like all numbers here.
+/// The fewest digits that read back as the same double; zero has no sign. Independent of the locale, like all
+/// numbers here.
 std::string numberText(double number);
 
 /// A number with that many significant digits, trailing zeros dropped.
 std::string shortNumberText(double number, int digits = 6);
 
-/// A number with that many decimals.
+/// A number with that many decimals; what they make zero has no sign.
 std::string fixedText(double number, int decimals);
 
 /// The number that the whole text stands for, blanks around it aside; nothing when

@@ -1,0 +1,335 @@
+#include "tools/mfcurve/columnText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fmt/format.h>
+#include <numeric>
+
+#include "tools/mfcurve/nearest.h"
+#include "tools/mfcurve/text.h"
+
+namespace mfcurve {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\v\f";
+
+std::string_view withoutBlanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// The text up to a "#" that is not within quotes.
+std::string_view withoutComment(std::string_view line)
+{
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"')
+            isQuoted = !isQuoted;
+        else if (line[i] == '#' && !isQuoted)
+            return line.substr(0, i);
+    }
+    return line;
+}
+
+std::string_view takeLine(std::string_view& text)
+{
+    const std::size_t end = text.find_first_of("\r\n");
+    const std::string_view line = text.substr(0, end);
+    if (end == std::string_view::npos)
+        text = {};
+    else
+        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+    return line;
+}
+
+// Calls `see` with each character outside quotes and its place.
+template <class See>
+bool anyUnquoted(std::string_view line, See see)
+{
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"')
+            isQuoted = !isQuoted;
+        else if (!isQuoted && see(line[i], i))
+            return true;
+    }
+    return false;
+}
+
+bool hasUnquoted(std::string_view line, char wanted)
+{
+    return anyUnquoted(line, [&](char c, std::size_t) { return c == wanted; });
+}
+
+// A tab beside a comma only lines the columns up.
+bool hasTabBesideComma(std::string_view line)
+{
+    return anyUnquoted(line, [&](char c, std::size_t i) {
+        return c == '\t' && (withoutBlanks(line.substr(0, i)).ends_with(',') ||
+                             withoutBlanks(line.substr(i)).starts_with(','));
+    });
+}
+
+std::vector<std::string_view> splitAtBlanks(std::string_view line)
+{
+    std::vector<std::string_view> fields;
+    for (line = withoutBlanks(line); !line.empty(); line = withoutBlanks(line)) {
+        const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
+        fields.push_back(line.substr(0, end));
+        line.remove_prefix(end);
+    }
+    return fields;
+}
+
+// "1,5 2,5": a comma that separates would leave "5 2" as a field, which is not a number.
+bool hasDecimalCommasBetweenBlanks(std::string_view line)
+{
+    const std::vector<std::string_view> fields = splitAtBlanks(line);
+    const auto isCut = [](std::string_view field) { return field.starts_with(',') || field.ends_with(','); };
+    return fields.size() >= 2 && line.find(',') != std::string_view::npos && readDecimal(fields[0]) &&
+           readDecimal(fields[1]) && std::none_of(fields.begin(), fields.end(), isCut);
+}
+
+bool beginsWithDigit(std::string_view field)
+{
+    if (!field.empty() && std::string_view("+-").find(field.front()) != std::string_view::npos)
+        field.remove_prefix(1);
+    if (!field.empty() && std::string_view(".,").find(field.front()) != std::string_view::npos)
+        field.remove_prefix(1);
+    return !field.empty() && field.front() >= '0' && field.front() <= '9';
+}
+
+}  // namespace
+
+std::optional<double> readDecimal(std::string_view text)
+{
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos)
+        return readNumber(text);
+    if (text.find('.') != std::string_view::npos)
+        return std::nullopt;
+    std::string number(text);
+    number[comma] = '.';
+    return readNumber(number);
+}
+
+std::string inQuotes(std::string_view text)
+{
+    constexpr std::size_t kLongest = 60;
+    const bool isLong = text.size() > kLongest;
+    std::size_t size = std::min(text.size(), kLongest);
+    while (isLong && size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
+        --size;
+    std::string shown(text.substr(0, size));
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, '?');
+    return '"' + shown + (isLong ? "...\"" : "\"");
+}
+
+ColumnText::ColumnText(std::string_view bytes, const ColumnForm& form, const ColumnSettings& settings)
+    : form_(form), text_(decodedText(bytes))
+{
+    const std::vector<RawLine> lines = rawLines(settings);
+    if (!isSeparatorStated_)
+        separator_ = separatorOf(lines);
+    for (const RawLine& line : lines) {
+        std::vector<std::string_view> fields = split(line);
+        if (std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); }))
+            continue;
+        if (lines_.empty() && isHeader(fields)) {
+            headers_.push_back(std::move(fields));
+            continue;
+        }
+        if (columns_.empty())
+            columns_ = chosenColumns(settings);
+        lines_.push_back(wantedFields(line.number, fields));
+    }
+}
+
+std::vector<ColumnText::RawLine> ColumnText::rawLines(const ColumnSettings& settings)
+{
+    std::vector<RawLine> lines;
+    std::string_view rest = text_;
+    for (int number = 1; !rest.empty(); ++number) {
+        const std::string_view line = takeLine(rest);
+        if (number <= settings.skippedLines)
+            continue;
+        const std::string_view content = withoutComment(line);
+        const std::string_view trimmed = withoutBlanks(content);
+        if (trimmed.size() == 5 && trimmed.starts_with("sep=") && lines.empty() && !isSeparatorStated_) {
+            separator_ = trimmed.back();
+            isSeparatorStated_ = true;
+        } else if (!trimmed.empty()) {
+            lines.push_back({number, content});
+        }
+    }
+    return lines;
+}
+
+char ColumnText::separatorOf(const std::vector<RawLine>& lines) const
+{
+    const auto any = [&](auto holds) {
+        return std::any_of(lines.begin(), lines.end(),
+                           [&](const RawLine& line) { return holds(line.content); });
+    };
+    if (any([](std::string_view line) { return hasUnquoted(line, ';'); }))
+        return ';';
+    if (any([](std::string_view line) { return hasUnquoted(withoutBlanks(line), '\t'); }) &&
+        !any(hasTabBesideComma))
+        return '\t';
+    if (any([](std::string_view line) { return hasUnquoted(line, ','); }) &&
+        !any(hasDecimalCommasBetweenBlanks))
+        return ',';
+    return ' ';
+}
+
+std::string_view ColumnText::takeQuoted(std::string_view& rest, int line)
+{
+    std::string field;
+    std::size_t i = 1;
+    for (; i < rest.size(); ++i) {
+        if (rest[i] == '"' && rest.substr(i + 1).starts_with('"'))
+            ++i;
+        else if (rest[i] == '"')
+            break;
+        field += rest[i];
+    }
+    if (i >= rest.size())
+        throw TextError(line, "the quote at " + inQuotes(rest) + " is not closed; " + form_.expected);
+    rest.remove_prefix(i + 1);
+    return withoutBlanks(unquoted_.emplace_back(std::move(field)));
+}
+
+std::vector<std::string_view> ColumnText::split(const RawLine& line)
+{
+    // A line without a tab among lines with tabs is separated by blanks.
+    const bool isAtBlanks = separator_ == ' ' || (separator_ == '\t' && !hasUnquoted(line.content, '\t'));
+    if (isAtBlanks && line.content.find('"') == std::string_view::npos)
+        return splitAtBlanks(line.content);
+    const std::string_view blanks = separator_ == '\t' ? std::string_view(" \v\f") : kBlanks;
+    const std::string_view ends = isAtBlanks ? kBlanks : std::string_view(&separator_, 1);
+    std::vector<std::string_view> fields;
+    std::string_view rest = line.content;
+    for (;;) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+        if (rest.starts_with('"')) {
+            fields.push_back(takeQuoted(rest, line.number));
+            const std::size_t end = std::min(rest.find_first_of(ends), rest.size());
+            if (!withoutBlanks(rest.substr(0, end)).empty())
+                throw TextError(line.number, inQuotes(rest.substr(0, end)) + " follows a closing quote; " +
+                                                 form_.expected);
+            rest.remove_prefix(end);
+        } else if (!isAtBlanks || !rest.empty()) {
+            const std::size_t end = std::min(rest.find_first_of(ends), rest.size());
+            fields.push_back(withoutBlanks(rest.substr(0, end)));
+            rest.remove_prefix(end);
+        }
+        if (rest.empty())
+            return fields;
+        rest.remove_prefix(1);
+    }
+}
+
+bool ColumnText::isHeader(const std::vector<std::string_view>& fields) const
+{
+    const auto isData = [&](std::string_view field) {
+        return readDecimal(field).has_value() || (form_.isData && form_.isData(field));
+    };
+    return !beginsWithDigit(fields.front()) && std::none_of(fields.begin(), fields.end(), isData);
+}
+
+std::optional<std::size_t> ColumnText::columnNamed(std::string_view name) const
+{
+    for (const auto& header : headers_) {
+        const auto found = std::find_if(header.begin(), header.end(),
+                                        [&](std::string_view field) { return equalsInAnyCase(field, name); });
+        if (found != header.end())
+            return static_cast<std::size_t>(found - header.begin());
+    }
+    return std::nullopt;
+}
+
+std::size_t ColumnText::columnOf(const std::string& name) const
+{
+    std::size_t number = 0;
+    const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
+    if (result.ec == std::errc() && result.ptr == name.data() + name.size() && number > 0)
+        return number - 1;
+    if (const auto column = columnNamed(name))
+        return *column;
+    std::vector<std::string> known;
+    for (const auto& header : headers_)
+        known.insert(known.end(), header.begin(), header.end());
+    throw TextError(
+        0, fmt::format("there is no column {}{}; --csv-columns takes numbers from 1 or names in a header",
+                       inQuotes(name), nearestAdvice(name, known)));
+}
+
+// Those of the settings, those of the output of `table`, or the first ones.
+std::vector<std::size_t> ColumnText::chosenColumns(const ColumnSettings& settings)
+{
+    std::vector<std::size_t> columns;
+    for (const std::string& name : settings.columns)
+        columns.push_back(columnOf(name));
+    if (!columns.empty())
+        return columns;
+    for (const std::string& name : form_.also) {
+        if (const auto column = columnNamed(name))
+            columns.push_back(*column);
+    }
+    if (!columns.empty() && columns.size() == form_.also.size())
+        return columns;
+    areColumnsFirst_ = true;
+    columns.resize(form_.names.size());
+    std::iota(columns.begin(), columns.end(), std::size_t{0});
+    return columns;
+}
+
+ColumnLine ColumnText::wantedFields(int number, const std::vector<std::string_view>& fields) const
+{
+    ColumnLine line{number, {}};
+    for (std::size_t column : columns_) {
+        if (column >= fields.size())
+            break;
+        line.fields.push_back(fields[column]);
+    }
+    while (!line.fields.empty() && line.fields.back().empty() && line.fields.size() > 1)
+        line.fields.pop_back();
+    const auto isTooMuch = [](std::string_view field) { return !field.empty(); };
+    if (areColumnsFirst_ && fields.size() > columns_.size() &&
+        std::any_of(fields.begin() + static_cast<std::ptrdiff_t>(columns_.size()), fields.end(), isTooMuch))
+        throw TextError(number,
+                        fmt::format("{} of {} fields; {}; --csv-columns chooses among more, such as 2,3",
+                                    fields.size(), columns_.size(), form_.expected));
+    return line;
+}
+
+double ColumnText::number(const ColumnLine& line, std::size_t column)
+{
+    const std::string& name = form_.names[column];
+    if (column >= line.fields.size() || line.fields[column].empty())
+        throw TextError(line.number, fmt::format("the {} is missing: {} of {} fields; {}", name,
+                                                 line.fields.size(), form_.names.size(), form_.expected));
+    const std::string_view field = line.fields[column];
+    const std::optional<double> number = readDecimal(field);
+    if (!number || !std::isfinite(*number))
+        throw TextError(line.number, fmt::format("the {} {} is not a finite number; {}", name,
+                                                 inQuotes(field), form_.expected));
+    const std::size_t mark = field.find_first_of(".,");
+    if (mark != std::string_view::npos && decimal_.mark == 0)
+        decimal_ = {field[mark], line.number};
+    if (mark != std::string_view::npos && decimal_.mark != field[mark])
+        throw TextError(
+            line.number,
+            fmt::format("the {} {} has a decimal {}, but line {} has a decimal {}; a file has one of them",
+                        name, inQuotes(field), field[mark] == ',' ? "comma" : "point", decimal_.line,
+                        decimal_.mark == ',' ? "comma" : "point"));
+    return *number;
+}
+
+}  // namespace mfcurve

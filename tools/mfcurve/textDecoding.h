@@ -1,0 +1,23 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace mfcurve {
+
+/// Why a text cannot be read: the line, counted from 1, and the reason. Line 0 is the text as a whole.
+class TextError : public std::runtime_error {
+public:
+    TextError(int line, const std::string& message) : std::runtime_error(message), line_(line) {}
+    int line() const { return line_; }
+
+private:
+    int line_;
+};
+
+/// The bytes of a text file as UTF-8 without a byte order mark. UTF-16 is recognised by its mark, or by a
+/// zero in one of the first two bytes. Throws TextError for what is neither.
+std::string decodedText(std::string_view bytes);
+
+}  // namespace mfcurve
