@@ -54,12 +54,46 @@ void run(const engine::Formula& formula, double x, int order, double* values)
         std::fill_n(values, order + 1, kNaN);
 }
 
+// The distances from x at which a formula is asked for its branch, nearest first: a condition
+// may take some to differ from what it is at x.
+template <typename Try>
+void besideInTurn(double x, Side side, const Try& isSettledAt)
+{
+    const double sign = side == Side::Left ? -1.0 : 1.0;
+    constexpr int kBesideZero[] = {-1000, -700, -400, -200, -100, -60, -30};
+    constexpr int kBesideOther[] = {-52, -46, -40, -34, -28};
+    const auto tryAll = [&](const auto& exponents, double scale) {
+        for (const int exponent : exponents) {
+            if (isSettledAt(x + sign * std::ldexp(scale, exponent)))
+                return;
+        }
+    };
+    if (x == 0.0)
+        tryAll(kBesideZero, 1.0);
+    else
+        tryAll(kBesideOther, std::fabs(x));
+}
+
+// The limit from a side. A formula without branches is its own limit.
+void runBeside(const engine::Formula& formula, double x, Side side, int order, double* values)
+{
+    if (side == Side::Plain || !formula.hasBranches())
+        return run(formula, x, order, values);
+    const auto use = [&](double* registers) {
+        besideInTurn(x, side, [&](double beside) {
+            return formula.evaluateBeside(x, beside, order, registers, values);
+        });
+    };
+    if (!withRegisters(2 * formula.registerCount(), use))
+        std::fill_n(values, order + 1, kNaN);
+}
+
 void at(const FrozenRows& rows, double x, Side side, int order, double* values)
 {
     const auto next = side == Side::Left ? std::lower_bound(rows.starts.begin(), rows.starts.end(), x)
                                          : std::upper_bound(rows.starts.begin(), rows.starts.end(), x);
     const auto index = std::max<std::ptrdiff_t>(next - rows.starts.begin() - 1, 0);
-    run(*rows.rows[static_cast<std::size_t>(index)].formula, x, order, values);
+    runBeside(*rows.rows[static_cast<std::size_t>(index)].formula, x, side, order, values);
 }
 
 void polynomial(const host::SplinePiece& piece, double t, int order, double* values)
@@ -92,9 +126,9 @@ void at(const host::SplinePieces& spline, double x, Side side, int order, double
 }
 
 // A derivative only where there is a value.
-void at(const FrozenExpression& expression, double x, Side, int order, double* values)
+void at(const FrozenExpression& expression, double x, Side side, int order, double* values)
 {
-    run(*expression.formula, x, order, values);
+    runBeside(*expression.formula, x, side, order, values);
     for (int k = 1; k <= order; ++k) {
         if (std::isnan(values[k - 1]))
             values[k] = kNaN;
@@ -108,24 +142,24 @@ void FrozenCurve::iInside(double x, Side side, int order, double* values) const 
     std::visit([&](const auto& pieces) { at(pieces, x, side, order, values); }, pieces_);
 }
 
-void FrozenCurve::iExtended(double x, int order, double* values) const noexcept
+void FrozenCurve::iExtended(double x, Side side, int order, double* values) const noexcept
 {
     if (const auto* rows = std::get_if<FrozenRows>(&pieces_))
-        run(*(x > firstX_ ? rows->rows.back() : rows->rows.front()).formula, x, order, values);
+        runBeside(*(x > firstX_ ? rows->rows.back() : rows->rows.front()).formula, x, side, order, values);
     else if (const auto* spline = std::get_if<host::SplinePieces>(&pieces_))
         for (int k = 0; k <= order; ++k)
             values[k] = spline->outside(x, k);
     else
-        at(std::get<FrozenExpression>(pieces_), x, Side::Plain, order, values);
+        at(std::get<FrozenExpression>(pieces_), x, side, order, values);
 }
 
-void FrozenCurve::iOutside(double x, Outside outside, int order, double* values) const noexcept
+void FrozenCurve::iOutside(double x, Side side, Outside outside, int order, double* values) const noexcept
 {
     if (outside == Outside::Extend)
-        return iExtended(x, order, values);
+        return iExtended(x, side, order, values);
     std::fill_n(values, order + 1, outside == Outside::Hold ? 0.0 : kNaN);
     if (outside == Outside::Hold)
-        iInside(x < lastX_ ? firstX_ : lastX_, x < lastX_ ? Side::Right : Side::Left, 0, values);
+        iInside(x < lastX_ ? firstX_ : lastX_, Side::Plain, 0, values);
 }
 
 // At lastX and whole periods from it the left limit is the end of the curve and the right
@@ -161,7 +195,7 @@ void FrozenCurve::evaluate(double x, Side side, Outside outside, int order, doub
     else if (outside == Outside::Repeat)
         iRepeated(x, side, order, values);
     else
-        iOutside(x, outside, order, values);
+        iOutside(x, side, outside, order, values);
     for (int k = 0; k <= order; ++k)
         values[k] = finiteOrNaN(values[k]);
 }

@@ -51,8 +51,8 @@ private:
     void iFreeze(const PointShape& shape, std::vector<Problem>& problems);
     void iFreeze(const ExpressionShape& shape, std::vector<Problem>& problems);
     void iInside(double x, Side side, int order, double* values) const noexcept;
-    void iExtended(double x, int order, double* values) const noexcept;
-    void iOutside(double x, Outside outside, int order, double* values) const noexcept;
+    void iExtended(double x, Side side, int order, double* values) const noexcept;
+    void iOutside(double x, Side side, Outside outside, int order, double* values) const noexcept;
     void iRepeated(double x, Side side, int order, double* values) const noexcept;
 
     CurveDefinition definition_;

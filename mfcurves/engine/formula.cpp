@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "mfcurves/engine/branches.h"
 #include "mfcurves/engine/compiledText.h"
 #include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/values.h"
@@ -37,6 +38,8 @@ Formula::Result Formula::compile(std::wstring_view text, const std::optional<std
         formula->sections_.push_back(section);
         formula->registerCount_ = section->registers;
     }
+    formula->hasBranches_ =
+        !formula->sections_.empty() && std::ranges::any_of(formula->sections_.back()->whole, mayBranch);
     // Register 0 takes x, also where the text does not use it.
     formula->registerCount_ = std::max<std::size_t>(formula->registerCount_, 1);
     return formula;
@@ -49,15 +52,43 @@ void Formula::evaluate(double x, int order, double* registers, double* values) c
     if (computed == 0)
         return;
     registers[0] = x;
-    for (int k = 0; k < computed; ++k) {
-        for (const auto& [target, number] : sections_[k]->constants)
-            registers[target] = number;
-    }
+    iFillConstants(computed, registers);
     const Section& highest = *sections_[computed - 1];
     double unused = 0.0;
     highest.runWhole(registers[0], highest.whole.front(), registers, registers[highest.result], unused);
     for (int k = 0; k < computed; ++k)
         values[k] = finiteOrNaN(registers[sections_[k]->result]);
+}
+
+void Formula::iFillConstants(int orders, double* registers) const
+{
+    for (int k = 0; k < orders; ++k) {
+        for (const auto& [target, number] : sections_[k]->constants)
+            registers[target] = number;
+    }
+}
+
+bool Formula::evaluateBeside(double x, double beside, int order, double* registers,
+                             double* values) const noexcept
+{
+    const int computed = std::min(order + 1, static_cast<int>(sections_.size()));
+    std::fill(values + computed, values + order + 1, kNaN);
+    if (computed == 0)
+        return true;
+    double* const registersBeside = registers + registerCount_;
+    registers[0] = x;
+    registersBeside[0] = beside;
+    iFillConstants(computed, registers);
+    iFillConstants(computed, registersBeside);
+    bool isSettled = true;
+    for (const Instruction& step : sections_[computed - 1]->whole) {
+        step.run(step, registers);
+        step.run(step, registersBeside);
+        isSettled = takeBranchBeside(step, registers, registersBeside) && isSettled;
+    }
+    for (int k = 0; k < computed; ++k)
+        values[k] = finiteOrNaN(registers[sections_[k]->result]);
+    return isSettled;
 }
 
 void Formula::evaluateBlock(const double* x, std::size_t count, int order, double* registers,

@@ -48,14 +48,27 @@ public:
     void evaluateBlock(const double* x, std::size_t count, int order, double* registers,
                        double* const* values) const noexcept;
 
+    /// Whether some operation chooses between branches or jumps, so that the limits from
+    /// the two sides of an x may differ.
+    bool hasBranches() const { return hasBranches_; }
+
+    /// The same as `evaluate` for a formula with branches, as a limit from one side: where an
+    /// operation is at the edge of a branch at x, it takes the branch that it is on at `beside`,
+    /// a point near x on that side. False when some operation is at an edge there as well, so
+    /// that its branch at x decided. `registers` are 2 * registerCount() doubles.
+    bool evaluateBeside(double x, double beside, int order, double* registers, double* values) const noexcept;
+
     /// Bytes that the formula holds.
     std::size_t bytes() const;
 
 private:
+    void iFillConstants(int orders, double* registers) const;
+
     std::shared_ptr<CompiledText> text_;
     std::vector<const Section*> sections_;  // of the orders that have values
     std::size_t parameterCount_ = 0;
     std::size_t registerCount_ = 0;
+    bool hasBranches_ = false;
 };
 
 }  // namespace mf::engine

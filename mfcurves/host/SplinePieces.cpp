@@ -195,7 +195,7 @@ double SplinePieces::outside(double x, int order) const
         return x;
     if (pieces_.empty() || order > 1)
         return 0.0;
-    const bool isBelow = x < firstX_;
+    const bool isBelow = x <= firstX_;
     const SplinePiece& end = isBelow ? pieces_.front() : pieces_.back();
     if (order == 1)
         return end.b;

@@ -39,8 +39,8 @@ public:
     /// last.
     std::size_t indexAt(double x) const;
 
-    /// The value or derivative beyond the points, where the end tangent goes on. 0.0
-    /// without points; NaN at a NaN.
+    /// The value or derivative of the end tangent, which goes on beyond the points, for an x
+    /// up to the first point or from the last one on. 0.0 without points; NaN at a NaN.
     double outside(double x, int order) const;
 
 private:
