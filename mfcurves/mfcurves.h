@@ -5,6 +5,7 @@
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"
+#include "mfcurves/curve/laws.h"
 #include "mfcurves/documents/mfCurveDocument.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"

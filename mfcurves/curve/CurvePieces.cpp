@@ -13,13 +13,12 @@ std::vector<CurvePiece> piecesOf(const SegmentShape& shape, const host::SplinePi
     double startX = shape.startX;
     double startValue = shape.startValue;
     int number = 0;
+    LawFinder laws(shape.laws);
     for (const CurveRow& row : shape.rows) {
         ++number;
         if (row.endX > startX) {
-            Law law;
             FormulaText text;
-            lawNamed(row.profile, shape.laws, law);
-            lawFormula(law, startX, startValue, row, shape.sixDecimals, text);
+            lawFormula(*laws.named(row.profile).law, startX, startValue, row, shape.sixDecimals, text);
             pieces.push_back({startX, row.endX, number, std::move(text)});
         }
         startX = row.endX;

@@ -1,14 +1,13 @@
 #include "mfcurves/curve/freezing.h"
 
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <iterator>
 #include <limits>
-#include <map>
 #include <utility>
 
 #include "mfcurves/curve/FrozenCurve.h"
+#include "mfcurves/curve/problems.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
 #include "mfcurves/segments/lawText.h"
@@ -44,34 +43,9 @@ void checkNumber(std::vector<Problem>& problems, const std::string& where, const
 // A parser's reason as the message of a problem.
 std::string sentence(const engine::ParseError& error)
 {
-    std::string message = error.message;
-    if (!message.empty() && static_cast<unsigned char>(message[0]) < 0x80)
-        message[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(message[0])));
+    const std::string message = messageOf(error.message);
     return error.expected.empty() ? message : message + "; expected " + error.expected;
 }
-
-// The laws that a definition uses, each looked up once.
-class UsedLaws {
-public:
-    explicit UsedLaws(const std::vector<LawText>& own) : own_(own) {}
-
-    struct Entry {
-        Law law;
-        std::string problem;  // "" when there is the law
-    };
-
-    const Entry& named(const std::string& name)
-    {
-        const auto [place, isNew] = entries_.try_emplace(name);
-        if (isNew)
-            place->second.problem = lawNamed(name, own_, place->second.law);
-        return place->second;
-    }
-
-private:
-    const std::vector<LawText>& own_;
-    std::map<std::string, Entry> entries_;
-};
 
 }  // namespace
 
@@ -109,7 +83,7 @@ FrozenCurve::FrozenCurve(CurveDefinition definition, std::vector<Problem> warnin
 void FrozenCurve::iFreeze(const SegmentShape& shape, std::vector<Problem>& problems)
 {
     FrozenRows frozen;
-    UsedLaws laws(shape.laws);
+    LawFinder laws(shape.laws);
     checkNumber(problems, "row 0", "the start x", shape.startX);
     checkNumber(problems, "row 0", "the start value", shape.startValue);
     if (shape.rows.empty())
@@ -126,12 +100,12 @@ void FrozenCurve::iFreeze(const SegmentShape& shape, std::vector<Problem>& probl
             report(
                 problems, where,
                 "the row ends at " + shortNumber(row.endX) + ", before it starts at " + shortNumber(startX));
-        const UsedLaws::Entry& entry = laws.named(row.profile);
+        const LawFinder::Found& entry = laws.named(row.profile);
         if (!entry.problem.empty()) {
             report(problems, where, entry.problem);
         } else if (row.endX > startX) {
             FormulaText text;
-            if (!lawFormula(entry.law, startX, startValue, row, shape.sixDecimals, text)) {
+            if (!lawFormula(*entry.law, startX, startValue, row, shape.sixDecimals, text)) {
                 report(problems, where,
                        "the formula of \"" + row.profile + "\" is longer than the engine takes");
             } else {
@@ -156,6 +130,8 @@ void FrozenCurve::iFreeze(const SegmentShape& shape, std::vector<Problem>& probl
     firstX_ = frozen.starts.front();
     lastX_ = frozen.rows.back().end;
     pieces_ = std::move(frozen);
+    for (LawText& text : laws.borrowedTexts())
+        std::get<SegmentShape>(definition_.shape).laws.push_back(std::move(text));
 }
 
 void FrozenCurve::iFreeze(const PointShape& shape, std::vector<Problem>& problems)

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "mfcurves/curve/CurvePieces.h"
-#include "mfcurves/curve/laws.h"
+#include "mfcurves/curve/LawFinder.h"
 
 namespace mf::curve {
 

@@ -3,21 +3,24 @@
 #include <string>
 #include <vector>
 
-#include "mfcurves/curve/CurveDefinition.h"
-#include "mfcurves/profiles/mfProfile.h"
+#include "mfcurves/platform/mfExport.h"
 
-/// Motion laws by their names.
-namespace mf::curve {
+namespace mf {
 
+/// A motion law that rows may name.
 struct Law {
-    mfProfile_c record;
-    LawText text;            // as a definition stores it
-    bool isBuiltIn = false;  // needs no text in a definition
+    std::string name;    ///< "3-4-5-Polynomial"
+    std::string source;  ///< "built-in", "shipped", or the path of the file that defines it
+    std::string text;    ///< its definition, in normal form (docs/profile-language.md)
 };
 
-/// Sets `law` to the law of that name, with or without its source in brackets: one of
-/// `laws`, or a built-in one. The reason when there is none or its text does not parse,
-/// otherwise "".
-std::string lawNamed(const std::string& name, const std::vector<LawText>& laws, Law& law);
+/// All laws that are known without a definition of their own: those of the file
+/// SegmentTypes.txt in each folder, in that order, the built-in ones and the shipped ones
+/// (share/mfcurves/SegmentTypes.txt, which is data of the library). Where several have one
+/// name, a row takes the first.
+///
+/// Throws CurveError with place and reason when a file cannot be read or does not parse.
+/// Any thread may call it.
+MFCURVES_API std::vector<Law> laws(const std::vector<std::string>& folders = {});
 
-}  // namespace mf::curve
+}  // namespace mf

@@ -1,6 +1,7 @@
 #include "mfcurves/profiles/definitionReading.h"
 
 #include <algorithm>
+#include <sstream>
 #include <string_view>
 
 #include "mfcurves/engine/limits.h"
@@ -107,6 +108,18 @@ void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out)
         return;
     for (const char c : line)
         out += lowerOutsideQuotes(c, betweenQuotes);
+}
+
+std::string normalText(const std::string& text)
+{
+    std::istringstream stream(text);
+    bool betweenQuotes = false;
+    std::string normal;
+    for (std::string line; std::getline(stream, line);)
+        appendNormalLine(std::move(line), betweenQuotes, normal);
+    for (const KeywordUpgrade& upgrade : kKeywordUpgrades)
+        replaceAll(normal, upgrade.older, upgrade.current);
+    return normal;
 }
 
 std::vector<std::size_t> replaceAll(std::string& text, const std::string& pattern,

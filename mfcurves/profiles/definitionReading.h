@@ -42,6 +42,10 @@ char lowerOutsideQuotes(char character, bool& betweenQuotes);
 /// Appends a line in normal form to `out`: nothing for a comment line.
 void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out);
 
+/// A text of definitions in normal form, with the current keywords. It starts outside
+/// quotes.
+std::string normalText(const std::string& text);
+
 /// Replaces every `pattern` from left to right, never looking at what was put in.
 /// Answers where the replacements begin in the new text.
 std::vector<std::size_t> replaceAll(std::string& text, const std::string& pattern,

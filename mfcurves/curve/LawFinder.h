@@ -1,0 +1,71 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "mfcurves/curve/CurveDefinition.h"
+#include "mfcurves/curve/Problem.h"
+#include "mfcurves/profiles/mfProfile.h"
+
+/// Motion laws and their names.
+namespace mf::curve {
+
+struct Law {
+    mfProfile_c record;
+    LawText text;            // as a definition stores it
+    bool isBuiltIn = false;  // a definition needs no text of it
+};
+
+using Laws = std::vector<std::shared_ptr<const Law>>;
+
+const Laws& builtInLaws();
+/// Those of share/mfcurves/SegmentTypes.txt that are not built in.
+const Laws& shippedLaws();
+/// The path of the file SegmentTypes.txt in a folder.
+std::string definitionFileIn(const std::string& folder);
+/// The laws of that file. What keeps it from being read, and what
+/// the reader passes over, is appended to `problems`; there are no laws after an error.
+Laws lawsOfFolder(const std::string& folder, std::vector<Problem>& problems);
+
+/// Whether a law of that name and definition is the built-in one: "Cubic" or
+/// "Cubic (Default)" with its very text.
+bool isBuiltIn(const std::string& name, const std::string& definitionText);
+
+/// Finds laws by name: a definition's own, then those of a library, the built-in ones and
+/// the shipped ones. Each is parsed once.
+///
+/// An own law is called by its name; if that is not found, it is enough that the names
+/// agree without the source in brackets, or but for case. Of the others, "(Default)" means
+/// the built-in law alone, and "(User)" as much as no source.
+class LawFinder {
+public:
+    /// `own` is referred to.
+    explicit LawFinder(const std::vector<LawText>& own, Laws library = {});
+
+    struct Found {
+        std::shared_ptr<const Law> law;  // null where there is a problem
+        std::string problem;             // "there is no law ..."
+        bool isOwn = false;
+    };
+
+    const Found& named(const std::string& name);
+
+    /// The texts of all laws found so far that are neither own nor built in.
+    std::vector<LawText> borrowedTexts() const;
+
+private:
+    const LawText* iOwn(const std::string& name) const;
+    std::shared_ptr<const Law> iOther(const std::string& name) const;
+    Found iFind(const std::string& name) const;
+    std::string iNothingNamed(const std::string& name) const;
+
+    const std::vector<LawText>& own_;
+    std::map<std::string, const LawText*> byName_;
+    std::map<std::wstring, const LawText*> byLooseName_;  // folded, with and without source
+    const Laws library_;
+    std::map<std::string, Found> found_;
+};
+
+}  // namespace mf::curve

@@ -1,0 +1,30 @@
+#include "mfcurves/curve/problems.h"
+
+#include <algorithm>
+
+namespace mf::curve {
+namespace {
+
+bool isCapital(char c)
+{
+    return c >= 'A' && c <= 'Z';
+}
+
+}  // namespace
+
+bool hasError(const std::vector<Problem>& problems)
+{
+    return std::any_of(problems.begin(), problems.end(),
+                       [](const Problem& problem) { return problem.level == Problem::Level::Error; });
+}
+
+std::string messageOf(std::string sentence)
+{
+    if (sentence.ends_with('.'))
+        sentence.pop_back();
+    if (!sentence.empty() && isCapital(sentence[0]) && !(sentence.size() > 1 && isCapital(sentence[1])))
+        sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+    return sentence;
+}
+
+}  // namespace mf::curve
