@@ -23,11 +23,6 @@ constexpr const char* kDefinitionFile = "SegmentTypes.txt";
 constexpr const char* kDefaultSource = "(Default)";
 constexpr const char* kUserSource = "(User)";
 
-std::string baseName(const std::string& name)
-{
-    return mfSegmentTypeParser_c().baseProfileName(name);
-}
-
 // "(Default)" of "Cubic (Default)"; empty where there is none.
 std::string sourceOf(const std::string& name)
 {
@@ -145,12 +140,17 @@ Laws lawsOfFolder(const std::string& folder, std::vector<Problem>& problems)
     return isRefused ? Laws() : lawsOf(*text, false);
 }
 
-bool isBuiltIn(const std::string& name, const std::string& definitionText)
+std::string withoutSource(const std::string& name)
+{
+    return mfSegmentTypeParser_c().baseProfileName(name);
+}
+
+bool isBuiltIn(const std::string& name, std::string_view definitionText)
 {
     const std::string source = sourceOf(name);
     if (!source.empty() && source != kDefaultSource)
         return false;
-    const std::string base = baseName(name);
+    const std::string base = withoutSource(name);
     return std::any_of(builtInLaws().begin(), builtInLaws().end(), [&](const auto& law) {
         return law->text.name == base && law->text.text == definitionText;
     });
@@ -164,7 +164,7 @@ LawFinder::LawFinder(const std::vector<LawText>& own, Laws library) : own_(own),
             place->second = nullptr;
         byLooseName_.emplace(folded(law.name), &law);
         if (sourceOf(law.name) != kDefaultSource)
-            byLooseName_.emplace(folded(baseName(law.name)), &law);
+            byLooseName_.emplace(folded(withoutSource(law.name)), &law);
     }
 }
 
@@ -198,7 +198,7 @@ const LawText* LawFinder::iOwn(const std::string& name) const
     if (const auto exact = byName_.find(name); exact != byName_.end())
         return exact->second;
     const bool isDefault = sourceOf(name) == kDefaultSource;
-    for (const std::string& loose : {name, isDefault ? name : baseName(name)}) {
+    for (const std::string& loose : {name, isDefault ? name : withoutSource(name)}) {
         if (const auto found = byLooseName_.find(folded(loose)); found != byLooseName_.end())
             return found->second;
     }
@@ -207,7 +207,7 @@ const LawText* LawFinder::iOwn(const std::string& name) const
 
 std::shared_ptr<const Law> LawFinder::iOther(const std::string& name) const
 {
-    const std::string base = baseName(name);
+    const std::string base = withoutSource(name);
     const std::string source = sourceOf(name);
     if (source == kDefaultSource)
         return lawNamed(base, builtInLaws());
@@ -230,7 +230,7 @@ std::string LawFinder::iNothingNamed(const std::string& name) const
         for (const auto& law : *laws)
             known.push_back(law->record.name);
     const std::string message = name.empty() ? "no law is named" : "there is no law \"" + name + '"';
-    const std::vector<std::string> near = platform::nearestNames(baseName(name), known);
+    const std::vector<std::string> near = platform::nearestNames(withoutSource(name), known);
     if (near.empty())
         return message + "; known are " + listed(known);
     return message + (near.size() == 1 ? "; the nearest name is " : "; the nearest names are ") +

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mfcurves/curve/CurveDefinition.h"
@@ -29,9 +30,11 @@ std::string definitionFileIn(const std::string& folder);
 /// the reader passes over, is appended to `problems`; there are no laws after an error.
 Laws lawsOfFolder(const std::string& folder, std::vector<Problem>& problems);
 
+/// "Cubic" for "Cubic (Default)".
+std::string withoutSource(const std::string& name);
 /// Whether a law of that name and definition is the built-in one: "Cubic" or
 /// "Cubic (Default)" with its very text.
-bool isBuiltIn(const std::string& name, const std::string& definitionText);
+bool isBuiltIn(const std::string& name, std::string_view definitionText);
 
 /// Finds laws by name: a definition's own, then those of a library, the built-in ones and
 /// the shipped ones. Each is parsed once.

@@ -17,12 +17,6 @@ namespace {
 
 using engine::Formula;
 
-// As a person writes it.
-std::string shortNumber(double number)
-{
-    return platform::formatNumber("%.10g", number);
-}
-
 std::string place(const char* what, std::size_t number)
 {
     return std::string(what) + ' ' + std::to_string(number);

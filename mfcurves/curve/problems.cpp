@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "mfcurves/platform/numbers.h"
+
 namespace mf::curve {
 namespace {
 
@@ -16,6 +18,11 @@ bool hasError(const std::vector<Problem>& problems)
 {
     return std::any_of(problems.begin(), problems.end(),
                        [](const Problem& problem) { return problem.level == Problem::Level::Error; });
+}
+
+std::string shortNumber(double number)
+{
+    return platform::formatNumber("%.10g", number);
 }
 
 std::string messageOf(std::string sentence)

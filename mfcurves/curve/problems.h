@@ -9,6 +9,9 @@ namespace mf::curve {
 
 bool hasError(const std::vector<Problem>& problems);
 
+/// As a person writes it, with up to ten digits.
+std::string shortNumber(double number);
+
 /// A sentence of a parser as a message: first letter in lower case, but for one that begins
 /// with several capitals, and no full stop.
 std::string messageOf(std::string sentence);

@@ -78,6 +78,12 @@ bool CurveReading::fail(const XmlProblem& problem)
                 std::to_string(problem.column) + ").");
 }
 
+bool CurveReading::failForResult(const CString& name, std::string reason)
+{
+    missingResult_ = platform::toUtf8(name.View());
+    return fail(std::move(reason));
+}
+
 void CurveReading::remark(std::string place, std::string message)
 {
     if (mayRemark())
@@ -108,7 +114,9 @@ void CurveReading::tellRow(std::size_t row, std::size_t count) const
 
 ReadOutcome CurveReading::outcome(bool taken, MotionObjectType_e objectType)
 {
-    return {taken, std::move(reason_), std::move(xmlProblem_), std::move(remarks_), objectType};
+    return {
+        taken,     std::move(reason_), std::move(xmlProblem_), std::move(missingResult_), std::move(remarks_),
+        objectType};
 }
 
 }  // namespace mf::documents

@@ -46,6 +46,7 @@ public:
     /// Answers false, for the step that fails to pass on.
     bool fail(std::string reason);
     bool fail(const XmlProblem& problem);
+    bool failForResult(const CString& name, std::string reason);
 
     bool mayRemark() const { return remarks_.size() < kMostRemarks; }
     void remark(std::string place, std::string message);
@@ -84,6 +85,7 @@ private:
     mfCurveDocument_c document_;
     std::string reason_;
     XmlProblem xmlProblem_;
+    std::string missingResult_;
     std::vector<Remark> remarks_;
 };
 

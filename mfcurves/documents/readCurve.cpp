@@ -234,8 +234,9 @@ private:
             services->getMotionResultNames(results);
         if (std::find(results.begin(), results.end(), name) != results.end())
             return true;
-        return fail("\"IndepVar\" is " + quoted(name) + ", which is none of " + kIndependentVariables.list() +
-                    ", and the host knows no motion result of that name.");
+        return failForResult(name, "\"IndepVar\" is " + quoted(name) + ", which is none of " +
+                                       kIndependentVariables.list() +
+                                       ", and the host knows no motion result of that name.");
     }
 
     // Data points: a host without a list takes any name.

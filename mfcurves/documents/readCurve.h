@@ -31,6 +31,8 @@ struct ReadOutcome {
     std::string reason;
     /// Where the XML breaks, if that is the reason.
     XmlProblem xmlProblem;
+    /// The motion result that the host lacks, if that is the reason.
+    std::string missingResult;
     /// Where the curve is not what the document says, the first kMostRemarks:
     /// numbers and names that read as others, rows that had to move. The document
     /// is taken all the same.

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "mfcurves/curve/CurveDefinition.h"
+
+namespace mf::curve {
+
+/// How the enumerations of a motion function say a quantity.
+struct QuantityRecord {
+    Quantity quantity;
+    const char* name;  ///< for a message
+    MotionObjectType_e object;
+    MotorDriveType_e motor;      ///< None for a force or torque
+    ForceTorqueType_e force;     ///< None for a motor
+    MotFuncXYDataType_e linear;  ///< kind of X-Y data
+    MotFuncXYDataType_e rotary;  ///< the same of a rotary motor
+};
+
+constexpr QuantityRecord kQuantities[] = {
+    {Quantity::Displacement, "a displacement", MotionObjectType_Motor, MotorDriveType_Displacment,
+     ForceTorqueType_None, MfXY_Disp_LinMotor, MfXY_Disp_RotMotor},
+    {Quantity::Velocity, "a velocity", MotionObjectType_Motor, MotorDriveType_Velocity, ForceTorqueType_None,
+     MfXY_Vel_LinMotor, MfXY_Vel_RotMotor},
+    {Quantity::Acceleration, "an acceleration", MotionObjectType_Motor, MotorDriveType_Acceleration,
+     ForceTorqueType_None, MfXY_Acc_LinMotor, MfXY_Acc_RotMotor},
+    {Quantity::Force, "a force", MotionObjectType_Force, MotorDriveType_None, ForceTorqueType_Force,
+     MfXY_Force, MfXY_Force},
+    {Quantity::Torque, "a torque", MotionObjectType_Torque, MotorDriveType_None, ForceTorqueType_Torque,
+     MfXY_Torque, MfXY_Torque},
+};
+
+inline const QuantityRecord& recordOf(Quantity quantity)
+{
+    for (const QuantityRecord& record : kQuantities) {
+        if (record.quantity == quantity)
+            return record;
+    }
+    return kQuantities[0];
+}
+
+inline MotFuncXYDataType_e impliedDataType(Quantity quantity, bool rotary)
+{
+    const QuantityRecord& record = recordOf(quantity);
+    return rotary ? record.rotary : record.linear;
+}
+
+/// For a message.
+inline const char* objectName(MotionObjectType_e object)
+{
+    switch (object) {
+        case MotionObjectType_Force:
+            return "force";
+        case MotionObjectType_Torque:
+            return "torque";
+        default:
+            return "motor";
+    }
+}
+
+struct InterpolationRecord {
+    Interpolation interpolation;
+    DataPointInterpolationType_e type;
+};
+
+constexpr InterpolationRecord kInterpolations[] = {
+    {Interpolation::Linear, DataPointInterpolationType_Linear},
+    {Interpolation::Cubic, DataPointInterpolationType_Cubic},
+    {Interpolation::Akima, DataPointInterpolationType_Akima},
+};
+
+}  // namespace mf::curve
