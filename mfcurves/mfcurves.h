@@ -1,12 +1,12 @@
 #pragma once
 
-/// The whole public surface of the library in one include.
+/// The whole public surface of the library in one include. The headers that it
+/// names, and no others, are public and installed.
 
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"
 #include "mfcurves/curve/laws.h"
-#include "mfcurves/documents/mfCurveDocument.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -15,6 +15,7 @@
 #include "mfcurves/host/Context.h"
 #include "mfcurves/host/Services.h"
 #include "mfcurves/host/Spline.h"
+#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/host/Study.h"
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/interfaces/CMemoryException.h"
@@ -40,11 +41,11 @@
 #include "mfcurves/platform/mfExport.h"
 #include "mfcurves/platform/resources.h"
 #include "mfcurves/platform/xmlRuntime.h"
+#include "mfcurves/profiles/definitionProblems.h"
 #include "mfcurves/profiles/mfProfile.h"
-#include "mfcurves/profiles/mfProfileFileParser.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
-#include "mfcurves/profiles/mfSegmentTypeParser.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 #include "mfcurves/segments/mfSegmentCalculator.h"
+#include "mfcurves/version.h"

@@ -9,8 +9,8 @@
 #include <system_error>
 
 #include "mfcurves/documents/xmlTree.h"
-#include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/files.h"
+#include "mfcurves/platform/narrowText.h"
 
 namespace mf::documents {
 namespace {

@@ -51,8 +51,8 @@ public:
 
 private:
     bool iHolds(int index) const { return index >= 0 && index < getPointCount(); }
-    bool iKeepsOrder(int index, double x) const;
-    void iReadRange();
+    MFCURVES_LOCAL bool iKeepsOrder(int index, double x) const;
+    MFCURVES_LOCAL void iReadRange();
     mfPoint2D_c& iAt(int index) { return *points_[static_cast<std::size_t>(index)]; }
     const mfPoint2D_c& iAt(int index) const { return *points_[static_cast<std::size_t>(index)]; }
 

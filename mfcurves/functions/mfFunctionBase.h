@@ -4,6 +4,19 @@
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
+// The destructor of the base below is fixed as it is. Nobody deletes a curve through
+// that base, so the warning about it is of no use, also where a class derives from it.
+#if defined(__GNUC__)
+#define MFCURVES_FIXED_BASE_BEGIN \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wnon-virtual-dtor\"")
+#define MFCURVES_FIXED_BASE_END _Pragma("GCC diagnostic pop")
+#else
+#define MFCURVES_FIXED_BASE_BEGIN
+#define MFCURVES_FIXED_BASE_END
+#endif
+
+MFCURVES_FIXED_BASE_BEGIN
+
 /// What every kind of curve says of what it drives, the validity rule that this
 /// implies, and the questions that tell the kinds apart.
 ///
@@ -38,3 +51,5 @@ public:
     /// motionObjectType stays.
     virtual void ClearFunction();
 };
+
+MFCURVES_FIXED_BASE_END

@@ -10,6 +10,8 @@ class ISimSplineData_c;
 class mfDataPoints_c;
 class mfPoint2D_c;
 
+MFCURVES_FIXED_BASE_BEGIN
+
 /// A curve through a table of points, joined by the spline that the host lends.
 ///
 /// Rows stand in ascending X: the end of a row's range lies below the start of
@@ -155,12 +157,12 @@ public:
 private:
     bool iHolds(int row) const { return row >= 0 && row < getDataPointsCount(); }
     mfDataPoints_c& iRow(int row) const { return *dataPoints_[static_cast<std::size_t>(row)]; }
-    bool iClashes(int row, const mfDataPoints_c& points) const;
-    double iFreeX(int row) const;
-    bool iStore(int row, mfDataPoints_c* points);
-    bool iModifyX(int row, double x);
-    void iDeleteRows();
-    void iDeletePlottingData();
+    MFCURVES_LOCAL bool iClashes(int row, const mfDataPoints_c& points) const;
+    MFCURVES_LOCAL double iFreeX(int row) const;
+    MFCURVES_LOCAL bool iStore(int row, mfDataPoints_c* points);
+    MFCURVES_LOCAL bool iModifyX(int row, double x);
+    MFCURVES_LOCAL void iDeleteRows();
+    MFCURVES_LOCAL void iDeletePlottingData();
 
     ISimSplineData_c* splineData_ = nullptr;  // lent by the host's services
     int plottingCount_ = 0;
@@ -170,3 +172,5 @@ private:
     mfPoint2D_c* plottingData_[4] = {};  // owned arrays, by order
     std::vector<int> updateRows_;
 };
+
+MFCURVES_FIXED_BASE_END

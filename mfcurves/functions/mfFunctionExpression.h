@@ -8,6 +8,8 @@
 
 class ICalculator;
 
+MFCURVES_FIXED_BASE_BEGIN
+
 /// A curve given by one mathematical expression of one independent variable.
 ///
 /// It holds two texts, which nobody copies from one to the other: the math
@@ -117,10 +119,10 @@ public:
 private:
     static constexpr int kOrderCount = 4;
 
-    bool iSample();
-    double iUnitFactor() const;
-    void iFreePlottingData();
-    void iReleaseCalculator();
+    MFCURVES_LOCAL bool iSample();
+    MFCURVES_LOCAL double iUnitFactor() const;
+    MFCURVES_LOCAL void iFreePlottingData();
+    MFCURVES_LOCAL void iReleaseCalculator();
 
     mfPoint2D_c* plottingData_[kOrderCount] = {};  // owned
     int plottingDataLength_ = 0;                   // of the arrays, whatever the count says
@@ -133,3 +135,5 @@ private:
     ICalculator* calculator_ = nullptr;  // owned, ends by Release
     bool validForPlotting_ = false;
 };
+
+MFCURVES_FIXED_BASE_END

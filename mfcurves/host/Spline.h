@@ -50,7 +50,7 @@ public:
 
 private:
     static constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    static constexpr double kNowhere[3] = {kInfinity, kInfinity, kInfinity};
+    MFCURVES_LOCAL static constexpr double kNowhere[3] = {kInfinity, kInfinity, kInfinity};
 
     // The piece that answered last, with the factors that its derivatives bring
     // multiplied in. Without a length it answers nowhere.
@@ -69,15 +69,15 @@ private:
     };
 
     template <int order>
-    double iEvaluate(double x);
+    MFCURVES_LOCAL double iEvaluate(double x);
     template <int order>
-    double iOrderAt(double t) const;
+    MFCURVES_LOCAL double iOrderAt(double t) const;
     template <int order>
-    double iStepAndEvaluate(double x);
-    double iSearchAndEvaluate(double x, int order);
-    void iEnter(const double* knot, const SplinePiece* piece);
-    void iBuild();
-    void iForgetPieces();
+    MFCURVES_LOCAL double iStepAndEvaluate(double x);
+    MFCURVES_LOCAL double iSearchAndEvaluate(double x, int order);
+    MFCURVES_LOCAL void iEnter(const double* knot, const SplinePiece* piece);
+    MFCURVES_LOCAL void iBuild();
+    MFCURVES_LOCAL void iForgetPieces();
 
     Current current_;  // first, where it is reached in the shortest instructions
     std::map<double, double> points_;

@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "mfcurves/platform/mfExport.h"
+
 namespace mf::host {
 
 /// The polynomial a + b t + c t^2 + d t^3 in the distance t from its knot.
@@ -20,7 +22,7 @@ struct alignas(32) SplinePiece {
 ///
 /// There are as many pieces as points. Piece i begins at knot i and holds up to the next
 /// one, and the last piece holds at the last knot alone.
-class SplinePieces {
+class MFCURVES_API SplinePieces {
 public:
     SplinePieces() = default;  ///< no points
     /// Through the points (x[i], y[i]), x finite and ascending, joined as Spline's kinds
@@ -46,8 +48,8 @@ public:
 private:
     static constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-    void iBuildIndex();
-    std::uint32_t iBucketOf(double x) const;
+    MFCURVES_LOCAL void iBuildIndex();
+    MFCURVES_LOCAL std::uint32_t iBucketOf(double x) const;
 
     std::vector<double> knots_;
     std::vector<SplinePiece> pieces_;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,24 +80,33 @@ public:
     friend MFCURVES_API CString operator+(const CString& a, const wchar_t* b);
     friend MFCURVES_API CString operator+(const wchar_t* a, const CString& b);
 
+    // Comparisons by the numbers of the characters. All of them, as the conversion to
+    // a pointer would take those left out.
     friend bool operator==(const CString& a, const CString& b) noexcept
     {
         return a.text_ == b.text_ || a.View() == b.View();
     }
+    friend bool operator!=(const CString& a, const CString& b) noexcept { return !(a == b); }
+    friend bool operator<(const CString& a, const CString& b) noexcept { return a.View() < b.View(); }
+    friend bool operator>(const CString& a, const CString& b) noexcept { return a.View() > b.View(); }
+    friend bool operator<=(const CString& a, const CString& b) noexcept { return a.View() <= b.View(); }
+    friend bool operator>=(const CString& a, const CString& b) noexcept { return a.View() >= b.View(); }
     friend bool operator==(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) == 0; }
-    // All four orders, as the conversion to a pointer would take those left out.
-    friend std::strong_ordering operator<=>(const CString& a, const CString& b) noexcept
-    {
-        return a.View() <=> b.View();
-    }
-    friend std::strong_ordering operator<=>(const CString& a, const wchar_t* b) noexcept
-    {
-        return a.Compare(b) <=> 0;
-    }
+    friend bool operator!=(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) != 0; }
+    friend bool operator<(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) < 0; }
+    friend bool operator>(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) > 0; }
+    friend bool operator<=(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) <= 0; }
+    friend bool operator>=(const CString& a, const wchar_t* b) noexcept { return a.Compare(b) >= 0; }
+    friend bool operator==(const wchar_t* a, const CString& b) noexcept { return 0 == b.Compare(a); }
+    friend bool operator!=(const wchar_t* a, const CString& b) noexcept { return 0 != b.Compare(a); }
+    friend bool operator<(const wchar_t* a, const CString& b) noexcept { return 0 < b.Compare(a); }
+    friend bool operator>(const wchar_t* a, const CString& b) noexcept { return 0 > b.Compare(a); }
+    friend bool operator<=(const wchar_t* a, const CString& b) noexcept { return 0 <= b.Compare(a); }
+    friend bool operator>=(const wchar_t* a, const CString& b) noexcept { return 0 >= b.Compare(a); }
 
 private:
-    CString& iTrimLeft(std::wstring_view characters);
-    CString& iTrimRight(std::wstring_view characters);
+    MFCURVES_LOCAL CString& iTrimLeft(std::wstring_view characters);
+    MFCURVES_LOCAL CString& iTrimRight(std::wstring_view characters);
 
     std::shared_ptr<const std::wstring> text_;  // null for the empty text
 };

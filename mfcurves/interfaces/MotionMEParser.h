@@ -38,6 +38,6 @@ public:
     bool parseSucceeded = false;  ///< what the last parse answered
 
 private:
-    struct Parameters;
+    struct MFCURVES_LOCAL Parameters;
     std::unique_ptr<Parameters> parameters_;
 };

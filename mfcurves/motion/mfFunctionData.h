@@ -113,9 +113,9 @@ public:
     bool readXMLData(const CString& path, bool fromBuffer, std::string buffer);
 
 private:
-    mfFunctionBase_c* iActiveKind();
+    MFCURVES_LOCAL mfFunctionBase_c* iActiveKind();
     // Appends the profiles of a reader to the lists of start-up profiles.
-    void iTakeProfiles(mfProfileFileParser_c& parser);
+    MFCURVES_LOCAL void iTakeProfiles(mfProfileFileParser_c& parser);
 
     mf::FunctionType_e functionType_ = mf::FunctionType_Segments;
     CString functionName_;

@@ -10,6 +10,7 @@
 #include "mfcurves/interfaces/CMemoryException.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/locale.h"
+#include "mfcurves/platform/narrowText.h"
 
 namespace {
 

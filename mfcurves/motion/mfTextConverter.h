@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "mfcurves/interfaces/CString.h"
+#include "mfcurves/platform/mfExport.h"
 
 /// Conversions between the wide text of the exported signatures and the narrow
 /// text of profiles and documents. It holds nothing and is made where it is
 /// needed.
 ///
 /// Errors: see each operation; exceptions travel to the host.
-class mfTextConverter_c {
+class MFCURVES_API mfTextConverter_c {
 public:
     /// The narrow form of `text` up to its first zero character. What the narrow
     /// encoding cannot hold becomes its replacement character. Throws

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "mfcurves/platform/narrowText.h"
+
 namespace mf::platform {
 namespace {
 

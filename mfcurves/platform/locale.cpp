@@ -8,7 +8,7 @@
 #include <vector>
 #include <wctype.h>
 
-#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/narrowText.h"
 
 namespace mf::platform {
 namespace {

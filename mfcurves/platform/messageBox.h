@@ -16,6 +16,6 @@ using MessageHandler = std::function<void(const wchar_t* text, const wchar_t* ca
 MFCURVES_API void setMessageHandler(MessageHandler handler);
 
 /// Hands a message to the current handler.
-void showMessage(const wchar_t* text, const wchar_t* caption, unsigned style);
+MFCURVES_API void showMessage(const wchar_t* text, const wchar_t* caption, unsigned style);
 
 }  // namespace mf::platform

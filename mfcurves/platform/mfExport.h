@@ -1,13 +1,18 @@
 #pragma once
 
-/// Marks the classes that a shared build of the library shows to its users.
-/// A static build needs no marking.
+/// MFCURVES_API marks what a shared build of the library shows to its users,
+/// MFCURVES_LOCAL a member of such a class that stays inside. A static build needs
+/// no marking.
 #if !defined(MFCURVES_SHARED)
 #define MFCURVES_API
+#define MFCURVES_LOCAL
 #elif defined(_WIN32) && defined(MFCURVES_BUILDING)
 #define MFCURVES_API __declspec(dllexport)
+#define MFCURVES_LOCAL
 #elif defined(_WIN32)
 #define MFCURVES_API __declspec(dllimport)
+#define MFCURVES_LOCAL
 #else
 #define MFCURVES_API __attribute__((visibility("default")))
+#define MFCURVES_LOCAL __attribute__((visibility("hidden")))
 #endif

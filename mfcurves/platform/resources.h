@@ -19,7 +19,8 @@ public:
     /// The string of that number; empty where there is none.
     std::wstring string(unsigned number) const;
 
-    bool operator==(const ResourceModule&) const = default;
+    /// True when both hold the same strings under the same numbers.
+    bool operator==(const ResourceModule& other) const { return strings_ == other.strings_; }
 
 private:
     std::map<unsigned, std::wstring> strings_;

@@ -5,10 +5,10 @@
 namespace mf::platform {
 
 /// Starts the XML engine for the calling thread and counts it.
-void startXml();
+MFCURVES_API void startXml();
 
 /// Takes one start of the calling thread back.
-void stopXml();
+MFCURVES_API void stopXml();
 
 /// How many starts of the calling thread stand against stops.
 MFCURVES_API int xmlStartCount();

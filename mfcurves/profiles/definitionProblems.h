@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "mfcurves/platform/mfExport.h"
+
 namespace mf::profiles {
 
 /// What is wrong at one place of a file of profile definitions.
@@ -21,6 +23,6 @@ struct DefinitionProblem {
 ///
 /// It changes nothing, the reader's state of quotes included, and starts outside
 /// quotes.
-std::vector<DefinitionProblem> definitionProblems(const std::string& fileText);
+MFCURVES_API std::vector<DefinitionProblem> definitionProblems(const std::string& fileText);
 
 }  // namespace mf::profiles

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "mfcurves/platform/mfExport.h"
+
 /// The parsed form of one profile definition: a named formula that gives a
 /// segment its shape between two end points.
 ///
@@ -10,7 +12,7 @@
 /// else only reads them.
 /// Ownership: made on the heap by whoever parses it, owned by the profile
 /// manager from the moment it is stored there.
-class mfProfile_c {
+class MFCURVES_API mfProfile_c {
 public:
     virtual ~mfProfile_c();
 

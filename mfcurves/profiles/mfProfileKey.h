@@ -9,19 +9,19 @@
 /// differ by where they came from or by a running number.
 ///
 /// Copying: a value; it never refers to a record.
-class mfProfileKey_c {
+class MFCURVES_API mfProfileKey_c {
 public:
     mfProfileKey_c() = default;  ///< the empty key
     mfProfileKey_c(const mfProfileKey_c&) = default;
     mfProfileKey_c& operator=(const mfProfileKey_c&) = default;
-    MFCURVES_API ~mfProfileKey_c();
+    ~mfProfileKey_c();
 
     /// Name and source equal without regard to case, and the index equal.
-    MFCURVES_API bool operator==(const mfProfileKey_c& other) const;
+    bool operator==(const mfProfileKey_c& other) const;
 
     /// True when both texts are empty and the index is 0. A key with a name alone
     /// is not empty.
-    MFCURVES_API bool isEmpty() const;
+    bool isEmpty() const;
 
     /// Name and source equal without regard to case, whatever the index.
     bool sameNameAndSource(const mfProfileKey_c& other) const;

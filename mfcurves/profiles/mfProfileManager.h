@@ -101,20 +101,23 @@ private:
     };
     using ProfileMap = std::map<mfProfileKey_c, mfProfile_c*, KeyOrder>;
 
-    void displaceUserProfiles();
-    bool collectSearchPaths();
-    bool loadBuiltInProfiles();
-    bool loadProfilesFromFile();
-    bool addProfilesToUserMap(std::vector<mfProfile_c*>& records);
-    int addUserProfile(const std::string& name, mfProfile_c* record, mfProfileKey_c& key);
-    int storeProfile(ProfileMap& map, std::vector<CString>& displayNames, const std::string& name,
-                     const CString& file, mfProfile_c* record, mfProfileKey_c& key);
-    void forget(const mfProfile_c* record);
-    int buildKey(mfProfileKey_c& key, const CString& name, const CString& file, const mfProfile_c* record);
-    int assignIndex(mfProfileKey_c& key, const mfProfile_c* record);
-    int nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map);
-    bool findEqualProfile(const mfProfile_c* record, mfProfileKey_c& key);
-    void collectNames(const ProfileMap& map, const std::vector<CString>& list, std::vector<CString>& names);
+    MFCURVES_LOCAL void displaceUserProfiles();
+    MFCURVES_LOCAL bool collectSearchPaths();
+    MFCURVES_LOCAL bool loadBuiltInProfiles();
+    MFCURVES_LOCAL bool loadProfilesFromFile();
+    MFCURVES_LOCAL bool addProfilesToUserMap(std::vector<mfProfile_c*>& records);
+    MFCURVES_LOCAL int addUserProfile(const std::string& name, mfProfile_c* record, mfProfileKey_c& key);
+    MFCURVES_LOCAL int storeProfile(ProfileMap& map, std::vector<CString>& displayNames,
+                                    const std::string& name, const CString& file, mfProfile_c* record,
+                                    mfProfileKey_c& key);
+    MFCURVES_LOCAL void forget(const mfProfile_c* record);
+    MFCURVES_LOCAL int buildKey(mfProfileKey_c& key, const CString& name, const CString& file,
+                                const mfProfile_c* record);
+    MFCURVES_LOCAL int assignIndex(mfProfileKey_c& key, const mfProfile_c* record);
+    MFCURVES_LOCAL int nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map);
+    MFCURVES_LOCAL bool findEqualProfile(const mfProfile_c* record, mfProfileKey_c& key);
+    MFCURVES_LOCAL void collectNames(const ProfileMap& map, const std::vector<CString>& list,
+                                     std::vector<CString>& names);
 
     ProfileMap userProfiles_;      // records owned
     ProfileMap assemblyProfiles_;  // records owned

@@ -14,6 +14,8 @@ class ICalculator;
 class mfProfile_c;
 class mfSegment_c;
 
+MFCURVES_FIXED_BASE_BEGIN
+
 /// A curve made of rows: each row is a stretch of X, shaped by a profile between
 /// the value of the row before it and its own.
 ///
@@ -166,12 +168,12 @@ private:
     mfSegment_c& iAt(int row) const { return *segments_[static_cast<std::size_t>(row)]; }
     bool iHolds(int row) const { return row >= 0 && row < getSegmentCount(); }
     void iReport(int row) { updateRows_.push_back(row); }
-    void iDeleteSegments();
-    void iFitBefore(int row, mfSegment_c& segment) const;
-    double iNotBelowZero(double x) const;
-    void iMoveStart(int row, double x);
-    void iMoveEnd(int row, double x);
-    bool iPasses(int row) const;
+    MFCURVES_LOCAL void iDeleteSegments();
+    MFCURVES_LOCAL void iFitBefore(int row, mfSegment_c& segment) const;
+    MFCURVES_LOCAL double iNotBelowZero(double x) const;
+    MFCURVES_LOCAL void iMoveStart(int row, double x);
+    MFCURVES_LOCAL void iMoveEnd(int row, double x);
+    MFCURVES_LOCAL bool iPasses(int row) const;
 
     std::vector<mfSegment_c*> segments_;  // owned, none of them null
     std::map<CString, std::vector<CString>> legacyExpressionTokens_;
@@ -182,3 +184,5 @@ private:
     std::map<CString, CString> legacyY2Names_;
     std::vector<int> updateRows_;
 };
+
+MFCURVES_FIXED_BASE_END

@@ -121,10 +121,10 @@ private:
         mfSegmentCalculator_c::Formula formula;
     };
 
-    void iSample(int motionObjectType, mf::MotorDriveType_e kind);
-    void iDerive(int motionObjectType, mf::MotorDriveType_e kind);
-    void iCompute() const;
-    void iDropPlottingData(int motionObjectType, mf::MotorDriveType_e kind);
+    MFCURVES_LOCAL void iSample(int motionObjectType, mf::MotorDriveType_e kind);
+    MFCURVES_LOCAL void iDerive(int motionObjectType, mf::MotorDriveType_e kind);
+    MFCURVES_LOCAL void iCompute() const;
+    MFCURVES_LOCAL void iDropPlottingData(int motionObjectType, mf::MotorDriveType_e kind);
 
     double startX_ = 0.0;
     double endX_ = 1.0;

@@ -5,8 +5,8 @@
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/motion/mfTextConverter.h"
-#include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/locale.h"
+#include "mfcurves/platform/narrowText.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {

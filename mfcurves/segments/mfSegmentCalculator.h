@@ -50,18 +50,19 @@ private:
         CString expression;
         CString variable;
 
-        bool sharesBuffers(const Formula& other) const;
-        bool isAscii() const;  // reaches the engine as it is, whatever the encoder and the locale
+        MFCURVES_LOCAL bool sharesBuffers(const Formula& other) const;
+        // True for a text that reaches the engine as it is, whatever the encoder and the locale.
+        MFCURVES_LOCAL bool isAscii() const;
     };
 
     explicit mfSegmentCalculator_c(const Formula& postponed) : built_(postponed), postponed_(true) {}
 
-    bool iIsBuilt(int order) const;
+    MFCURVES_LOCAL bool iIsBuilt(int order) const;
     ICalculator* iRenewCalculator(int order);
-    void iCompile();
-    bool iPostpone();
-    bool iHas(const Formula& formula) const;
-    ICalculator* iValue();
+    MFCURVES_LOCAL void iCompile();
+    MFCURVES_LOCAL bool iPostpone();
+    MFCURVES_LOCAL bool iHas(const Formula& formula) const;
+    MFCURVES_LOCAL ICalculator* iValue();
 
     mfSegment_c* segment_ = nullptr;       // lent: it embeds this object
     Formula built_;                        // the texts last handed to the engine

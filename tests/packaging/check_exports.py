@@ -1,51 +1,42 @@
-"""check_exports.py LIBRARY: a shared library shows the exported families alone.
+#!/usr/bin/env python3
+"""check_exports.py HEADERS LIBRARY: a shared library shows what its headers promise, and no more.
 
-Every symbol that it defines for others must belong to one of the families below,
-and each family must be there. Instantiations of standard templates are weak
-symbols of the standard library and do not count.
+Every symbol that it defines for others must be a function that a header below
+HEADERS declares, no private one among them but virtual ones, or a part of a public
+class that is not a function. Instantiations of standard templates are weak symbols
+of the standard library and do not count. (That all promised is there is shown by
+linking the program of make_operations.py.)
 """
 
-import glob
 import re
 import subprocess
 import sys
 
-FAMILIES = [
-    "CGeneralException", "CMemoryException", "CString", "ICalculator",
-    "IFunctionDataPoints_c", "IFunctionExpression_c", "IFunctionSegments_c", "IMotionFunctionData_c",
-    "IMotionServices_c", "IMotionStudy_c", "ISimSplineData_c", "MotionMEParser", "QelMotionFunctionContext_c",
-    "QelSession_c", "mf::host::Context", "mf::host::Services", "mf::host::Spline", "mf::host::Study",
-    "mfDataPoints_c", "mfFunctionBase_c", "mfFunctionData_c", "mfFunctionDataPoints_c",
-    "mfFunctionExpression_c", "mfFunctionSegments_c", "mfPoint2D_c", "mfProfileKey_c", "mfProfileManager_c",
-    "mfSegmentCalculator_c", "mfSegment_c",
-]
-# What a host may put in place of the platform, and the resource texts.
-PLATFORM = [
-    "mf::platform::ResourceModule", "mf::platform::currentResourceModule", "mf::platform::loadResourceModule",
-    "mf::platform::resourceString",
-    "mf::platform::setCurrentResourceModule", "mf::platform::setMessageHandler", "mf::platform::setNarrowEncoder",
-    "mf::platform::xmlStartCount",
-]
-# A key shows these three and keeps the rest to the library.
-KEY_OPERATIONS = ["~mfProfileKey_c(", "operator==(", "isEmpty("]
+import public_surface
 
-PREFIX = re.compile(r"^(?:(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for |(?:non-)?virtual thunk to )")
+PART = re.compile(r"^(?:vtable|VTT|typeinfo|typeinfo name|guard variable) for ")
+THUNK = re.compile(r"^(?:non-)?virtual thunk to ")
 TEMPLATE_ARGUMENTS = re.compile(r"<[^<>]*>")
+# Where an inline function of a header calls it, a program needs the private operation too.
+CALLED_INLINE = {"mfSegmentCalculator_c::iRenewCalculator"}
 
 
 def symbols(library):
-    """Every symbol with its kind, without what the compiler puts before an owner."""
+    """Every symbol with its kind, and whether it is a part of a class such as its virtual table."""
     lines = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True,
                            text=True).stdout.splitlines()
     for line in lines:
         _, kind, name = line.split(maxsplit=2)
-        yield kind, PREFIX.sub("", name)
+        yield kind, PART.sub("", THUNK.sub("", name)), PART.match(name) is not None
 
 
 def qualified_name(symbol):
     """A symbol without arguments, template arguments and the type that it returns."""
+    operator = re.search(r"[\w:]*\boperator\s*(?:\(\)|[^\w\s(]+|[^(]+)", symbol)
     while TEMPLATE_ARGUMENTS.search(symbol):
         symbol = TEMPLATE_ARGUMENTS.sub("", symbol)
+    if operator:
+        return operator.group(0)
     return re.sub(r"\[abi:\w+\]", "", symbol).split("(")[0].split(" ")[-1]
 
 
@@ -53,30 +44,35 @@ def is_standard(kind, symbol):
     return kind in "WVu" and qualified_name(symbol).startswith(("std::", "__gnu_cxx::"))
 
 
-def family_of(symbol):
-    name = qualified_name(symbol)
-    for family in FAMILIES + PLATFORM:
-        if name == family or name.startswith(family + "::"):
-            return family
-    # A free operator belongs to the family among its arguments.
-    if name.startswith("operator"):
-        return next((family for family in FAMILIES if re.search(rf"\b{family}\b", symbol)), None)
-    return None
+def promised(scopes):
+    """Qualified names of public functions and variables, and those of public classes."""
+    operations, classes = set(), set()
+    for scope in scopes:
+        if scope.is_private:
+            continue
+        if scope.is_class:
+            classes.add(scope.name)
+        for member in scope.members:
+            if member.protection == "private" and not member.is_virtual:
+                continue
+            owner = scope.name.rpartition("::")[0] if member.kind == "friend" else scope.name
+            operations.add(f"{owner}::{member.name}" if owner else member.name)
+    return operations, classes
 
 
 def main():
-    library = next(path for pattern in sys.argv[1:] for path in glob.glob(pattern))
-    shown = sorted({symbol for kind, symbol in symbols(library) if not is_standard(kind, symbol)})
-    wrong = [name for name in shown if family_of(name) is None]
-    wrong += [name for name in shown if name.startswith("mfProfileKey_c::")
-              and not any(operation in name for operation in KEY_OPERATIONS)]
-    missing = [family for family in FAMILIES + PLATFORM if family not in {family_of(name) for name in shown}]
+    headers, library = sys.argv[1:]
+    operations, classes = promised(public_surface.surface(headers))
+    shown = sorted({symbol for symbol in symbols(library) if not is_standard(*symbol[:2])})
+    wrong = [
+        name
+        for _, name, is_part in shown
+        if qualified_name(name) not in (classes if is_part else operations | CALLED_INLINE)
+    ]
     for name in wrong:
-        print(f"shown, but not exported: {name}")
-    for family in missing:
-        print(f"exported, but not shown: {family}")
-    print(f"{len(shown)} symbols of {len(FAMILIES)} families")
-    return 1 if wrong or missing else 0
+        print(f"shown, but no header promises it: {name}")
+    print(f"{len(shown)} symbols, {len(wrong)} too many")
+    return 1 if wrong or not shown else 0
 
 
 sys.exit(main())

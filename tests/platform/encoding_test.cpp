@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "mfcurves/platform/narrowText.h"
+
 namespace {
 
 using mf::platform::encodeNarrow;

@@ -70,8 +70,8 @@ class CheckUmbrella(unittest.TestCase):
         self.assertEqual(
             self.judge(
                 mfcurves__mfcurves='#include "mfcurves/host/Context.h"\n#include "mfcurves/motion/mfKind.h"\n',
-                mfcurves__host__Context="class MFCURVES_API Context {};\n",
-                mfcurves__motion__mfKind="class mfKind_c {};\n",
+                mfcurves__host__Context='#include "mfcurves/motion/mfKind.h"\nclass MFCURVES_API Context {};\n',
+                mfcurves__motion__mfKind="enum Kind {};\n",
                 mfcurves__engine__lexer="struct Token {};\n",
             ),
             [],
@@ -80,16 +80,17 @@ class CheckUmbrella(unittest.TestCase):
     def test_names_what_is_missing(self):
         self.assertEqual(
             self.judge(mfcurves__mfcurves="", mfcurves__host__Context="class MFCURVES_API Context {};\n"),
-            ["mfcurves/host/Context.h is public and not included"],
+            ["mfcurves/host/Context.h exports something and is not included"],
         )
 
     def test_names_what_is_internal(self):
         self.assertEqual(
             self.judge(
-                mfcurves__mfcurves='#include "mfcurves/engine/lexer.h"\n',
+                mfcurves__mfcurves='#include "mfcurves/motion/mfKind.h"\n',
+                mfcurves__motion__mfKind='#include "mfcurves/engine/lexer.h"\n',
                 mfcurves__engine__lexer="struct Token {};\n",
             ),
-            ["mfcurves/engine/lexer.h is included and not public"],
+            ["mfcurves/motion/mfKind.h is public and includes mfcurves/engine/lexer.h, which is not"],
         )
 
 

@@ -3,30 +3,32 @@
 
     check_umbrella.py ROOT      prints each header that is missing or of too much, exits 1 on any
 
-Public is a header that exports something, and one that is named after one of the
-library's own classes or enumerations, exported or not.
+A header that exports something is public. A public header includes public ones
+alone, so that what is installed is complete and shows nothing internal.
 """
 
 import pathlib
 import re
 import sys
 
+UMBRELLA = "mfcurves/mfcurves.h"
 
-def is_public(header):
-    return header.name.startswith("mf") or "MFCURVES_API" in header.read_text(encoding="utf-8")
+
+def included_by(path):
+    return set(re.findall(r'^#include "([^"]+)"', path.read_text(encoding="utf-8"), re.MULTILINE))
 
 
 def violations(root):
-    library = root / "mfcurves"
-    umbrella = library / "mfcurves.h"
-    public = {
+    public = included_by(root / UMBRELLA)
+    exporting = {
         header.relative_to(root).as_posix()
-        for header in library.rglob("*.h")
-        if header != umbrella and is_public(header)
+        for header in (root / "mfcurves").rglob("*.h")
+        if "MFCURVES_API" in header.read_text(encoding="utf-8")
     }
-    included = set(re.findall(r'^#include "([^"]+)"', umbrella.read_text(encoding="utf-8"), re.MULTILINE))
-    return [f"{name} is public and not included" for name in sorted(public - included)] + [
-        f"{name} is included and not public" for name in sorted(included - public)
+    return [f"{name} exports something and is not included" for name in sorted(exporting - public)] + [
+        f"{name} is public and includes {other}, which is not"
+        for name in sorted(public)
+        for other in sorted(included_by(root / name) - public)
     ]
 
 

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "mfcurves/version.h"
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
@@ -70,7 +71,7 @@ int run(int argc, char** argv)
     CLI::App app(kDescription, "mfcurve");
     app.footer(kFooter);
     app.require_subcommand(1);
-    app.set_version_flag("--version", "mfcurve " MFCURVES_VERSION);
+    app.set_version_flag("--version", std::string("mfcurve ") + mf::version());
     mfcurve::Action action;
     mfcurve::declareEval(app, action);
     mfcurve::declareTable(app, action);

@@ -1,8 +1,10 @@
 // Evaluates one curve of each kind through the installed headers and the
-// stand-alone host, and compares with closed forms.
+// stand-alone host, and compares with closed forms. DESIGN_LIBRARY is the folder of
+// the installed design library and EXPECTED_VERSION the version of the package.
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
 #include "mfcurves/mfcurves.h"
 
@@ -62,6 +64,24 @@ void tryPoints()
     expect("value between points", curve.evaluate(0.5, 0), 2.0);
 }
 
+// A law that only the design library has.
+void tryDesignLibrary(mf::host::Context& host)
+{
+    host.services().setDesignLibraryPaths(DESIGN_LIBRARY);
+    host.getProfileManager()->rebuildUserProfileMap();
+    std::vector<CString> names;
+    host.getProfileManager()->getAllProfileNames(names);
+    bool found = false;
+    for (const CString& name : names)
+        found = found || name.Find(L"Modified-Sine") == 0;
+    expect("a law of the design library", found ? 1.0 : 0.0, 1.0);
+}
+
+void tryVersion()
+{
+    expect("version of the library", std::strcmp(mf::version(), EXPECTED_VERSION) == 0 ? 1.0 : 0.0, 1.0);
+}
+
 }  // namespace
 
 int main()
@@ -72,5 +92,7 @@ int main()
     trySegments(host);
     tryExpression();
     tryPoints();
+    tryDesignLibrary(host);
+    tryVersion();
     return failures == 0 ? 0 : 1;
 }
