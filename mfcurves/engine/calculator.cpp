@@ -71,6 +71,23 @@ bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& va
                             value);
 }
 
+// The highest order goes first, as it computes the others on its way.
+int Family::evaluateOrders(double x, int order, double* values)
+{
+    while (std::ssize(sections_) <= order && !addOrder(order))
+        --order;
+    double highest = 0.0;
+    const bool isFinite = evaluate(x, order, sections_[order]->result, highest);
+    for (int lower = 0; lower < order; ++lower) {
+        if (parameterCount_ > 1 || !answerWith(registers_[sections_[lower]->result], values[lower]))
+            return lower;
+    }
+    if (!isFinite)
+        return order;
+    values[order] = highest;
+    return order + 1;
+}
+
 bool Family::takesBlocks() const
 {
     return parameterCount_ == 1 && sections_.back()->registers <= kMostBlockRegisters;
@@ -178,9 +195,19 @@ std::size_t evaluateOneByOne(ICalculator& calculator, const double* x, double* y
 
 }  // namespace
 
+bool isOwnCalculator(const ICalculator& calculator)
+{
+    return typeid(calculator) == typeid(Calculator);
+}
+
+int evaluateOrders(ICalculator& calculator, double x, int order, double* values)
+{
+    return static_cast<const Calculator&>(calculator).family().evaluateOrders(x, order, values);
+}
+
 std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, std::size_t count)
 {
-    if (typeid(calculator) != typeid(Calculator))
+    if (!isOwnCalculator(calculator))
         return evaluateOneByOne(calculator, x, y, count);
     const auto& own = static_cast<const Calculator&>(calculator);
     if (!own.family().takesBlocks())

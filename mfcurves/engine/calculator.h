@@ -56,6 +56,10 @@ public:
     /// The same for as many numbers as there are parameters, of which there are several.
     bool evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value);
 
+    /// Sets values[k] to the order k at x, from 0 up to `order`, and returns how many there
+    /// are before the first that is not finite or that outgrows the limits.
+    int evaluateOrders(double x, int order, double* values);
+
     /// Whether computeBlock may be asked: with one parameter, and few enough
     /// registers that a block of them stays close to the processor.
     bool takesBlocks() const;

@@ -15,4 +15,13 @@ namespace mf::engine {
 /// their work. Any other calculator is asked point by point.
 std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, std::size_t count);
 
+/// Whether this is one of the engine's own calculators, whose values depend on nothing but
+/// the text and the arguments.
+bool isOwnCalculator(const ICalculator& calculator);
+
+/// The values of the orders 0 to `order` at x of such a calculator of order 0. Returns how
+/// many there are before the first that is not finite or that cannot be derived; the rest of
+/// `values` stays as it was.
+int evaluateOrders(ICalculator& calculator, double x, int order, double* values);
+
 }  // namespace mf::engine

@@ -120,6 +120,9 @@ private:
     static constexpr int kOrderCount = 4;
 
     MFCURVES_LOCAL bool iSample();
+    MFCURVES_LOCAL int iEvaluate(double x, int order, double* values);
+    MFCURVES_LOCAL int iEvaluateAfresh(double x, int highest, double* values);
+    MFCURVES_LOCAL int iDerivativesOfAPoint() const;
     MFCURVES_LOCAL double iUnitFactor() const;
     MFCURVES_LOCAL void iFreePlottingData();
     MFCURVES_LOCAL void iReleaseCalculator();
@@ -132,7 +135,9 @@ private:
     double maxX_ = 0.0;
     CString independentVariable_;
     int plottingPointCount_ = 1;
-    ICalculator* calculator_ = nullptr;  // owned, ends by Release
+    ICalculator* calculator_ = nullptr;  // of the text compiled last; owned, ends by Release
+    bool isReusable_ = false;            // that text is the math expression, and it may serve again
+    bool lastPointFailed_ = false;       // so that there is nothing to derive the samples from
     bool validForPlotting_ = false;
 };
 

@@ -21,4 +21,13 @@ inline int motorDerivatives(MotorDriveType_e quantity)
     }
 }
 
+// How many derivative arrays a curve is plotted with. An object that is neither a
+// motor (0) nor a force or torque (1) is plotted without.
+inline int plottedDerivatives(int motionObjectType, MotorDriveType_e quantity)
+{
+    if (motionObjectType == 0)
+        return motorDerivatives(quantity);
+    return motionObjectType == 1 ? 1 : 0;
+}
+
 }  // namespace mf

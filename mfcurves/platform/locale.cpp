@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <langinfo.h>
 #include <locale.h>
 #include <vector>
 #include <wctype.h>
@@ -14,10 +13,6 @@ namespace mf::platform {
 namespace {
 
 constexpr const char* kUtf8Locales[] = {"C.UTF-8", "C.utf8", "en_US.UTF-8"};
-
-constexpr int kCategories[] = {LC_CTYPE,    LC_NUMERIC,   LC_TIME,        LC_COLLATE,
-                               LC_MONETARY, LC_MESSAGES,  LC_PAPER,       LC_NAME,
-                               LC_ADDRESS,  LC_TELEPHONE, LC_MEASUREMENT, LC_IDENTIFICATION};
 
 void enterUtf8Locale()
 {
@@ -41,15 +36,12 @@ locale_t utf8Locale()
 
 }  // namespace
 
-// Reads the names of the categories one by one: asking setlocale would take its
-// lock and build a text at every compile.
+// The name of all categories together is "C" only when each of them is at "C".
+// glibc keeps that name, so asking for it takes no lock and builds no text.
 bool standsAtC()
 {
-    if (uselocale(static_cast<locale_t>(nullptr)) != LC_GLOBAL_LOCALE)
-        return false;
-    return std::all_of(std::begin(kCategories), std::end(kCategories), [](int category) {
-        return std::strcmp(nl_langinfo(_NL_LOCALE_NAME(category)), "C") == 0;
-    });
+    return uselocale(static_cast<locale_t>(nullptr)) == LC_GLOBAL_LOCALE &&
+           std::strcmp(setlocale(LC_ALL, nullptr), "C") == 0;
 }
 
 std::wstring widenThroughLocale(const std::string& text)
