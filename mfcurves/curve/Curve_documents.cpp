@@ -23,7 +23,7 @@ std::shared_ptr<const curve::FrozenCurve> freeze(CurveDefinition definition, std
     } catch (const CurveError& error) {
         std::vector<Problem> problems = error.problems();
         problems.insert(problems.end(), warnings.begin(), warnings.end());
-        throw CurveError(std::move(problems));
+        throw curve::errorOf(std::move(problems));
     }
 }
 
@@ -53,7 +53,7 @@ Curve Curve::of(mfFunctionData_c& function)
     std::vector<Problem> problems;
     CurveDefinition definition = curve::definitionOf(function, problems);
     if (curve::hasError(problems))
-        throw CurveError(std::move(problems));
+        throw curve::errorOf(std::move(problems));
     return {freeze(std::move(definition), std::move(problems)), Outside::Extend};
 }
 

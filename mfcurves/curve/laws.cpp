@@ -24,7 +24,7 @@ std::vector<Law> laws(const std::vector<std::string>& folders)
     for (const std::string& folder : folders)
         append(all, curve::lawsOfFolder(folder, problems), curve::definitionFileIn(folder));
     if (curve::hasError(problems))
-        throw CurveError(std::move(problems));
+        throw curve::errorOf(std::move(problems));
     append(all, curve::builtInLaws(), "built-in");
     append(all, curve::shippedLaws(), "shipped");
     return all;

@@ -1,6 +1,7 @@
 #include "mfcurves/curve/problems.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "mfcurves/platform/numbers.h"
 
@@ -18,6 +19,13 @@ bool hasError(const std::vector<Problem>& problems)
 {
     return std::any_of(problems.begin(), problems.end(),
                        [](const Problem& problem) { return problem.level == Problem::Level::Error; });
+}
+
+CurveError errorOf(std::vector<Problem> problems)
+{
+    std::stable_partition(problems.begin(), problems.end(),
+                          [](const Problem& problem) { return problem.level == Problem::Level::Error; });
+    return CurveError(std::move(problems));
 }
 
 std::string shortNumber(double number)

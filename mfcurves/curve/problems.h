@@ -9,6 +9,9 @@ namespace mf::curve {
 
 bool hasError(const std::vector<Problem>& problems);
 
+/// The error of these problems, errors before warnings.
+CurveError errorOf(std::vector<Problem> problems);
+
 /// As a person writes it, with up to ten digits.
 std::string shortNumber(double number);
 

@@ -176,11 +176,11 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
 
     CurveDefinition definition;
     if (!outcome.reason.empty())
-        problems.insert(problems.begin(), failureOf(outcome, origin));
+        problems.push_back(failureOf(outcome, origin));
     else
         definition = definitionFrom(function, laws, std::move(library), problems);
     if (hasError(problems))
-        throw CurveError(std::move(problems));
+        throw errorOf(std::move(problems));
     warnings.insert(warnings.end(), problems.begin(), problems.end());
     return definition;
 }
