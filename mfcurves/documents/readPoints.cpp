@@ -57,13 +57,15 @@ void insertRow(CurveReading& reading, mfFunctionDataPoints_c& function, int row,
 bool readPoints(CurveReading& reading, mfFunctionDataPoints_c& function)
 {
     CString interpolation;
-    if (!reading.text("//Curve//Interpolation", interpolation) || !reading.singleNode("//Curve//PointCount"))
+    if (!reading.text("//Curve//Interpolation", interpolation))
         return false;
     if (const auto type = kInterpolationTypes.numberOf(interpolation))
         function.setInterpolationType(static_cast<DataPointInterpolationType_e>(*type));
     else if (!interpolation.IsEmpty())
         reading.remark("", "\"Interpolation\" is " + quoted(interpolation) + ", which is none of " +
                                kInterpolationTypes.list());
+    if (!reading.singleNode("//Curve//PointCount"))
+        return false;
     const std::vector<XmlNode> nodes = reading.xml().selectNodes("//Curve//Points//Point");
     int row = 0;
     for (const XmlNode& node : nodes) {

@@ -8,17 +8,11 @@
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/platform/messageBox.h"
 #include "mfcurves/platform/resources.h"
+#include "mfcurves/profiles/OlderProfile.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 
 namespace {
-
-// The end of a list getter: what the caller's list holds stays in front.
-template <typename T>
-void appendTo(std::vector<T>& list, const std::vector<T>& more)
-{
-    list.insert(list.end(), more.begin(), more.end());
-}
 
 // Makes the resource library current while the kinds are made, and the one
 // before it again when that is done.
@@ -40,6 +34,8 @@ private:
 
 }  // namespace
 
+mfFunctionData_c::mfFunctionData_c() = default;
+
 mfFunctionData_c::~mfFunctionData_c()
 {
     delete functionSegments_;
@@ -56,7 +52,7 @@ mfFunctionData_c::~mfFunctionData_c()
 bool mfFunctionData_c::initialize()
 {
     IMotionServices_c* const services = mf::interfaces::motionServices();
-    if (services == nullptr) {
+    if (!services) {
         mf::platform::showMessage(L"Failed to load the resource file", L"Error",
                                   mf::platform::kOkWithExclamation);
         return false;
@@ -72,58 +68,70 @@ bool mfFunctionData_c::initialize()
             setProfile();
         setDefaultProfile();
     }
-    if (functionSegments_ != nullptr)
-        functionSegments_->initializeSegment(profileNames_, profileEleExprs_, profileIndependentVars_,
-                                             profileStartX_, profileStartY_, profileEndX_, profileEndY_);
+    if (functionSegments_)
+        iHandInStartUpProfiles();
     return true;
 }
 
-// The one place that tells which kind is active, asked at every use: the host
-// may change the type at any time.
-mfFunctionBase_c* mfFunctionData_c::iActiveKind()
+void mfFunctionData_c::iHandInStartUpProfiles()
 {
+    std::vector<CString> names, variables, x1s, y1s, x2s, y2s;
+    std::vector<std::vector<CString>> tokens;
+    getProfileName(names);
+    getProfileEleExpr(tokens);
+    getProfileIndependentVar(variables);
+    getStartX(x1s);
+    getStartY(y1s);
+    getEndX(x2s);
+    getEndY(y2s);
+    functionSegments_->initializeSegment(names, tokens, variables, x1s, y1s, x2s, y2s);
+}
+
+// The one place that says which kind is active, asked at every use: the host may
+// change the type at any time. Nothing is used where there is no kind.
+template <class Use>
+void mfFunctionData_c::iUseActiveKind(Use use)
+{
+    const auto useIfThere = [&](auto* kind) {
+        if (kind)
+            use(*kind);
+    };
     switch (functionType_) {
         case mf::FunctionType_Segments:
-            return functionSegments_;
+            return useIfThere(functionSegments_);
         case mf::FunctionType_DataPoints:
-            return functionDataPoints_;
+            return useIfThere(functionDataPoints_);
         case mf::FunctionType_Expression:
-            return functionExpression_;
-        default:
-            return nullptr;
+            return useIfThere(functionExpression_);
     }
 }
 
 double mfFunctionData_c::evaluate(double x, int order)
 {
-    switch (functionType_) {
-        case mf::FunctionType_Segments:
-            return functionSegments_ == nullptr ? 0.0 : functionSegments_->evaluate(x, order);
-        case mf::FunctionType_DataPoints:
-            return functionDataPoints_ == nullptr ? 0.0 : functionDataPoints_->evaluate(x, order);
-        case mf::FunctionType_Expression:
-            return functionExpression_ == nullptr ? 0.0 : functionExpression_->evaluate(x, order);
-        default:
-            return 0.0;
-    }
+    double value = 0.0;
+    iUseActiveKind([&](auto& kind) { value = kind.evaluate(x, order); });
+    return value;
 }
 
 void mfFunctionData_c::setMotorDriveType(mf::MotorDriveType_e quantity)
 {
-    if (mfFunctionBase_c* const kind = iActiveKind())
-        kind->motorDependentVar = quantity;
+    iUseActiveKind([quantity](mfFunctionBase_c& kind) { kind.motorDependentVar = quantity; });
 }
 
 mf::MotorDriveType_e mfFunctionData_c::getMotorDriveType()
 {
-    const mfFunctionBase_c* const kind = iActiveKind();
-    return kind == nullptr ? mf::MotorDriveType_None : kind->motorDependentVar;
+    mf::MotorDriveType_e quantity = mf::MotorDriveType_None;
+    iUseActiveKind([&quantity](const mfFunctionBase_c& kind) { quantity = kind.motorDependentVar; });
+    return quantity;
 }
 
 bool mfFunctionData_c::isXValueCycleAngle()
 {
-    const mfFunctionBase_c* const kind = iActiveKind();
-    return kind != nullptr && kind->independentVar == mf::IndependentVariableType_CycleAngle;
+    bool isCycleAngle = false;
+    iUseActiveKind([&isCycleAngle](const mfFunctionBase_c& kind) {
+        isCycleAngle = kind.independentVar == mf::IndependentVariableType_CycleAngle;
+    });
+    return isCycleAngle;
 }
 
 bool mfFunctionData_c::isXValueTimeOrCycleAngle()
@@ -133,9 +141,9 @@ bool mfFunctionData_c::isXValueTimeOrCycleAngle()
 
 void mfFunctionData_c::updateForLegacyData(bool pointPerRow)
 {
-    if (functionDataPoints_ != nullptr)
+    if (functionDataPoints_)
         functionDataPoints_->updateForLegacyData(pointPerRow);
-    else if (functionExpression_ != nullptr)
+    else if (functionExpression_)
         functionExpression_->updateForLegacyData(pointPerRow);
 }
 
@@ -228,45 +236,5 @@ const char* mfFunctionData_c::getXMLData()
 
 void mfFunctionData_c::setXMLData(char* text)
 {
-    xmlData_ = std::string(text == nullptr ? "" : text);
-}
-
-void mfFunctionData_c::getProfileName(std::vector<CString>& names) const
-{
-    appendTo(names, profileNames_);
-}
-
-void mfFunctionData_c::getProfileExpr(std::vector<CString>& expressions) const
-{
-    appendTo(expressions, profileExprs_);
-}
-
-void mfFunctionData_c::getProfileIndependentVar(std::vector<CString>& names) const
-{
-    appendTo(names, profileIndependentVars_);
-}
-
-void mfFunctionData_c::getStartX(std::vector<CString>& names) const
-{
-    appendTo(names, profileStartX_);
-}
-
-void mfFunctionData_c::getStartY(std::vector<CString>& names) const
-{
-    appendTo(names, profileStartY_);
-}
-
-void mfFunctionData_c::getEndX(std::vector<CString>& names) const
-{
-    appendTo(names, profileEndX_);
-}
-
-void mfFunctionData_c::getEndY(std::vector<CString>& names) const
-{
-    appendTo(names, profileEndY_);
-}
-
-void mfFunctionData_c::getProfileEleExpr(std::vector<std::vector<CString>>& tokens) const
-{
-    appendTo(tokens, profileEleExprs_);
+    xmlData_ = std::string(text ? text : "");
 }

@@ -8,11 +8,13 @@
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-class mfFunctionBase_c;
 class mfFunctionDataPoints_c;
 class mfFunctionExpression_c;
 class mfFunctionSegments_c;
-class mfProfileFileParser_c;
+
+namespace mf::profiles {
+struct OlderProfile;
+}
 
 /// One motion function: what a host holds for a motor, a force or a torque.
 ///
@@ -31,7 +33,7 @@ class mfProfileFileParser_c;
 /// Copying: none; a function is copied kind by kind through their Copy.
 class MFCURVES_API mfFunctionData_c : public IMotionFunctionData_c {
 public:
-    mfFunctionData_c() = default;  ///< function type Segments, no kinds, empty lists
+    mfFunctionData_c();  ///< function type Segments, no kinds, empty lists
     ~mfFunctionData_c() override;
 
     /// Creates the three kinds. False, after one message to the user and with
@@ -113,9 +115,9 @@ public:
     bool readXMLData(const CString& path, bool fromBuffer, std::string buffer);
 
 private:
-    MFCURVES_LOCAL mfFunctionBase_c* iActiveKind();
-    // Appends the profiles of a reader to the lists of start-up profiles.
-    MFCURVES_LOCAL void iTakeProfiles(mfProfileFileParser_c& parser);
+    template <class Use>
+    MFCURVES_LOCAL void iUseActiveKind(Use use);
+    MFCURVES_LOCAL void iHandInStartUpProfiles();
 
     mf::FunctionType_e functionType_ = mf::FunctionType_Segments;
     CString functionName_;
@@ -128,13 +130,6 @@ private:
     bool canUseElseWhere_ = false;
     bool xTime_ = false;        // kept for the host, read by nothing
     bool xCycleAngle_ = false;  // likewise
-    std::vector<CString> profileNames_;
-    std::vector<CString> profileExprs_;
-    std::vector<CString> profileIndependentVars_;
-    std::vector<CString> profileStartX_;
-    std::vector<CString> profileStartY_;
-    std::vector<CString> profileEndX_;
-    std::vector<CString> profileEndY_;
-    std::vector<std::vector<CString>> profileEleExprs_;
+    std::vector<mf::profiles::OlderProfile> startUpProfiles_;
     std::vector<CString> designLibraryPaths_;
 };

@@ -2,7 +2,8 @@
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/motion/mfFunctionData.h"
 #include "mfcurves/motion/mfTextConverter.h"
-#include "mfcurves/platform/files.h"
+#include "mfcurves/profiles/OlderProfile.h"
+#include "mfcurves/profiles/designLibrary.h"
 #include "mfcurves/profiles/mfProfileFileParser.h"
 
 // The start-up profiles of a function that carries lists of its own, for hosts
@@ -10,19 +11,24 @@
 
 namespace {
 
-constexpr wchar_t kPathListSeparator = L';';
+using mf::profiles::OlderProfile;
+
 constexpr const wchar_t* kProfileFileName = L"profile.txt";
 
 constexpr const char* kDefaultProfile =
     "Profile(\"Linear\",x,x1,y1,x2,y2)slope=(y2-y1)/(x2-x1);dy=slope*(x-x1);val=y1+dy;returnval;endProfile";
 
-using List = void (mfProfileFileParser_c::*)(std::vector<std::string>&);
-
-void append(mfProfileFileParser_c& parser, List list, std::vector<CString>& destination)
+void append(std::vector<OlderProfile>& profiles, const mfProfileFileParser_c& parser)
 {
-    std::vector<std::string> texts;
-    (parser.*list)(texts);
-    mfTextConverter_c().appendToCStringList(texts, destination);
+    profiles.insert(profiles.end(), parser.profiles().begin(), parser.profiles().end());
+}
+
+// The end of a list getter: what the caller's list holds stays in front.
+void append(std::vector<CString>& list, const std::vector<OlderProfile>& profiles,
+            std::string OlderProfile::*text)
+{
+    for (const OlderProfile& profile : profiles)
+        list.push_back(mfTextConverter_c().toCString(profile.*text));
 }
 
 }  // namespace
@@ -32,26 +38,21 @@ bool mfFunctionData_c::getDesignLibraryPath()
     IMotionServices_c* services = mf::interfaces::motionServices();
     if (!services)
         return false;
-    CString text = services->getDesignLibraryPaths();
-    if (text.IsEmpty())
+    const CString paths = services->getDesignLibraryPaths();
+    if (paths.IsEmpty())
         return false;
-    for (int end = text.Find(kPathListSeparator); end >= 0; end = text.Find(kPathListSeparator)) {
-        designLibraryPaths_.push_back(text.Left(end));
-        text = text.Mid(end + 1);
-    }
-    designLibraryPaths_.push_back(text);
+    const std::vector<CString> folders = mf::profiles::designLibraryFolders(paths);
+    designLibraryPaths_.insert(designLibraryPaths_.end(), folders.begin(), folders.end());
     return true;
 }
 
 bool mfFunctionData_c::setProfile()
 {
-    for (const CString& directory : designLibraryPaths_) {
-        CString path = directory;
-        path += static_cast<wchar_t>(mf::platform::kDirectorySeparator);
-        path += kProfileFileName;
+    for (const CString& folder : designLibraryPaths_) {
+        const CString path = mf::profiles::fileInFolder(folder, kProfileFileName);
         mfProfileFileParser_c parser;
         if (parser.parseProfiles(mfTextConverter_c().toNarrow(path), false, "")) {
-            iTakeProfiles(parser);
+            append(startUpProfiles_, parser);
             return true;
         }
     }
@@ -62,21 +63,47 @@ bool mfFunctionData_c::setDefaultProfile()
 {
     mfProfileFileParser_c parser;
     parser.parseProfiles("", true, kDefaultProfile);
-    iTakeProfiles(parser);
+    append(startUpProfiles_, parser);
     return true;
 }
 
-void mfFunctionData_c::iTakeProfiles(mfProfileFileParser_c& parser)
+void mfFunctionData_c::getProfileName(std::vector<CString>& names) const
 {
-    append(parser, &mfProfileFileParser_c::getNames, profileNames_);
-    append(parser, &mfProfileFileParser_c::getResults, profileExprs_);
-    append(parser, &mfProfileFileParser_c::getIndepVars, profileIndependentVars_);
-    append(parser, &mfProfileFileParser_c::getX1, profileStartX_);
-    append(parser, &mfProfileFileParser_c::getY1, profileStartY_);
-    append(parser, &mfProfileFileParser_c::getX2, profileEndX_);
-    append(parser, &mfProfileFileParser_c::getY2, profileEndY_);
-    std::vector<std::vector<std::string>> tokenLists;
-    parser.getResultTokens(tokenLists);
-    for (const std::vector<std::string>& tokens : tokenLists)
-        mfTextConverter_c().appendToCStringList(tokens, profileEleExprs_.emplace_back());
+    append(names, startUpProfiles_, &OlderProfile::name);
+}
+
+void mfFunctionData_c::getProfileExpr(std::vector<CString>& expressions) const
+{
+    append(expressions, startUpProfiles_, &OlderProfile::result);
+}
+
+void mfFunctionData_c::getProfileIndependentVar(std::vector<CString>& names) const
+{
+    append(names, startUpProfiles_, &OlderProfile::independentVariable);
+}
+
+void mfFunctionData_c::getStartX(std::vector<CString>& names) const
+{
+    append(names, startUpProfiles_, &OlderProfile::x1);
+}
+
+void mfFunctionData_c::getStartY(std::vector<CString>& names) const
+{
+    append(names, startUpProfiles_, &OlderProfile::y1);
+}
+
+void mfFunctionData_c::getEndX(std::vector<CString>& names) const
+{
+    append(names, startUpProfiles_, &OlderProfile::x2);
+}
+
+void mfFunctionData_c::getEndY(std::vector<CString>& names) const
+{
+    append(names, startUpProfiles_, &OlderProfile::y2);
+}
+
+void mfFunctionData_c::getProfileEleExpr(std::vector<std::vector<CString>>& tokens) const
+{
+    for (const OlderProfile& profile : startUpProfiles_)
+        mfTextConverter_c().appendToCStringList(profile.resultTokens, tokens.emplace_back());
 }

@@ -11,10 +11,13 @@ constexpr std::string_view kOpeningKeyword = "Profile(";
 constexpr std::string_view kClosingKeyword = "endProfile";
 constexpr std::string_view kOperators = "()+-*/^%";
 
-template <class List>
-void append(std::vector<List>& out, const std::vector<List>& list)
+using mf::profiles::OlderProfile;
+
+template <class Text>
+void append(std::vector<Text>& out, const std::vector<OlderProfile>& profiles, Text OlderProfile::*text)
 {
-    out.insert(out.end(), list.begin(), list.end());
+    for (const OlderProfile& profile : profiles)
+        out.push_back(profile.*text);
 }
 
 // Hands out the pieces of a text that end in given characters, one after the
@@ -78,13 +81,12 @@ bool mfProfileFileParser_c::iReadFile(const std::string& fileName, std::string& 
 
 bool mfProfileFileParser_c::iParseNext(const std::string& definition)
 {
-    const std::size_t index = definitions_.size();
-    definitions_.push_back(definition);
+    const std::size_t index = profiles_.size();
+    profiles_.emplace_back().definition = definition;
     const std::size_t body = parseHeader(index);
     if (body != std::string::npos && parseBody(body, index))
         return true;
-    for (auto* list : {&definitions_, &names_, &indepVars_, &x1Names_, &y1Names_, &x2Names_, &y2Names_})
-        list->resize(index);
+    profiles_.pop_back();
     return false;
 }
 
@@ -97,9 +99,10 @@ void mfProfileFileParser_c::readCompactText(std::string& out)
 
 std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
 {
-    if (index >= definitions_.size())
+    if (index >= profiles_.size())
         return std::string::npos;
-    const std::string& definition = definitions_[index];
+    OlderProfile& profile = profiles_[index];
+    const std::string& definition = profile.definition;
     const std::size_t keyword = definition.find(kOpeningKeyword);
     if (keyword == std::string::npos)
         return std::string::npos;
@@ -113,12 +116,12 @@ std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
     if (name.empty())
         return std::string::npos;
     name.pop_back();
-    names_.push_back(name);
-    indepVars_.push_back(indepVar);
-    x1Names_.push_back(x1);
-    y1Names_.push_back(y1);
-    x2Names_.push_back(x2);
-    y2Names_.push_back(y2);
+    profile.name = name;
+    profile.independentVariable = indepVar;
+    profile.x1 = x1;
+    profile.y1 = y1;
+    profile.x2 = x2;
+    profile.y2 = y2;
     return pieces.position();
 }
 
@@ -126,9 +129,10 @@ std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
 // looked at.
 bool mfProfileFileParser_c::parseBody(std::size_t start, std::size_t index)
 {
-    if (index >= definitions_.size())
+    if (index >= profiles_.size())
         return false;
-    const std::string& definition = definitions_[index];
+    OlderProfile& profile = profiles_[index];
+    const std::string& definition = profile.definition;
     const std::size_t end = definition.find("return", start);
     if (end == std::string::npos || end == start)
         return false;
@@ -152,8 +156,10 @@ bool mfProfileFileParser_c::parseBody(std::size_t start, std::size_t index)
     const std::string& result = values.back();
     if (result.size() > mf::engine::kLongestText || !budget_.spendOnTokens(result))
         return false;
-    results_.push_back(result);
-    tokenize(resultTokens_, result);
+    profile.result = result;
+    std::vector<std::vector<std::string>> resultTokens;
+    tokenize(resultTokens, result);
+    profile.resultTokens = std::move(resultTokens.front());
     return true;
 }
 
@@ -216,40 +222,40 @@ bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& var
 
 void mfProfileFileParser_c::getNames(std::vector<std::string>& out)
 {
-    append(out, names_);
+    append(out, profiles_, &OlderProfile::name);
 }
 
 void mfProfileFileParser_c::getResults(std::vector<std::string>& out)
 {
-    append(out, results_);
+    append(out, profiles_, &OlderProfile::result);
 }
 
 void mfProfileFileParser_c::getIndepVars(std::vector<std::string>& out)
 {
-    append(out, indepVars_);
+    append(out, profiles_, &OlderProfile::independentVariable);
 }
 
 void mfProfileFileParser_c::getX1(std::vector<std::string>& out)
 {
-    append(out, x1Names_);
+    append(out, profiles_, &OlderProfile::x1);
 }
 
 void mfProfileFileParser_c::getY1(std::vector<std::string>& out)
 {
-    append(out, y1Names_);
+    append(out, profiles_, &OlderProfile::y1);
 }
 
 void mfProfileFileParser_c::getX2(std::vector<std::string>& out)
 {
-    append(out, x2Names_);
+    append(out, profiles_, &OlderProfile::x2);
 }
 
 void mfProfileFileParser_c::getY2(std::vector<std::string>& out)
 {
-    append(out, y2Names_);
+    append(out, profiles_, &OlderProfile::y2);
 }
 
 void mfProfileFileParser_c::getResultTokens(std::vector<std::vector<std::string>>& out)
 {
-    append(out, resultTokens_);
+    append(out, profiles_, &OlderProfile::resultTokens);
 }

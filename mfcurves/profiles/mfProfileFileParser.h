@@ -5,16 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "mfcurves/profiles/OlderProfile.h"
 #include "mfcurves/profiles/readingBudget.h"
 
 /// The reader of profile definitions in the older dialect: files named
 /// "profile.txt" and the one text of the default profile.
 ///
-/// It lives for one text. Its lists run in parallel, one entry for each
-/// definition, and only grow.
+/// It lives for one text and keeps one record for each definition.
 ///
 /// Errors: false. The definitions before the failing one are kept, and the failing
-/// one leaves no entry in any list.
+/// one leaves no record.
 /// Copying: none.
 class mfProfileFileParser_c {
 public:
@@ -31,14 +31,13 @@ public:
     /// Appends what is left of the stream, without its white space.
     void readCompactText(std::string& out);
 
-    /// Reads the header of definition `index` into the lists of names. Answers the
-    /// position just behind it, std::string::npos when a piece of it is missing.
+    /// Reads the header of definition `index` into its record. Returns the position
+    /// just after it, std::string::npos when a piece of it is missing.
     std::size_t parseHeader(std::size_t index);
 
-    /// Reduces the statements of definition `index`, which begin at `start`, and
-    /// appends the value of the last one to the results. False when a piece is
-    /// missing, there is no assignment or a value outgrows the largest text of the
-    /// expression engine.
+    /// Reduces the statements of definition `index`, which begin at `start`; the value
+    /// of the last one is its result. False when a piece is missing, there is no
+    /// assignment or a value outgrows the largest text of the expression engine.
     bool parseBody(std::size_t start, std::size_t index);
 
     /// Appends one list of tokens to `output`: the operators of the expression, and
@@ -52,7 +51,9 @@ public:
     bool substituteTokens(const std::vector<std::string>& variables, std::vector<std::string>& values,
                           std::vector<std::vector<std::string>>& tokenLists, std::size_t index);
 
-    /// Each appends its list, in the order of the definitions.
+    /// One record for each definition, in their order.
+    const std::vector<mf::profiles::OlderProfile>& profiles() const { return profiles_; }
+    /// Each appends one text of every record, in the order of the definitions.
     void getNames(std::vector<std::string>& out);
     void getResults(std::vector<std::string>& out);
     void getIndepVars(std::vector<std::string>& out);
@@ -67,14 +68,6 @@ private:
     bool iParseNext(const std::string& definition);
 
     std::ifstream stream_;
-    std::vector<std::string> definitions_;  // each through its closing keyword
-    std::vector<std::string> names_;
-    std::vector<std::string> indepVars_;
-    std::vector<std::string> x1Names_;
-    std::vector<std::string> y1Names_;
-    std::vector<std::string> x2Names_;
-    std::vector<std::string> y2Names_;
-    std::vector<std::string> results_;
-    std::vector<std::vector<std::string>> resultTokens_;
+    std::vector<mf::profiles::OlderProfile> profiles_;
     mf::profiles::ReadingBudget budget_;
 };

@@ -8,6 +8,7 @@
 #include "mfcurves/platform/files.h"
 #include "mfcurves/platform/locale.h"
 #include "mfcurves/platform/numbers.h"
+#include "mfcurves/profiles/designLibrary.h"
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
 
@@ -22,19 +23,15 @@ constexpr const wchar_t* kDefaultSuffix = L" (Default)";
 constexpr const wchar_t* kUserSuffix = L" (User)";
 constexpr const wchar_t* kAssemblyWord = L"Assembly";
 constexpr const wchar_t* kProfileFileName = L"SegmentTypes.txt";
-constexpr wchar_t kPathListSeparator = L';';
 constexpr const wchar_t* kDigits = L"0123456789";
 
 constexpr int kStored = 0;
 constexpr int kExistsAlready = 1;
 constexpr int kNoKey = -1;
 
-CString profileFileIn(const CString& directory)
+CString profileFileIn(const CString& folder)
 {
-    CString path = directory;
-    path += static_cast<wchar_t>(mf::platform::kDirectorySeparator);
-    path += kProfileFileName;
-    return path;
+    return mf::profiles::fileInFolder(folder, kProfileFileName);
 }
 
 std::wstring folded(const std::string& text)
@@ -121,19 +118,12 @@ bool mfProfileManager_c::collectSearchPaths()
     IMotionServices_c* services = mf::interfaces::motionServices();
     if (!services)
         return false;
-    CString text = services->getDesignLibraryPaths();
-    if (text.IsEmpty())
+    const CString paths = services->getDesignLibraryPaths();
+    if (paths.IsEmpty())
         return false;
-
-    const auto collect = [this](const CString& entry) {
-        if (mf::platform::isReadable(profileFileIn(entry)))
-            searchPaths_.push_back(entry);
-    };
-    for (int end = text.Find(kPathListSeparator); end >= 0; end = text.Find(kPathListSeparator)) {
-        collect(text.Left(end));
-        text = text.Mid(end + 1);
-    }
-    collect(text);
+    for (const CString& folder : mf::profiles::designLibraryFolders(paths))
+        if (mf::platform::isReadable(profileFileIn(folder)))
+            searchPaths_.push_back(folder);
     return !searchPaths_.empty();
 }
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <vector>
+
+#include "mfcurves/interfaces/CString.h"
+
+namespace mf::profiles {
+
+/// The folders in the host's text, which separates them by ";": in its order, as they
+/// are written, empty ones included.
+std::vector<CString> designLibraryFolders(const CString& paths);
+
+/// The path of a file of that name in a folder of the design library.
+CString fileInFolder(const CString& folder, const wchar_t* name);
+
+}  // namespace mf::profiles
