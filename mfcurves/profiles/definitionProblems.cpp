@@ -1,7 +1,6 @@
 #include "mfcurves/profiles/definitionProblems.h"
 
 #include <algorithm>
-#include <sstream>
 #include <string_view>
 
 #include "mfcurves/profiles/definitionReading.h"
@@ -15,11 +14,10 @@ class NormalText {
 public:
     explicit NormalText(const std::string& fileText)
     {
-        std::istringstream stream(fileText);
         bool betweenQuotes = false;
-        for (std::string line; std::getline(stream, line);) {
+        for (const std::string_view line : linesOf(fileText)) {
             lineStarts_.push_back(text_.size());
-            appendNormalLine(line, betweenQuotes, text_);
+            appendNormalLine(std::string(line), betweenQuotes, text_);
         }
         quotesAreOpen_ = betweenQuotes;
         oddLine_ = firstLineOfOddQuotes();

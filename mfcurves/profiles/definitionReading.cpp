@@ -1,7 +1,6 @@
 #include "mfcurves/profiles/definitionReading.h"
 
 #include <algorithm>
-#include <sstream>
 #include <string_view>
 
 #include "mfcurves/engine/limits.h"
@@ -110,13 +109,24 @@ void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out)
         out += lowerOutsideQuotes(c, betweenQuotes);
 }
 
+// Without a stream, which would take missing memory for the end of the text.
+std::vector<std::string_view> linesOf(std::string_view text)
+{
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.push_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
 std::string normalText(const std::string& text)
 {
-    std::istringstream stream(text);
     bool betweenQuotes = false;
     std::string normal;
-    for (std::string line; std::getline(stream, line);)
-        appendNormalLine(std::move(line), betweenQuotes, normal);
+    for (const std::string_view line : linesOf(text))
+        appendNormalLine(std::string(line), betweenQuotes, normal);
     for (const KeywordUpgrade& upgrade : kKeywordUpgrades)
         replaceAll(normal, upgrade.older, upgrade.current);
     return normal;

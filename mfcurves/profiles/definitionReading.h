@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mfcurves/profiles/readingBudget.h"
@@ -41,6 +42,9 @@ char lowerOutsideQuotes(char character, bool& betweenQuotes);
 
 /// Appends a line in normal form to `out`: nothing for a comment line.
 void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out);
+
+/// The lines of a text, without their line feeds.
+std::vector<std::string_view> linesOf(std::string_view text);
 
 /// A text of definitions in normal form, with the current keywords. It starts outside
 /// quotes.

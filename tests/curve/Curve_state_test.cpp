@@ -10,6 +10,7 @@
 
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/laws.h"
+#include "mfcurves/interfaces/hostAnswers.h"
 #include "tests/documents/curveFixture.h"
 #include "tests/locale/comma_locale.h"
 #include "tests/support/TemporaryFolder.h"
@@ -100,6 +101,7 @@ TEST_P(State, StaysUnderAHostThatIsNotAsked)
     } catch (const CurveError&) {
     }
     EXPECT_THAT(host.calls, testing::IsEmpty());
+    EXPECT_EQ(interfaces::motionServices(), &host.services) << "the thread asks the host again";
     EXPECT_FALSE(manager.hasDocumentNames());
     EXPECT_EQ(ProcessState(), before);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "mfcurves/mfcurves.h"
+#include "tests/support/processState.h"
 
 // Pieces of work that go once through everything a host does with a curve of each
 // kind. Tests run them while something around the library fails.
@@ -151,6 +152,42 @@ inline void readWriteRead(mfFunctionData_c& function, const char* document)
         function.readXMLData(L"", true, written);
 }
 
+// Fails the test if the process is in another state at the end, an exception's end included.
+struct SameState {
+    ~SameState()
+    {
+        if (!(ProcessState() == before))
+            ADD_FAILURE() << "the state of the process has changed";
+    }
+    ProcessState before;
+};
+
+// Makes a curve, examines it, writes it and reads it again. An error is an answer, too.
+template <class Make>
+void useCurve(const Make& make)
+{
+    const SameState sameState;
+    try {
+        const mf::Curve curve = make();
+        curve.at(0.5);
+        std::vector<mf::Problem> losses;
+        mf::Curve::parse(curve.toXml(&losses)).definition();
+    } catch (const mf::CurveError& error) {
+        static_cast<void>(error.problems().front());
+    }
+}
+
+inline void freezeSegments(mfFunctionData_c& function)
+{
+    editAndSampleSegments(function);
+    useCurve([&] { return mf::Curve::of(function); });
+}
+
+inline void makeCurves(const char* document)
+{
+    useCurve([&] { return mf::Curve::parse(document); });
+}
+
 struct Work {
     const char* name;
     std::function<void(mfFunctionData_c&)> run;
@@ -163,6 +200,11 @@ inline const Work kWork[] = {
     {"ReadAndWriteSegments", [](mfFunctionData_c& f) { readWriteRead(f, kSegmentDocument); }},
     {"ReadAndWritePoints", [](mfFunctionData_c& f) { readWriteRead(f, kPointDocument); }},
     {"ReadAndWriteExpression", [](mfFunctionData_c& f) { readWriteRead(f, kExpressionDocument); }},
+    {"FreezeSegments", freezeSegments},
+    {"CurveOfASegmentDocument", [](mfFunctionData_c&) { makeCurves(kSegmentDocument); }},
+    {"CurveOfAPointDocument", [](mfFunctionData_c&) { makeCurves(kPointDocument); }},
+    {"CurveOfAnExpressionDocument", [](mfFunctionData_c&) { makeCurves(kExpressionDocument); }},
+    {"CurveOfWhatIsNoDocument", [](mfFunctionData_c&) { makeCurves(kBrokenDocument); }},
     {"ReadWhatIsNoDocument", [](mfFunctionData_c& f) { f.readXMLData(L"", true, kBrokenDocument); }},
 };
 

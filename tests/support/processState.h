@@ -6,7 +6,6 @@
 
 #include "mfcurves/documents/formatTexts.h"
 #include "mfcurves/interfaces/QelSession.h"
-#include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/platform/resources.h"
 #include "mfcurves/platform/xmlRuntime.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
@@ -16,7 +15,6 @@ namespace mf::test {
 /// What a process and the calling thread are set to, as far as the library may touch it.
 struct ProcessState {
     QelMotionFunctionContext_c* context = QelSession_c::QelMotionFunctionContext();
-    IMotionServices_c* services = interfaces::motionServices();  // those of the thread
     std::string locale = std::setlocale(LC_ALL, nullptr);
     double version = documents::writtenVersion();
     int xmlStarts = platform::xmlStartCount();
@@ -28,9 +26,9 @@ struct ProcessState {
 
 inline void PrintTo(const ProcessState& state, std::ostream* os)
 {
-    *os << "context " << state.context << ", services " << state.services << ", locale " << state.locale
-        << ", version " << state.version << ", starts of the XML engine " << state.xmlStarts << ", resources "
-        << state.resources << ", lowered A " << state.lowered;
+    *os << "context " << state.context << ", locale " << state.locale << ", version " << state.version
+        << ", starts of the XML engine " << state.xmlStarts << ", resources " << state.resources
+        << ", lowered A " << state.lowered;
 }
 
 }  // namespace mf::test
