@@ -31,4 +31,13 @@ inline bool evaluateAt(ICalculator* calculator, double x, double& y)
     return true;
 }
 
+// 0.0 where there is no finite value.
+inline double valueAt(ICalculator& calculator, double x)
+{
+    MMEP_Data argument(x);
+    MMEP_Data result;
+    calculator.Evaluate(1, &argument, result);
+    return *result.getValue();
+}
+
 }  // namespace mf

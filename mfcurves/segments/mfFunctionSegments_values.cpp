@@ -2,21 +2,11 @@
 #include <cstddef>
 #include <vector>
 
-#include "mfcurves/interfaces/ICalculator.h"
-#include "mfcurves/interfaces/MMEP_Data.h"
+#include "mfcurves/functions/calculators.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {
-
-// 0.0 where the formula has no finite value.
-double valueAt(ICalculator& calculator, double x)
-{
-    MMEP_Data argument(x);
-    MMEP_Data result;
-    calculator.Evaluate(1, &argument, result);
-    return *result.getValue();
-}
 
 // Both ends belong to the row. Written so that a NaN is in every row.
 bool contains(const mfSegment_c& segment, double x)
@@ -80,7 +70,7 @@ double mfFunctionSegments_c::evaluate(double x, int order)
     if (refuses(segment, x) || (row == 0 && asked == 0) || asked > highestDerivative(segment))
         return 0.0;
     ICalculator* calculator = segment.getCalculator(asked);
-    return calculator == nullptr ? 0.0 : valueAt(*calculator, x);
+    return calculator == nullptr ? 0.0 : mf::valueAt(*calculator, x);
 }
 
 int mfFunctionSegments_c::findSegment(double x) const
@@ -102,7 +92,7 @@ bool mfFunctionSegments_c::calculateValue(int row, double x, double& y)
     ICalculator* calculator = segment.getCalculator(0);
     if (calculator == nullptr)
         return false;
-    y = valueAt(*calculator, x);
+    y = mf::valueAt(*calculator, x);
     return true;
 }
 
@@ -122,7 +112,7 @@ bool mfFunctionSegments_c::calculateValue(int row, double x, double& y, double& 
         ICalculator* calculator = segment.getCalculator(k);
         if (calculator == nullptr)
             return false;
-        *derivatives[k] = valueAt(*calculator, x);
+        *derivatives[k] = mf::valueAt(*calculator, x);
     }
     return true;
 }

@@ -22,7 +22,7 @@ mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
     if (&other == this)
         return *this;
     other.iCompute();
-    other.calculator_.iValue();
+    other.calculator_.formula_.calculator(0);
     startX_ = other.startX_;
     endX_ = other.endX_;
     value_ = other.value_;
@@ -33,11 +33,7 @@ mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
     profile_ = other.profile_;
     invalid_ = other.invalid_;
     plottingDataCount_ = other.plottingDataCount_;
-    plottingDataLength_ = other.plottingDataLength_;
-    plottingDataOrders_ = other.plottingDataOrders_;
-    sampling_.reset();
-    for (int order = 0; order <= 3; ++order)
-        plottingData_[order] = other.plottingData_[order];
+    arrays_ = other.arrays_;
     calculator_ = other.calculator_;
     return *this;
 }
@@ -45,8 +41,6 @@ mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
 mfSegment_c::~mfSegment_c()
 {
     delete profileKey_;
-    for (mfPoint2D_c* points : plottingData_)
-        delete[] points;
 }
 
 void mfSegment_c::setProfileKey(const mfProfileKey_c& key)

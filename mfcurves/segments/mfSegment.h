@@ -84,10 +84,10 @@ public:
     mfPoint2D_c* getPlottingData(int order) const;
     /// How many points the value array holds, and every derivative array that was
     /// built with it.
-    int getPlottingDataLength() const { return plottingDataLength_; }
+    int getPlottingDataLength() const { return arrays_.length(); }
     /// How many derivative arrays were built with the value array. Those of higher
     /// order, if any, are left from an earlier build.
-    int getPlottingDataOrders() const { return plottingDataOrders_; }
+    int getPlottingDataOrders() const { return arrays_.derivatives(); }
 
     /// Builds the value array and the derivative arrays that the quantity calls
     /// for, all of getPlottingDataCount points (0, 0); a count below 1 leaves them
@@ -100,7 +100,11 @@ public:
 
     /// The compiled form of that order, 0 the value; null when it cannot be had.
     /// See mfSegmentCalculator_c.
-    ICalculator* getCalculator(int order) { return calculator_.getCalculator(order); }
+    ICalculator* getCalculator(int order)
+    {
+        ICalculator* const ready = calculator_.iReady(order, profileExpr_);
+        return ready != nullptr ? ready : calculator_.getCalculator(order);
+    }
 
     /// Deep copy of numbers, texts, key and flag. Compiled forms and plotting data
     /// stay behind and are rebuilt on first use. A source without a key leaves the
@@ -109,22 +113,51 @@ public:
     bool copy(mfSegment_c* other);
 
 private:
-    friend class mfFunctionSegments_c;   // judges and samples the row
-    friend class mfSegmentCalculator_c;  // reads the texts without a copy at each evaluation
+    friend class mfFunctionSegments_c;  // judges and samples the row
 
-    // What a sampling reads of the row, besides the length and the orders of the
-    // arrays.
+    using Formula = mfSegmentCalculator_c::CompiledFormula;
+
+    // What samples are computed from: the row and its formula as they were.
     struct Sampling {
         double startX;
         double endX;
         double value;
-        mfSegmentCalculator_c::Formula formula;
+        CString expression;
+        CString variable;
+    };
+
+    // The four plotting arrays. Most rows are sampled and never drawn, so the samples may be
+    // computed when they are first looked at.
+    class PlottingArrays {
+    public:
+        PlottingArrays() = default;
+        PlottingArrays(const PlottingArrays&) = default;
+        PlottingArrays& operator=(const PlottingArrays&) = default;
+        MFCURVES_LOCAL ~PlottingArrays();
+
+        int length() const { return length_; }
+        int derivatives() const { return derivatives_; }
+        mfPoint2D_c* points(int order) const { return points_[order]; }
+
+        // Frees the arrays of a build with that many derivatives, and what waits.
+        MFCURVES_LOCAL void drop(int derivatives);
+        // Builds them with (0, 0).
+        MFCURVES_LOCAL void build(int length, int derivatives);
+        // Leaves them to be computed.
+        MFCURVES_LOCAL void sample(const Sampling& sampling, int length, int derivatives);
+        // Computes what waits. `present` is the formula that the row has now.
+        MFCURVES_LOCAL void compute(Formula& present);
+
+    private:
+        int length_ = 0;
+        int derivatives_ = 0;  // arrays built with the value array
+        std::optional<Sampling> sampling_;
+        mfPoint2D_c* points_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
     };
 
     MFCURVES_LOCAL void iSample(int motionObjectType, mf::MotorDriveType_e kind);
     MFCURVES_LOCAL void iDerive(int motionObjectType, mf::MotorDriveType_e kind);
     MFCURVES_LOCAL void iCompute() const;
-    MFCURVES_LOCAL void iDropPlottingData(int motionObjectType, mf::MotorDriveType_e kind);
 
     double startX_ = 0.0;
     double endX_ = 1.0;
@@ -136,18 +169,7 @@ private:
     mfProfile_c* profile_ = nullptr;        // lent by the profile manager for its life
     bool invalid_ = false;                  // true: the last check passed
     int plottingDataCount_ = 1;
-    int plottingDataLength_ = 0;
-    int plottingDataOrders_ = 0;
-    // A look at the arrays is what makes them.
-    mutable std::optional<Sampling> sampling_;  // still to be computed into them
-    mutable mfPoint2D_c* plottingData_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
+    // A look at the samples is what computes them.
+    mutable PlottingArrays arrays_;
     mutable mfSegmentCalculator_c calculator_;
 };
-
-// Asked at every evaluation: true when the order stands ready for the very text
-// that the segment has. Where there is a calculator there is a segment.
-inline bool mfSegmentCalculator_c::iIsBuilt(int order) const
-{
-    return order >= 0 && order <= 3 && calculators_[order] != nullptr &&
-           segment_->profileExpr_.SharesBuffer(confirmedExpression_);
-}

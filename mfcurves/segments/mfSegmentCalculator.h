@@ -29,44 +29,67 @@ public:
     ~mfSegmentCalculator_c();
 
     /// True when the segment's expression is the one last compiled. Case does not
-    /// count, and the name of the independent variable is not looked at.
+    /// count, and the name of the independent variable does not matter.
     bool isUpToDate() const;
 
-    /// The calculator of that order, owned by this object.
-    ICalculator* getCalculator(int order)
-    {
-        return iIsBuilt(order) ? calculators_[order] : iRenewCalculator(order);
-    }
+    /// The calculator of that order, 0 the value and 1 to 3 the derivatives; null when
+    /// it cannot be made. It belongs to this object.
+    ICalculator* getCalculator(int order);
 
 protected:
     ICalculator* iGetCalculator(int order);  ///< builds what is missing, lower orders first
     void iReleaseCalculators();              ///< gives all orders back
 
 private:
-    friend class mfSegment_c;  // samples what it had at an earlier time
+    friend class mfSegment_c;  // embeds this object, and samples by the formula of its time
 
-    // The texts that a compile reads.
-    struct Formula {
-        CString expression;
-        CString variable;
+    // The two texts of a formula and what the engine makes of them, each order when it is
+    // first asked for.
+    class CompiledFormula {
+    public:
+        CompiledFormula() = default;
+        // Notes the texts, to be compiled at the first request.
+        MFCURVES_LOCAL CompiledFormula(const CString& expression, const CString& variable);
+        CompiledFormula(const CompiledFormula&) = default;
+        CompiledFormula& operator=(const CompiledFormula&) = default;
+        MFCURVES_LOCAL ~CompiledFormula() { release(); }
 
-        MFCURVES_LOCAL bool sharesBuffers(const Formula& other) const;
-        // True for a text that reaches the engine as it is, whatever the encoder and the locale.
+        const CString& expression() const { return expression_; }
+        const CString& variable() const { return variable_; }
+        MFCURVES_LOCAL bool hasTexts(const CString& expression, const CString& variable) const;
+        // Compiled, or noted to be.
+        bool isKnown() const { return calculators_[0] != nullptr || isNoted_; }
+        bool isNoted() const { return isNoted_; }
+        // True for texts that reach the engine as they are, whatever the encoder and the locale.
         MFCURVES_LOCAL bool isAscii() const;
+
+        MFCURVES_LOCAL void note(const CString& expression, const CString& variable);
+        // Compiles the texts now, on the way through the narrow encoding.
+        MFCURVES_LOCAL void compile(const CString& expression, const CString& variable);
+        MFCURVES_LOCAL ICalculator* calculator(int order);
+        // What there is of that order, 0 to 3; null when nobody asked for it yet.
+        ICalculator* made(int order) const { return calculators_[order]; }
+        MFCURVES_LOCAL void release();
+
+    private:
+        CString expression_;
+        CString variable_;
+        bool isNoted_ = false;
+        ICalculator* calculators_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
     };
 
-    explicit mfSegmentCalculator_c(const Formula& postponed) : built_(postponed), postponed_(true) {}
-
-    MFCURVES_LOCAL bool iIsBuilt(int order) const;
-    ICalculator* iRenewCalculator(int order);
-    MFCURVES_LOCAL void iCompile();
-    MFCURVES_LOCAL bool iPostpone();
-    MFCURVES_LOCAL bool iHas(const Formula& formula) const;
-    MFCURVES_LOCAL ICalculator* iValue();
+    // Asked at every evaluation: the calculator of that order when it is made, and for the
+    // text `expression`; null otherwise. Texts share their buffers, so that one comparison
+    // of pointers shows that nothing was set.
+    ICalculator* iReady(int order, const CString& expression) const
+    {
+        return order >= 0 && order <= 3 && expression.SharesBuffer(confirmedExpression_)
+                   ? formula_.made(order)
+                   : nullptr;
+    }
+    MFCURVES_LOCAL bool iPrepare();
 
     mfSegment_c* segment_ = nullptr;       // lent: it embeds this object
-    Formula built_;                        // the texts last handed to the engine
+    CompiledFormula formula_;              // of the texts last handed to the engine, or noted for it
     mutable CString confirmedExpression_;  // last text found to equal that expression
-    bool postponed_ = false;               // built_ is still to be handed over
-    ICalculator* calculators_[4] = {nullptr, nullptr, nullptr, nullptr};  // owned
 };

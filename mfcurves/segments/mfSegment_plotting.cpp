@@ -4,25 +4,16 @@
 #include <memory>
 
 #include "mfcurves/engine/evaluateMany.h"
+#include "mfcurves/functions/calculators.h"
 #include "mfcurves/functions/motorDerivatives.h"
-#include "mfcurves/interfaces/ICalculator.h"
-#include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/segments/mfSegment.h"
 
 namespace {
 
 constexpr int kMotor = 0;
-constexpr int kForceOrTorque = 1;
 
 constexpr int kPointsOfStretch = 100;
 constexpr int kPointsOfPointRow = 1;
-
-int derivativeArrays(int motionObjectType, mf::MotorDriveType_e kind)
-{
-    if (motionObjectType == kMotor)
-        return mf::motorDerivatives(kind);
-    return motionObjectType == kForceOrTorque ? 1 : 0;
-}
 
 std::unique_ptr<mfPoint2D_c[]> newPoints(int count)
 {
@@ -34,12 +25,8 @@ std::unique_ptr<mfPoint2D_c[]> newPoints(int count)
 void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
 {
     const auto done = static_cast<int>(mf::engine::evaluateMany(calculator, x, y, count));
-    for (int i = done; i < count; ++i) {
-        MMEP_Data argument(x[i]);
-        MMEP_Data result;
-        calculator.Evaluate(1, &argument, result);
-        y[i] = *result.getValue();
-    }
+    for (int i = done; i < count; ++i)
+        y[i] = mf::valueAt(calculator, x[i]);
 }
 
 // Sets the Y of `count` points to the calculator's answers at the X of `at`, 0.0
@@ -76,85 +63,109 @@ void sampleStretch(ICalculator& calculator, double start, double end, mfPoint2D_
 
 }  // namespace
 
+mfSegment_c::PlottingArrays::~PlottingArrays()
+{
+    for (mfPoint2D_c* points : points_)
+        delete[] points;
+}
+
+void mfSegment_c::PlottingArrays::drop(int derivatives)
+{
+    sampling_.reset();
+    derivatives_ = derivatives;
+    length_ = 0;
+    for (int order = 0; order <= derivatives; ++order) {
+        delete[] points_[order];
+        points_[order] = nullptr;
+    }
+}
+
+// When memory runs out, the arrays that are missing are null and the length says
+// 0.
+void mfSegment_c::PlottingArrays::build(int length, int derivatives)
+{
+    drop(derivatives);
+    if (length < 1)
+        return;
+    for (int order = 0; order <= derivatives; ++order)
+        points_[order] = newPoints(length).release();
+    length_ = length;
+}
+
+void mfSegment_c::PlottingArrays::sample(const Sampling& sampling, int length, int derivatives)
+{
+    drop(derivatives);
+    length_ = length;
+    sampling_ = sampling;
+}
+
+// When memory runs out, the samples wait on.
+void mfSegment_c::PlottingArrays::compute(Formula& present)
+{
+    if (!sampling_)
+        return;
+    const auto& [startX, endX, endValue, expression, variable] = *sampling_;
+    std::unique_ptr<mfPoint2D_c[]> points[4];
+    for (int order = 0; order <= derivatives_; ++order)
+        points[order] = newPoints(length_);
+
+    Formula former(expression, variable);
+    Formula& formula = present.isKnown() && present.hasTexts(expression, variable) ? present : former;
+    ICalculator* value = formula.calculator(0);
+    if (value != nullptr && length_ == kPointsOfPointRow) {
+        points[0][0] = mfPoint2D_c(startX, endValue);
+        for (int order = 1; order <= derivatives_; ++order)
+            points[order][0] = mfPoint2D_c(startX, 0.0);
+    } else if (value != nullptr) {
+        sampleStretch(*value, startX, endX, points[0].get(), length_);
+        ICalculator* const calculators[] = {value, formula.calculator(1), formula.calculator(2),
+                                            formula.calculator(3)};
+        for (int order = 1; order <= derivatives_; ++order)
+            ::sample(calculators[order], points[0].get(), points[order].get(), length_);
+    }
+
+    for (int order = 0; order <= derivatives_; ++order)
+        points_[order] = points[order].release();
+    sampling_.reset();
+}
+
 mfPoint2D_c* mfSegment_c::getPlottingData(int order) const
 {
     if (order < 0 || order > 3)
         return nullptr;
     iCompute();
-    return plottingData_[order];
+    return arrays_.points(order);
 }
 
-// When memory runs out, the arrays that are missing are null and the length says
-// 0.
+void mfSegment_c::iCompute() const
+{
+    arrays_.compute(calculator_.formula_);
+}
+
 void mfSegment_c::initializePlottingData(int motionObjectType, mf::MotorDriveType_e kind)
 {
-    iDropPlottingData(motionObjectType, kind);
-    if (plottingDataCount_ < 1)
-        return;
-    for (int order = 0; order <= plottingDataOrders_; ++order)
-        plottingData_[order] = newPoints(plottingDataCount_).release();
-    plottingDataLength_ = plottingDataCount_;
+    const int derivatives = mf::plottedDerivatives(motionObjectType, kind);
+    if (derivatives < arrays_.derivatives())
+        iCompute();  // the arrays above those of this build keep their samples
+    arrays_.build(plottingDataCount_, derivatives);
 }
 
-// Frees the arrays that a build makes anew. Those above them keep the samples that
-// they have, or are still to get.
-void mfSegment_c::iDropPlottingData(int motionObjectType, mf::MotorDriveType_e kind)
-{
-    const int orders = derivativeArrays(motionObjectType, kind);
-    if (orders < plottingDataOrders_)
-        iCompute();
-    sampling_.reset();
-    plottingDataOrders_ = orders;
-    plottingDataLength_ = 0;
-    for (int order = 0; order <= orders; ++order) {
-        delete[] plottingData_[order];
-        plottingData_[order] = nullptr;
-    }
-}
-
-// Most rows are sampled and never drawn. So the samples are computed at the first
-// look, from what the row is now, unless computing them later would show. A
-// compile that throws leaves the samples of no formula, which are zeros.
+// The samples are computed at the first look, from what the row is now, unless
+// computing them later would show. A compile that throws leaves the samples of no
+// formula, which are zeros.
 void mfSegment_c::iSample(int motionObjectType, mf::MotorDriveType_e kind)
 {
     plottingDataCount_ = startX_ != endX_ ? kPointsOfStretch : kPointsOfPointRow;
-    iDropPlottingData(motionObjectType, kind);
-    plottingDataLength_ = plottingDataCount_;
-    sampling_ = Sampling{startX_, endX_, value_, {}};
-    const bool mayWait = calculator_.iPostpone();
-    sampling_->formula = calculator_.built_;
+    const int derivatives = mf::plottedDerivatives(motionObjectType, kind);
+    if (derivatives < arrays_.derivatives())
+        iCompute();
+    arrays_.sample({startX_, endX_, value_, {}, {}}, plottingDataCount_, derivatives);
+    const bool mayWait = calculator_.iPrepare();
+    const Formula& formula = calculator_.formula_;
+    arrays_.sample({startX_, endX_, value_, formula.expression(), formula.variable()}, plottingDataCount_,
+                   derivatives);
     if (!mayWait)
         iCompute();
-}
-
-// Computes the samples that were put off. When memory runs out, they stay put off.
-void mfSegment_c::iCompute() const
-{
-    if (!sampling_)
-        return;
-    const auto& [startX, endX, endValue, formula] = *sampling_;
-    std::unique_ptr<mfPoint2D_c[]> points[4];
-    for (int order = 0; order <= plottingDataOrders_; ++order)
-        points[order] = newPoints(plottingDataLength_);
-
-    mfSegmentCalculator_c former(formula);
-    mfSegmentCalculator_c& calculator = calculator_.iHas(formula) ? calculator_ : former;
-    ICalculator* value = calculator.iValue();
-    if (value != nullptr && plottingDataLength_ == kPointsOfPointRow) {
-        points[0][0] = mfPoint2D_c(startX, endValue);
-        for (int order = 1; order <= plottingDataOrders_; ++order)
-            points[order][0] = mfPoint2D_c(startX, 0.0);
-    } else if (value != nullptr) {
-        sampleStretch(*value, startX, endX, points[0].get(), plottingDataLength_);
-        ICalculator* const calculators[] = {value, calculator.iGetCalculator(1), calculator.iGetCalculator(2),
-                                            calculator.iGetCalculator(3)};
-        for (int order = 1; order <= plottingDataOrders_; ++order)
-            sample(calculators[order], points[0].get(), points[order].get(), plottingDataLength_);
-    }
-
-    for (int order = 0; order <= plottingDataOrders_; ++order)
-        plottingData_[order] = points[order].release();
-    sampling_.reset();
 }
 
 // A stretch gets the derivatives of the motor's quantity, whatever the curve
@@ -163,20 +174,20 @@ void mfSegment_c::iCompute() const
 void mfSegment_c::iDerive(int motionObjectType, mf::MotorDriveType_e kind)
 {
     iCompute();
-    const int count = std::min(plottingDataCount_, plottingDataLength_);
+    const int count = std::min(plottingDataCount_, arrays_.length());
     if (count < 1)
         return;
-    const mfPoint2D_c* values = plottingData_[0];
+    const mfPoint2D_c* values = arrays_.points(0);
 
     if (plottingDataCount_ == kPointsOfPointRow) {
         const int wanted = motionObjectType == kMotor ? mf::motorDerivatives(kind) : 1;
-        for (int order = 1; order <= std::min(wanted, plottingDataOrders_); ++order)
-            plottingData_[order][0] = mfPoint2D_c(values[0].x(), 0.0);
+        for (int order = 1; order <= std::min(wanted, arrays_.derivatives()); ++order)
+            arrays_.points(order)[0] = mfPoint2D_c(values[0].x(), 0.0);
         return;
     }
 
     ICalculator* const calculators[] = {nullptr, getCalculator(1), getCalculator(2), getCalculator(3)};
     const int wanted = std::max(1, mf::motorDerivatives(kind));
-    for (int order = 1; order <= std::min(wanted, plottingDataOrders_); ++order)
-        sample(calculators[order], values, plottingData_[order], count);
+    for (int order = 1; order <= std::min(wanted, arrays_.derivatives()); ++order)
+        sample(calculators[order], values, arrays_.points(order), count);
 }
