@@ -25,15 +25,16 @@ struct State {
     double velocity = 0.0;
 };
 
-double acceleration(mfFunctionData_c& support, double time, const State& state)
+double acceleration(const mf::Curve& support, double time, const State& state)
 {
-    const double stretch = support.evaluate(time, 0) - state.position;
-    const double speed = support.evaluate(time, 1) - state.velocity;
+    const mf::CurveValues at = support.at(time);  // all orders in one call
+    const double stretch = at.y - state.position;
+    const double speed = at.d1 - state.velocity;
     return (kSpring * stretch + kDamper * speed) / kMass;
 }
 
 // One step of the midpoint rule.
-State advanced(mfFunctionData_c& support, double time, const State& state)
+State advanced(const mf::Curve& support, double time, const State& state)
 {
     const double half = kTimeStep / 2.0;
     const State middle{state.position + half * state.velocity,
@@ -46,25 +47,17 @@ State advanced(mfFunctionData_c& support, double time, const State& state)
 
 int main()
 {
-    mf::host::Context host;
-    QelSession_c::setMotionFunctionContext(&host);
-
-    mfFunctionData_c support;
-    support.initialize();
-    support.setFunctionType(mf::FunctionType_Expression);
-    auto& expression = *static_cast<mfFunctionExpression_c*>(support.getFunctionExpression());
-    expression.setMotorDependentVar(mf::MotorDriveType_Displacment);
-    expression.setParseExpression(L"step5(time, 0.5, 0, 1.5, 25)");  // what is sampled for drawing
-    expression.setMathExpression(L"step5(time, 0.5, 0, 1.5, 25)");   // what is asked point by point
-    expression.setDomain(0.0, kSteps * kTimeStep);
-    expression.calculateValue();
+    mf::CurveDefinition definition;
+    definition.shape =
+        mf::CurveDefinition::Expression{"step5(time, 0.5, 0, 1.5, 25)", 0.0, kSteps * kTimeStep};
+    const mf::Curve support(definition);
 
     State state;
     std::printf("time support mass\n");
     for (int i = 0; i < kSteps; ++i) {
         const double time = i * kTimeStep;
         if (i % 500 == 0)
-            std::printf("%4.2f %8.4f %8.4f\n", time, support.evaluate(time, 0), state.position);
+            std::printf("%4.2f %8.4f %8.4f\n", time, support(time), state.position);
         state = advanced(support, time, state);
     }
     return std::fabs(state.position - kStroke) < 1e-3 ? 0 : 1;

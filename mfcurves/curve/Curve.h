@@ -45,10 +45,10 @@ enum class Outside {
 /// The value of a curve at one x, in the unit of its values, and its first three
 /// derivatives by x. NaN where there is no finite value.
 struct CurveValues {
-    double y;
-    double d1;
-    double d2;
-    double d3;
+    double y;   ///< the value
+    double d1;  ///< its first derivative by x
+    double d2;  ///< its second derivative by x
+    double d3;  ///< its third derivative by x
 
     /// The derivative of that order, 0 being the value; NaN outside 0 to 3.
     double operator[](int order) const
@@ -138,6 +138,7 @@ public:
     {
         evaluate(x.data(), x.size() < y.size() ? x.size() : y.size(), order, y.data());
     }
+    /// Values and derivatives for as many x as both spans have room for.
     void evaluate(std::span<const double> x, std::span<CurveValues> values) const noexcept
     {
         evaluate(x.data(), x.size() < values.size() ? x.size() : values.size(), values.data());
@@ -158,6 +159,7 @@ public:
     /// The same curve under another rule beyond its ends. The rule is not part of the
     /// definition and of documents, and equality does not see it.
     MFCURVES_API Curve with(Outside outside) const;
+    /// The rule beyond the ends that `with` set.
     Outside outside() const
     {
         return outside_;
@@ -173,6 +175,7 @@ public:
 
     /// Equal definitions.
     friend MFCURVES_API bool operator==(const Curve& a, const Curve& b);
+    /// Definitions that differ.
     friend bool operator!=(const Curve& a, const Curve& b)
     {
         return !(a == b);

@@ -17,13 +17,13 @@ namespace mf {
 
 /// The x from `from` to `to`, both included.
 struct Range {
-    double from;
-    double to;
+    double from;  ///< the least x
+    double to;    ///< the greatest x
 };
 
 /// One stretch of a curve made of rows. It starts where the previous one ends.
 struct CurveRow {
-    double endX = 0.0;
+    double endX = 0.0;    ///< where the next row starts
     double value = 0.0;   ///< at endX
     std::string profile;  ///< name of the motion law: "3-4-5-Polynomial" or "3-4-5-Polynomial (Default)"
 };
@@ -46,8 +46,8 @@ enum class Over { Time, CycleAngle, MotionResult };
 
 /// A curve made of rows, each shaped by a motion law.
 struct SegmentShape {
-    double startX = 0.0;
-    double startValue = 0.0;
+    double startX = 0.0;         ///< where the first row starts
+    double startValue = 0.0;     ///< the value there
     std::vector<CurveRow> rows;  ///< at least one; ends do not descend, and one at least ascends
     std::vector<LawText> laws;   ///< found before built-in and shipped laws of the same name
     /// How numbers enter the laws: rounded to six decimals, as tables and documents
@@ -59,13 +59,14 @@ struct SegmentShape {
 struct PointShape {
     std::vector<double> x;  ///< at least one, ascending
     std::vector<double> y;  ///< as many
+    /// How the curve runs between the points; beyond them the end tangents go on.
     Interpolation interpolation = Interpolation::Linear;
 };
 
 /// A curve given by a text with at most one variable, whatever its name
 /// (docs/expressions.md).
 struct ExpressionShape {
-    std::string text;
+    std::string text;   ///< such as "10*sin(2*pi*x)"
     double from = 0.0;  ///< range of x; beyond it the expression goes on
     double to = 0.0;    ///< not below `from`
 };
@@ -83,16 +84,16 @@ struct ExpressionShape {
 /// millimetres, or degrees if `rotary`, and their derivatives by x, newtons or
 /// newton metres. Nothing is converted, so any other consistent unit will do.
 struct CurveDefinition {
-    using Segments = SegmentShape;
-    using Points = PointShape;
-    using Expression = ExpressionShape;
+    using Segments = SegmentShape;       ///< rows shaped by motion laws
+    using Points = PointShape;           ///< a spline through points
+    using Expression = ExpressionShape;  ///< a text
 
-    std::variant<Segments, Points, Expression> shape;
-    std::string name;
-    Quantity quantity = Quantity::Displacement;
-    Over over = Over::Time;
-    std::string motionResult;  ///< name of the result; only for Over::MotionResult
-    bool rotary = false;       ///< degrees in place of millimetres
+    std::variant<Segments, Points, Expression> shape;  ///< the curve itself
+    std::string name;                                  ///< for a person; may be empty
+    Quantity quantity = Quantity::Displacement;        ///< what its values are
+    Over over = Over::Time;                            ///< what x is
+    std::string motionResult;                          ///< name of the result; only for Over::MotionResult
+    bool rotary = false;                               ///< degrees in place of millimetres
     /// The kind of X-Y data in a document; only where quantity and rotary do not
     /// imply it.
     std::optional<MotFuncXYDataType_e> dataType;
@@ -105,6 +106,8 @@ struct ReadSettings {
     std::vector<std::string> motionResults;  ///< names that a curve may run over
 };
 
+/// Equality of every field, doubles by their bits.
+/// @{
 MFCURVES_API bool operator==(const CurveRow& a, const CurveRow& b);
 MFCURVES_API bool operator==(const LawText& a, const LawText& b);
 MFCURVES_API bool operator==(const SegmentShape& a, const SegmentShape& b);
@@ -112,6 +115,10 @@ MFCURVES_API bool operator==(const PointShape& a, const PointShape& b);
 MFCURVES_API bool operator==(const ExpressionShape& a, const ExpressionShape& b);
 MFCURVES_API bool operator==(const CurveDefinition& a, const CurveDefinition& b);
 
+/// @}
+
+/// The opposite of equality.
+/// @{
 inline bool operator!=(const CurveRow& a, const CurveRow& b)
 {
     return !(a == b);
@@ -136,5 +143,6 @@ inline bool operator!=(const CurveDefinition& a, const CurveDefinition& b)
 {
     return !(a == b);
 }
+/// @}
 
 }  // namespace mf

@@ -10,8 +10,10 @@ namespace mf {
 
 /// One thing that is wrong or odd, in words for a person.
 struct Problem {
+    /// An error leaves no curve; with a warning there is one.
     enum class Level { Error, Warning };
 
+    /// How bad it is.
     Level level = Level::Error;
     /// Where: "cam.xml:12", "row 3", "point 3", "character 7", counted from 1. The
     /// row that states where a curve begins is row 0. Empty where it is about the
@@ -22,10 +24,12 @@ struct Problem {
     std::string message;
 };
 
+/// Equal in every field.
 inline bool operator==(const Problem& a, const Problem& b)
 {
     return a.level == b.level && a.place == b.place && a.message == b.message;
 }
+/// Different in some field.
 inline bool operator!=(const Problem& a, const Problem& b)
 {
     return !(a == b);
@@ -43,6 +47,7 @@ inline bool operator!=(const Problem& a, const Problem& b)
 /// `what()` has one line for each problem, "PLACE: MESSAGE".
 class MFCURVES_API CurveError : public std::runtime_error {
 public:
+    /// With all that was found; what() is made of it.
     explicit CurveError(std::vector<Problem> problems);
     CurveError(const CurveError&) = default;
     CurveError& operator=(const CurveError&) = default;

@@ -26,13 +26,18 @@ public:
     /// Appends a point, whatever its X: the list never sorts.
     void addPoint(double x, double y);
 
+    /// The number of points.
     int getPointCount() const { return static_cast<int>(points_.size()); }
+    /// Both coordinates of a point, counted from 0.
     bool getPoint(int index, double& x, double& y) const;
+    /// X of a point, counted from 0.
     double getX(int index) const;
+    /// Y of a point, counted from 0.
     double getY(int index) const;
 
     double getStartX() const { return startX_; }  ///< X of the first point
     double getEndX() const { return endX_; }      ///< X of the last point
+    /// X of the first and of the last point.
     void getRangeX(double& start, double& end) const;
 
     /// Moves a point. False, changing nothing, when the first point would pass

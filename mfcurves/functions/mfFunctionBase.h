@@ -26,8 +26,11 @@ public:
     /// 0 when the curve drives a motor, so that motorDependentVar governs; any
     /// other number when it is a force or torque. Not a mf::MotionObjectType_e.
     int motionObjectType = 0;
+    /// The quantity of a motor that the curve gives.
     mf::MotorDriveType_e motorDependentVar = mf::MotorDriveType_None;
+    /// Whether the curve gives a force or a torque, where motionObjectType is not 0.
     mf::ForceTorqueType_e forceTorqueDependentVar = mf::ForceTorqueType_None;
+    /// What X stands for.
     mf::IndependentVariableType_e independentVar = mf::IndependentVariableType_None;
     CString motionResult;  ///< the motion result that X stands for; empty for time and cycle angle
 
@@ -41,8 +44,11 @@ public:
     virtual bool HasEnumForIndependentVariable() const { return true; }
     /// The text that names the independent variable, for kinds that keep one.
     virtual CString GetIndependentVarName() const { return {}; }
+    /// True for a table of segments.
     virtual bool IsSegements() const { return false; }  // spelling is exported
+    /// True for a table of data points.
     virtual bool IsDataPoints() const { return false; }
+    /// True for an expression.
     virtual bool IsExpression() const { return false; }
 
     /// True when the function says what X stands for and which quantity it gives.

@@ -63,6 +63,7 @@ public:
     void setMotionResult(const CString& name) override { motionResult = name; }
     CString getMotionResult() override { return motionResult; }
 
+    /// Always true.
     bool IsDataPoints() const override { return true; }
     /// The rule of the base alone: an empty table does not make a function invalid.
     bool IsValid() override { return mfFunctionBase_c::IsValid(); }
@@ -94,6 +95,7 @@ public:
     /// change nothing and answer true. A new X moves the row to its place, or is
     /// refused with false where it would meet another row's range.
     bool modifyDataPoint(int row, int column, double x, double y);
+    /// Removes a row and destroys it; false outside the table.
     bool deleteDataPoint(int row);
     /// Deletes rows by their index at the time of the call, in any order, repeated
     /// or not; indices outside the table are ignored. Always true. The update rows
@@ -121,6 +123,7 @@ public:
     void getUpdateRows(std::vector<int>& out) const { out = updateRows_; }
     int getTotalPoints() const;                                                      ///< points of all rows
     int getDataPointsCount() const { return static_cast<int>(dataPoints_.size()); }  ///< rows
+    /// True without rows.
     bool isEmpty() const { return dataPoints_.empty(); }
     /// The X range of the table; 0.0 and 0.0 when it is empty.
     void getDomian(double& start, double& end) const;  // spelling is exported
@@ -139,13 +142,16 @@ public:
     /// Sets the number of samples that calculateValue() takes: 100, or the number
     /// of points where there are more, or 0 where there are none.
     void setPlottingDataCount();
+    /// The number of samples that calculateValue() takes.
     int getPlottingDataCount() const { return plottingCount_; }
     /// The samples of value and derivatives, each getPlottingDataCount long since
     /// the last calculateValue(), null before the first. Lent until the next.
+    /// @{
     mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
     mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
     mfPoint2D_c* getPlottingData2() const { return plottingData_[2]; }
     mfPoint2D_c* getPlottingData3() const { return plottingData_[3]; }
+    /// @}
     /// The same by order, 0 to 3; null for another.
     mfPoint2D_c* getPlottingData(int order) const;
 

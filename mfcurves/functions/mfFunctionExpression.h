@@ -50,13 +50,18 @@ public:
     /// True unless independentVar is None.
     bool HasEnumForIndependentVariable() const override;
     CString GetIndependentVarName() const override;
+    /// Always true.
     bool IsExpression() const override;
     /// Forgets the math expression, the variable, the domain and the arrays; the
     /// parse expression, the calculator and the plotting flag stay.
     void ClearFunction() override;
 
+    /// Sets the text that sampling compiles. evaluate gives derivatives only after
+    /// calculateValue() has sampled it: set it to the math expression.
     void setParseExpression(const CString& expression) { parseExpression_ = expression; }
+    /// True when X is time.
     bool isXValueTime() const { return independentVar == mf::IndependentVariableType_Time; }
+    /// True when X is the cycle angle.
     bool isXValueCycleAngle() const { return independentVar == mf::IndependentVariableType_CycleAngle; }
     bool isAValidADAMSExpression(const CString& expression) const;  ///< true for every text
 
@@ -106,13 +111,16 @@ public:
     bool isValidForPlotting() const { return validForPlotting_; }
     /// The number of points in each array, as far as nobody has set another one.
     int getPlottingPointCount() const { return plottingPointCount_; }
+    /// Sets that number without touching the arrays.
     void setPlottingPointCount(int count) { plottingPointCount_ = count; }
     /// The sampled (x, value) or (x, derivative), getPlottingPointCount points in
     /// the order of sampling; null where there are none.
+    /// @{
     mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
     mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
     mfPoint2D_c* getPlottingData2() const { return plottingData_[2]; }
     mfPoint2D_c* getPlottingData3() const { return plottingData_[3]; }
+    /// @}
     /// The same by order; null outside 0 to 3.
     mfPoint2D_c* getPlottingData(int order) const;
 

@@ -8,8 +8,8 @@
 /// product with a number is a point again.
 class MFCURVES_API mfPoint2D_c {
 public:
-    mfPoint2D_c() = default;  ///< the point (0, 0)
-    mfPoint2D_c(double x, double y) : x_(x), y_(y) {}
+    mfPoint2D_c() = default;                           ///< the point (0, 0)
+    mfPoint2D_c(double x, double y) : x_(x), y_(y) {}  ///< the point (x, y)
     mfPoint2D_c(const mfPoint2D_c&) = default;
     mfPoint2D_c& operator=(const mfPoint2D_c&) = default;
     ~mfPoint2D_c() = default;
@@ -17,8 +17,11 @@ public:
     double x() const { return x_; }  ///< value of the independent variable in a plotting array
     double y() const { return y_; }  ///< value or derivative at x in a plotting array
 
+    /// Sum, coordinate by coordinate.
     mfPoint2D_c operator+(const mfPoint2D_c& q) const { return {x_ + q.x_, y_ + q.y_}; }
+    /// Difference, coordinate by coordinate.
     mfPoint2D_c operator-(const mfPoint2D_c& q) const { return {x_ - q.x_, y_ - q.y_}; }
+    /// Product with a number.
     mfPoint2D_c operator*(double s) const { return {x_ * s, y_ * s}; }
 
     /// Cross product, x * q.y - y * q.x.
@@ -26,7 +29,9 @@ public:
     /// Dot product, x * q.x + y * q.y.
     double operator%(const mfPoint2D_c& q) const { return x_ * q.x_ + y_ * q.y_; }
 
+    /// Distance from (0, 0).
     double length() const;
+    /// Square of the length.
     double sqrLength() const { return x_ * x_ + y_ * y_; }
 
 private:
@@ -34,6 +39,7 @@ private:
     double y_ = 0.0;
 };
 
+/// Product with a number.
 inline mfPoint2D_c operator*(double s, const mfPoint2D_c& p)
 {
     return p * s;

@@ -13,10 +13,11 @@ namespace mf::host {
 ///     mf::host::Context host;
 ///     QelSession_c::setMotionFunctionContext(&host);
 ///
-/// The profiles are read when they are asked for first, by which time the context
-/// has to stand in the session, with its design library set. A program that
-/// changes the library later, or wants to know whether it could be read, calls
-/// rebuildUserProfileMap itself.
+/// The profiles are read when they are asked for first, by which time the context has to
+/// be set in the session, with its design library set; no call of rebuildUserProfileMap
+/// is needed. A program that changes the library later takes a new context. One that
+/// wants to know whether the library could be read calls rebuildUserProfileMap, which
+/// reads it once more and says so, or mf::laws, which says why not.
 ///
 /// Ownership: services, study and profile manager belong to the context, which has
 /// to outlive the functions that were made under it. When it ends it takes itself
@@ -28,8 +29,11 @@ public:
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
+    /// The services, to set them up.
     Services& services() { return services_; }
+    /// The study, to set it up.
     Study& study() { return study_; }
+    /// The profile manager. Its profiles are read at the first call.
     mfProfileManager_c& profileManager() { return *getProfileManager(); }
 
     IMotionServices_c* getMotionServices() override;

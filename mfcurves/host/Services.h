@@ -26,11 +26,13 @@ enum UnitKind : int {
 /// A new object names no design library, no resource library and no motion
 /// results, and its unit factors are 1.0.
 ///
+/// Threads: set it up before functions are used; then it may be asked from several.
 /// Ownership: the splines that createSplineData makes belong to this object, so
 /// it has to outlive the functions that use them. A spline that it did not make
 /// is no business of releaseSplineData and stays with its owner.
 class MFCURVES_API Services : public IMotionServices_c {
 public:
+    /// Makes one new, empty spline.
     using SplineFactory = std::function<std::unique_ptr<ISimSplineData_c>()>;
 
     Services();
@@ -38,12 +40,16 @@ public:
     Services(const Services&) = delete;
     Services& operator=(const Services&) = delete;
 
-    /// Folders separated by ";".
+    /// Sets the folders of the design library, separated by ";". The profile manager reads
+    /// them at its next rebuild and remembers the folders that it found: see
+    /// mfProfileManager_c::rebuildUserProfileMap. Blanks belong to a name.
     void setDesignLibraryPaths(const CString& paths) { designLibraryPaths_ = paths; }
     /// The path of the resource library, whatever base name is asked for.
     void setResourceLibraryPath(const CString& path) { resourceLibraryPath_ = path; }
     /// What the values of a quantity are divided by; 1.0 while nothing is set.
     void setUnitFactor(int unitKind, double factor) { unitFactors_[unitKind] = factor; }
+    /// Sets the motion results that exist. Without names, data points take any result and
+    /// segments none.
     void setMotionResultNames(std::vector<CString> names) { motionResultNames_ = std::move(names); }
     /// Makes the splines from now on; an empty factory brings the default back. A
     /// factory may answer null, and so does createSplineData then.

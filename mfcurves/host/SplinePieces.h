@@ -11,10 +11,10 @@ namespace mf::host {
 
 /// The polynomial a + b t + c t^2 + d t^3 in the distance t from its knot.
 struct alignas(32) SplinePiece {
-    double a;
-    double b;
-    double c;
-    double d;
+    double a;  ///< the value at the knot
+    double b;  ///< the slope there
+    double c;  ///< half the second derivative there
+    double d;  ///< a sixth of the third derivative
 };
 
 /// The polynomials between points and the index that finds the one for an x: what
@@ -29,12 +29,15 @@ public:
     /// have it: Akima 0, natural cubic 1, straight for any other kind.
     SplinePieces(std::vector<double> x, const std::vector<double>& y, int kind);
 
+    /// The number of points, and of pieces.
     std::size_t count() const { return pieces_.size(); }
-    /// X of the first and the last point; infinity and minus infinity without points.
+    /// X of the first point; infinity without points.
     double firstX() const { return firstX_; }
+    /// X of the last point; minus infinity without points.
     double lastX() const { return lastX_; }
     /// count() knots, and twice the double after the last one.
     const double* knots() const { return knots_.data(); }
+    /// count() pieces, in the order of the knots.
     const SplinePiece* pieces() const { return pieces_.data(); }
 
     /// The last piece that begins at or before x, for an x from the first point to the

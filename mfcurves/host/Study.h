@@ -9,6 +9,7 @@ namespace mf::host {
 /// angle as an independent variable.
 class MFCURVES_API Study : public IMotionStudy_c {
 public:
+    /// Sets what isCycleAngleAvailable returns from now on.
     void setCycleAngleAvailable(bool available) { cycleAngleAvailable_ = available; }
     bool isCycleAngleAvailable() override;
 

@@ -7,5 +7,6 @@
 /// Memory could not be had for a text.
 class MFCURVES_API CMemoryException : public std::bad_alloc {
 public:
+    /// Says that there was no memory for a text.
     const char* what() const noexcept override;
 };

@@ -6,21 +6,42 @@
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// A segment function as the host sees it. See mfFunctionSegments_c.
+/// A segment function as the host sees it. See mfFunctionSegments_c, which is the only
+/// class that has this interface, for units, errors and ownership.
+///
+/// Threads: one at a time for each function.
 class MFCURVES_API IFunctionSegments_c {
 public:
     virtual ~IFunctionSegments_c();
+    /// Removes all rows and forgets what the curve gives and what X stands for.
     virtual void clearSegments() = 0;
+    /// The value (order 0) or that derivative (1 to 3) at x; 0.0 where there is none.
+    /// mfFunctionData_c::evaluate says what holds at seams, beyond the ends and for rows
+    /// that were not sampled.
     virtual double evaluate(double x, int order) = 0;
+    /// Sets which quantity of a motor the curve gives; derivatives are sampled
+    /// accordingly. It counts while motionObjectType is 0.
     virtual void setMotorDependentVar(mf::MotorDriveType_e quantity) = 0;
+    /// The quantity of a motor, as it was set.
     virtual mf::MotorDriveType_e getMotorDependentVar() = 0;
+    /// Sets whether the curve gives a force or a torque. It counts while motionObjectType
+    /// is not 0, which has to be set too.
     virtual void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) = 0;
+    /// Whether it gives a force or a torque, as it was set.
     virtual mf::ForceTorqueType_e getForceTorqueDependentVar() = 0;
+    /// Sets what X stands for. For a motion result, setMotionResult gives its name. Edits
+    /// keep the rows of a time or an angle from being pushed below 0.
     virtual void setIndependentVar(mf::IndependentVariableType_e variable) = 0;
+    /// What X stands for: time in s, the cycle angle in degrees, or a motion result.
     virtual mf::IndependentVariableType_e getIndependentVar() = 0;
+    /// Sets the name of the motion result that X stands for; empty for time and cycle
+    /// angle. The name is not checked.
     virtual void setMotionResult(const CString& name) = 0;
+    /// The name of the motion result that X stands for; empty where it is not one.
     virtual CString getMotionResult() = 0;
+    /// Does nothing; rows are reached through mfFunctionSegments_c::selectSegment.
     virtual void getSegmentsData(std::vector<CString>& data) = 0;
+    /// Does nothing; rows are added through mfFunctionSegments_c::addSegment.
     virtual void setSegmentsData(const std::vector<CString>& data) = 0;
 
 protected:

@@ -4,7 +4,11 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// The interpolator of a data-point function, made by the host's services.
+/// The interpolator of a data-point function, made by the host's services. A host may
+/// bring its own; mf::host::Spline is the one of the stand-alone host.
+///
+/// X and Y have the units of the function; nothing is converted. A function calls its
+/// spline from the thread that uses the function.
 class MFCURVES_API ISimSplineData_c {
 public:
     virtual ~ISimSplineData_c();
@@ -17,10 +21,16 @@ public:
     virtual void copyFrom(ISimSplineData_c* source) = 0;
     /// All points, ascending in x.
     virtual const std::map<double, double>& getPointMap() = 0;
+    /// Removes all points; the kind stays.
     virtual void clearPoints() = 0;
+    /// Adds a point; one with the same x replaces the former one.
     virtual void addPoint(double x, double y) = 0;
+    /// The value at x, also outside the points, where the spline decides what holds.
     virtual double getValue(double x) = 0;
+    /// The first derivative at x.
     virtual double getFirstDerivative(double x) = 0;
+    /// The second derivative at x.
     virtual double getSecondDerivative(double x) = 0;
+    /// The third derivative at x.
     virtual double getThirdDerivative(double x) = 0;
 };

@@ -8,7 +8,7 @@
 class MFCURVES_API MMEP_Data {
 public:
     MMEP_Data() = default;
-    MMEP_Data(double number) : number_(number) {}
+    MMEP_Data(double number) : number_(number) {}  ///< holds that number
     ~MMEP_Data() = default;
     MMEP_Data(const MMEP_Data&) = default;
     MMEP_Data& operator=(const MMEP_Data&) = default;

@@ -11,6 +11,7 @@ public:
     /// What a name stands for, as the parser found it.
     enum class Meaning { Other, Time, CycleAngle, ResultObject };
 
+    /// The text is not copied.
     MMEP_WString(const wchar_t* parameterText, Meaning meaning) : text(parameterText), meaning_(meaning) {}
 
     const wchar_t* text;  ///< zero-terminated, never null; braces included for a motion result

@@ -14,6 +14,7 @@ namespace mf::platform {
 /// `number=text` a line, split at the first `=`; other lines are skipped.
 class MFCURVES_API ResourceModule {
 public:
+    /// A module with those strings.
     explicit ResourceModule(std::map<unsigned, std::wstring> strings) : strings_(std::move(strings)) {}
 
     /// The string of that number; empty where there is none.

@@ -11,7 +11,7 @@ namespace mf::profiles {
 struct DefinitionProblem {
     int line = 0;         ///< in the file, counted from 1
     std::string profile;  ///< name of the profile, empty when its header could not be read
-    std::string reason;
+    std::string reason;   ///< lower case, no full stop
     /// True when the reader of profiles refuses the file for it; false when it
     /// only passes over something that the author may miss.
     bool refused = true;

@@ -22,13 +22,14 @@ class mfProfile_c;
 /// after the last curve.
 ///
 /// Errors: silent; see each operation.
+/// Threads: one at a time, and no row may be parsed meanwhile in another.
 /// Ownership: the records stored are owned here and live as long as the manager,
 /// also those that a rebuild or a later record replaces. A row that looked its
 /// profile up keeps the record it found until its key is set again.
 /// Copying: none.
 class MFCURVES_API mfProfileManager_c {
 public:
-    mfProfileManager_c();
+    mfProfileManager_c();  ///< no profiles
     ~mfProfileManager_c();
     mfProfileManager_c(const mfProfileManager_c&) = delete;
     mfProfileManager_c& operator=(const mfProfileManager_c&) = delete;
@@ -38,8 +39,17 @@ public:
     static bool s_UseNewProfileManager();
 
     /// Reads the user group anew: from the first readable file of the design
-    /// library directories, or from the built-in table when none was ever found
-    /// or the host names no directories.
+    /// library folders, or from the built-in table when none was ever found
+    /// or the host names no folders.
+    ///
+    /// Folders in which a file was found are remembered, in that order, and looked at
+    /// before those that the host names later. So a host that changes its design library
+    /// still gets the former one while its file is there. It takes
+    /// a new manager instead, in mf::host a new Context, and makes its curves anew.
+    ///
+    /// Rows keep the records that they have: set the key of a row again and parse it, to
+    /// give it the law of that name in the new library. mf::laws says what a folder
+    /// holds and why a file does not parse.
     ///
     /// False, with an empty user group, when the file does not parse; nothing else is
     /// tried then. False too when the last definition is a duplicate or gets no

@@ -64,6 +64,7 @@ public:
     void getSegmentsData(std::vector<CString>& data) override;        ///< does nothing
     void setSegmentsData(const std::vector<CString>& data) override;  ///< does nothing
 
+    /// Always true.
     bool IsSegements() const override { return true; }  // spelling is exported
     /// What the base asks for, and at least one row.
     bool IsValid() override;
@@ -78,7 +79,9 @@ public:
     /// copied so far stay.
     bool Copy(mfFunctionSegments_c* other);
 
+    /// True without rows.
     bool isEmpty() const { return segments_.empty(); }
+    /// The number of rows, row 0 included.
     int getSegmentCount() const { return static_cast<int>(segments_.size()); }
     /// Lends the row; null outside the table.
     void selectSegment(int row, mfSegment_c*& segment) const;

@@ -26,33 +26,44 @@ class mfProfile_c;
 class MFCURVES_API mfSegment_c {
 public:
     mfSegment_c();  ///< Spans [0, 1], unnamed, value 0.
+    /// With those ends, that value at the end and that name of a profile; the name finds
+    /// no record: see setProfileKey.
     mfSegment_c(double startX, double endX, double value, const CString& profileName);
-    mfSegment_c(const mfSegment_c& other);
-    mfSegment_c& operator=(const mfSegment_c& other);
+    mfSegment_c(const mfSegment_c& other);             ///< shares what the other one owns
+    mfSegment_c& operator=(const mfSegment_c& other);  ///< shares what the other one owns
     ~mfSegment_c();
 
+    /// X where the row starts.
     double getStartX() const { return startX_; }
+    /// Sets it for this row alone; mfFunctionSegments_c::modifySegment moves neighbours too.
     void setStartX(double x) { startX_ = x; }
+    /// X where the row ends.
     double getEndX() const { return endX_; }
+    /// Sets it for this row alone.
     void setEndX(double x) { endX_ = x; }
     /// The value at endX, which is also where the next row starts.
     double getValue() const { return value_; }
+    /// Sets it; the formulas of this row and the next one are stale then.
     void setValue(double value) { value_ = value; }
 
     /// The name that the table's own lists of profiles and documents know.
     CString getProfileName() const { return profileName_; }
+    /// Sets it; key and record stay.
     void setProfileName(const CString& name) { profileName_ = name; }
     /// The formula with numbers in place of the end points: what is compiled.
     CString getProfileExpr() const { return profileExpr_; }
+    /// Sets the formula, which is compiled at the next use.
     void setProfileExpr(const CString& expression) { profileExpr_ = expression; }
     /// Name of the variable in the profile's formula; "" before parsing.
     CString getProflieIndepVar() const { return profileIndepVar_; }  // spelling is exported
+    /// Sets the name of the variable in the formula.
     void setProfileIndepVar(const CString& name) { profileIndepVar_ = name; }
 
     /// The record of the profile, null when it is not known. It lives as long as
     /// the profile manager; after a rebuild it is the former one until the key is
     /// set again.
     mfProfile_c* getProfile() const { return profile_; }
+    /// Sets the record, which stays its owner's; null forgets it.
     void setProfile(mfProfile_c* profile) { profile_ = profile; }
     /// The key of the profile; null for none. The segment keeps it.
     mfProfileKey_c* getProfileKey() const { return profileKey_; }
@@ -70,16 +81,19 @@ public:
     /// How many points the next build gives each plotting array; not what the
     /// present arrays hold.
     int getPlottingDataCount() const { return plottingDataCount_; }
+    /// Sets it for the next build.
     void setPlottingDataCount(int count) { plottingDataCount_ = count; }
     /// The value over X and its three derivatives, ascending in x where the row
     /// does, both ends included; null when never built. The segment keeps them.
     ///
     /// The first look computes the samples, from what the row was when it was
     /// sampled. Memory that runs out then is tried for again at the next look.
+    /// @{
     mfPoint2D_c* getPlottingData0() const { return getPlottingData(0); }
     mfPoint2D_c* getPlottingData1() const { return getPlottingData(1); }
     mfPoint2D_c* getPlottingData2() const { return getPlottingData(2); }
     mfPoint2D_c* getPlottingData3() const { return getPlottingData(3); }
+    /// @}
     /// The same four by order; null outside 0 to 3.
     mfPoint2D_c* getPlottingData(int order) const;
     /// How many points the value array holds, and every derivative array that was

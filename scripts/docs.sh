@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# scripts/docs.sh [FOLDER]
+#
+# Makes the reference of the public headers, with its main page and the examples, in
+# FOLDER, which is build/docs unless it is given. A public entity without a comment, or a comment that Doxygen cannot
+# follow, is an error.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/lib.sh
+if [ $# -gt 1 ] || [ "${1-}" = --help ]; then
+    takes_no_arguments "$@"
+fi
+folder=${1-build/docs}
+
+install_packages doxygen
+
+headers=$(sed -n 's/^#include "\(.*\)"/\1/p' mfcurves/mfcurves.h | tr '\n' ' ')
+version=$(sed -n 's/^#define MFCURVES_VERSION_[MP][A-Z]* \([0-9]*\)$/\1/p' mfcurves/version.h | paste -sd.)
+mkdir -p "$folder"
+{
+    cat docs/Doxyfile
+    echo "INPUT += $headers"
+    echo "PROJECT_NUMBER = $version"
+    echo "OUTPUT_DIRECTORY = $folder"
+} | doxygen -
+echo "The reference is $folder/html/index.html."
