@@ -3,6 +3,7 @@
 /// The whole public surface of the library in one include. The headers that it
 /// names, and no others, are public and installed.
 
+#include "mfcurves/analysis/analysis.h"
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"

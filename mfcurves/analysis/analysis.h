@@ -1,0 +1,152 @@
+#pragma once
+
+#include <array>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mfcurves/curve/Curve.h"
+#include "mfcurves/curve/CurveDefinition.h"
+#include "mfcurves/platform/mfExport.h"
+
+/// Questions about a curve whose answers are exact to rounding and proved, or say that
+/// they could not be proved.
+///
+/// Every formula is also evaluated in interval arithmetic, rounded outwards, with its
+/// derivatives. What cannot be is excluded so, and what is left is found by bracketing;
+/// nothing is sampled. Pieces of splines are solved in closed form.
+///
+/// Orders: 0 is the value, 1 to 3 are the derivatives by x.
+/// Units: those of the curve; nothing is converted.
+/// Ranges: a Range is cut to the curve's own, [firstX(), lastX()]; `all` is the whole of
+/// it. Without anything in common there is nothing to report.
+/// Pieces: a curve consists of rows, of the polynomials between points, or of one expression.
+/// Inside a row or expression a condition (of if, abs, min, max, sign, mod, step, int, nint,
+/// floor, ceil, dim) makes further pieces, which meet at a kink.
+/// Jumps: an order jumps where its two sides differ by more than 1e-9 of its largest
+/// magnitude on the pieces beside it. Where order k - 1 jumps, order k has an impulse.
+/// Errors: no function throws, except std::bad_alloc, and CurveError where that is documented.
+/// Cost: each function limits its work for one piece by a count of operations, so that
+/// it takes 50 ms at most and always the same path.
+/// Threads: any number may ask about one curve at once.
+namespace mf::analysis {
+
+/// The curve's own range.
+constexpr Range all{-std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
+
+// --- Where a curve is not smooth -------------------------------------------------------
+
+enum class Cause {
+    Seam,     ///< where rows meet
+    Knot,     ///< a point of a curve through points
+    Kink,     ///< where a condition inside a formula changes
+    CycleEnd  ///< lastX of a curve with Outside::Repeat
+};
+
+/// A place where the value or a derivative jumps.
+struct Break {
+    double x;
+    int lowest;               ///< the lowest order that jumps
+    CurveValues left, right;  ///< the one-sided limits
+    Cause cause;
+    int row;  ///< the row that begins there, of a kink the row it lies in, of a knot the point, from 1; else
+              ///< 0
+};
+
+/// The breaks in a range, ascending, of which some order up to `upToOrder` (0 to 4) jumps.
+/// An end of the curve is one only with Outside::Repeat: CycleEnd at lastX, its right side
+/// from firstX.
+MFCURVES_API std::vector<Break> breaks(const Curve& curve, int upToOrder = 3, Range range = all);
+
+/// The first break strictly after an x. With Outside::Repeat the search goes on through
+/// every cycle. Nothing when there is none, or `after` is not finite.
+MFCURVES_API std::optional<double> nextBreak(const Curve& curve, double after, int upToOrder = 3);
+
+// --- Extremes ---------------------------------------------------------------------------
+
+struct Peak {
+    double x;
+    double y;
+    Side side;     ///< Left or Right at the end of a piece, else Plain
+    double error;  ///< bounds the distance of y to the true extreme and to every computed value beyond it
+};
+
+/// One order on a range.
+struct Summary {
+    Peak least, greatest;          ///< of equal ones the first; NaN without any finite value
+    double rms;                    ///< root of the mean square over x
+    double mean;                   ///< over x
+    std::vector<double> impulses;  ///< where the order has an impulse; the peaks are those beside it
+    bool guaranteed;               ///< true: both errors are proved
+};
+
+/// Value, velocity, acceleration and jerk on a range.
+MFCURVES_API std::array<Summary, 4> summarize(const Curve& curve, Range range = all);
+
+/// Where the next order (1 to 4) of an order (0 to 3) is 0, ascending: inside a piece, and at its
+/// ends as seen from it. Places that rounding cannot tell apart are one. Stretches where the
+/// order is constant are left out.
+MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range = all);
+
+/// Where an order takes a value, ascending; of a stretch where it has that value throughout, both
+/// ends. A jump over the value takes it nowhere.
+MFCURVES_API std::vector<double> crossings(const Curve& curve, int order, double value, Range range = all);
+
+/// Where an order is below `low` or above `high`, ascending; neighbours are joined. An impulse
+/// breaks every finite limit; alone it is a range of no length.
+MFCURVES_API std::vector<Range> beyond(const Curve& curve, int order, double low, double high,
+                                       Range range = all);
+
+// --- Motion laws ------------------------------------------------------------------------
+
+/// What a law does between (0, 0) and (1, 1). For a stroke H in a time T the largest velocity
+/// is cv H/T, the largest acceleration ca H/T^2, the largest jerk cj H/T^3.
+struct LawFactors {
+    double cv, ca, cj;        ///< largest magnitudes; infinite where the order has an impulse inside
+    double cvAt, caAt, cjAt;  ///< the first place of each, from 0 to 1
+    double power;             ///< largest magnitude of velocity times acceleration
+    double rmsAcceleration;
+    /// The highest order, up to 4, such that it and all lower ones do not jump: against rest at
+    /// the start and at the end, and inside. -1: the value itself jumps.
+    int startContinuity, endContinuity, innerContinuity;
+    bool guaranteed;  ///< true: cv, ca, cj and power are proved
+};
+
+/// Throws CurveError when the law does not compile.
+MFCURVES_API LawFactors factors(const LawText& law);
+
+struct Limits {
+    double velocity = std::numeric_limits<double>::infinity();
+    double acceleration = std::numeric_limits<double>::infinity();
+    double jerk = std::numeric_limits<double>::infinity();
+};
+
+/// The shortest time of a move that keeps the limits: the greatest of cv H/V, sqrt(ca H/A) and
+/// cbrt(cj H/J). H is the size of the stroke. Infinite where a factor is and its limit is not; 0
+/// without a limit.
+MFCURVES_API double shortestDuration(const LawFactors& factors, double stroke, const Limits& limits);
+
+// --- Derivatives ------------------------------------------------------------------------
+
+/// How well each derivative agrees with differences of the order below it.
+struct DerivativeCheck {
+    bool ok;         ///< no error above 1e-6
+    int worstOrder;  ///< 1 to 3; 0 where nothing could be compared
+    double worstX;
+    double stated;     ///< the derivative as evaluated
+    double estimated;  ///< from differences of the order below
+    double error;      ///< their distance relative to the largest magnitude of the order on its piece
+};
+
+/// Compares derivatives 1 to 3 with extrapolated differences inside every piece (Ridders, Adv.
+/// Eng. Softw. 4 (1982)).
+MFCURVES_API DerivativeCheck checkDerivatives(const Curve& curve, Range range = all);
+
+// --- Other forms ------------------------------------------------------------------------
+
+/// An angle curve at a constant speed, as a curve over time: x times `secondsPerUnit`. Throws
+/// CurveError for a speed that is not positive and finite.
+MFCURVES_API Curve overTime(const Curve& curve, double secondsPerUnit);
+
+}  // namespace mf::analysis

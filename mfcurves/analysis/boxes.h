@@ -1,0 +1,95 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "mfcurves/analysis/FormulaGraph.h"
+#include "mfcurves/engine/enclosure.h"
+
+namespace mf::analysis {
+
+/// Enclosures of a function and its derivatives, from order 0 on.
+using Enclosures = std::array<engine::Interval, kHighestOrder + 1>;
+
+/// How much work a question may take for one piece, counted in operations on
+/// intervals, so that the result does not depend on the clock.
+class Budget {
+public:
+    explicit Budget(std::size_t operations) : left_(operations) {}
+
+    /// False once everything is spent.
+    bool spend(std::size_t operations)
+    {
+        left_ = operations < left_ ? left_ - operations : 0;
+        return left_ > 0;
+    }
+    bool isSpent() const { return left_ == 0; }
+
+private:
+    std::size_t left_;
+};
+
+/// Enough for some ten thousand boxes of a law, and 50 ms at most.
+constexpr std::size_t kOperationsPerPiece = 1'500'000;
+
+/// Whether a box is too narrow to be cut again, in a search between two x.
+inline bool isNarrow(double from, double to, double searchLength)
+{
+    constexpr double kUlps = 4.0;
+    constexpr double kShare = 1e-17;
+    const double ulp = std::max(std::fabs(from), std::fabs(to)) * 0x1p-52;
+    const double middle = 0.5 * from + 0.5 * to;
+    return to - from <= std::max(kUlps * ulp, kShare * searchLength) || middle <= from || middle >= to;
+}
+
+/// Evaluates a function and its derivatives on boxes of x.
+class BoxEvaluator {
+public:
+    /// `orders`: the function and its derivatives, one at least.
+    BoxEvaluator(const engine::Graph& graph, std::span<const engine::NodeId> orders, Budget& budget)
+        : enclosure_(graph, orders), budget_(budget)
+    {
+    }
+
+    /// The highest derivative.
+    int highest() const { return static_cast<int>(enclosure_.rootCount()) - 1; }
+
+    Enclosures at(double x)
+    {
+        Enclosures values;
+        evaluate({x, x}, values);
+        return values;
+    }
+
+    /// Enclosures of the exact values over [from, to], given those at both ends and in the
+    /// middle. The function must be smooth between the ends.
+    Enclosures over(double from, double to, const Enclosures& atFrom, double middle,
+                    const Enclosures& atMiddle, const Enclosures& atTo);
+
+    /// Encloses computed values, too, and assumes nothing.
+    Enclosures plainly(double from, double to)
+    {
+        Enclosures values;
+        evaluate({from, to}, values);
+        return values;
+    }
+
+    /// Bounds of the rounding of computed values over [from, to], for each order.
+    std::array<double, kHighestOrder + 1> rounding(double from, double to);
+
+    Budget& budget() { return budget_; }
+
+private:
+    void evaluate(const engine::Interval& x, Enclosures& values)
+    {
+        budget_.spend(enclosure_.stepCount() + 4);
+        enclosure_.evaluate(x, values.data());
+    }
+
+    engine::Enclosure enclosure_;
+    Budget& budget_;
+};
+
+}  // namespace mf::analysis

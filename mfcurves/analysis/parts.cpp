@@ -1,0 +1,124 @@
+#include "mfcurves/analysis/parts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "mfcurves/curve/FrozenCurve.h"
+
+namespace mf::analysis {
+
+using engine::Interval;
+
+namespace {
+
+constexpr double kJump = 1e-9;  // of the largest magnitude beside it
+
+// Largest magnitudes from a few places; a jump is judged by their power of ten alone.
+std::array<double, kOrdersOfBreaks> sizesOf(const Part& part)
+{
+    constexpr int kPlaces = 8;
+    BoxEvaluator evaluator = part.evaluator();
+    std::array<double, kOrdersOfBreaks> sizes{};
+    const int orders = std::min(kOrdersOfBreaks, evaluator.highest() + 1);
+    for (int i = 0; i <= kPlaces; ++i) {
+        const double share = static_cast<double>(i) / kPlaces;
+        const Enclosures at =
+            evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from));
+        for (std::size_t k = 0; k < static_cast<std::size_t>(orders); ++k) {
+            if (at[k].isFinite())
+                sizes[k] = std::max(sizes[k], std::fabs(at[k].middle()));
+        }
+    }
+    return sizes;
+}
+
+EndValues valuesAt(const Part& part, double x)
+{
+    EndValues values;
+    values.values.fill(Interval::nothing());
+    BoxEvaluator evaluator = part.evaluator();
+    const Enclosures at = evaluator.at(x);
+    std::copy_n(at.begin(), evaluator.highest() + 1, values.values.begin());
+    values.size = sizesOf(part);
+    return values;
+}
+
+}  // namespace
+
+Range cutToCurve(const Curve& curve, Range range)
+{
+    if (!(range.from <= range.to))
+        return {1.0, 0.0};
+    return {std::max(range.from, curve.firstX()), std::min(range.to, curve.lastX())};
+}
+
+std::vector<curve::CurvePiece> formulaPieces(const Curve& curve, Range range)
+{
+    if (curve.frozen().spline() != nullptr || range.from > range.to)
+        return {};
+    std::vector<curve::CurvePiece> pieces = curve::piecesOf(curve);
+    const bool point = range.from == range.to;
+    std::erase_if(pieces, [&](const curve::CurvePiece& piece) {
+        return point ? !(piece.start <= range.from && range.from <= piece.end)
+                     : piece.end <= range.from || piece.start >= range.to;
+    });
+    return pieces;
+}
+
+void appendParts(const Curve& curve, const curve::CurvePiece& piece, Range range, std::vector<Part>& parts)
+{
+    const double from = std::max(piece.start, range.from);
+    const double to = std::min(piece.end, range.to);
+    const auto formula =
+        std::make_shared<FormulaPiece>(std::get<curve::FormulaText>(piece.formula), from, to);
+    if (!formula->hasFormula())
+        return;
+    const std::size_t count = formula->stretches().size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Stretch& stretch = formula->stretches()[i];
+        const bool begins = i > 0 || from == piece.start;
+        const bool ends = i + 1 < count || to == piece.end;
+        parts.push_back({stretch.from, stretch.to, begins && stretch.from >= curve.firstX(), ends, i > 0,
+                         piece.row, formula, i});
+    }
+}
+
+std::vector<Part> partsOf(const Curve& curve, Range range)
+{
+    std::vector<Part> parts;
+    for (const curve::CurvePiece& piece : formulaPieces(curve, range))
+        appendParts(curve, piece, range, parts);
+    return parts;
+}
+
+EndValues startOf(const Part& part)
+{
+    return valuesAt(part, part.from);
+}
+
+EndValues endOf(const Part& part)
+{
+    return valuesAt(part, part.to);
+}
+
+// Where rounding cannot tell the two sides apart there is no jump.
+bool jumps(const EndValues& left, const EndValues& right, int order)
+{
+    const auto k = static_cast<std::size_t>(order);
+    const Interval& a = left.values[k];
+    const Interval& b = right.values[k];
+    if (!a.isFinite() || !b.isFinite())
+        return a.isFinite() != b.isFinite();
+    const bool apart = a.hi < b.lo || b.hi < a.lo;
+    return apart && std::fabs(a.middle() - b.middle()) > kJump * std::max(left.size[k], right.size[k]);
+}
+
+int lowestJump(const EndValues& left, const EndValues& right, int upTo)
+{
+    int order = 0;
+    while (order <= upTo && !jumps(left, right, order))
+        ++order;
+    return order;
+}
+
+}  // namespace mf::analysis

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+
+#include "mfcurves/analysis/parts.h"
+#include "mfcurves/host/SplinePieces.h"
+
+namespace mf::analysis {
+
+/// A polynomial between two points, cut to a range: t is the distance from its knot.
+struct SplinePart {
+    host::SplinePiece c;
+    double knot;
+    double from, to;  // as t
+
+    double at(int order, double t) const
+    {
+        switch (order) {
+            case 0:
+                return c.a + t * (c.b + t * (c.c + t * c.d));
+            case 1:
+                return c.b + t * (2.0 * c.c + t * (3.0 * c.d));
+            case 2:
+                return 2.0 * c.c + t * (6.0 * c.d);
+            case 3:
+                return 6.0 * c.d;
+            default:
+                return 0.0;
+        }
+    }
+    /// Bounds the magnitude of an order, and what its rounding is small against.
+    double size(int order) const;
+    /// Where the order is `value` on (from, to): up to three t, ascending; how many.
+    int zeros(int order, double value, std::array<double, 3>& t) const;
+};
+
+/// The polynomial of a curve through points that begins at point i, cut to a range.
+SplinePart splinePart(const host::SplinePieces& spline, std::size_t i, Range range);
+
+/// The first and the last point whose polynomials lie in a range.
+struct PointRange {
+    std::size_t first, last;
+};
+PointRange pointsIn(const host::SplinePieces& spline, Range range);
+
+/// The values of both sides of a point, as the ends of two parts.
+EndValues splineEnd(const SplinePart& part, double t);
+
+}  // namespace mf::analysis

@@ -1,0 +1,150 @@
+#include "mfcurves/analysis/stretches.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "mfcurves/engine/functionTable.h"
+
+namespace mf::analysis {
+
+using engine::FunctionId;
+using engine::Interval;
+using engine::NodeId;
+using Kind = Condition::Kind;
+
+namespace {
+
+constexpr std::size_t kMostStretches = 2000;
+
+// The whole number that a condition makes of a value.
+double wholeOf(const Condition& condition, double value)
+{
+    if (condition.kind == Kind::Turns)
+        return std::trunc(value);
+    return engine::function(condition.function).value1(value);
+}
+
+double decisionAt(const Condition& condition, const Interval& value)
+{
+    if (condition.kind == Kind::Sign || condition.kind == Kind::Order)
+        return value.isZero() ? 0.0 : value.middle() < 0.0 ? -1.0 : 1.0;
+    return wholeOf(condition, value.middle());
+}
+
+// A decision for every part between changes, taken in its middle.
+double middleOf(double from, double to)
+{
+    return 0.5 * from + 0.5 * to;
+}
+
+}  // namespace
+
+FormulaPiece::FormulaPiece(const curve::FormulaText& text, double from, double to)
+    : formula_(FormulaGraph::make(text))
+{
+    if (formula_ != nullptr)
+        iCut(from, to, 0.0, {});
+}
+
+// Conditions are decided one after the other, inner ones first; each cuts the stretch
+// where it changes, and the parts go on with what is open for them.
+void FormulaPiece::iCut(double from, double to, double kinkError, Decisions decisions)
+{
+    for (;;) {
+        std::optional<Condition> open;
+        for (const NodeId order : formula_->orders()) {
+            open = formula_->openCondition(order, decisions);
+            if (open)
+                break;
+        }
+        if (!open)
+            return iAppend(from, to, kinkError, decisions, true);
+        if (stretches_.size() >= kMostStretches || budget_.isSpent() || formula_->graph().full())
+            return iAppend(from, to, kinkError, decisions, false);
+        if (iCutAt(*open, from, to, kinkError, decisions))
+            return;
+    }
+}
+
+// True when the stretch was cut and its parts are done; false when it is whole and the
+// condition is now among the decisions.
+bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, double kinkError,
+                          Decisions& decisions)
+{
+    const NodeId function = formula_->decided(formula_->functionOf(condition), decisions);
+    const Zeros changes = iChanges(condition, function, from, to);
+    if (!changes.complete) {
+        iAppend(from, to, kinkError, decisions, false);
+        return true;
+    }
+
+    std::vector<Zero> cuts;
+    for (const Zero& change : changes.places)
+        cuts.push_back(change);
+    for (const Range& flat : changes.flat) {
+        cuts.push_back({flat.from, 0.0});
+        cuts.push_back({flat.to, 0.0});
+    }
+    std::sort(cuts.begin(), cuts.end(), [](const Zero& a, const Zero& b) { return a.x < b.x; });
+    std::erase_if(cuts, [&](const Zero& cut) { return !(cut.x > from && cut.x < to); });
+
+    const NodeId root[] = {function};
+    BoxEvaluator evaluator(formula_->graph(), root, budget_);
+    std::vector<double> parts;
+    for (std::size_t i = 0; i <= cuts.size(); ++i) {
+        const double start = i == 0 ? from : cuts[i - 1].x;
+        const double end = i == cuts.size() ? to : cuts[i].x;
+        parts.push_back(decisionAt(condition, evaluator.at(middleOf(start, end))[0]));
+    }
+    if (std::all_of(parts.begin(), parts.end(), [&](double part) { return part == parts.front(); })) {
+        decisions[condition] = parts.front();
+        return false;
+    }
+    for (std::size_t i = 0; i < parts.size();) {
+        const std::size_t first = i;
+        while (i < parts.size() && parts[i] == parts[first])
+            ++i;
+        Decisions decided = decisions;
+        decided[condition] = parts[first];
+        iCut(first == 0 ? from : cuts[first - 1].x, i == parts.size() ? to : cuts[i - 1].x,
+             first == 0 ? kinkError : cuts[first - 1].error, std::move(decided));
+    }
+    return true;
+}
+
+// Where the function of a condition is 0, or passes from one whole number to the next.
+Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double from, double to)
+{
+    constexpr double kMostLevels = 2000.0;
+    std::vector<NodeId> orders{function};
+    formula_->differentiate(orders, 4);
+    BoxEvaluator evaluator(formula_->graph(), orders, budget_);
+    if (condition.kind == Kind::Sign || condition.kind == Kind::Order)
+        return zerosOf(evaluator, 0, 0.0, from, to);
+
+    Zeros all;
+    const Interval range = evaluator.plainly(from, to)[0];
+    if (!range.isFinite() || range.width() > kMostLevels || range.largest() > 0x1p52) {
+        all.complete = false;
+        return all;
+    }
+    const double offset = condition.kind == Kind::Whole && condition.function == FunctionId::Nint ? 0.5 : 0.0;
+    for (double level = std::floor(range.lo - offset); level + offset <= range.hi; level += 1.0) {
+        const Zeros changes = zerosOf(evaluator, 0, level + offset, from, to);
+        all.complete &= changes.complete;
+        all.places.insert(all.places.end(), changes.places.begin(), changes.places.end());
+        all.flat.insert(all.flat.end(), changes.flat.begin(), changes.flat.end());
+    }
+    return all;
+}
+
+void FormulaPiece::iAppend(double from, double to, double kinkError, const Decisions& decisions,
+                           bool isSmooth)
+{
+    Stretch stretch{from, to, {}, isSmooth, !stretches_.empty(), kinkError};
+    for (const NodeId order : formula_->orders())
+        stretch.orders.push_back(decisions.empty() ? order : formula_->decided(order, decisions));
+    stretches_.push_back(std::move(stretch));
+}
+
+}  // namespace mf::analysis

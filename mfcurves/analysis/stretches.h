@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "mfcurves/analysis/boxes.h"
+#include "mfcurves/analysis/zeros.h"
+#include "mfcurves/curve/CurvePieces.h"
+
+namespace mf::analysis {
+
+/// A part of a row or expression on which no condition changes, so that its formula
+/// is smooth wherever it has a value.
+struct Stretch {
+    double from;
+    double to;
+    std::vector<engine::NodeId> orders;  // without conditions
+    bool isSmooth = true;                // false: conditions are left that were too many
+    bool startsAtKink = false;           // or at the start of the piece
+    double kinkError = 0.0;              // how far the kink may be from `from`
+};
+
+/// One formula of a curve between two x, with its stretches.
+///
+/// Threads: the graph grows as it is asked, so one object is for one thread.
+class FormulaPiece {
+public:
+    /// The part of a piece between two x.
+    FormulaPiece(const curve::FormulaText& text, double from, double to);
+
+    /// False: the text is not a function of one variable.
+    bool hasFormula() const { return formula_ != nullptr; }
+    const std::vector<Stretch>& stretches() const { return stretches_; }
+    /// Enclosures of the orders of a stretch. They use this object.
+    BoxEvaluator evaluator(const Stretch& stretch) { return {formula_->graph(), stretch.orders, budget_}; }
+    /// The same for the formula with its conditions.
+    BoxEvaluator wholeEvaluator() { return {formula_->graph(), formula_->orders(), budget_}; }
+    FormulaGraph& formula() { return *formula_; }
+    Budget& budget() { return budget_; }
+
+private:
+    void iCut(double from, double to, double kinkError, Decisions decisions);
+    bool iCutAt(const Condition& condition, double from, double to, double kinkError, Decisions& decisions);
+    Zeros iChanges(const Condition& condition, engine::NodeId function, double from, double to);
+    void iAppend(double from, double to, double kinkError, const Decisions& decisions, bool isSmooth);
+
+    Budget budget_{kOperationsPerPiece};
+    std::unique_ptr<FormulaGraph> formula_;
+    std::vector<Stretch> stretches_;
+};
+
+}  // namespace mf::analysis

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <array>
+#include <cmath>
+
+#include "mfcurves/analysis/parts.h"
+
+namespace mf::analysis {
+
+constexpr int kOrders = 4;
+
+/// The extremes of one order, part after part. Of equal ones the first counts.
+struct Extremes {
+    struct Place {
+        double x = std::nan("");
+        double y = std::nan("");
+        Side side = Side::Plain;
+    };
+    Place least;
+    Place greatest;
+    double lowest = engine::kUnbounded;  // bounds of all values
+    double highest = -engine::kUnbounded;
+
+    /// Offers a place that may hold the extreme.
+    void offer(double x, double y, Side side)
+    {
+        constexpr double kSame = 0x1p-50;
+        if (!std::isfinite(y))
+            return;
+        const double same = kSame * std::fabs(y);
+        if (!(y >= least.y - same))
+            least = {x, y, side};
+        if (!(y <= greatest.y + same))
+            greatest = {x, y, side};
+    }
+    void bound(double from, double to)
+    {
+        lowest = std::min(lowest, from);
+        highest = std::max(highest, to);
+    }
+};
+
+/// Integrals of one order and of its square, both divided by powers of a scale that keeps
+/// the square from overflowing.
+struct Integrals {
+    double value = 0.0;
+    double square = 0.0;
+};
+
+/// The integrals over smooth parts, by Gauss's formula with 10 points, which is exact for
+/// polynomials up to degree 9 and their squares; a part where two halves give another result
+/// is halved.
+std::array<Integrals, kOrders> integrate(const Curve& curve, double from, double to,
+                                         const std::array<double, kOrders>& scales);
+
+/// What summarize returns for a curve through points.
+std::array<Summary, 4> summarizePoints(const Curve& curve, Range range);
+
+/// Puts extremes and integrals together.
+Summary summaryOf(const Extremes& extremes, const Integrals& integrals, double scale, Range range);
+
+}  // namespace mf::analysis

@@ -1,0 +1,238 @@
+#include "mfcurves/analysis/zeros.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace mf::analysis {
+
+using engine::Interval;
+
+namespace {
+
+Interval shifted(const Interval& y, double value)
+{
+    return value == 0.0 ? y : y - Interval(value);
+}
+
+class ZeroSearch {
+public:
+    ZeroSearch(BoxEvaluator& function, int k, double value, double from, double to)
+        : function_(function), k_(static_cast<std::size_t>(k)), value_(value), from_(from), to_(to)
+    {
+    }
+
+    Zeros run()
+    {
+        struct Box {
+            double from, to;
+            Enclosures atFrom, atTo;
+        };
+        std::vector<Box> open;
+        open.push_back({from_, to_, function_.at(from_), function_.at(to_)});
+        double scale = std::max({sizeOf(open[0].atFrom), sizeOf(open[0].atTo), std::fabs(value_)});
+        while (!open.empty()) {
+            const Box box = open.back();
+            open.pop_back();
+            const double middle = 0.5 * box.from + 0.5 * box.to;
+            const Enclosures atMiddle = function_.at(middle);
+            const Enclosures over = function_.over(box.from, box.to, box.atFrom, middle, atMiddle, box.atTo);
+            scale = std::max(scale, sizeOf(atMiddle));
+            noise_ = 1e-15 * scale + 2.0 * atMiddle[k_].width();
+            if (isSettled(box.from, box.to, box.atFrom, box.atTo, over))
+                continue;
+            if (function_.budget().isSpent()) {
+                zeros_.complete = false;
+                break;
+            }
+            open.push_back({middle, box.to, atMiddle, box.atTo});
+            open.push_back({box.from, middle, box.atFrom, atMiddle});
+        }
+        join();
+        return std::move(zeros_);
+    }
+
+private:
+    double sizeOf(const Enclosures& values) const
+    {
+        return values[k_].isFinite() ? values[k_].largest() : 0.0;
+    }
+
+    // Whether all is known about the zeros in a box, which are then noted.
+    bool isSettled(double from, double to, const Enclosures& atFrom, const Enclosures& atTo,
+                   const Enclosures& over)
+    {
+        const Interval y = shifted(over[k_], value_);
+        if (y.isNothing() || y.excludesZero())
+            return true;
+        if (y.isZero() && !y.partial) {
+            if (!zeros_.flat.empty() && zeros_.flat.back().to == from)
+                zeros_.flat.back().to = to;
+            else
+                zeros_.flat.push_back({from, to});
+            return true;
+        }
+        const bool hasSlope = static_cast<int>(k_) < function_.highest();
+        if (hasSlope && over[k_ + 1].isFinite() && over[k_ + 1].excludesZero() && !y.partial) {
+            noteCrossing(from, to, shifted(atFrom[k_], value_), shifted(atTo[k_], value_), over[k_ + 1]);
+            return true;
+        }
+        if (y.isFinite() && (y.largest() <= noise_ || isNarrow(from, to, to_ - from_))) {
+            note(from, to);
+            return true;
+        }
+        zeros_.complete &= !isNarrow(from, to, to_ - from_);
+        return isNarrow(from, to, to_ - from_);
+    }
+
+    // In a box where the function rises or falls throughout.
+    void noteCrossing(double from, double to, const Interval& first, const Interval& last,
+                      const Interval& slope)
+    {
+        if (first.excludesZero() && last.excludesZero()) {
+            if ((first.lo > 0.0) != (last.lo > 0.0)) {
+                const Zero zero = zeroBetween(function_, static_cast<int>(k_), value_, from, to, slope);
+                note(zero.x - zero.error, zero.x + zero.error, zero.x);
+            }
+            return;
+        }
+        const bool atFrom =
+            !first.excludesZero() && (last.excludesZero() || first.largest() <= last.largest());
+        const double x = atFrom ? from : to;
+        const double reach = reachOf(x, atFrom ? first : last, slope);
+        note(x - reach, x + reach, x);
+    }
+
+    // How far the zero may be from an x where the function is 0 but for rounding. The slope
+    // beside x is nearer to its own than that of the whole box.
+    double reachOf(double x, const Interval& y, const Interval& slope)
+    {
+        const double reach = y.largest() / slope.smallest();
+        const double guess = 2.0 * y.largest() / function_.at(x)[k_ + 1].smallest();
+        if (!(guess < reach))
+            return reach;
+        const Interval beside =
+            function_.plainly(std::max(x - guess, from_), std::min(x + guess, to_))[k_ + 1];
+        const double near = y.largest() / beside.smallest();
+        return near <= guess ? near : reach;
+    }
+
+    void note(double from, double to) { note(from, to, std::nan("")); }
+
+    void note(double from, double to, double x)
+    {
+        found_.push_back({std::max(from, from_), std::min(to, to_), x});
+    }
+
+    // Touching finds are one zero: at the end that it reaches, where it was computed,
+    // or in the middle.
+    void join()
+    {
+        std::sort(found_.begin(), found_.end(),
+                  [](const Found& a, const Found& b) { return a.from < b.from; });
+        for (std::size_t i = 0; i < found_.size();) {
+            Found all = found_[i];
+            std::size_t next = i + 1;
+            for (; next < found_.size() && found_[next].from <= all.to + touching(all.to); ++next) {
+                all.to = std::max(all.to, found_[next].to);
+                all.x = std::isnan(all.x) ? found_[next].x : all.x;
+            }
+            const bool one = next == i + 1;
+            i = next;
+            if (liesInFlat(all))
+                continue;
+            double x = one ? all.x : std::nan("");
+            if (std::isnan(x))
+                x = all.from <= from_ ? from_ : all.to >= to_ ? to_ : innermost(all);
+            zeros_.places.push_back({x, std::max(x - all.from, all.to - x)});
+        }
+    }
+
+    struct Found {
+        double from, to;
+        double x;  // where it was computed; NaN: not known
+    };
+
+    static double touching(double x) { return 8.0 * 0x1p-52 * std::fabs(x); }
+
+    bool liesInFlat(const Found& found) const
+    {
+        return std::any_of(zeros_.flat.begin(), zeros_.flat.end(), [&](const Range& flat) {
+            return found.to >= flat.from - touching(flat.from) && found.from <= flat.to + touching(flat.to);
+        });
+    }
+
+    // The function touches its value where its slope is 0.
+    double innermost(const Found& found)
+    {
+        const double middle = 0.5 * found.from + 0.5 * found.to;
+        if (!std::isnan(found.x) || static_cast<int>(k_) + 2 > function_.highest())
+            return std::isnan(found.x) ? middle : found.x;
+        double x = middle;
+        for (int i = 0; i < 4; ++i) {
+            const Enclosures at = function_.at(x);
+            const double next = x - at[k_ + 1].middle() / at[k_ + 2].middle();
+            if (!(next >= found.from && next <= found.to))
+                return middle;
+            x = next;
+        }
+        return x;
+    }
+
+    BoxEvaluator& function_;
+    std::size_t k_;
+    double value_;
+    double from_;
+    double to_;
+    double noise_ = 0.0;  // what cannot be told from 0
+    Zeros zeros_;
+    std::vector<Found> found_;
+};
+
+}  // namespace
+
+Zeros zerosOf(BoxEvaluator& function, int k, double value, double from, double to)
+{
+    return ZeroSearch(function, k, value, from, to).run();
+}
+
+// Newton's method, which falls back on halving where it would leave the bracket.
+Zero zeroBetween(BoxEvaluator& function, int k, double value, double from, double to, const Interval& slope)
+{
+    constexpr int kMostSteps = 100;
+    const auto order = static_cast<std::size_t>(k);
+    const bool rises = slope.lo > 0.0;
+    double x = 0.5 * from + 0.5 * to;
+    double best = x;
+    double least = engine::kUnbounded;
+    bool last = false;
+    for (int i = 0; i < kMostSteps; ++i) {
+        const Enclosures at = function.at(x);
+        const Interval y = shifted(at[order], value);
+        if (!(y.largest() >= least)) {
+            least = y.largest();
+            best = x;
+        } else if (last) {
+            break;
+        }
+        if (y.isZero() || (last && !y.excludesZero()))
+            break;
+        if (y.excludesZero())
+            ((y.lo > 0.0) == rises ? to : from) = x;
+        last = !y.excludesZero();
+        double next = x - y.middle() / at[order + 1].middle();
+        if (!(next > from && next < to))
+            next = 0.5 * from + 0.5 * to;
+        if (next == x || next <= from || next >= to)
+            break;
+        x = next;
+    }
+
+    // The slope beside the zero is nearer to its own than that of the whole box.
+    double reach = least / slope.smallest();
+    const Interval beside = function.plainly(best - reach, best + reach)[order + 1];
+    if (beside.excludesZero())
+        reach = std::min(reach, least / beside.smallest());
+    return {best, reach + std::fabs(best) * 0x1p-52};
+}
+
+}  // namespace mf::analysis

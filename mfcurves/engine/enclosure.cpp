@@ -1,0 +1,323 @@
+#include "mfcurves/engine/enclosure.h"
+
+#include <algorithm>
+
+#include "mfcurves/engine/functionTable.h"
+#include "mfcurves/engine/intervalErrors.h"
+#include "mfcurves/engine/intervalRules.h"
+
+namespace mf::engine {
+namespace {
+
+constexpr double kHalfUlp = 0x1p-53;
+constexpr std::uint32_t kNoRegister = 0xffffffff;
+
+// --- Polynomials ---------------------------------------------------------------------
+
+Interval horner(const Interval& u, std::span<const double> c)
+{
+    Interval r(c.back());
+    for (std::size_t i = c.size() - 1; i-- > 0;)
+        r = r * u + Interval(c[i]);
+    return r;
+}
+
+Interval hornerTimesPower(const Interval& u, unsigned lowest, std::span<const double> c)
+{
+    const Interval r = horner(u, c);
+    return lowest == 0 ? r : r * intervals::wholePower(u, lowest);
+}
+
+// |c0| + |c1| u + ..., times u^lowest: what a polynomial and its roundings are small against.
+double sumOfSizes(double u, unsigned lowest, std::span<const double> c)
+{
+    double r = std::fabs(c.back());
+    for (std::size_t i = c.size() - 1; i-- > 0;)
+        r = r * u + std::fabs(c[i]);
+    return r * std::pow(u, lowest);
+}
+
+double roundingOfPolynomial(double u, unsigned lowest, std::span<const double> c)
+{
+    const auto operations = static_cast<double>(2 * c.size() + lowest + 4);
+    return 2.0 * operations * kHalfUlp * sumOfSizes(u, lowest, c);
+}
+
+// The derivative of the part in brackets, c1 + 2 c2 u + ...
+Interval hornerOfSlope(const Interval& u, std::span<const double> c)
+{
+    Interval r = static_cast<double>(c.size() - 1) * Interval(c.back());
+    for (std::size_t i = c.size() - 1; i-- > 1;)
+        r = r * u + static_cast<double>(i) * Interval(c[i]);
+    return r;
+}
+
+// Horner's rule forgets that each u is the same. On a wide box the bracket is nearer
+// to its value in the middle plus slope times half the width; where the slope has
+// one sign, it lies between its values at the ends. A computed value may leave this
+// range by its rounding.
+Interval polynomialRange(const Interval& u, unsigned lowest, std::span<const double> c)
+{
+    constexpr double kWide = 1e-10;
+    const Interval plain = hornerTimesPower(u, lowest, c);
+    if (c.size() < 2 || !(u.width() > kWide * u.largest()) || !plain.isFinite())
+        return plain;
+    const Interval slope = hornerOfSlope(u, c);
+    const Interval middle(u.middle());
+    const Interval bracket = slope.excludesZero() ? hull(horner(Interval(u.lo), c), horner(Interval(u.hi), c))
+                                                  : horner(middle, c) + slope * (u - middle);
+    const Interval exact = lowest == 0 ? bracket : bracket * intervals::wholePower(u, lowest);
+    const double rounding = roundingOfPolynomial(u.largest(), lowest, c);
+    Interval tight = common(plain, {exact.lo - rounding, exact.hi + rounding, exact.partial});
+    tight.partial = u.partial;
+    return tight;
+}
+
+double errorOfPolynomial(const Interval& u, unsigned lowest, std::span<const double> c, double error)
+{
+    const double size = u.largest();
+    double slope = 0.0;
+    if (error != 0.0) {
+        const auto highest = static_cast<double>(c.size() - 1 + lowest);
+        slope = size > 0.0 ? highest * sumOfSizes(size, lowest, c) / size : sumOfSizes(1.0, 0, c);
+    }
+    return slope * error + roundingOfPolynomial(size, lowest, c);
+}
+
+Interval chebyshevRange(const Interval& h, std::span<const double> c)
+{
+    Interval b1(0.0);
+    Interval b2(0.0);
+    for (std::size_t i = c.size() - 1; i > 0; --i) {
+        const Interval b = Interval(c[i]) + ((2.0 * h) * b1 - b2);
+        b2 = b1;
+        b1 = b;
+    }
+    Interval range = Interval(c[0]) + (h * b1 - b2);
+    range.partial = h.partial;
+    return range;
+}
+
+// The recurrence, with the errors of each term carried on.
+double errorOfChebyshev(const Interval& h, std::span<const double> c, double error)
+{
+    const double size = h.largest();
+    double b1 = 0.0, b2 = 0.0, e1 = 0.0, e2 = 0.0;
+    for (std::size_t i = c.size(); i-- > 0;) {
+        const double b = std::fabs(c[i]) + 2.0 * size * b1 + b2;
+        const double e = 2.0 * size * e1 + 2.0 * b1 * error + e2 + 8.0 * kHalfUlp * b;
+        b2 = b1;
+        b1 = b;
+        e2 = e1;
+        e1 = e;
+    }
+    return e1;
+}
+
+// --- Choices -------------------------------------------------------------------------
+
+// An undefined number is below nothing, so that the other branch counts.
+Interval lessOf(const Interval& p, const Interval& q, const Interval& less, const Interval& otherwise)
+{
+    const bool partial = p.partial || q.partial;
+    if (p.hi < q.lo)
+        return partial ? hull(less, otherwise) : less;
+    if (p.lo >= q.hi || p.isNothing() || q.isNothing())
+        return otherwise;
+    return hull(less, otherwise);
+}
+
+// The hull of those that may be chosen.
+class Candidates {
+public:
+    void add(bool possible, const Interval& value)
+    {
+        if (!possible)
+            return;
+        hull_ = any_ ? hull(hull_, value) : value;
+        any_ = true;
+    }
+    Interval result(bool partial) const
+    {
+        if (!any_)
+            return Interval::nothing();
+        Interval all = hull_;
+        all.partial |= partial;
+        return all;
+    }
+
+private:
+    Interval hull_;
+    bool any_ = false;
+};
+
+}  // namespace
+
+Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
+{
+    const std::uint32_t count = std::ranges::max(roots).index + 1;
+    constexpr std::uint32_t kWanted = 0;
+    PerNode<std::uint32_t> registerOf;
+    registerOf.assign(count, kNoRegister);
+    for (const NodeId root : roots)
+        registerOf[root] = kWanted;
+    for (std::uint32_t i = count; i-- > 0;) {
+        if (registerOf[NodeId{i}] == kWanted)
+            graph.forEachOperand(graph[NodeId{i}], [&](NodeId operand) { registerOf[operand] = kWanted; });
+    }
+
+    std::uint32_t registers = 0;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const NodeId id{i};
+        if (registerOf[id] != kWanted)
+            continue;
+        registerOf[id] = registers++;
+        iAppend(graph, graph[id], registerOf[id], registerOf);
+    }
+    errors_.assign(registers, 0.0);
+    for (const NodeId root : roots)
+        roots_.push_back(registerOf[root]);
+}
+
+void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t target,
+                        const PerNode<std::uint32_t>& registerOf)
+{
+    values_.emplace_back(node.number);
+    if (node.op == Op::Constant) {
+        if (!std::isfinite(node.number))
+            values_.back() = Interval::nothing();
+        return;
+    }
+    if (node.op == Op::Variable) {
+        variables_.push_back(target);
+        return;
+    }
+    Step step;
+    step.op = node.op;
+    step.function = node.function;
+    step.lowest = node.lowest;
+    step.target = target;
+    step.count = node.count;
+    switch (node.op) {
+        case Op::ChooseLess:
+        case Op::ChooseSign:
+        case Op::ChooseStep:
+            step.first = static_cast<std::uint32_t>(lists_.size());
+            for (const NodeId operand : graph.operands(node))
+                lists_.push_back(registerOf[operand]);
+            break;
+        case Op::Polynomial:
+        case Op::Chebyshev: {
+            const auto coefficients = graph.coefficients(node);
+            step.a = registerOf[node.a];
+            step.first = static_cast<std::uint32_t>(coefficients_.size());
+            coefficients_.insert(coefficients_.end(), coefficients.begin(), coefficients.end());
+            break;
+        }
+        case Op::Call1:
+            step.a = registerOf[node.a];
+            step.rule1 = intervals::ruleOf1(node.function);
+            break;
+        case Op::Call2:
+            step.rule2 = intervals::ruleOf2(node.function);
+            [[fallthrough]];
+        default:
+            step.a = registerOf[node.a];
+            step.b = registerOf[node.b];
+    }
+    steps_.push_back(step);
+}
+
+void Enclosure::evaluate(const Interval& x, Interval* values)
+{
+    for (const std::uint32_t variable : variables_)
+        values_[variable] = x;
+    for (const Step& step : steps_)
+        values_[step.target] = iValueOf(step);
+    for (std::size_t k = 0; k < roots_.size(); ++k)
+        values[k] = values_[roots_[k]];
+}
+
+Interval Enclosure::iValueOf(const Step& step) const
+{
+    const Interval& a = values_[step.a];
+    const auto o = [&](std::size_t i) -> const Interval& { return iOperand(step, i); };
+    switch (step.op) {
+        case Op::Sum:
+            return a + values_[step.b];
+        case Op::Product:
+            return a * values_[step.b];
+        case Op::Quotient:
+            return a / values_[step.b];
+        case Op::Polynomial:
+            return polynomialRange(a, step.lowest, iCoefficients(step));
+        case Op::Chebyshev:
+            return chebyshevRange(a, iCoefficients(step));
+        case Op::Call1:
+            return step.rule1(a);
+        case Op::Call2:
+            return step.rule2(a, values_[step.b]);
+        case Op::ChooseLess:
+            return lessOf(o(0), o(1), o(2), o(3));
+        case Op::ChooseSign: {
+            Candidates candidates;
+            candidates.add(o(0).lo < 0.0, o(1));
+            candidates.add(o(0).contains(0.0), o(2));
+            candidates.add(o(0).hi > 0.0, o(3));
+            return candidates.result(o(0).partial);
+        }
+        case Op::ChooseStep: {
+            const Interval &x = o(0), &x0 = o(1), &x1 = o(2);
+            Candidates candidates;
+            if (x0.lo < x1.hi) {
+                candidates.add(x.lo <= x0.hi, o(3));
+                candidates.add(x.hi > x0.lo && x.lo < x1.hi, o(4));
+                candidates.add(x.hi >= x1.lo, o(5));
+            }
+            return candidates.result(x.partial || x0.partial || x1.partial || !(x0.hi < x1.lo));
+        }
+        default:
+            return Interval::nothing();
+    }
+}
+
+void Enclosure::errorBounds(double* errors)
+{
+    constexpr double kRoomForRounding = 1.0 + 1e-9;  // of the bounds themselves
+    for (const Step& step : steps_) {
+        const double error = iErrorOf(step) * kRoomForRounding;
+        errors_[step.target] = error == error && values_[step.target].isFinite() ? error : kUnbounded;
+    }
+    for (std::size_t k = 0; k < roots_.size(); ++k)
+        errors[k] = errors_[roots_[k]];
+}
+
+double Enclosure::iErrorOf(const Step& step) const
+{
+    const Interval& y = values_[step.target];
+    const Interval& a = values_[step.a];
+    const double ea = errors_[step.a];
+    const double rounding = 2.0 * kHalfUlp * y.largest();
+    switch (step.op) {
+        case Op::Sum:
+            return ea + errors_[step.b] + rounding;
+        case Op::Product: {
+            const double eb = errors_[step.b];
+            return a.largest() * eb + values_[step.b].largest() * ea + ea * eb + rounding;
+        }
+        case Op::Quotient:
+            return (ea + y.largest() * errors_[step.b]) / values_[step.b].smallest() + rounding;
+        case Op::Polynomial:
+            return errorOfPolynomial(a, step.lowest, iCoefficients(step), ea);
+        case Op::Chebyshev:
+            return errorOfChebyshev(a, iCoefficients(step), ea);
+        case Op::Call1:
+            return intervals::errorOf(step.function, a, y, ea);
+        case Op::Call2:
+            return intervals::errorOf(step.function, a, values_[step.b], y, ea, errors_[step.b]);
+        default:
+            return kUnbounded;  // a choice that is still open
+    }
+}
+
+}  // namespace mf::engine

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/interval.h"
+
+namespace mf::engine {
+
+/// Interval evaluation of some roots of a graph with one parameter, such as a text
+/// and its derivatives.
+///
+/// An enclosure of a root over a box contains its exact value and the value that
+/// the compiled program computes, for every x of the box. Bounds are rounded
+/// outwards; what is exact, zeros above all, stays exact.
+///
+/// Threads: an object holds the registers of its last evaluation, so each thread
+/// has its own.
+class Enclosure {
+public:
+    /// Copies what it needs; the graph may change or go.
+    Enclosure(const Graph& graph, std::span<const NodeId> roots);
+
+    std::size_t rootCount() const { return roots_.size(); }
+    /// Steps of an evaluation of all roots: what it costs.
+    std::size_t stepCount() const { return steps_.size(); }
+
+    /// values[k] encloses root k over x, for each root.
+    void evaluate(const Interval& x, Interval* values);
+
+    /// errors[k] bounds how far a computed value of root k is from the exact one
+    /// anywhere in the box of the last evaluation; infinite where no bound is known.
+    void errorBounds(double* errors);
+
+private:
+    struct Step {
+        Op op;
+        FunctionId function;
+        std::uint16_t lowest = 0;
+        std::uint32_t target = 0;
+        std::uint32_t a = 0;  // registers of the operands
+        std::uint32_t b = 0;
+        std::uint32_t first = 0;  // of the list or of the coefficients
+        std::uint32_t count = 0;
+        union {
+            Interval (*rule1)(const Interval&) = nullptr;
+            Interval (*rule2)(const Interval&, const Interval&);
+        };
+    };
+
+    void iAppend(const Graph& graph, const Node& node, std::uint32_t target,
+                 const PerNode<std::uint32_t>& registerOf);
+    Interval iValueOf(const Step& step) const;
+    double iErrorOf(const Step& step) const;
+    std::span<const double> iCoefficients(const Step& step) const
+    {
+        return {&coefficients_[step.first], step.count};
+    }
+    const Interval& iOperand(const Step& step, std::size_t i) const
+    {
+        return values_[lists_[step.first + i]];
+    }
+
+    std::vector<Step> steps_;
+    std::vector<std::uint32_t> lists_;
+    std::vector<double> coefficients_;
+    std::vector<std::uint32_t> roots_;      // registers
+    std::vector<std::uint32_t> variables_;  // registers that hold x
+    std::vector<Interval> values_;          // by register
+    std::vector<double> errors_;            // by register
+};
+
+}  // namespace mf::engine

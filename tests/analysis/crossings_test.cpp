@@ -1,0 +1,145 @@
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+
+#include "mfcurves/analysis/analysis.h"
+#include "tests/analysis/curves.h"
+
+namespace {
+
+using analysis_test::cam;
+using analysis_test::expression;
+using analysis_test::points;
+using analysis_test::rows;
+using mf::Curve;
+using mf::Range;
+using mf::analysis::beyond;
+using mf::analysis::crossings;
+using mf::analysis::Peak;
+using mf::analysis::stationaryPoints;
+
+constexpr double kPi = std::numbers::pi;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+void expectPlaces(const std::vector<double>& found, const std::vector<double>& expected)
+{
+    ASSERT_EQ(found.size(), expected.size()) << testing::PrintToString(found);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        EXPECT_NEAR(found[i], expected[i], 4e-15 * std::max(1.0, std::fabs(expected[i])));
+}
+
+std::vector<double> xOf(const std::vector<Peak>& peaks)
+{
+    std::vector<double> x;
+    for (const Peak& peak : peaks)
+        x.push_back(peak.x);
+    return x;
+}
+
+void expectRanges(const std::vector<Range>& found, const std::vector<Range>& expected)
+{
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        EXPECT_NEAR(found[i].from, expected[i].from, 1e-13);
+        EXPECT_NEAR(found[i].to, expected[i].to, 1e-13);
+    }
+}
+
+TEST(StationaryPoints, OfASineAreItsExtremes)
+{
+    expectPlaces(xOf(stationaryPoints(expression("sin(x)", 0.0, 10.0), 0)), {kPi / 2, 1.5 * kPi, 2.5 * kPi});
+    expectPlaces(xOf(stationaryPoints(expression("sin(x)", 0.0, 7.0), 1)), {0.0, kPi, 2 * kPi});
+}
+
+// A law starts and ends with multiple zeros of its velocity; each counts once.
+TEST(StationaryPoints, CountMultipleZerosOnce)
+{
+    const Curve law = rows({{1.0, 1.0, "5-6-7-8-9-Polynomial"}});
+    const std::vector<double> places = xOf(stationaryPoints(law, 0));
+    ASSERT_EQ(places.size(), 2u);
+    EXPECT_EQ(places[0], 0.0);
+    EXPECT_EQ(places[1], 1.0);
+    expectPlaces(xOf(stationaryPoints(rows({{1.0, 1.0, "3-4-5-Polynomial"}}), 1)), {0.0, 0.5, 1.0});
+}
+
+TEST(StationaryPoints, LeaveOutDwells)
+{
+    const std::vector<double> places = xOf(stationaryPoints(cam(), 0));
+    expectPlaces(places, {0.0, 90.0, 150.0, 240.0});
+    EXPECT_TRUE(stationaryPoints(rows({{1.0, 0.0, "Linear"}}), 0).empty());
+    EXPECT_TRUE(stationaryPoints(expression("3", 0.0, 1.0), 0).empty());
+}
+
+TEST(StationaryPoints, OfPointsAreInClosedForm)
+{
+    // y = x^3 - x at -2, -1, 0, 1, 2 is no natural spline; the places are those of SciPy's
+    // CubicSpline(bc_type="natural").derivative().roots() (make_splines.py).
+    const Curve curve = points({-1.0, 0.0, 1.0}, {0.0, 1.0, 0.0}, mf::Interpolation::Cubic);
+    expectPlaces(xOf(stationaryPoints(curve, 0)), {0.0});
+    EXPECT_TRUE(stationaryPoints(curve, -1).empty());
+    EXPECT_TRUE(stationaryPoints(curve, 4).empty());
+}
+
+TEST(Crossings, AreWhereAnOrderTakesAValue)
+{
+    expectPlaces(crossings(expression("sin(x)", 0.0, 7.0), 0, 0.5),
+                 {kPi / 6, 5 * kPi / 6, 2 * kPi + kPi / 6});
+    expectPlaces(crossings(expression("x^2", -3.0, 3.0), 1, 4.0), {2.0});
+    EXPECT_TRUE(crossings(expression("x^2", -3.0, 3.0), 0, -1.0).empty());
+    EXPECT_TRUE(crossings(expression("x^2", -3.0, 3.0), 0, std::nan("")).empty());
+}
+
+TEST(Crossings, CountATouchOnce)
+{
+    const std::vector<double> touch = crossings(expression("(x-1)^2", 0.0, 3.0), 0, 0.0);
+    ASSERT_EQ(touch.size(), 1u);
+    EXPECT_NEAR(touch[0], 1.0, 1e-7);  // a double zero, to the root of the rounding
+    const std::vector<double> sine = crossings(expression("sin(x)", 0.0, 3.0), 0, 1.0);
+    ASSERT_EQ(sine.size(), 1u);
+    EXPECT_NEAR(sine[0], kPi / 2, 1e-7);
+}
+
+TEST(Crossings, OfAStretchAreItsEnds)
+{
+    expectPlaces(crossings(cam(), 0, 25.0), {90.0, 150.0});
+    expectPlaces(
+        crossings(points({0.0, 1.0, 2.0, 3.0}, {0.0, 1.0, 1.0, 0.0}, mf::Interpolation::Linear), 0, 1.0),
+        {1.0, 2.0});
+}
+
+TEST(Crossings, AreNotWhereAJumpPassesTheValue)
+{
+    EXPECT_TRUE(crossings(expression("if(x-1: 0, 3, 2)", 0.0, 2.0), 0, 1.0).empty());
+    EXPECT_TRUE(crossings(expression("tan(x)", 1.0, 2.0), 0, 0.0).empty());
+}
+
+TEST(Crossings, OfPointsAreExact)
+{
+    const Curve curve = points({0.0, 2.0, 4.0}, {0.0, 4.0, 0.0}, mf::Interpolation::Linear);
+    expectPlaces(crossings(curve, 0, 1.0), {0.5, 3.5});
+    expectPlaces(crossings(curve, 0, 4.0), {2.0});
+}
+
+TEST(Beyond, AreTheRangesWhereALimitIsBroken)
+{
+    expectRanges(beyond(expression("sin(x)", 0.0, 7.0), 0, -0.5, 0.5),
+                 {{kPi / 6, 5 * kPi / 6}, {7 * kPi / 6, 11 * kPi / 6}, {2 * kPi + kPi / 6, 7.0}});
+    EXPECT_TRUE(beyond(expression("sin(x)", 0.0, 7.0), 0, -1.0, 1.0).empty());  // strict
+    expectRanges(beyond(expression("sin(x)", 0.0, 3.0), 0, -kInfinity, -1.0), {{0.0, 3.0}});
+}
+
+TEST(Beyond, JoinsNeighbours)
+{
+    expectRanges(beyond(rows({{1.0, 1.0, "Linear"}, {2.0, 2.0, "Linear"}}), 0, 0.0, 0.5), {{0.5, 2.0}});
+}
+
+TEST(Beyond, AnImpulseBreaksEveryFiniteLimit)
+{
+    const Curve curve = rows({{1.0, 1.0, "Linear"}, {2.0, 0.0, "Linear"}});
+    expectRanges(beyond(curve, 2, -1e9, 1e9), {{1.0, 1.0}});
+    EXPECT_TRUE(beyond(curve, 2, -kInfinity, kInfinity).empty());
+    EXPECT_TRUE(beyond(curve, 3, -1e9, 1e9).empty());
+    EXPECT_TRUE(beyond(curve, 0, -1e9, 1e9).empty());
+}
+
+}  // namespace

@@ -1,0 +1,282 @@
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <numbers>
+
+#include "mfcurves/analysis/analysis.h"
+#include "tests/analysis/curves.h"
+
+namespace {
+
+using analysis_test::cam;
+using analysis_test::expression;
+using analysis_test::points;
+using analysis_test::rows;
+using mf::Curve;
+using mf::Side;
+using mf::analysis::Peak;
+using mf::analysis::summarize;
+using mf::analysis::Summary;
+
+constexpr double kPi = std::numbers::pi;
+
+void expectPeak(const Peak& peak, double x, double y, double tolerance = 1e-13)
+{
+    EXPECT_NEAR(peak.x, x, 1e-12 * std::max(1.0, std::fabs(x)));
+    EXPECT_NEAR(peak.y, y, tolerance * std::max(1.0, std::fabs(y)));
+    EXPECT_LE(peak.error, 1e-11 * std::max(1.0, std::fabs(y)));
+}
+
+// 3-4-5 polynomial: acceleration 60 u - 180 u^2 + 120 u^3, greatest at (3 - sqrt 3) / 6.
+TEST(Summarize, FindsTheExtremesOfALaw)
+{
+    const auto summary = summarize(rows({{1.0, 1.0, "3-4-5-Polynomial"}}));
+    const double at = (3.0 - std::sqrt(3.0)) / 6.0;
+    const double acceleration = 10.0 / std::sqrt(3.0);
+    expectPeak(summary[1].greatest, 0.5, 1.875);
+    expectPeak(summary[2].greatest, at, acceleration);
+    expectPeak(summary[2].least, 1.0 - at, -acceleration);
+    expectPeak(summary[3].greatest, 0.0, 60.0);
+    expectPeak(summary[3].least, 0.5, -30.0);
+    for (const Summary& order : summary) {
+        EXPECT_TRUE(order.guaranteed);
+        EXPECT_TRUE(order.impulses.empty());
+    }
+}
+
+// Integrals of polynomials: 181/462 for the squared 3-4-5 law, 10/7 for its velocity,
+// 120/7 and 720 for the squared acceleration and jerk.
+TEST(Summarize, IntegratesPolynomialsExactly)
+{
+    const auto summary = summarize(rows({{1.0, 1.0, "3-4-5-Polynomial"}}));
+    EXPECT_NEAR(summary[0].rms, std::sqrt(181.0 / 462.0), 1e-15);
+    EXPECT_NEAR(summary[1].rms, std::sqrt(10.0 / 7.0), 1e-15);
+    EXPECT_NEAR(summary[2].rms, std::sqrt(120.0 / 7.0), 1e-14);
+    EXPECT_NEAR(summary[3].rms, std::sqrt(720.0), 1e-13);
+    EXPECT_NEAR(summary[0].mean, 0.5, 1e-15);
+    EXPECT_NEAR(summary[1].mean, 1.0, 1e-15);
+    EXPECT_NEAR(summary[2].mean, 0.0, 1e-14);
+}
+
+TEST(Summarize, IntegratesOtherFunctionsToRounding)
+{
+    const auto summary = summarize(expression("10*sin(2*pi*x)", 0.0, 10.0));
+    EXPECT_NEAR(summary[0].rms, 10.0 / std::sqrt(2.0), 1e-12);
+    EXPECT_NEAR(summary[0].mean, 0.0, 1e-12);
+    const auto exponential = summarize(expression("exp(-x)", 0.0, 5.0));
+    EXPECT_NEAR(exponential[0].mean, (1.0 - std::exp(-5.0)) / 5.0, 1e-14);
+    EXPECT_NEAR(exponential[0].rms, std::sqrt((1.0 - std::exp(-10.0)) / 10.0), 1e-14);
+}
+
+TEST(Summarize, OfADwellIsConstant)
+{
+    const auto summary = summarize(rows({{2.0, 0.0, "Linear"}, {3.0, 5.0, "3-4-5-Polynomial"}}), {0.5, 1.5});
+    EXPECT_EQ(summary[0].least.y, 0.0);
+    EXPECT_EQ(summary[0].greatest.y, 0.0);
+    EXPECT_EQ(summary[1].greatest.error, 0.0);
+    EXPECT_EQ(summary[3].greatest.y, 0.0);
+    for (const Summary& order : summary)
+        EXPECT_TRUE(order.guaranteed);
+}
+
+TEST(Summarize, OfARampHasOneVelocity)
+{
+    const auto summary = summarize(rows({{4.0, 2.0, "Linear"}}));
+    expectPeak(summary[0].least, 0.0, 0.0);
+    expectPeak(summary[0].greatest, 4.0, 2.0);
+    expectPeak(summary[1].least, 0.0, 0.5);
+    expectPeak(summary[1].greatest, 0.0, 0.5);
+    EXPECT_EQ(summary[2].greatest.y, 0.0);
+    EXPECT_TRUE(summary[2].guaranteed);
+}
+
+TEST(Summarize, OfAConstantExpression)
+{
+    const auto summary = summarize(expression("7", -1.0, 1.0));
+    EXPECT_EQ(summary[0].least.y, 7.0);
+    EXPECT_EQ(summary[0].greatest.y, 7.0);
+    EXPECT_DOUBLE_EQ(summary[0].rms, 7.0);
+    EXPECT_EQ(summary[1].greatest.y, 0.0);
+    EXPECT_TRUE(summary[0].guaranteed && summary[3].guaranteed);
+}
+
+TEST(Summarize, SaysOnWhichSideOfASeamAPeakIs)
+{
+    // The jerk of the rise ends with 60 H / T^3 and the dwell has none.
+    const auto summary = summarize(rows({{1.0, 1.0, "3-4-5-Polynomial"}, {2.0, 1.0, "Linear"}}), {0.8, 2.0});
+    expectPeak(summary[3].greatest, 1.0, 60.0);
+    EXPECT_EQ(summary[3].greatest.side, Side::Left);
+}
+
+TEST(Summarize, CountsALeftSideAtAJump)
+{
+    const auto summary = summarize(expression("if(x-1: x, 5, -x)", 0.0, 2.0));
+    // The single value at the jump itself is one that the curve takes.
+    expectPeak(summary[0].greatest, 1.0, 5.0);
+    expectPeak(summary[0].least, 2.0, -2.0);
+    ASSERT_EQ(summary[1].impulses.size(), 1u);
+    EXPECT_EQ(summary[1].impulses[0], 1.0);
+    const auto sides = summarize(expression("if(x-1: x, x, -x)", 0.0, 2.0));
+    expectPeak(sides[0].greatest, 1.0, 1.0);
+}
+
+TEST(Summarize, FindsAKinkAtASeam)
+{
+    const auto summary = summarize(rows({{1.0, 1.0, "Linear"}, {3.0, 0.0, "Linear"}}));
+    expectPeak(summary[0].greatest, 1.0, 1.0);
+    EXPECT_EQ(summary[0].greatest.side, Side::Left);
+    expectPeak(summary[1].least, 1.0, -0.5);
+    EXPECT_EQ(summary[1].least.side, Side::Right);
+    ASSERT_EQ(summary[2].impulses.size(), 1u);
+    EXPECT_EQ(summary[2].impulses[0], 1.0);
+    EXPECT_TRUE(summary[3].impulses.empty());
+}
+
+TEST(Summarize, ReportsTheFirstOfTwoEqualPeaks)
+{
+    const auto summary = summarize(expression("sin(x)^2", 0.0, 6.0));
+    expectPeak(summary[0].greatest, kPi / 2.0, 1.0);
+    const auto twice = summarize(rows(
+        {{1.0, 1.0, "3-4-5-Polynomial"}, {2.0, 0.0, "3-4-5-Polynomial"}, {3.0, 1.0, "3-4-5-Polynomial"}}));
+    expectPeak(twice[1].greatest, 0.5, 1.875);
+    expectPeak(twice[1].least, 1.5, -1.875);
+}
+
+TEST(Summarize, PassesOverARowOfNoLength)
+{
+    const auto summary =
+        summarize(rows({{1.0, 1.0, "Linear"}, {1.0, 3.0, "3-4-5-Polynomial"}, {2.0, 4.0, "Linear"}}));
+    expectPeak(summary[0].greatest, 2.0, 4.0);
+    ASSERT_EQ(summary[1].impulses.size(), 1u);
+    EXPECT_EQ(summary[1].impulses[0], 1.0);
+    EXPECT_TRUE(summary[2].impulses.empty());  // the velocity is 1 on both sides
+}
+
+TEST(Summarize, OfOnePoint)
+{
+    const auto summary = summarize(points({3.0}, {-2.0}, mf::Interpolation::Cubic));
+    EXPECT_EQ(summary[0].least.y, -2.0);
+    EXPECT_EQ(summary[0].greatest.x, 3.0);
+    EXPECT_EQ(summary[0].rms, 2.0);
+    EXPECT_EQ(summary[0].mean, -2.0);
+    EXPECT_TRUE(summary[0].guaranteed);
+}
+
+TEST(Summarize, OfOneXInARange)
+{
+    const auto summary = summarize(expression("x^2", 0.0, 3.0), {2.0, 2.0});
+    EXPECT_EQ(summary[0].least.y, 4.0);
+    EXPECT_EQ(summary[0].greatest.y, 4.0);
+    EXPECT_EQ(summary[1].mean, 4.0);
+}
+
+TEST(Summarize, WithoutAnythingInRangeHasNoValues)
+{
+    for (const mf::Range range : {mf::Range{5.0, 6.0}, mf::Range{1.0, 0.5}, mf::Range{std::nan(""), 1.0}}) {
+        const auto summary = summarize(expression("x", 0.0, 1.0), range);
+        EXPECT_TRUE(std::isnan(summary[0].greatest.y));
+        EXPECT_TRUE(std::isnan(summary[0].rms));
+        EXPECT_FALSE(summary[0].guaranteed);
+    }
+}
+
+TEST(Summarize, DoesNotProveWhatIsUndefinedInside)
+{
+    const auto summary = summarize(expression("sqrt(x-1)", 0.0, 2.0));
+    EXPECT_FALSE(summary[0].guaranteed);
+    EXPECT_NEAR(summary[0].greatest.y, 1.0, 1e-12);
+    const auto never = summarize(expression("sqrt(-1-x)", 0.0, 2.0));
+    EXPECT_FALSE(never[0].guaranteed);
+    EXPECT_TRUE(std::isnan(never[0].greatest.y));
+}
+
+TEST(Summarize, DoesNotProveAPole)
+{
+    const auto summary = summarize(expression("tan(x)", 0.0, 2.0));
+    for (const Summary& order : summary)
+        EXPECT_FALSE(order.guaranteed);
+    const auto beside = summarize(expression("tan(x)", -1.0, 1.0));
+    for (const Summary& order : beside)
+        EXPECT_TRUE(order.guaranteed);
+    expectPeak(beside[0].greatest, 1.0, std::tan(1.0));
+}
+
+TEST(Summarize, WorksNearTheLargestNumbers)
+{
+    const auto summary = summarize(expression("1e300*sin(x)", 0.0, 3.0));
+    EXPECT_NEAR(summary[0].greatest.y / 1e300, 1.0, 1e-15);
+    EXPECT_NEAR(summary[0].rms / 1e300, std::sqrt(0.5 - std::sin(6.0) / 12.0), 1e-12);
+    EXPECT_TRUE(summary[0].guaranteed);
+    const auto spline = summarize(points({0.0, 1.0, 2.0}, {0.0, 1e300, 0.0}, mf::Interpolation::Linear));
+    EXPECT_EQ(spline[0].greatest.y, 1e300);
+    EXPECT_NEAR(spline[0].rms / 1e300, std::sqrt(1.0 / 3.0), 1e-14);
+    const auto tiny = summarize(points({0.0, 1.0, 2.0}, {0.0, 1e-300, 0.0}, mf::Interpolation::Linear));
+    EXPECT_NEAR(tiny[0].rms / 1e-300, std::sqrt(1.0 / 3.0), 1e-14);
+}
+
+TEST(Summarize, OfEqualBranchesHasNoImpulses)
+{
+    const auto summary = summarize(expression("if(x-1: x^2, x^2, x^2)", 0.0, 2.0));
+    expectPeak(summary[0].greatest, 2.0, 4.0);
+    for (const Summary& order : summary) {
+        EXPECT_TRUE(order.guaranteed);
+        EXPECT_TRUE(order.impulses.empty());
+    }
+}
+
+TEST(Summarize, SeesAPulseBetweenSamples)
+{
+    // 1e-9 wide in a range of 10, by a law that no sampling meets.
+    const auto summary = summarize(expression("exp(-((x-3.3333333)/1e-9)^2)", 0.0, 10.0));
+    EXPECT_NEAR(summary[0].greatest.y, 1.0, 1e-12);
+    EXPECT_NEAR(summary[0].greatest.x, 3.3333333, 1e-15);
+}
+
+// The extremes of a cubic through (0, 0), (1, 2), (3, -1), (4, 0): SciPy's CubicSpline with
+// bc_type "natural", roots of its derivatives (tests/analysis/make_splines.py).
+TEST(Summarize, OfPointsIsInClosedForm)
+{
+    const Curve curve = points({0.0, 1.0, 2.0, 3.0}, {0.0, 1.0, 0.0, 1.0}, mf::Interpolation::Linear);
+    const auto summary = summarize(curve);
+    expectPeak(summary[0].greatest, 1.0, 1.0);
+    expectPeak(summary[1].least, 1.0, -1.0);
+    EXPECT_EQ(summary[2].impulses, (std::vector<double>{1.0, 2.0}));
+    EXPECT_EQ(summary[2].greatest.y, 0.0);
+    EXPECT_NEAR(summary[0].rms, std::sqrt(1.0 / 3.0), 1e-15);
+    EXPECT_NEAR(summary[0].mean, 0.5, 1e-15);
+    for (const Summary& order : summary)
+        EXPECT_TRUE(order.guaranteed);
+}
+
+TEST(Summarize, CountsTheEndOfACycle)
+{
+    const Curve ramp = rows({{1.0, 1.0, "Linear"}});
+    EXPECT_TRUE(summarize(ramp)[1].impulses.empty());
+    const auto summary = summarize(ramp.with(mf::Outside::Repeat));
+    ASSERT_EQ(summary[1].impulses.size(), 1u);
+    EXPECT_EQ(summary[1].impulses[0], 1.0);
+    EXPECT_TRUE(summary[2].impulses.empty());
+}
+
+// No value of a curve is beyond a peak that is called guaranteed.
+TEST(Summarize, BoundsEverySample)
+{
+    for (const Curve& curve :
+         {cam(), expression("sin(7*x)*exp(-x)+abs(x-2)", 0.0, 5.0),
+          expression("x/(1+x^4)-floor(x)", -2.0, 3.0),
+          points({0.0, 1.0, 1.5, 4.0}, {0.0, 3.0, -1.0, 2.0}, mf::Interpolation::Akima)}) {
+        const auto summary = summarize(curve);
+        const double length = curve.lastX() - curve.firstX();
+        for (int order = 0; order < 4; ++order) {
+            const Summary& s = summary[static_cast<std::size_t>(order)];
+            ASSERT_TRUE(s.guaranteed);
+            for (int i = 0; i <= 10'000; ++i) {
+                const double y = curve(curve.firstX() + length * i / 10'000.0, order);
+                ASSERT_LE(y, s.greatest.y + s.greatest.error);
+                ASSERT_GE(y, s.least.y - s.least.error);
+            }
+        }
+    }
+}
+
+}  // namespace
