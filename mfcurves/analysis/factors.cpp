@@ -24,7 +24,6 @@ Curve normalised(const LawText& law)
 // The first place of the largest magnitude; infinite at the first impulse.
 void largest(const Summary& order, double& factor, double& at)
 {
-    constexpr double kSame = 1.0 + 0x1p-48;
     if (!order.impulses.empty()) {
         factor = kUnbounded;
         at = order.impulses.front();
@@ -34,7 +33,7 @@ void largest(const Summary& order, double& factor, double& at)
     const Peak& high = order.greatest;
     const double l = std::fabs(low.y);
     const double h = std::fabs(high.y);
-    const bool equal = l <= h * kSame && h <= l * kSame;
+    const bool equal = std::fabs(l - h) <= low.error + high.error;
     const Peak& peak = equal ? (low.x < high.x ? low : high) : l > h ? low : high;
     factor = std::max(l, h);
     at = peak.x;

@@ -134,8 +134,8 @@ private:
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) < orders;
             if (known) {
-                offer(part, k, ranges[k].least);
-                offer(part, k, ranges[k].greatest);
+                offer(part, k, sharpened(part, evaluator, k, ranges[k].least));
+                offer(part, k, sharpened(part, evaluator, k, ranges[k].greatest));
             }
             const bool proved = known && part.smooth().isSmooth && ranges[k].highest < kUnbounded;
             if (proved)
@@ -158,6 +158,55 @@ private:
             extremes_[k].offer(x, y, Side::Plain);
             extremes_[k].bound(y, y);
         }
+    }
+
+    // Where an extreme is so flat that rounding hides its place, the slope has a multiple
+    // zero, which is a simple one of some higher derivative.
+    static OrderRange::End sharpened(const Part& part, BoxEvaluator& evaluator, std::size_t k,
+                                     const OrderRange::End& end)
+    {
+        constexpr double kFlat = 1e-6;
+        constexpr std::size_t kHigher = 8;
+        if (end.x == part.from || end.x == part.to || static_cast<int>(k) + 2 > evaluator.highest())
+            return end;
+        const double length = part.to - part.from;
+        const double bend = evaluator.at(end.x)[k + 2].middle() * length * length;
+        if (!(std::fabs(bend) < kFlat * end.y.largest()))
+            return end;
+        std::vector<engine::NodeId> orders(part.smooth().orders.begin() + static_cast<std::ptrdiff_t>(k),
+                                           part.smooth().orders.end());
+        part.piece->formula().differentiate(orders, kHigher);
+        for (std::size_t j = 1; j + 1 < orders.size(); ++j) {
+            const std::array<engine::NodeId, 2> pair{orders[j], orders[j + 1]};
+            BoxEvaluator slope(part.piece->formula().graph(), pair, part.piece->budget());
+            const double x = simpleZero(slope, end.x, kFlat, length);
+            if (std::isnan(x))
+                continue;
+            const Interval y = evaluator.at(x)[k];
+            return y.lo <= end.y.hi && y.hi >= end.y.lo ? OrderRange::End{x, y} : end;
+        }
+        return end;
+    }
+
+    // The zero near x by Newton's method; NaN where it is no simple one.
+    static double simpleZero(BoxEvaluator& slope, double x, double flat, double length)
+    {
+        constexpr int kSteps = 20;
+        const double start = x;
+        for (int i = 0; i < kSteps; ++i) {
+            const Enclosures at = slope.at(x);
+            if (!at[1].excludesZero())
+                return std::nan("");
+            const double next = x - at[0].middle() / at[1].middle();
+            if (!(std::fabs(next - start) < 1e-2 * length))
+                return std::nan("");
+            if (std::fabs(next - x) <= 4.0 * 0x1p-52 * std::fabs(x)) {
+                const double reach = flat * length;
+                return slope.plainly(x - reach, x + reach)[1].excludesZero() ? next : std::nan("");
+            }
+            x = next;
+        }
+        return std::nan("");
     }
 
     void offer(const Part& part, std::size_t k, const OrderRange::End& end)
