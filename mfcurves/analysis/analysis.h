@@ -37,6 +37,7 @@ constexpr Range all{-std::numeric_limits<double>::infinity(), std::numeric_limit
 
 // --- Where a curve is not smooth -------------------------------------------------------
 
+/// Why a curve is not smooth at a place.
 enum class Cause {
     Seam,     ///< where rows meet
     Knot,     ///< a point of a curve through points
@@ -46,12 +47,14 @@ enum class Cause {
 
 /// A place where the value or a derivative jumps.
 struct Break {
-    double x;
-    int lowest;               ///< the lowest order that jumps
-    CurveValues left, right;  ///< the one-sided limits
-    Cause cause;
-    int row;  ///< the row that begins there, of a kink the row it lies in, of a knot the point, from 1; else
-              ///< 0
+    double x;           ///< where
+    int lowest;         ///< the lowest order that jumps
+    CurveValues left;   ///< the limits from below x
+    CurveValues right;  ///< the limits from above x
+    Cause cause;        ///< why
+    /// The row that begins there, of a kink the row that it lies in, of a knot the point, all
+    /// from 1; else 0.
+    int row;
 };
 
 /// The breaks in a range, ascending, of which some order up to `upToOrder` (0 to 4) jumps.
@@ -65,20 +68,24 @@ MFCURVES_API std::optional<double> nextBreak(const Curve& curve, double after, i
 
 // --- Extremes ---------------------------------------------------------------------------
 
+/// An extreme of an order, or a place where its slope is 0.
 struct Peak {
-    double x;
-    double y;
-    Side side;     ///< Left or Right at the end of a piece, else Plain
-    double error;  ///< bounds the distance of y to the true extreme and to every computed value beyond it
+    double x;   ///< where
+    double y;   ///< the value of the order
+    Side side;  ///< Left or Right at the end of a piece, else Plain
+    /// Bounds the distance of y to the true extreme, and to every computed value beyond it. Of a
+    /// stationary point: the distance of x to the true place.
+    double error;
 };
 
 /// One order on a range.
 struct Summary {
-    Peak least, greatest;          ///< of equal ones the first; NaN without any finite value
+    Peak least;                    ///< of equal ones the first; NaN without any finite value
+    Peak greatest;                 ///< of equal ones the first; NaN without any finite value
     double rms;                    ///< root of the mean square over x
     double mean;                   ///< over x
     std::vector<double> impulses;  ///< where the order has an impulse; the peaks are those beside it
-    bool guaranteed;               ///< true: both errors are proved
+    bool guaranteed;               ///< true: the errors of both peaks are proved
 };
 
 /// Value, velocity, acceleration and jerk on a range.
@@ -103,23 +110,30 @@ MFCURVES_API std::vector<Range> beyond(const Curve& curve, int order, double low
 /// What a law does between (0, 0) and (1, 1). For a stroke H in a time T the largest velocity
 /// is cv H/T, the largest acceleration ca H/T^2, the largest jerk cj H/T^3.
 struct LawFactors {
-    double cv, ca, cj;        ///< largest magnitudes; infinite where the order has an impulse inside
-    double cvAt, caAt, cjAt;  ///< the first place of each, from 0 to 1
-    double power;             ///< largest magnitude of velocity times acceleration
-    double rmsAcceleration;
-    /// The highest order, up to 4, such that it and all lower ones do not jump: against rest at
-    /// the start and at the end, and inside. -1: the value itself jumps.
-    int startContinuity, endContinuity, innerContinuity;
-    bool guaranteed;  ///< true: cv, ca, cj and power are proved
+    double cv;               ///< largest velocity; infinite where the value jumps inside
+    double ca;               ///< largest acceleration; infinite where the velocity jumps inside
+    double cj;               ///< largest jerk; infinite where the acceleration jumps inside
+    double cvAt;             ///< the first place of cv, from 0 to 1
+    double caAt;             ///< the first place of ca
+    double cjAt;             ///< the first place of cj
+    double power;            ///< largest magnitude of velocity times acceleration
+    double rmsAcceleration;  ///< root of the mean square of the acceleration
+    /// The highest order, up to 4, such that it and all lower ones do not jump against rest at
+    /// the start. -1: the value itself jumps.
+    int startContinuity;
+    int endContinuity;    ///< the same at the end
+    int innerContinuity;  ///< the same inside
+    bool guaranteed;      ///< true: cv, ca, cj and power are proved
 };
 
 /// Throws CurveError when the law does not compile.
 MFCURVES_API LawFactors factors(const LawText& law);
 
+/// What a drive can do; infinite where there is no limit.
 struct Limits {
-    double velocity = std::numeric_limits<double>::infinity();
-    double acceleration = std::numeric_limits<double>::infinity();
-    double jerk = std::numeric_limits<double>::infinity();
+    double velocity = std::numeric_limits<double>::infinity();      ///< largest magnitude
+    double acceleration = std::numeric_limits<double>::infinity();  ///< largest magnitude
+    double jerk = std::numeric_limits<double>::infinity();          ///< largest magnitude
 };
 
 /// The shortest time of a move that keeps the limits: the greatest of cv H/V, sqrt(ca H/A) and
@@ -131,9 +145,9 @@ MFCURVES_API double shortestDuration(const LawFactors& factors, double stroke, c
 
 /// How well each derivative agrees with differences of the order below it.
 struct DerivativeCheck {
-    bool ok;         ///< no error above 1e-6
-    int worstOrder;  ///< 1 to 3; 0 where nothing could be compared
-    double worstX;
+    bool ok;           ///< no error above 1e-6
+    int worstOrder;    ///< 1 to 3; 0 where nothing could be compared
+    double worstX;     ///< where the error is largest
     double stated;     ///< the derivative as evaluated
     double estimated;  ///< from differences of the order below
     double error;      ///< their distance relative to the largest magnitude of the order on its piece
