@@ -22,6 +22,7 @@
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
+#include "tests/segments/segmentTables.h"
 
 namespace bench {
 namespace {
@@ -46,19 +47,9 @@ mfProfileManager_c& profiles()
     return host->profileManager();
 }
 
-mfSegment_c* polynomialRow(double startX, double endX, double value)
+void addPolynomial(mfFunctionSegments_c& table, double startX, double endX, double value)
 {
-    auto* segment = new mfSegment_c(startX, endX, value, L"3-4-5-Polynomial");
-    segment->setProfileKey(profiles().getProfileKeyFromDisplayName(L"3-4-5-Polynomial (Default)"));
-    return segment;
-}
-
-mfSegment_c& rowOf(mfFunctionSegments_c& table, int row)
-{
-    mfSegment_c* segment = nullptr;
-    table.selectSegment(row, segment);
-    require(segment != nullptr, "no row");
-    return *segment;
+    mf::test::addRow(table, profiles(), startX, endX, value, L"3-4-5-Polynomial (Default)");
 }
 
 /// The cam of HandwrittenCam as a motion function, parsed and sampled.
@@ -70,9 +61,9 @@ public:
         require(function_.initialize(), "no function");
         function_.setMotorDriveType(mf::MotorDriveType_Displacment);
         table().addSegment(new mfSegment_c(0.0, 0.0, 0.0, L"Initial"));
-        table().addSegment(polynomialRow(0.0, 2.0, 10.0));
-        table().addSegment(polynomialRow(2.0, 3.0, 10.0));
-        table().addSegment(polynomialRow(3.0, 5.0, 0.0));
+        addPolynomial(table(), 0.0, 2.0, 10.0);
+        addPolynomial(table(), 2.0, 3.0, 10.0);
+        addPolynomial(table(), 3.0, 5.0, 0.0);
         for (int row = 1; row <= 3; ++row)
             table().parseExpression(row);
         table().calculateValue();
@@ -180,7 +171,7 @@ void librarySamples(benchmark::State& state)
     int row = 0;
     for (auto _ : state) {
         cam.table().calculateValue(row + 1);
-        benchmark::DoNotOptimize(rowOf(cam.table(), row + 1).getPlottingData0());
+        benchmark::DoNotOptimize(mf::test::rowOf(cam.table(), row + 1).getPlottingData0());
         row = (row + 1) % 3;
     }
 }
@@ -202,7 +193,7 @@ private:
 void libraryParse(benchmark::State& state)
 {
     LibraryCam cam;
-    mfSegment_c& row = rowOf(cam.table(), 1);
+    mfSegment_c& row = mf::test::rowOf(cam.table(), 1);
     StartXs startXs;
     for (auto _ : state) {
         row.setStartX(startXs.next());
@@ -219,7 +210,7 @@ BENCHMARK(libraryParse)->Name("cam/parse/library");
 void muparserParse(benchmark::State& state)
 {
     LibraryCam cam;
-    mfSegment_c& row = rowOf(cam.table(), 1);
+    mfSegment_c& row = mf::test::rowOf(cam.table(), 1);
     StartXs startXs;
     std::vector<std::string> texts;
     for (int i = 0; i < 8192; ++i) {
@@ -246,7 +237,7 @@ void fill(mfFunctionSegments_c& table, int rows)
     table.setMotorDependentVar(mf::MotorDriveType_Displacment);
     table.addSegment(new mfSegment_c(0.0, 0.0, 0.0, L"Initial"));
     for (int row = 1; row < rows; ++row)
-        table.addSegment(polynomialRow(row - 1, row, row % 7));
+        addPolynomial(table, row - 1, row, row % 7);
 }
 
 // The end of row 1 is pushed over all rows behind it, and back.
@@ -299,12 +290,12 @@ void parseAndSampleAllRows(benchmark::State& state)
     for (auto _ : state) {
         offset += 1.0;
         for (int row = 1; row < rows; ++row) {
-            rowOf(table, row).setValue(row % 7 + offset);
+            mf::test::rowOf(table, row).setValue(row % 7 + offset);
             table.parseExpression(row);
         }
         table.calculateValue();
         for (int row = 1; row < rows; ++row)
-            benchmark::DoNotOptimize(rowOf(table, row).getPlottingData0());
+            benchmark::DoNotOptimize(mf::test::rowOf(table, row).getPlottingData0());
     }
 }
 BENCHMARK(parseAndSampleAllRows)->Name("table/parse_and_sample_all_rows")->Arg(1'000)->Arg(10'000);

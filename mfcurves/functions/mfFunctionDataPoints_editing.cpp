@@ -55,7 +55,8 @@ bool mfFunctionDataPoints_c::Copy(mfFunctionDataPoints_c* source)
 bool mfFunctionDataPoints_c::insertDataPoint(int row, mfDataPoints_c* points)
 {
     const int countBefore = getDataPointsCount();
-    if (!iStore(row, points))
+    const bool isTaken = iStore(row, points);
+    if (!isTaken)
         return false;
     try {
         RegenSplineData();
@@ -85,7 +86,10 @@ bool mfFunctionDataPoints_c::iStore(int row, mfDataPoints_c* points)
         return false;
 
     updateRows_.reserve(1);
-    if (!iClashes(row, *points) || points->setPoint(0, iFreeX(row), points->getY(0)))
+    bool fits = !iClashes(row, *points);
+    if (!fits)
+        fits = points->setPoint(0, iFreeX(row), points->getY(0));
+    if (fits)
         dataPoints_.insert(dataPoints_.begin() + row, points);
     updateRows_.push_back(row);
     return true;

@@ -71,6 +71,9 @@ void mfFunctionSegments_c::parseExpression(int row)
         if (profile == nullptr || !mf::segments::enterNumbers(*profile, numbers, expression))
             return;
         independentVariable = mfTextConverter_c().toCString(profile->independentVariable);
+        // Rows mostly have the variable of the previous row, and then share its text.
+        if (row > 0 && iAt(row - 1).getProflieIndepVar() == independentVariable)
+            independentVariable = iAt(row - 1).getProflieIndepVar();
     } else {
         const CString name = segment.getProfileName();
         std::vector<CString> tokens = getProfileExpr(name);

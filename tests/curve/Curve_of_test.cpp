@@ -14,6 +14,7 @@
 #include "tests/curve/givenCurve.h"
 #include "tests/curve/randomCurves.h"
 #include "tests/documents/curveFixture.h"
+#include "tests/segments/segmentTables.h"
 
 namespace mf::test {
 namespace {
@@ -26,11 +27,7 @@ class CurveOf : public CurveTest {
 protected:
     mfSegment_c& addRow(double startX, double endX, double value, const char* law = "Cubic (Default)")
     {
-        auto* row = new mfSegment_c(startX, endX, value, L"row");
-        if (*law != '\0')
-            row->setProfileKey(manager.getProfileKeyFromDisplayName(law));
-        segments().addSegment(row);
-        return *row;
+        return mf::test::addRow(segments(), manager, startX, endX, value, law);
     }
     // From (0, 1) by a cubic to (2, 5) and by a line to (3, 4).
     void fill()

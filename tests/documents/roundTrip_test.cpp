@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "curveFixture.h"
+#include "tests/segments/segmentTables.h"
 #include "tests/support/TemporaryFolder.h"
 
 // A document that was read and written again stays as it is, to the byte.
@@ -194,10 +195,8 @@ TEST_F(RoundTrip, RandomSegments)
         double x = between(0.0, 10.0);
         for (int row = below(12); row > 0; --row) {
             const double end = x + between(0.001, 50.0);
-            auto* segment = new mfSegment_c(x, end, between(-1000.0, 1000.0), L"");
-            segment->setProfileKey(
-                manager.getProfileKeyFromDisplayName(names[static_cast<std::size_t>(below(10))]));
-            segments().addSegment(segment);
+            const double value = between(-1000.0, 1000.0);
+            addRow(segments(), manager, x, end, value, names[static_cast<std::size_t>(below(10))]);
             x = end;
         }
         function.createXMLData(CString(text()), false, L"");

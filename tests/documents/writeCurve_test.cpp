@@ -13,6 +13,7 @@
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "tests/locale/comma_locale.h"
+#include "tests/segments/segmentTables.h"
 #include "tests/support/TemporaryFolder.h"
 
 // The bytes of written documents, and where they go.
@@ -28,11 +29,7 @@ protected:
     void addPoint(double x, double y) { points().appendDataPoint(new mfDataPoints_c(new mfPoint2D_c(x, y))); }
     mfSegment_c* addSegment(double startX, double endX, double value, const CString& displayName)
     {
-        auto* segment = new mfSegment_c(startX, endX, value, L"");
-        if (!displayName.IsEmpty())
-            segment->setProfileKey(manager.getProfileKeyFromDisplayName(displayName));
-        segments().addSegment(segment);
-        return segment;
+        return &addRow(segments(), manager, startX, endX, value, displayName);
     }
     // What a document holds between the tags of its first element of that name.
     std::string written(const std::string& name)

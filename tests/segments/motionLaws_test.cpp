@@ -213,9 +213,8 @@ TEST(Seams, OfRandomTablesMeetWithinAMillionthOfTheStroke)
         double x = 0.0;
         for (int row = rows(random); row > 0; --row) {
             const double end = x + length(random);
-            auto* segment = new mfSegment_c(x, end, value(random), L"");
-            segment->setProfileKey(manager.getProfileKeyFromDisplayName(kLaws[law(random)].displayName));
-            table.addSegment(segment);
+            const double valueAtEnd = value(random);
+            addRow(table, manager, x, end, valueAtEnd, kLaws[law(random)].displayName);
             x = end;
         }
         for (int row = 1; row < table.getSegmentCount(); ++row)

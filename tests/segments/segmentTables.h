@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "mfcurves/platform/encoding.h"
+#include "mfcurves/profiles/mfProfileKey.h"
+#include "mfcurves/profiles/mfProfileManager.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
@@ -49,6 +51,17 @@ inline void fill(mfFunctionSegments_c& table, const std::string& text)
         table.addSegment(added.get());
         added.release()->copy(wanted.get());
     }
+}
+
+// Appends a row with the profile of that display name; the empty name stands for none.
+inline mfSegment_c& addRow(mfFunctionSegments_c& table, mfProfileManager_c& manager, double startX,
+                           double endX, double value, const CString& displayName)
+{
+    auto row = std::make_unique<mfSegment_c>(startX, endX, value, L"");
+    if (!displayName.IsEmpty())
+        row->setProfileKey(manager.getProfileKeyFromDisplayName(displayName));
+    table.addSegment(row.get());
+    return *row.release();
 }
 
 inline std::string show(const mfFunctionSegments_c& table)
