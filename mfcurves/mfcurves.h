@@ -4,6 +4,7 @@
 /// names, and no others, are public and installed.
 
 #include "mfcurves/analysis/analysis.h"
+#include "mfcurves/analysis/requirements.h"
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"

@@ -1,0 +1,135 @@
+#include "mfcurves/analysis/requirements.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "mfcurves/curve/laws.h"
+
+namespace mf::analysis {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+// The order that is the velocity, less 1: of a curve whose values are velocities it is
+// order 0. What drives no motor counts as a displacement.
+int derivedOrders(Quantity quantity)
+{
+    switch (quantity) {
+        case Quantity::Velocity:
+            return 1;
+        case Quantity::Acceleration:
+            return 2;
+        default:
+            return 0;
+    }
+}
+
+class Checking {
+public:
+    explicit Checking(const Curve& curve) : curve_(curve) {}
+
+    // Where an order is above `high` or below `low`, one of which is infinite. The limit is
+    // reported as `limit`.
+    void limit(int order, double low, double high, double limit)
+    {
+        for (const Range& where : beyond(curve_, order, low, high)) {
+            Violation violation{order, limit, where, {}};
+            if (where.from < where.to) {
+                const Summary summary = summarize(curve_, where)[order];
+                violation.worst = high < kInfinity && (low == -kInfinity || isFarther(summary, low, high))
+                                      ? summary.greatest
+                                      : summary.least;
+            }
+            found_.push_back(violation);
+        }
+    }
+
+    void jumps(int highest, bool alsoInside)
+    {
+        for (const Break& found : breaks(curve_, highest)) {
+            if (alsoInside || found.cause == Cause::CycleEnd)
+                found_.push_back({found.lowest, {}, {found.x, found.x}, {}});
+        }
+    }
+
+    std::vector<Violation> take() { return std::move(found_); }
+
+private:
+    static bool isFarther(const Summary& summary, double low, double high)
+    {
+        return summary.greatest.y - high >= low - summary.least.y;
+    }
+
+    const Curve& curve_;
+    std::vector<Violation> found_;
+};
+
+}  // namespace
+
+std::vector<Violation> violations(const Curve& curve, const Requirements& required)
+{
+    const Curve asked = required.isCyclic ? curve.with(Outside::Repeat) : curve;
+    Checking checking(asked);
+    if (required.values) {
+        checking.limit(0, required.values->from, kInfinity, required.values->from);
+        checking.limit(0, -kInfinity, required.values->to, required.values->to);
+    }
+    const double magnitudes[] = {required.limits.velocity, required.limits.acceleration,
+                                 required.limits.jerk};
+    for (int i = 0; i < 3; ++i) {
+        const int order = i + 1 - derivedOrders(curve.definition().quantity);
+        if (magnitudes[i] < kInfinity && order >= 0)
+            checking.limit(order, -magnitudes[i], magnitudes[i], magnitudes[i]);
+    }
+    if (required.continuity)
+        checking.jumps(*required.continuity, true);
+    else if (required.isCyclic)
+        checking.jumps(0, false);
+    return checking.take();
+}
+
+namespace {
+
+// Where an order up to the highest that has a limit jumps, the next one has an impulse.
+bool isWithoutImpulse(const LawFactors& law, const Limits& limits)
+{
+    const int needed = limits.jerk < kInfinity ? 2 : 1;
+    return std::min(law.startContinuity, law.endContinuity) >= needed;
+}
+
+Move moveBy(const std::string& profile, const LawFactors& law, double stroke, const Limits& limits)
+{
+    const double duration = shortestDuration(law, stroke, limits);
+    const auto needs = [&](const Limits& one) { return shortestDuration(law, stroke, one) == duration; };
+    const Move::Limit limitedBy = needs({limits.velocity, kInfinity, kInfinity}) ? Move::Limit::Velocity
+                                  : needs({kInfinity, limits.acceleration, kInfinity})
+                                      ? Move::Limit::Acceleration
+                                      : Move::Limit::Jerk;
+    return {profile, duration, limitedBy};
+}
+
+}  // namespace
+
+std::vector<Move> fastest(double stroke, const Limits& limits)
+{
+    std::vector<Move> moves;
+    if (stroke == 0.0 || std::min({limits.velocity, limits.acceleration, limits.jerk}) == kInfinity)
+        return moves;
+    std::set<std::string> seen;  // of laws with one name the first counts
+    for (const Law& law : laws()) {
+        if (!seen.insert(law.name).second)
+            continue;
+        const LawFactors known = factors({law.name, law.text});
+        if (!isWithoutImpulse(known, limits))
+            continue;
+        const Move move = moveBy(law.name, known, stroke, limits);
+        if (std::isfinite(move.duration) && move.duration > 0.0)
+            moves.push_back(move);
+    }
+    std::ranges::stable_sort(moves, {}, &Move::duration);
+    return moves;
+}
+
+}  // namespace mf::analysis

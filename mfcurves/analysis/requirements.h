@@ -1,0 +1,47 @@
+#pragma once
+
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mfcurves/analysis/analysis.h"
+
+namespace mf::analysis {
+
+/// What a curve is checked for. Velocity, acceleration and jerk are those of the thing that
+/// moves: of a curve whose values are velocities they are its orders 0, 1 and 2.
+struct Requirements {
+    Limits limits;                  ///< of magnitudes
+    std::optional<Range> values;    ///< lowest and highest value
+    std::optional<int> continuity;  ///< no order up to this one, 0 to 3, may jump
+    bool isCyclic = false;          ///< the end meets the start; asks for continuity 0 there at least
+};
+
+/// A stretch where a requirement is broken.
+struct Violation {
+    int order;
+    std::optional<double> limit;  ///< as required; nothing for a jump
+    Range where;                  ///< of no length for a jump and for an impulse
+    std::optional<Peak> worst;    ///< the value farthest beyond the limit; nothing for a jump and an impulse
+};
+
+/// Where the curve breaks what is required, in the order of the fields above, each ascending.
+/// An impulse breaks every finite limit of its order.
+MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Requirements& required);
+
+/// A move from rest to rest by a motion law.
+struct Move {
+    enum class Limit { Velocity, Acceleration, Jerk };
+
+    std::string profile;
+    double duration;  ///< the shortest that keeps the limits
+    Limit limitedBy;
+};
+
+/// The built-in and shipped laws that keep the limits without an impulse, at their ends too,
+/// the fastest first. Without a finite limit, or for a stroke of 0, there is nothing to
+/// compare and the list is empty.
+MFCURVES_API std::vector<Move> fastest(double stroke, const Limits& limits);
+
+}  // namespace mf::analysis
