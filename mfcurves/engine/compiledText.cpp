@@ -10,11 +10,14 @@ namespace mf::engine {
 CompiledText::Answer CompiledText::compile(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName)
 {
-    auto compiled = std::make_shared<CompiledText>();
-    auto parsed = parseText(text, variableName, compiled->graph_, compiled->parameters_);
-    if (auto* error = std::get_if<ParseError>(&parsed))
+    auto result = parseText(text, variableName);
+    if (auto* error = std::get_if<ParseError>(&result))
         return std::move(*error);
-    compiled->root_ = std::get<NodeId>(parsed);
+    auto& parsed = std::get<ParsedText>(result);
+    auto compiled = std::make_shared<CompiledText>();
+    compiled->graph_ = std::move(parsed.graph);
+    compiled->root_ = parsed.root;
+    compiled->parameters_ = std::move(parsed.parameters);
     compiled->translator_.clear(static_cast<std::uint32_t>(compiled->parameterCount()));
     compiled->sections_.push_back(std::make_unique<const Section>(
         compiled->translator_.translate(compiled->graph_, compiled->root_, nullptr)));

@@ -1,139 +1,141 @@
 #include "mfcurves/engine/differentiation.h"
 
+#include <utility>
 #include <vector>
 
 #include "mfcurves/engine/functionTable.h"
-#include "mfcurves/engine/simplification.h"
+#include "mfcurves/engine/term.h"
 
 namespace mf::engine {
 namespace {
 
-NodeId derivativeOf(const Graph& graph, NodeId id)
+// In place of a derivative that is about to be made. No graph grows so far.
+constexpr NodeId kWanted{kNoNode.index - 1};
+
+// The derivative of a term that has one already.
+Term d(Term a)
 {
-    return graph[id].derivative;
+    return a.maker().term(a.node().derivative);
 }
 
-bool isExponential(const Graph& graph, NodeId id)
+bool isExponential(Term a)
 {
-    return graph[id].op == Op::Call1 && graph[id].function == FunctionId::Exp;
+    return a.op() == Op::Call1 && a.node().function == FunctionId::Exp;
 }
 
 // (a b)' = a' b + a b'; with an exponential e^w for b it is (a' + a w') e^w, which
 // keeps the exponential a factor of every order.
-NodeId ofProduct(Graph& graph, NodeId a, NodeId b)
+Term ofProduct(Term a, Term b)
 {
-    if (isExponential(graph, a))
+    if (isExponential(a))
         std::swap(a, b);
-    const NodeId da = derivativeOf(graph, a);
-    if (isExponential(graph, b)) {
-        const NodeId dw = derivativeOf(graph, graph[b].a);
-        return product(graph, sum(graph, da, product(graph, a, dw)), b);
-    }
-    return sum(graph, product(graph, da, b), product(graph, a, derivativeOf(graph, b)));
+    if (isExponential(b))
+        return (d(a) + a * d(b.a())) * b;
+    return d(a) * b + a * d(b);
 }
 
-// (a / b)' = (a' - f b') / b with f = a / b, so that each order reuses the one before.
-NodeId ofQuotient(Graph& graph, NodeId f, NodeId a, NodeId b)
+// (a / b)' = (a' - f b') / b with f = a / b, so that each order reuses the previous one.
+Term ofQuotient(Term f)
 {
-    const NodeId numerator =
-        difference(graph, derivativeOf(graph, a), product(graph, f, derivativeOf(graph, b)));
-    return quotient(graph, numerator, b);
+    return (d(f.a()) - f * d(f.b())) / f.b();
 }
 
-NodeId ofPolynomial(Graph& graph, const Node& node, std::vector<double>& scratch)
+// The constant term vanishes; every other exponent is one less.
+Term ofPolynomial(Term f, std::vector<double>& slope)
 {
-    scratch.assign(node.count, 0.0);
-    const auto coefficients = graph.coefficients(node);
-    for (std::size_t i = 0; i < coefficients.size(); ++i)
-        scratch[i] = coefficients[i] * static_cast<double>(node.lowest + i);
-    // The constant term falls away; every other exponent is one less.
-    const bool hasConstant = node.lowest == 0;
-    const std::span<const double> left = std::span(scratch).subspan(hasConstant ? 1 : 0);
-    const NodeId outer = polynomial(graph, node.a, hasConstant ? 0 : node.lowest - 1, left);
-    return product(graph, outer, derivativeOf(graph, node.a));
+    const auto c = f.coefficients();
+    const int lowest = f.node().lowest;
+    slope.resize(c.size());
+    for (std::size_t i = 0; i < c.size(); ++i)
+        slope[i] = c[i] * static_cast<double>(lowest + static_cast<int>(i));
+    const Term u = f.a();
+    const Term outer =
+        lowest == 0 ? polynomial(u, 0, std::span(slope).subspan(1)) : polynomial(u, lowest - 1, slope);
+    return outer * d(u);
 }
 
 // The derivative of a Chebyshev series is one of a lower degree: with
 // d(j-1) = d(j+1) + 2 j c(j), and d(0) halved; Mason and Handscomb, Chebyshev
 // Polynomials (2003), 2.4.5.
-NodeId ofChebyshev(Graph& graph, const Node& node, std::vector<double>& scratch)
+Term ofChebyshev(Term f, std::vector<double>& slope)
 {
-    const auto c = graph.coefficients(node);
-    scratch.assign(node.count + 1, 0.0);
-    for (std::size_t j = node.count - 1; j > 0; --j)
-        scratch[j - 1] = scratch[j + 1] + 2.0 * static_cast<double>(j) * c[j];
-    scratch[0] *= 0.5;
-    const NodeId outer = chebyshev(graph, node.a, std::span(scratch).first(node.count - 1));
-    return product(graph, outer, derivativeOf(graph, node.a));
+    const auto c = f.coefficients();
+    slope.assign(c.size() + 1, 0.0);
+    for (std::size_t j = c.size() - 1; j > 0; --j)
+        slope[j - 1] = slope[j + 1] + 2.0 * static_cast<double>(j) * c[j];
+    slope[0] *= 0.5;
+    return chebyshev(f.a(), std::span(slope).first(c.size() - 1)) * d(f.a());
 }
 
-NodeId ofCall(Graph& graph, NodeId f, const Node& node)
+// What does not move needs no slope, which may not even exist there.
+Term ofCall1(Term f)
 {
-    const Function& row = function(node.function);
-    const NodeId da = derivativeOf(graph, node.a);
-    if (node.op == Op::Call2)
-        return row.slope2(graph, f, node.a, node.b, da, derivativeOf(graph, node.b));
-    // What does not move needs no slope, which may not even exist there.
-    if (graph[da].op == Op::Constant && graph[da].number == 0.0)
-        return da;
-    return product(graph, row.slope1(graph, f, node.a), da);
+    const Term da = d(f.a());
+    return da.isConstant(0.0) ? da : function(f.node().function).slope1(f, f.a()) * da;
 }
 
-NodeId ofNode(Graph& graph, NodeId id, std::vector<double>& scratch)
+Term ofCall2(Term f)
 {
-    const Node node = graph[id];
-    const auto d = [&](std::size_t operand) { return derivativeOf(graph, graph.operands(node)[operand]); };
-    const auto o = [&](std::size_t operand) { return graph.operands(node)[operand]; };
-    switch (node.op) {
+    return function(f.node().function).slope2(f, f.a(), f.b(), d(f.a()), d(f.b()));
+}
+
+// Coefficients are computed in `scratch`.
+Term derivativeOf(Term f, std::vector<double>& scratch)
+{
+    const auto operand = [f](std::size_t i) { return f.operand(i); };
+    switch (f.op()) {
         case Op::Constant:
-            return constant(graph, 0.0);
+            return f.constant(0.0);
         case Op::Variable:
-            return constant(graph, 1.0);
+            return f.constant(1.0);
         case Op::Sum:
-            return sum(graph, derivativeOf(graph, node.a), derivativeOf(graph, node.b));
+            return d(f.a()) + d(f.b());
         case Op::Product:
-            return ofProduct(graph, node.a, node.b);
+            return ofProduct(f.a(), f.b());
         case Op::Quotient:
-            return ofQuotient(graph, id, node.a, node.b);
+            return ofQuotient(f);
         case Op::Polynomial:
-            return ofPolynomial(graph, node, scratch);
+            return ofPolynomial(f, scratch);
         case Op::Chebyshev:
-            return ofChebyshev(graph, node, scratch);
+            return ofChebyshev(f, scratch);
         case Op::Call1:
+            return ofCall1(f);
         case Op::Call2:
-            return ofCall(graph, id, node);
+            return ofCall2(f);
         case Op::ChooseLess:
-            return chooseLess(graph, o(0), o(1), d(2), d(3));
+            return chooseLess(operand(0), operand(1), d(operand(2)), d(operand(3)));
         case Op::ChooseSign:
-            return chooseSign(graph, o(0), d(1), d(2), d(3));
+            return chooseSign(operand(0), d(operand(1)), d(operand(2)), d(operand(3)));
         case Op::ChooseStep:
-            return chooseStep(graph, o(0), o(1), o(2), d(3), d(4), d(5));
+            return chooseStep(operand(0), operand(1), operand(2), d(operand(3)), d(operand(4)),
+                              d(operand(5)));
     }
-    return kNoNode;
+    return f;
 }
 
 }  // namespace
 
-// Down the ids to find what is still without a derivative, then up them, so that
+// Down the ids to mark what is still without a derivative, then up them, so that
 // operands are done before their users.
 NodeId differentiate(Graph& graph, NodeId root)
 {
-    PerNode<bool> wanted;
-    std::vector<double> scratch;
-    wanted.assign(root.index + 1, false);
-    wanted[root] = true;
+    const auto mark = [&](NodeId id) {
+        if (graph[id].derivative == kNoNode)
+            graph.setDerivative(id, kWanted);
+    };
+    mark(root);
     for (std::uint32_t i = root.index + 1; i-- > 0;) {
-        const NodeId id{i};
-        if (graph[id].derivative != kNoNode)
-            wanted[id] = false;
-        else if (wanted[id])
-            graph.forEachOperand(graph[id], [&](NodeId operand) { wanted[operand] = true; });
+        const Node& node = graph[NodeId{i}];
+        if (node.derivative == kWanted)
+            graph.forEachOperand(node, mark);
     }
 
-    graph.folding = Folding::Free;
+    TermMaker maker(graph, Folding::Free);
+    std::vector<double> scratch;
     for (std::uint32_t i = 0; i <= root.index && !graph.full(); ++i) {
-        if (wanted[NodeId{i}])
-            graph.setDerivative(NodeId{i}, ofNode(graph, NodeId{i}, scratch));
+        const NodeId id{i};
+        if (graph[id].derivative == kWanted)
+            graph.setDerivative(id, derivativeOf(maker.term(id), scratch).id());
     }
     return graph.full() ? kNoNode : graph[root].derivative;
 }

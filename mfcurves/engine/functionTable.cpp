@@ -1,18 +1,40 @@
 #include "mfcurves/engine/functionTable.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
+#include <iterator>
 
-#include "mfcurves/engine/functionRules.h"
+#include "mfcurves/engine/termFunctions.h"
 #include "mfcurves/engine/values.h"
 
 namespace mf::engine {
 namespace {
 
-using namespace rules;
-
 constexpr const char* kStepFailure = "Fails where x1 is not above x0.";
+constexpr double kStep[] = {3.0, -2.0};          // 3 u^2 - 2 u^3
+constexpr double kStep5[] = {10.0, -15.0, 6.0};  // 10 u^3 - 15 u^4 + 6 u^5
+
+// sqrt(1 - a^2), without the loss of digits near 1 that squaring would bring.
+Term cosineOfArcsine(Term a)
+{
+    return sqrt((1.0 - a) * (1.0 + a));
+}
+
+// The slope of a function that is constant in pieces.
+Term flat(Term, Term a)
+{
+    return a.constant(0.0);
+}
+
+// n a^(n-1) a' for a constant exponent, else a^b (b' log a + b a' / a). The
+// logarithm is left out where b' is 0, for a negative base has none.
+Term slopeOfPower(Term f, Term a, Term b, Term da, Term db)
+{
+    if (b.isConstant()) {
+        const double n = b.number();
+        return n * (power(a, n - 1.0) * da);
+    }
+    return f * (db * log(a) + b * da / a);
+}
 
 constexpr Function kFunctions[] = {
     {.id = FunctionId::Sin,
@@ -21,42 +43,42 @@ constexpr Function kFunctions[] = {
      .formula = "sine of x",
      .remarks = "x in radians.",
      .value1 = std::sin,
-     .slope1 = slopeOfSin},
+     .slope1 = [](Term, Term a) { return cos(a); }},
     {.id = FunctionId::Cos,
      .name = "cos",
      .arguments = "x",
      .formula = "cosine of x",
      .remarks = "x in radians.",
      .value1 = std::cos,
-     .slope1 = slopeOfCos},
+     .slope1 = [](Term, Term a) { return -sin(a); }},
     {.id = FunctionId::Tan,
      .name = "tan",
      .arguments = "x",
      .formula = "tangent of x",
      .remarks = "x in radians.",
      .value1 = std::tan,
-     .slope1 = slopeOfTan},
+     .slope1 = [](Term f, Term) { return 1.0 + square(f); }},
     {.id = FunctionId::Asin,
      .name = "asin",
      .arguments = "x",
      .formula = "angle from -pi/2 to pi/2 whose sine is x",
      .remarks = "In radians; fails outside -1 to 1.",
      .value1 = std::asin,
-     .slope1 = slopeOfAsin},
+     .slope1 = [](Term, Term a) { return 1.0 / cosineOfArcsine(a); }},
     {.id = FunctionId::Acos,
      .name = "acos",
      .arguments = "x",
      .formula = "angle from 0 to pi whose cosine is x",
      .remarks = "In radians; fails outside -1 to 1.",
      .value1 = std::acos,
-     .slope1 = slopeOfAcos},
+     .slope1 = [](Term, Term a) { return -(1.0 / cosineOfArcsine(a)); }},
     {.id = FunctionId::Atan,
      .name = "atan",
      .arguments = "x",
      .formula = "angle from -pi/2 to pi/2 whose tangent is x",
      .remarks = "In radians.",
      .value1 = std::atan,
-     .slope1 = slopeOfAtan},
+     .slope1 = [](Term, Term a) { return 1.0 / (1.0 + square(a)); }},
     {.id = FunctionId::Atan2,
      .name = "atan2",
      .arguments = "y, x",
@@ -65,65 +87,67 @@ constexpr Function kFunctions[] = {
      .formula = "angle of the point (x, y), from -pi to pi",
      .remarks = "In radians; pi on the left half of the x axis.",
      .value2 = angleValue,
-     .slope2 = slopeOfAtan2},
+     .slope2 = [](Term, Term a, Term b, Term da,
+                  Term db) { return (b * da - a * db) / (square(a) + square(b)); }},
     {.id = FunctionId::Sinh,
      .name = "sinh",
      .arguments = "x",
      .formula = "hyperbolic sine of x",
      .value1 = std::sinh,
-     .slope1 = slopeOfSinh},
+     .slope1 = [](Term, Term a) { return cosh(a); }},
     {.id = FunctionId::Cosh,
      .name = "cosh",
      .arguments = "x",
      .formula = "hyperbolic cosine of x",
      .value1 = std::cosh,
-     .slope1 = slopeOfCosh},
+     .slope1 = [](Term, Term a) { return sinh(a); }},
     {.id = FunctionId::Tanh,
      .name = "tanh",
      .arguments = "x",
      .formula = "hyperbolic tangent of x",
      .value1 = std::tanh,
-     .slope1 = slopeOfTanh},
+     // 1 - tanh^2 would have no digit left where tanh is close to 1.
+     .slope1 = [](Term, Term a) { return square(sech(a)); }},
     {.id = FunctionId::Exp,
      .name = "exp",
      .arguments = "x",
      .formula = "e to the power of x",
      .value1 = std::exp,
-     .slope1 = slopeOfExp},
+     .slope1 = [](Term f, Term) { return f; }},
     {.id = FunctionId::Ln,
      .name = "ln",
      .arguments = "x",
      .formula = "natural logarithm of x",
      .remarks = "Fails where x is not above 0.",
-     .expand = expandLn},
+     .expand = [](Arguments a) { return log(a[0]); }},
     {.id = FunctionId::Log,
      .name = "log",
      .arguments = "x",
      .formula = "natural logarithm of x, the same as ln",
      .remarks = "Fails where x is not above 0.",
      .value1 = std::log,
-     .slope1 = slopeOfLog},
+     .slope1 = [](Term, Term a) { return 1.0 / a; }},
     {.id = FunctionId::Log10,
      .name = "log10",
      .arguments = "x",
      .formula = "logarithm of x to the base 10",
      .remarks = "Fails where x is not above 0.",
      .value1 = std::log10,
-     .slope1 = slopeOfLog10},
+     .slope1 = [](Term, Term a) { return (1.0 / std::log(10.0)) / a; }},
     {.id = FunctionId::Sqrt,
      .name = "sqrt",
      .arguments = "x",
      .formula = "square root of x",
      .remarks = "Fails below 0.",
      .value1 = std::sqrt,
-     .slope1 = slopeOfSqrt},
+     .slope1 = [](Term f, Term) { return 0.5 / f; }},
     {.id = FunctionId::Cbrt,
      .name = "cbrt",
      .arguments = "x",
      .formula = "cube root of x",
      .remarks = "With the sign of x.",
      .value1 = std::cbrt,
-     .slope1 = slopeOfCbrt},
+     .slope1 = [](Term f, Term) { return (1.0 / 3.0) / square(f); }},
     {.id = FunctionId::Hypot,
      .name = "hypot",
      .arguments = "a, b",
@@ -132,20 +156,20 @@ constexpr Function kFunctions[] = {
      .formula = "sqrt(a^2 + b^2)",
      .remarks = "Without overflow on the way.",
      .value2 = std::hypot,
-     .slope2 = slopeOfHypot},
+     .slope2 = [](Term f, Term a, Term b, Term da, Term db) { return a / f * da + b / f * db; }},
     {.id = FunctionId::Abs,
      .name = "abs",
      .arguments = "x",
      .formula = "x without its sign",
      .remarks = "The derivative at 0 is 0.",
      .value1 = std::fabs,
-     .slope1 = slopeOfAbs},
+     .slope1 = [](Term, Term a) { return sign(a); }},
     {.id = FunctionId::Sign,
      .name = "sign",
      .arguments = "x",
      .formula = "-1, 0 or 1, the sign of x",
      .value1 = signValue,
-     .slope1 = slopeOfPieces},
+     .slope1 = flat},
     {.id = FunctionId::SignOf,
      .name = "sign",
      .arguments = "a, b",
@@ -154,7 +178,8 @@ constexpr Function kFunctions[] = {
      .formula = "a without its sign, with the sign of b",
      .remarks = "0 counts as plus.",
      .value2 = signOfValue,
-     .slope2 = slopeOfSignOf},
+     .slope2 = [](Term, Term a, Term b, Term da,
+                  Term) { return call(FunctionId::SignOf, b.constant(1.0), b) * (sign(a) * da); }},
     {.id = FunctionId::Min,
      .name = "min",
      .arguments = "a, b, ...",
@@ -163,8 +188,8 @@ constexpr Function kFunctions[] = {
      .formula = "the least of its arguments",
      .remarks = "Of equal ones the first gives the derivative.",
      .value2 = minValue,
-     .slope2 = slopeOfMin,
-     .expand = expandMin},
+     .slope2 = [](Term, Term a, Term b, Term da, Term db) { return chooseLess(b, a, db, da); },
+     .expand = [](Arguments a) { return folded(FunctionId::Min, a); }},
     {.id = FunctionId::Max,
      .name = "max",
      .arguments = "a, b, ...",
@@ -173,8 +198,8 @@ constexpr Function kFunctions[] = {
      .formula = "the greatest of its arguments",
      .remarks = "Of equal ones the first gives the derivative.",
      .value2 = maxValue,
-     .slope2 = slopeOfMax,
-     .expand = expandMax},
+     .slope2 = [](Term, Term a, Term b, Term da, Term db) { return chooseLess(a, b, db, da); },
+     .expand = [](Arguments a) { return folded(FunctionId::Max, a); }},
     {.id = FunctionId::Mod,
      .name = "mod",
      .arguments = "a, b",
@@ -183,7 +208,8 @@ constexpr Function kFunctions[] = {
      .formula = "remainder of a / b with the sign of a, the same as a % b",
      .remarks = "Exact; fails where b is 0.",
      .value2 = std::fmod,
-     .slope2 = slopeOfMod},
+     // a mod b = a - k b with a whole k.
+     .slope2 = [](Term f, Term a, Term b, Term da, Term db) { return da - nint((a - f) / b) * db; }},
     {.id = FunctionId::Dim,
      .name = "dim",
      .arguments = "a, b",
@@ -192,33 +218,34 @@ constexpr Function kFunctions[] = {
      .formula = "a - b where that is above 0, else 0",
      .remarks = "Where a is b the derivative is that of a - b.",
      .value2 = dimValue,
-     .slope2 = slopeOfDim},
+     .slope2 = [](Term, Term a, Term b, Term da,
+                  Term db) { return chooseLess(a, b, a.constant(0.0), da - db); }},
     {.id = FunctionId::Int,
      .name = "int",
      .arguments = "x",
      .formula = "x without its fraction",
      .remarks = "Rounds toward 0.",
      .value1 = std::trunc,
-     .slope1 = slopeOfPieces},
+     .slope1 = flat},
     {.id = FunctionId::Nint,
      .name = "nint",
      .arguments = "x",
      .formula = "the whole number nearest to x",
      .remarks = "Halves round away from 0.",
      .value1 = std::round,
-     .slope1 = slopeOfPieces},
+     .slope1 = flat},
     {.id = FunctionId::Floor,
      .name = "floor",
      .arguments = "x",
      .formula = "the largest whole number not above x",
      .value1 = std::floor,
-     .slope1 = slopeOfPieces},
+     .slope1 = flat},
     {.id = FunctionId::Ceil,
      .name = "ceil",
      .arguments = "x",
      .formula = "the smallest whole number not below x",
      .value1 = std::ceil,
-     .slope1 = slopeOfPieces},
+     .slope1 = flat},
     {.id = FunctionId::If,
      .name = "if",
      .arguments = "c: n, z, p",
@@ -226,7 +253,7 @@ constexpr Function kFunctions[] = {
      .most = 4,
      .formula = "n where c < 0, z where c = 0, p where c > 0",
      .remarks = "Only the piece that answers is looked at. A comma may stand for the colon.",
-     .expand = expandIf},
+     .expand = [](Arguments a) { return chooseSign(a[0], a[1], a[2], a[3]); }},
     {.id = FunctionId::Step,
      .name = "step",
      .arguments = "x, x0, h0, x1, h1",
@@ -234,7 +261,7 @@ constexpr Function kFunctions[] = {
      .most = 5,
      .formula = "h0 before x0, h1 after x1, between h0 + (h1 - h0) (3 u^2 - 2 u^3)",
      .remarks = kStepFailure,
-     .expand = expandStep},
+     .expand = [](Arguments a) { return stepOfShape(a, [](Term u) { return polynomial(u, 2, kStep); }); }},
     {.id = FunctionId::Step5,
      .name = "step5",
      .arguments = "x, x0, h0, x1, h1",
@@ -242,7 +269,7 @@ constexpr Function kFunctions[] = {
      .most = 5,
      .formula = "h0 before x0, h1 after x1, between h0 + (h1 - h0) (10 u^3 - 15 u^4 + 6 u^5)",
      .remarks = kStepFailure,
-     .expand = expandStep5},
+     .expand = [](Arguments a) { return stepOfShape(a, [](Term u) { return polynomial(u, 3, kStep5); }); }},
     {.id = FunctionId::Havsin,
      .name = "havsin",
      .arguments = "x, x0, h0, x1, h1",
@@ -250,14 +277,14 @@ constexpr Function kFunctions[] = {
      .most = 5,
      .formula = "h0 before x0, h1 after x1, between h0 + (h1 - h0) (1 - cos(pi u)) / 2",
      .remarks = kStepFailure,
-     .expand = expandHavsin},
+     .expand = [](Arguments a) { return stepOfShape(a, [](Term u) { return 0.5 * (1.0 - cos(kPi * u)); }); }},
     {.id = FunctionId::Poly,
      .name = "poly",
      .arguments = "x, x0, a0, a1, ...",
      .fewest = 3,
      .most = kAnyNumber,
      .formula = "a0 + a1 h + a2 h^2 + ...",
-     .expand = expandPoly},
+     .expand = powerSeries},
     {.id = FunctionId::Cheby,
      .name = "cheby",
      .arguments = "x, x0, a0, a1, ...",
@@ -265,7 +292,7 @@ constexpr Function kFunctions[] = {
      .most = kAnyNumber,
      .formula = "a0 T0(h) + a1 T1(h) + ...",
      .remarks = "Tj is the Chebyshev polynomial of the first kind.",
-     .expand = expandCheby},
+     .expand = chebyshevSeries},
     {.id = FunctionId::Shf,
      .name = "shf",
      .arguments = "x, x0, a, w, phi, b",
@@ -273,7 +300,7 @@ constexpr Function kFunctions[] = {
      .most = 6,
      .formula = "a sin(w h - phi) + b",
      .remarks = "phi in radians, w in radians per unit of x.",
-     .expand = expandShf},
+     .expand = [](Arguments a) { return a[2] * sin(a[3] * (a[0] - a[1]) - a[4]) + a[5]; }},
     {.id = FunctionId::Forsin,
      .name = "forsin",
      .arguments = "x, x0, w, a0, a1, ...",
@@ -281,7 +308,7 @@ constexpr Function kFunctions[] = {
      .most = kAnyNumber,
      .formula = "a0 + a1 sin(w h) + a2 sin(2 w h) + ...",
      .remarks = "w in radians per unit of x.",
-     .expand = expandForsin},
+     .expand = [](Arguments a) { return fourierSeries(FunctionId::Sin, a); }},
     {.id = FunctionId::Forcos,
      .name = "forcos",
      .arguments = "x, x0, w, a0, a1, ...",
@@ -289,7 +316,7 @@ constexpr Function kFunctions[] = {
      .most = kAnyNumber,
      .formula = "a0 + a1 cos(w h) + a2 cos(2 w h) + ...",
      .remarks = "w in radians per unit of x.",
-     .expand = expandForcos},
+     .expand = [](Arguments a) { return fourierSeries(FunctionId::Cos, a); }},
     {.id = FunctionId::Power,
      .name = "",
      .arguments = "a, b",
@@ -303,7 +330,7 @@ constexpr Function kFunctions[] = {
      .arguments = "x",
      .formula = "1 / cosh(x)",
      .value1 = [](double x) { return 1.0 / std::cosh(x); },
-     .slope1 = slopeOfSech},
+     .slope1 = [](Term f, Term a) { return -(f * tanh(a)); }},
 };
 
 constexpr bool inOrder()
@@ -314,71 +341,7 @@ constexpr bool inOrder()
     }
     return true;
 }
-static_assert(inOrder(), "a row stands at the place that its id gives");
-
-// --- Finding a row by name -------------------------------------------------------------
-
-constexpr std::size_t kLongestName = 8;
-constexpr std::size_t kSlots = 128;  // a power of two, far above the number of rows
-constexpr std::uint8_t kFree = 0xff;
-
-constexpr std::size_t slotOf(std::string_view name)
-{
-    std::uint32_t hash = 0;
-    for (const char c : name)
-        hash = hash * 31 + static_cast<unsigned char>(c);
-    return (hash ^ (hash >> 7)) % kSlots;
-}
-
-// The first row of each name, by open addressing.
-constexpr std::array<std::uint8_t, kSlots> slots()
-{
-    std::array<std::uint8_t, kSlots> table{};
-    table.fill(kFree);
-    for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
-        const std::string_view name = kFunctions[i].name;
-        if (name.empty() || (i > 0 && kFunctions[i - 1].name == name))
-            continue;
-        std::size_t slot = slotOf(name);
-        while (table[slot] != kFree)
-            slot = (slot + 1) % kSlots;
-        table[slot] = static_cast<std::uint8_t>(i);
-    }
-    return table;
-}
-constexpr auto kSlotTable = slots();
-
-// The name in lower-case ASCII; empty when it cannot be that of a function.
-std::string_view lowered(std::wstring_view name, std::array<char, kLongestName>& buffer)
-{
-    if (name.size() > kLongestName)
-        return {};
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        if (name[i] < 0 || name[i] > 0x7f)
-            return {};
-        const char c = static_cast<char>(name[i]);
-        buffer[i] = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    }
-    return {buffer.data(), name.size()};
-}
-
-// Levenshtein's distance of two short names.
-std::size_t editDistance(std::string_view a, std::string_view b)
-{
-    std::array<std::size_t, kLongestName + 1> row{};
-    for (std::size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i - 1] != b[j - 1] ? 1 : 0);
-            diagonal = row[j];
-            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-        }
-    }
-    return row[b.size()];
-}
+static_assert(inOrder(), "a row is at the place that its id gives");
 
 }  // namespace
 
@@ -390,41 +353,6 @@ std::span<const Function> functions()
 const Function& function(FunctionId id)
 {
     return kFunctions[static_cast<std::size_t>(id)];
-}
-
-const Function* findFunction(std::wstring_view name, int argumentCount)
-{
-    std::array<char, kLongestName> buffer;
-    const std::string_view wanted = lowered(name, buffer);
-    if (wanted.empty())
-        return nullptr;
-    std::size_t slot = slotOf(wanted);
-    while (kSlotTable[slot] != kFree && kFunctions[kSlotTable[slot]].name != wanted)
-        slot = (slot + 1) % kSlots;
-    if (kSlotTable[slot] == kFree)
-        return nullptr;
-    const Function* row = &kFunctions[kSlotTable[slot]];
-    const bool next = argumentCount > row->most && row[1].name == row->name;
-    return next ? row + 1 : row;
-}
-
-std::string_view closestFunctionName(std::wstring_view name)
-{
-    constexpr std::size_t kClose = 2;
-    std::array<char, kLongestName> buffer;
-    const std::string_view wanted = lowered(name, buffer);
-    std::string_view closest;
-    std::size_t least = (wanted.size() <= 3 ? 1 : kClose) + 1;
-    for (const Function& row : kFunctions) {
-        if (row.name.empty() || wanted.empty())
-            continue;
-        const std::size_t distance = editDistance(wanted, row.name);
-        if (distance < least) {
-            least = distance;
-            closest = row.name;
-        }
-    }
-    return closest;
 }
 
 }  // namespace mf::engine

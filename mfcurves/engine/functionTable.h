@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/term.h"
 
 namespace mf::engine {
 
@@ -51,13 +51,13 @@ enum class FunctionId : std::uint8_t {
     Sech    // only derivatives ask for it
 };
 
-/// As many arguments as one likes.
+/// Any number of arguments.
 constexpr int kAnyNumber = 1 << 30;
 
 /// One function of the expression language: all that is known about it.
 ///
-/// A function of one or two arguments is computed by `value1` or `value2`; any
-/// other is made of such by `expand`.
+/// A function is computed by `value1` or `value2`, or made of others by `expand`. Where
+/// it has both, as `min` does, `expand` makes calls with two arguments of one with many.
 struct Function {
     FunctionId id;
     std::string_view name;       // lower case; empty where texts cannot call it
@@ -71,11 +71,11 @@ struct Function {
     double (*value2)(double, double) = nullptr;
 
     /// The derivative of f = function(a) with respect to a.
-    NodeId (*slope1)(Graph& graph, NodeId f, NodeId a) = nullptr;
+    Term (*slope1)(Term f, Term a) = nullptr;
     /// The derivative of f = function(a, b), where a and b have the derivatives da and db.
-    NodeId (*slope2)(Graph& graph, NodeId f, NodeId a, NodeId b, NodeId da, NodeId db) = nullptr;
+    Term (*slope2)(Term f, Term a, Term b, Term da, Term db) = nullptr;
 
-    NodeId (*expand)(Graph& graph, std::span<const NodeId> arguments) = nullptr;
+    Term (*expand)(std::span<const Term> arguments) = nullptr;
 };
 
 /// All rows, in the order of FunctionId.
@@ -83,9 +83,9 @@ std::span<const Function> functions();
 
 const Function& function(FunctionId id);
 
-/// The function of that name (any case) that takes `argumentCount` arguments;
-/// if none takes as many, one of that name; null when there is none.
-const Function* findFunction(std::wstring_view name, int argumentCount);
+/// The rows of that name (any case), which differ in their numbers of arguments;
+/// none when no function has that name.
+std::span<const Function> functionsNamed(std::wstring_view name);
 
 /// The name among those of the functions that is closest to `name`, empty when
 /// none is close.

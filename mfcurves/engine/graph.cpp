@@ -9,6 +9,7 @@ namespace mf::engine {
 namespace {
 
 constexpr std::size_t kSmallestTable = 128;
+constexpr std::uint32_t kFree = 0xffffffff;
 
 // Numbers are compared by their bits: 0.0 and -0.0 are two constants, and a NaN
 // is equal to itself.
@@ -37,6 +38,11 @@ std::uint64_t headHash(const Node& node)
     return mix(mix(kind, bitsOf(node.number)), bitsOf(node.a));
 }
 
+std::uint64_t hashWithoutList(const Node& node)
+{
+    return mix(headHash(node), bitsOf(node.b) + node.index);
+}
+
 bool sameHead(const Node& x, const Node& y)
 {
     return x.op == y.op && x.a == y.a && x.function == y.function && x.lowest == y.lowest &&
@@ -45,28 +51,32 @@ bool sameHead(const Node& x, const Node& y)
 
 }  // namespace
 
-Graph::Graph() : table_(kSmallestTable, kNoNode) {}
+Graph::Graph() : table_(kSmallestTable, kFree)
+{
+    nodes_.reserve(kSmallestTable / 2);
+    coefficients_.reserve(kSmallestTable / 4);
+}
 
 std::uint64_t Graph::iHash(const Node& node) const
 {
+    if (node.count == 0)
+        return hashWithoutList(node);
     std::uint64_t hash = headHash(node);
     if (node.op == Op::Polynomial || node.op == Op::Chebyshev) {
         for (const double c : coefficients(node))
             hash = mix(hash, bitsOf(c));
-    } else if (node.count != 0) {
+    } else {
         for (const NodeId operand : operands(node))
             hash = mix(hash, bitsOf(operand));
-    } else {
-        hash = mix(hash, bitsOf(node.b) + node.index);
     }
     return hash;
 }
 
-NodeId* Graph::iSlot(std::uint64_t hash, const auto& isEqual)
+std::uint32_t* Graph::iSlot(std::uint64_t hash, const auto& isEqual)
 {
     const std::size_t mask = table_.size() - 1;
     std::size_t i = hash & mask;
-    for (; table_[i] != kNoNode && !isEqual((*this)[table_[i]]); ++lookups_)
+    for (; table_[i] != kFree && !isEqual(nodes_[table_[i]]); ++lookups_)
         i = (i + 1) & mask;
     full_ |= lookups_ >= kMostLookups;
     return &table_[i];
@@ -74,16 +84,16 @@ NodeId* Graph::iSlot(std::uint64_t hash, const auto& isEqual)
 
 void Graph::iGrowTable()
 {
-    table_.assign(table_.size() * 4, kNoNode);
+    table_.assign(table_.size() * 4, kFree);
     for (std::uint32_t i = 0; i < nodes_.size(); ++i)
-        *iSlot(iHash(nodes_[i]), [](const Node&) { return false; }) = NodeId{i};
+        *iSlot(iHash(nodes_[i]), [](const Node&) { return false; }) = i;
 }
 
-NodeId Graph::iAppend(const Node& node, NodeId& slot)
+NodeId Graph::iAppend(const Node& node, std::uint32_t& slot)
 {
     const NodeId id{static_cast<std::uint32_t>(nodes_.size())};
     nodes_.push_back(node);
-    slot = id;
+    slot = id.index;
     if (nodes_.size() * 2 > table_.size())
         iGrowTable();
     full_ |= nodes_.size() + operands_.size() + coefficients_.size() >= kMostNodes;
@@ -94,10 +104,10 @@ NodeId Graph::intern(const Node& node)
 {
     if (full_)
         return NodeId{0};
-    NodeId* slot = iSlot(iHash(node), [&](const Node& other) {
+    std::uint32_t* slot = iSlot(hashWithoutList(node), [&](const Node& other) {
         return sameHead(node, other) && node.b == other.b && node.index == other.index;
     });
-    return *slot != kNoNode ? *slot : iAppend(node, *slot);
+    return *slot != kFree ? NodeId{*slot} : iAppend(node, *slot);
 }
 
 template <class Element>
@@ -109,15 +119,15 @@ NodeId Graph::iInternWithList(Node node, std::span<const Element> list, std::vec
     node.index = static_cast<std::uint32_t>(lists.size());
     lists.insert(lists.end(), list.begin(), list.end());
     lookups_ += list.size();
-    NodeId* slot = iSlot(iHash(node), [&](const Node& other) {
+    std::uint32_t* slot = iSlot(iHash(node), [&](const Node& other) {
         return sameHead(node, other) &&
                std::equal(list.begin(), list.end(), lists.begin() + other.index,
                           [](const Element& x, const Element& y) { return bitsOf(x) == bitsOf(y); });
     });
-    if (*slot == kNoNode)
+    if (*slot == kFree)
         return iAppend(node, *slot);
     lists.resize(node.index);
-    return *slot;
+    return NodeId{*slot};
 }
 
 NodeId Graph::intern(const Node& node, std::span<const NodeId> operands)
@@ -133,7 +143,7 @@ NodeId Graph::intern(const Node& node, std::span<const double> coefficients)
 std::size_t Graph::bytes() const
 {
     return nodes_.capacity() * sizeof(Node) + operands_.capacity() * sizeof(NodeId) +
-           coefficients_.capacity() * sizeof(double) + table_.capacity() * sizeof(NodeId);
+           coefficients_.capacity() * sizeof(double) + table_.capacity() * sizeof(std::uint32_t);
 }
 
 }  // namespace mf::engine

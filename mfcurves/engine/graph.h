@@ -56,8 +56,8 @@ enum class Op : std::uint8_t {
 
 struct Node {
     double number = 0.0;
-    NodeId a;
-    NodeId b;
+    NodeId a = {};
+    NodeId b = {};
     std::uint32_t index = 0;      // of the parameter, or of the first element of its list
     std::uint32_t count = 0;      // of coefficients or operands in its list
     NodeId derivative = kNoNode;  // once it is known
@@ -65,11 +65,6 @@ struct Node {
     Op op = Op::Constant;
     FunctionId function{};
 };
-
-/// How much simplification may do. The value's own text is changed only where
-/// the result stays what the text says for every x, failures included; in a
-/// derivative, which has no text of its own, `0 * f` is 0 wherever f is asked.
-enum class Folding : std::uint8_t { KeepText, Free };
 
 /// The expressions of one text as nodes that are made once each: equal
 /// subexpressions are the same node.
@@ -129,20 +124,18 @@ public:
     /// Bytes that the graph holds.
     std::size_t bytes() const;
 
-    Folding folding = Folding::KeepText;
-
 private:
     template <class Element>
     NodeId iInternWithList(Node node, std::span<const Element> list, std::vector<Element>& lists);
-    NodeId* iSlot(std::uint64_t hash, const auto& isEqual);
-    NodeId iAppend(const Node& node, NodeId& slot);
+    std::uint32_t* iSlot(std::uint64_t hash, const auto& isEqual);
+    NodeId iAppend(const Node& node, std::uint32_t& slot);
     void iGrowTable();
     std::uint64_t iHash(const Node& node) const;
 
     std::vector<Node> nodes_;
     std::vector<NodeId> operands_;
     std::vector<double> coefficients_;
-    std::vector<NodeId> table_;  // open addressing, kNoNode where free
+    std::vector<std::uint32_t> table_;  // positions of nodes; open addressing
     std::size_t lookups_ = 0;
     bool full_ = false;
 };

@@ -20,8 +20,9 @@ constexpr std::size_t kMostNodes = 1'000'000;
 /// each node; those that collide or repeat long lists would take forever.
 constexpr std::size_t kMostLookups = 64 * kMostNodes;
 
-/// Powers up to this whole exponent are multiplications, larger ones `pow`.
-constexpr int kLargestProductPower = 16;
+/// Powers up to this whole exponent are monomials, which polynomials can be made of;
+/// larger ones are calls of `pow`. How a monomial is computed is decided in values.h.
+constexpr int kHighestMonomial = 16;
 
 /// How many points a program computes side by side. A hundred, the usual number of
 /// samples of a curve, fit in.

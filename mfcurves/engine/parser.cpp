@@ -5,7 +5,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/lexer.h"
 #include "mfcurves/engine/limits.h"
-#include "mfcurves/engine/simplification.h"
+#include "mfcurves/engine/term.h"
 #include "mfcurves/engine/values.h"
 #include "mfcurves/platform/encoding.h"
 
@@ -33,82 +33,79 @@ struct NamedConstant {
 
 constexpr NamedConstant kConstants[] = {{L"pi", kPi}, {L"rtod", 180.0 / kPi}, {L"dtor", kPi / 180.0}};
 
-// One function for each rule of the grammar. After an error every function
-// returns at once; the node it answers then, the first of the graph, means nothing.
+// One function for each rule of the grammar. After an error every function returns
+// at once; the term that it returns then is the first of the graph and has no meaning.
 class Parser {
 public:
-    Parser(std::wstring_view text, const std::optional<std::wstring_view>& variableName, Graph& graph,
-           ParameterNames& parameters)
-        : lexer_(text), variableName_(variableName), graph_(graph), parameters_(parameters)
+    Parser(std::wstring_view text, const std::optional<std::wstring_view>& variableName)
+        : lexer_(text), variableName_(variableName)
     {
-        constant(graph_, 0.0);  // node 0 exists, whatever the text begins with
         advance();
     }
 
     // text := expression end
-    NodeId wholeText()
+    std::variant<ParsedText, ParseError> wholeText() &&
     {
-        if (at(TokenKind::End)) {
-            fail(token_.offset, "There is nothing here", "an expression");
-            return {};
-        }
-        const NodeId root = expression();
+        if (at(TokenKind::End))
+            return ParseError{token_.offset, "There is nothing here", "an expression"};
+        const Term root = expression();
         if (!stopped() && !at(TokenKind::End))
             failAfterOperand();
-        return root;
+        if (error_)
+            return *std::move(error_);
+        parsed_.root = root.id();
+        return std::move(parsed_);
     }
-
-    std::optional<ParseError> takeError() { return std::move(error_); }
 
 private:
     // expression := term { ("+" | "-") term }
-    NodeId expression()
+    Term expression()
     {
-        NodeId left = term();
+        Term left = term();
         while (!stopped() && (at(TokenKind::Plus) || at(TokenKind::Minus))) {
             const bool minus = at(TokenKind::Minus);
             advance();
-            const NodeId right = term();
-            left = minus ? difference(graph_, left, right) : sum(graph_, left, right);
+            const Term right = term();
+            left = minus ? left - right : left + right;
         }
         return left;
     }
 
     // term := signed { ("*" | "/" | "%") signed }
-    NodeId term()
+    Term term()
     {
-        NodeId left = signedPower();
+        Term left = signedPower();
         while (!stopped()) {
             const TokenKind kind = token_.kind;
             if (kind != TokenKind::Times && kind != TokenKind::Over && kind != TokenKind::Remainder)
                 break;
             advance();
-            const NodeId right = signedPower();
+            const Term right = signedPower();
             if (kind == TokenKind::Times)
-                left = product(graph_, left, right);
+                left = left * right;
             else if (kind == TokenKind::Over)
-                left = quotient(graph_, left, right);
+                left = left / right;
             else
-                left = call(graph_, FunctionId::Mod, left, right);
+                left = call(FunctionId::Mod, left, right);
         }
         return left;
     }
 
     // signed := { "+" | "-" } power
-    NodeId signedPower()
+    Term signedPower()
     {
         const bool minus = signs();
-        const NodeId value = powerOf();
-        return minus ? negative(graph_, value) : value;
+        const Term value = powerOf();
+        return minus ? -value : value;
     }
 
     // power := primary [ "^" signed ]
     //
     // A row a ^ b ^ -c groups to the right. It is read into a list and folded from
     // its end, so that a long row needs no recursion.
-    NodeId powerOf()
+    Term powerOf()
     {
-        NodeId base = primary();
+        Term base = primary();
         const std::size_t first = operands_.size();
         while (!stopped() && at(TokenKind::Power)) {
             operands_.push_back(base);
@@ -117,7 +114,7 @@ private:
             base = primary();
         }
         while (operands_.size() > first && !stopped()) {
-            base = power(graph_, operands_.back(), minusSigns_.back() ? negative(graph_, base) : base);
+            base = power(operands_.back(), minusSigns_.back() ? -base : base);
             operands_.pop_back();
             minusSigns_.pop_back();
         }
@@ -125,66 +122,68 @@ private:
     }
 
     // primary := number | name | result | name "(" arguments ")" | "(" expression ")"
-    NodeId primary()
+    Term primary()
     {
         const Token token = token_;
         switch (token.kind) {
             case TokenKind::Number:
                 advance();
-                return constant(graph_, token.number);
+                return maker_.constant(token.number);
             case TokenKind::Name:
             case TokenKind::Result:
                 advance();
                 return named(token);
             case TokenKind::Open: {
                 if (!enter(token))
-                    return {};
+                    return nothing_;
                 advance();
-                const NodeId inner = expression();
+                const Term inner = expression();
                 leave(token);
                 return inner;
             }
             default:
                 failAtOperand();
-                return {};
+                return nothing_;
         }
     }
 
-    // The given name stands before a constant or function of that name.
-    NodeId named(const Token& token)
+    // The given name hides a constant or function of that name.
+    Term named(const Token& token)
     {
-        if (variableName_ && sameName(token.text, *variableName_))
-            return variable(graph_, parameters_.numberOf(token.text));
+        if (variableName_ && sameName(token.text, *variableName_)) {
+            if (!variable_)
+                variable_ = maker_.variable(parsed_.parameters.numberOf(token.text));
+            return *variable_;
+        }
         if (token.kind == TokenKind::Name) {
-            if (findFunction(token.text, 1) != nullptr)
-                return functionCall(token);
+            if (const auto rows = functionsNamed(token.text); !rows.empty())
+                return functionCall(token, rows);
             for (const NamedConstant& known : kConstants) {
                 if (sameName(token.text, known.name))
-                    return constant(graph_, known.value);
+                    return maker_.constant(known.value);
             }
             if (at(TokenKind::Open))
                 return failAtUnknownFunction(token);
         }
         if (variableName_)
             return failAtOtherName(token);
-        return variable(graph_, parameters_.numberOf(token.text));
+        return maker_.variable(parsed_.parameters.numberOf(token.text));
     }
 
     // arguments := expression { "," expression }; after the first argument of `if`
     // a ":" may stand for the comma.
-    NodeId functionCall(const Token& name)
+    Term functionCall(const Token& name, std::span<const Function> rows)
     {
         if (!at(TokenKind::Open)) {
             fail(token_.offset, "The function " + quoted(name.text) + " is called without arguments", "`(`");
-            return {};
+            return nothing_;
         }
         const Token open = token_;
         if (!enter(open))
-            return {};
+            return nothing_;
         advance();
         const std::size_t first = operands_.size();
-        const bool takesColon = function(FunctionId::If).name.size() == name.text.size() &&
-                                findFunction(name.text, 1)->id == FunctionId::If;
+        const bool takesColon = rows.front().id == FunctionId::If;
         do {
             if (operands_.size() > first)
                 advance();
@@ -192,24 +191,26 @@ private:
         } while (!stopped() && (at(TokenKind::Comma) ||
                                 (at(TokenKind::Colon) && takesColon && operands_.size() == first + 1)));
         leave(open);
-        const NodeId result = stopped() ? NodeId{} : called(name, std::span(operands_).subspan(first));
-        operands_.resize(first);
+        const Term result = stopped() ? nothing_ : called(name, rows, std::span(operands_).subspan(first));
+        operands_.resize(first, nothing_);
         return result;
     }
 
-    NodeId called(const Token& name, std::span<const NodeId> arguments)
+    // Of rows with one name, the first that takes so many arguments; the last says what is wrong.
+    Term called(const Token& name, std::span<const Function> rows, std::span<const Term> arguments)
     {
         const int count = static_cast<int>(arguments.size());
-        const Function& row = *findFunction(name.text, count);
+        while (rows.size() > 1 && count > rows.front().most)
+            rows = rows.subspan(1);
+        const Function& row = rows.front();
         if (count < row.fewest || count > row.most) {
             fail(name.offset, quoted(name.text) + " takes " + arity(row) + ", got " + std::to_string(count),
                  quoted(name.text) + " with (" + std::string(row.arguments) + ")");
-            return {};
+            return nothing_;
         }
         if (row.expand != nullptr)
-            return row.expand(graph_, arguments);
-        return count == 1 ? call(graph_, row.id, arguments[0])
-                          : call(graph_, row.id, arguments[0], arguments[1]);
+            return row.expand(arguments);
+        return count == 1 ? call(row.id, arguments[0]) : call(row.id, arguments[0], arguments[1]);
     }
 
     // { "+" | "-" }: true when the minus signs are odd in number.
@@ -225,7 +226,7 @@ private:
 
     bool stopped()
     {
-        if (graph_.full())
+        if (parsed_.graph.full())
             fail(0, "The expression is too large", "at most " + std::to_string(kMostNodes) + " parts");
         return error_.has_value();
     }
@@ -302,50 +303,47 @@ private:
                  "an operator after " + after);
     }
 
-    NodeId failAtUnknownFunction(const Token& token)
+    Term failAtUnknownFunction(const Token& token)
     {
         const std::string_view closest = closestFunctionName(token.text);
         fail(token.offset, "There is no function " + quoted(token.text),
              closest.empty() ? "a function" : "perhaps `" + std::string(closest) + "`");
-        return {};
+        return nothing_;
     }
 
-    NodeId failAtOtherName(const Token& token)
+    Term failAtOtherName(const Token& token)
     {
         if (variableName_->empty())
             fail(token.offset, quoted(token.text) + " is not known: only constants are allowed here",
                  "a number");
         else
             fail(token.offset, quoted(token.text) + " is not the variable", quoted(*variableName_));
-        return {};
+        return nothing_;
     }
 
     Lexer lexer_;
     Token token_;   // the one looked at
     Token before_;  // the one before it
     const std::optional<std::wstring_view>& variableName_;
-    Graph& graph_;
-    ParameterNames& parameters_;
+    ParsedText parsed_;
+    TermMaker maker_{parsed_.graph, Folding::KeepText};
+    const Term nothing_ = maker_.constant(0.0);  // node 0, whatever the text begins with
+    std::optional<Term> variable_;               // once the text has used it
     std::optional<ParseError> error_;
     int nesting_ = 0;
-    std::vector<NodeId> operands_;  // of the calls and rows of powers being read
-    std::vector<bool> minusSigns_;  // before the exponents of the rows of powers
+    std::vector<Term> operands_;    // of the calls and rows of powers being read
+    std::vector<bool> minusSigns_;  // of the exponents of the rows of powers
 };
 
 }  // namespace
 
-std::variant<NodeId, ParseError> parseText(std::wstring_view text,
-                                           const std::optional<std::wstring_view>& variableName, Graph& graph,
-                                           ParameterNames& parameters)
+std::variant<ParsedText, ParseError> parseText(std::wstring_view text,
+                                               const std::optional<std::wstring_view>& variableName)
 {
     if (text.size() > kLongestText)
         return ParseError{kLongestText, "The text is too long",
                           "at most " + std::to_string(kLongestText) + " characters"};
-    Parser parser(text, variableName, graph, parameters);
-    const NodeId root = parser.wholeText();
-    if (auto error = parser.takeError())
-        return *std::move(error);
-    return root;
+    return Parser(text, variableName).wholeText();
 }
 
 }  // namespace mf::engine

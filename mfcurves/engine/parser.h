@@ -10,13 +10,18 @@
 
 namespace mf::engine {
 
+/// An expression text as a graph.
+struct ParsedText {
+    Graph graph;
+    NodeId root;
+    ParameterNames parameters;
+};
+
 /// Builds the graph of an expression text.
 ///
 /// With `variableName` that name is parameter 0, and no other free name is
 /// allowed; without one the free names become the parameters.
-/// The answer is the root of the expression in `graph`, or what is wrong.
-std::variant<NodeId, ParseError> parseText(std::wstring_view text,
-                                           const std::optional<std::wstring_view>& variableName, Graph& graph,
-                                           ParameterNames& parameters);
+std::variant<ParsedText, ParseError> parseText(std::wstring_view text,
+                                               const std::optional<std::wstring_view>& variableName);
 
 }  // namespace mf::engine

@@ -1,4 +1,4 @@
-#include "mfcurves/engine/simplification.h"
+#include "mfcurves/engine/term.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mfcurves/engine/differentiation.h"
+#include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/parser.h"
 
 namespace {
@@ -100,11 +101,9 @@ class Folding : public testing::TestWithParam<FoldingCase> {};
 TEST_P(Folding, KeepsTheTextAndIsFreeInTheDerivative)
 {
     const FoldingCase& c = GetParam();
-    Graph graph;
-    ParameterNames parameters;
-    const auto parsed = parseText(c.text, std::wstring_view(L"x"), graph, parameters);
-    ASSERT_TRUE(std::holds_alternative<NodeId>(parsed));
-    const NodeId root = std::get<NodeId>(parsed);
+    auto result = parseText(c.text, std::wstring_view(L"x"));
+    ASSERT_TRUE(std::holds_alternative<ParsedText>(result));
+    auto& [graph, root, parameters] = std::get<ParsedText>(result);
     EXPECT_EQ(show(graph, root), c.value);
     EXPECT_EQ(show(graph, differentiate(graph, root)), c.derivative);
 }
