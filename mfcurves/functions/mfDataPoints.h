@@ -8,8 +8,8 @@
 /// A list of points with the X of its first and its last one: one row of a
 /// data-point table. Nearly every row holds one point.
 ///
-/// Errors: an index outside the list answers false and leaves outputs alone;
-/// getX and getY answer 0.0 there.
+/// Errors: an index outside the list gives false and leaves outputs alone;
+/// getX and getY return 0.0 there.
 /// Ownership: the list owns its points.
 /// Copying: copy construction and assignment share the points, so only one of
 /// the two lists may be destroyed. Use copy.
@@ -49,7 +49,7 @@ public:
     /// Changes Y, under no order test.
     bool setY(int index, double y);
 
-    /// Appends a copy of each point of `source` and answers true; false, changing
+    /// Appends a copy of each point of `source` and returns true; false, changing
     /// nothing, for null. Into a list that holds points, the end of the range
     /// becomes the X at the last index of the source, not of this list.
     bool copy(mfDataPoints_c* source);

@@ -20,8 +20,12 @@ MFCURVES_FIXED_BASE_BEGIN
 /// otherwise moves the row to where it belongs. Nearly every row holds one point;
 /// rows of several come from older data.
 ///
-/// Each edit rebuilds the spline and leaves behind the rows that it touched. The
-/// plotting arrays stay as they are until calculateValue() is called.
+/// Each edit rebuilds the spline and lists the rows that it touched. The plotting
+/// arrays stay as they are until calculateValue() is called.
+///
+/// Seams and ends are those of the spline. With mf::host::Spline the piece that starts
+/// at a point gives its values, at the last point the last piece; beyond the ends the
+/// curve goes on along the tangent.
 ///
 /// Units: X in the unit of the independent variable, Y in that of the motor or
 /// force. Nothing is converted here.
@@ -29,6 +33,9 @@ MFCURVES_FIXED_BASE_BEGIN
 /// 0.0 and edits keep the table alone. If memory runs out the exception passes
 /// through and the object can still be edited and destroyed; the spline may then
 /// lack points until the next edit.
+/// Cost: an edit gives the spline all points anew, so a long table is filled by
+/// appendDataPoint and one RegenSplineData. A point costs what the spline needs.
+/// Threads: one at a time for each object, as the spline may keep its place.
 /// Ownership: the function owns its rows and plotting arrays. The spline is lent
 /// by the host and goes back to it once, when it is replaced or in the destructor.
 /// Copying: copy construction and assignment share spline, rows and arrays, so
@@ -67,7 +74,7 @@ public:
     bool IsDataPoints() const override { return true; }
     /// The rule of the base alone: an empty table does not make a function invalid.
     bool IsValid() override { return mfFunctionBase_c::IsValid(); }
-    /// Forgets everything but motionObjectType, the kind that the spline was told
+    /// Forgets everything but motionObjectType, the kind that the spline was given
     /// and the plotting arrays, which describe the former curve until the next
     /// calculateValue().
     void ClearFunction() override;
@@ -86,13 +93,13 @@ public:
     ///
     /// The table owns the list once it holds it. A list that is refused stays the
     /// caller's, as does one of several points that cannot be moved to the free X:
-    /// it is left out and the answer is true all the same.
+    /// it is left out and the result is true all the same.
     bool insertDataPoint(int row, mfDataPoints_c* points);
     /// insertDataPoint at the end without rebuilding the spline, for readers of
     /// long tables, which call RegenSplineData once when all rows are in.
     bool appendDataPoint(mfDataPoints_c* points);
     /// Changes X (column 0) or Y (column 1) of a row's first point; other columns
-    /// change nothing and answer true. A new X moves the row to its place, or is
+    /// change nothing and return true. A new X moves the row to its place, or is
     /// refused with false where it would meet another row's range.
     bool modifyDataPoint(int row, int column, double x, double y);
     /// Removes a row and destroys it; false outside the table.
@@ -132,7 +139,9 @@ public:
 
     /// Gives the spline the points of the table in place of its own.
     void RegenSplineData();
-    /// Value (order 0) or derivative (1 to 3) at any x; 0.0 for another order.
+    /// Value (order 0) or derivative (1 to 3) at any x, as the spline has it, which may
+    /// be NaN for a NaN x; 0.0 for another order and without a spline. It follows an
+    /// edit at once.
     double evaluate(double x, int order);
     /// Value and first three derivatives at x.
     void calculateValue(double x, double& y0, double& y1, double& y2, double& y3);

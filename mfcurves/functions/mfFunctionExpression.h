@@ -14,11 +14,30 @@ MFCURVES_FIXED_BASE_BEGIN
 ///
 /// It holds two texts, which nobody copies from one to the other: the math
 /// expression is what the host sees and what a single point evaluates; the parse
-/// expression is what the sampling of the plotting arrays compiles.
+/// expression is what the sampling of the plotting arrays compiles. A host that wants
+/// derivatives sets both and samples:
 ///
+///     curve.setMathExpression(text);
+///     curve.setParseExpression(text);
+///     curve.setMotorDependentVar(mf::MotorDriveType_Displacment);
+///     curve.setDomain(0.0, 1.0);
+///     const bool isSampled = curve.calculateValue() && curve.isValidForPlotting();
+///
+/// Ends and seams: an expression has a value wherever its text has one, outside the
+/// domain as well. At a jump or a kink inside the text the functions of the expression
+/// language decide which side the value belongs to, and nothing reports the place.
 /// Units: a single point of evaluate is divided by the host's unit factor of the
 /// quantity that the curve gives; calculateValue and the plotting arrays are not.
-/// Errors: operations answer false, or 0.0, and report nothing else.
+/// Errors: operations return false, or 0.0, and report nothing else; a text with a
+/// slip in it is stored like any other. mf::Curve says what is wrong with a text.
+/// Cost: the first point after setMathExpression or after sampling compiles the text.
+/// Later points run what is compiled, as long as the text is ASCII, the process is at
+/// the locale "C" and no encoder of the host's is set; otherwise each point compiles
+/// again.
+/// Locale: a point leaves the process at the locale "C", as the conversion of its text
+/// does. A host with another locale sets it again, or uses a mf::Curve, which leaves
+/// the locale alone.
+/// Threads: one at a time for each object, as points change it too.
 /// Ownership: plotting arrays and calculator belong to this object; the arrays
 /// are lent to callers until the next sampling, clearing or the object's end.
 /// Copying: none but Copy, as a copy that shared the arrays could not be freed.
@@ -29,27 +48,33 @@ public:
     mfFunctionExpression_c(const mfFunctionExpression_c&) = delete;
     mfFunctionExpression_c& operator=(const mfFunctionExpression_c&) = delete;
 
-    void clearExpression() override;  ///< ClearFunction
+    void clearExpression() override;  ///< does what ClearFunction does
+    /// Sets the text that a single point evaluates. Nothing is checked or compiled, and
+    /// the samples stay those of the former text until calculateValue().
     void setMathExpression(const CString& expression) override;
-    CString getMathExpression() override;
-    CString getIndepVar() override;
-    /// Tells by name what X stands for: the empty text and the host's name for
+    CString getMathExpression() override;  ///< the text that a single point evaluates
+    CString getIndepVar() override;        ///< the text last given to setIndepVar, or found by sampling
+    /// Says by name what X stands for: the empty text and the host's name for
     /// time mean time, its name for the cycle angle the cycle angle, any other
     /// text the motion result of that name. Case does not count.
     void setIndepVar(const CString& text) override;
-    mf::MotorDriveType_e getMotorDependentVar() override;
+    mf::MotorDriveType_e getMotorDependentVar() override;  ///< what the curve gives for a motor
+    /// Sets what the curve gives for a motor. It decides the unit of a point and which
+    /// derivatives are sampled.
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override;
+    /// What the curve gives for a force or torque.
     mf::ForceTorqueType_e getForceTorqueDependentVar() override;
+    /// Sets what the curve gives for a force or torque. It decides the unit of a point.
     void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override;
     /// The stretch that is sampled; minX may lie above maxX, the samples then run
-    /// downward.
+    /// downward. A point may be outside of it.
     void setDomain(double minX, double maxX) override;
-    double getMinX() override;
-    double getMaxX() override;
+    double getMinX() override;  ///< start of the stretch that is sampled
+    double getMaxX() override;  ///< end of the stretch that is sampled
 
     /// True unless independentVar is None.
     bool HasEnumForIndependentVariable() const override;
-    CString GetIndependentVarName() const override;
+    CString GetIndependentVarName() const override;  ///< what getIndepVar returns
     /// Always true.
     bool IsExpression() const override;
     /// Forgets the math expression, the variable, the domain and the arrays; the
@@ -66,8 +91,9 @@ public:
     bool isAValidADAMSExpression(const CString& expression) const;  ///< true for every text
 
     /// Copies math expression, variable, quantities and domain; false for null.
-    /// Whether the curve drives a motor or a force is not copied, nor is what
-    /// sampling works with or made.
+    ///
+    /// The parse expression, motionObjectType and the samples are not copied, so that the
+    /// derivatives of a copy are 0.0 until setParseExpression and calculateValue().
     bool Copy(mfFunctionExpression_c* other);
 
     /// Compiles the parse expression, works out what X stands for from the names
@@ -80,18 +106,22 @@ public:
     /// compile or has several names: isValidForPlotting then says no.
     bool calculateValue();
 
-    /// The value of the math expression at x, which is compiled afresh. False,
-    /// leaving y alone, when it does not compile or has no finite value there.
+    /// The value of the math expression at any x, in the unit of the text. False,
+    /// leaving y alone, when it does not compile, has several variables or has no
+    /// finite value there.
     bool calculateValue(double x, double& y);
 
-    /// The same with derivatives: none after a plotting count of 1, where they are
-    /// 0; one after a count of 2, the others 0; else three. A derivative that
-    /// cannot be had leaves its own and later outputs alone, with true.
+    /// The same with derivatives by x: none with a plotting count of 1, where they are
+    /// 0; one with a count of 2, the others 0; else three. The count is 1 until
+    /// calculateValue() samples the curve, or setPlottingPointCount sets another one.
+    /// A derivative that has no finite value leaves its own and later outputs alone,
+    /// with true.
     bool calculateValue(double x, double& y, double& d1, double& d2, double& d3);
 
-    /// Fills the derivative arrays that sampling made, at the x of the values. The
-    /// last element repeats the y before it. False when a derivative cannot be
-    /// evaluated, or when there is no calculator or nothing sampled.
+    /// Fills the derivative arrays that sampling made, at the x of the values, by the
+    /// text that was compiled last: that of the sampling or that of a later point. The
+    /// last element repeats the y of the previous one. False when a derivative cannot be
+    /// evaluated, when the last point failed, or when nothing is sampled.
     bool calculateDerivatives();
 
     /// Makes the value array with `count` points at (0, 0) and the derivative
@@ -100,8 +130,11 @@ public:
     /// no arrays.
     bool initializePlottingData(int count, int objectType);
 
-    /// Value (order 0) or derivative (1 to 3) at x in the host's units; 0.0 when
-    /// it cannot be had and for every other order.
+    /// Value (order 0) or derivative (1 to 3) at any x, divided by the host's unit
+    /// factor of the quantity. 0.0 where there is none, without a sign of it: for a text
+    /// that does not compile or has several variables, where it is not finite, where a
+    /// lower order is not finite, for a NaN x, for an order outside 0 to 3, and for
+    /// derivatives while the plotting count is 1, which it is until the curve is sampled.
     double evaluate(double x, int order);
 
     /// Samples the curve. The argument is not used.

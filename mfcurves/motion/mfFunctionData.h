@@ -129,8 +129,7 @@ public:
     /// Derivatives: 0.0 until the curve was sampled. For a row this is calculateValue
     /// after parseExpression; for an expression calculateValue after both
     /// setMathExpression and setParseExpression. A copy made by Copy is not sampled.
-    /// Sampling also limits them: a motor's velocity has two, its acceleration one, a
-    /// force one.
+    /// All three are there then, whatever the quantity.
     /// After an edit: rows that getUpdateRow lists keep their old formula until
     /// parseExpression. Points and expressions follow at once.
     /// Seams: where two rows meet, the row that a bisection of the table meets first gives

@@ -25,12 +25,23 @@ MFCURVES_FIXED_BASE_BEGIN
 ///
 /// An edit changes numbers and lists, in getUpdateRow, the rows whose formula has
 /// gone stale. The caller then calls parseExpression and calculateValue for the
-/// edited row and for each listed one.
+/// edited row and for each listed one; until then these rows give the values of their
+/// former numbers, and after parseExpression alone derivatives of 0.0 where the row was
+/// never sampled.
 ///
+/// Seams: where two rows meet, the row that a bisection of the table meets first gives
+/// the value; it depends on how many rows there are. Values agree there, derivatives may
+/// not. calculateValue of a row gives the value of one side.
+/// Ends: the curve is 0.0 before its first row, and after its last row that row's
+/// formula goes on. getStartX of row 1 and getEndX of the last row are the ends.
 /// Units: X in the unit of the independent variable, values in the unit of the
 /// motor or force. Nothing is converted here.
 /// Errors: silent. A row outside the table and a null segment change nothing but
-/// the list of update rows, and answer null, false or 0.0.
+/// the list of update rows, and the result is null, false or 0.0.
+/// Cost: evaluate is a bisection and one run of a compiled formula, parseExpression
+/// writes a text, and the first evaluation or look at the samples compiles it. A row
+/// that is parsed, sampled and evaluated in all orders holds some 2.5 kB.
+/// Threads: one at a time for each table, as evaluating compiles.
 /// Ownership: the table owns its rows. When memory runs out while a row is handed
 /// over, it stays the caller's; the rows of the table are as they were.
 /// Copying: copy construction and assignment share the rows, so only one of the
@@ -45,9 +56,13 @@ public:
     void clearSegments() override;  ///< does what ClearFunction does
 
     /// The value (order 0) or that derivative of the curve at x; every order but
-    /// 0, 1 and 2 counts as 3. 0.0 where there is no number: on row 0, on a row
-    /// without a compiled formula, where the formula is not finite at x, and for
-    /// a derivative of a row that was never sampled.
+    /// 0, 1 and 2 counts as 3. Seams and ends are those of the class.
+    ///
+    /// 0.0 where there is no number, without a sign of it: the value on row 0, and so
+    /// before the table, a row without a compiled formula, a formula that is not finite
+    /// at x, a NaN x, an empty table, and a derivative of a row that calculateValue has
+    /// not sampled. The plotting count decides that: a row gives three derivatives with a
+    /// count above 2, whatever the quantity, and none with a count of 1.
     double evaluate(double x, int order) override;
 
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override { motorDependentVar = quantity; }
@@ -102,7 +117,7 @@ public:
     /// along, and rows that would be squeezed away are pushed on with a length of
     /// 1; time and cycle angle are not pushed below 0.0. Always true.
     bool modifySegment(int row, int column, double startX, double endX, double value, const CString& name);
-    /// Removes a row and destroys it. From row 2 on, the row behind it is made to
+    /// Removes a row and destroys it. From row 2 on, the next row is made to
     /// start where the row before it ends.
     void deleteSegment(int row);
 
@@ -126,7 +141,7 @@ public:
     /// decimals, so one below half a millionth becomes zero.
     ///
     /// A row without a profile gets the default one. Nothing changes but the key
-    /// when the profile cannot be had, nor when the formula would grow beyond the
+    /// when there is no such profile, nor when the formula would grow beyond the
     /// longest text that the expression engine takes.
     void parseExpression(int row);
     /// Hands in the profiles of the older reader, list by list: index i of each
@@ -143,23 +158,25 @@ public:
     /// The tokens of that profile of the older reader; a missing entry is made.
     std::vector<CString>& getProfileExpr(const CString& name);
 
-    /// The row that answers for x. Where two rows meet it is the one that the
-    /// bisection looks at first. Beyond the ends of the table the last and the
-    /// first row answer; 0 for an empty table.
+    /// The row that gives the value at x. Where two rows meet it is the one that the
+    /// bisection looks at first. After the end of the table it is the last row, before
+    /// its start the first one; 0 for an empty table.
     int findSegment(double x) const;
     /// The row's value at x, also outside the row: only an x between the ends of a
     /// reversed row is refused. False, leaving `y` alone, when it is refused, when
     /// the row has no compiled formula and outside the table.
     bool calculateValue(int row, double x, double& y);
     /// The same with derivatives up to `order`, a negative one standing for 3.
-    /// What is not had is 0.0. Derivatives are had by the number of plotting points
-    /// of the row: none with 1, which is also the number before it was sampled, and
-    /// the first alone with 2.
+    /// What there is not is 0.0. The number of plotting points decides which derivatives
+    /// there are: none with 1, which is also the number before the row was sampled, the
+    /// first alone with 2, three with more. False, with the orders so far, where the row
+    /// has no value or one of them cannot be made.
     bool calculateValue(int row, double x, double& y, double& d1, double& d2, double& d3, int order);
     /// Samples a row into its plotting arrays: 100 points, or one for a row of no
     /// length, and the derivatives that the quantity calls for. A row without a
     /// compiled formula gets arrays of zeros. The samples are computed when the row
-    /// is first asked for them, as they would be at this moment.
+    /// is first asked for them, as they would be now. From then on evaluate gives
+    /// derivatives of this row, too.
     void calculateValue(int row);
     /// Samples all rows but row 0.
     void calculateValue();

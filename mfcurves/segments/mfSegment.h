@@ -74,7 +74,7 @@ public:
     /// The display name of the key, "" without one. No record is needed for it.
     CString getDisplayName() const;
 
-    /// True when the last check of the row passed: the flag tells the opposite of
+    /// True when the last check of the row passed: the flag means the opposite of
     /// its name. False before any check.
     bool isInvalid() const { return invalid_; }
 
@@ -112,7 +112,7 @@ public:
     /// torque, which has one; everything else has none.
     void initializePlottingData(int motionObjectType, mf::MotorDriveType_e kind);
 
-    /// The compiled form of that order, 0 the value; null when it cannot be had.
+    /// The compiled form of that order, 0 the value; null when it cannot be made.
     /// See mfSegmentCalculator_c.
     ICalculator* getCalculator(int order)
     {
@@ -121,7 +121,7 @@ public:
     }
 
     /// Deep copy of numbers, texts, key and flag. Compiled forms and plotting data
-    /// stay behind and are rebuilt on first use. A source without a key leaves the
+    /// are not copied; they are rebuilt on first use. A source without a key leaves the
     /// key and the record of this row alone. False, changing nothing, when `other`
     /// is null.
     bool copy(mfSegment_c* other);

@@ -7,22 +7,22 @@ class ICalculator;
 class mfSegment_c;
 
 /// The compiled forms of one segment's expression: order 0 gives the value at an
-/// X, orders 1 to 3 its derivatives, each had from the order below by the
+/// X, orders 1 to 3 its derivatives, each made from the order below by the
 /// engine's symbolic differentiation.
 ///
 /// Each order is built when it is first asked for, once for each text. Nobody
 /// announces a new text: it is noticed at the next request, which gives all
 /// orders back to the engine. Calculators handed out before dangle from then on.
 ///
-/// Errors: a text that does not compile, an order that cannot be had and an
-/// order outside 0 to 3 answer null. A text that does not compile is tried once
+/// Errors: null for a text that does not compile, an order that cannot be made and an
+/// order outside 0 to 3. A text that does not compile is tried once
 /// more at each request.
 /// Copying: copy construction and assignment share the compiled forms and keep
 /// the segment of the source, so only one of the two objects may be destroyed.
 class MFCURVES_API mfSegmentCalculator_c {
 public:
     /// For the text of `segment`, which embeds this object. With null nothing is
-    /// ever up to date or had.
+    /// ever up to date, and there is no calculator.
     explicit mfSegmentCalculator_c(mfSegment_c* segment) : segment_(segment) {}
     mfSegmentCalculator_c(const mfSegmentCalculator_c&) = default;
     mfSegmentCalculator_c& operator=(const mfSegmentCalculator_c&) = default;

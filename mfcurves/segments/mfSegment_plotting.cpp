@@ -31,7 +31,7 @@ void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
 
 // Sets the Y of `count` points to the calculator's answers at the X of `at`, 0.0
 // where there is none.
-void sample(ICalculator* calculator, const mfPoint2D_c* at, mfPoint2D_c* points, int count)
+void sampleAt(ICalculator* calculator, const mfPoint2D_c* at, mfPoint2D_c* points, int count)
 {
     std::array<double, kPointsOfStretch> x;
     std::array<double, kPointsOfStretch> y;
@@ -58,7 +58,7 @@ void sampleStretch(ICalculator& calculator, double start, double end, mfPoint2D_
         x += step;
     }
     points[count - 1] = mfPoint2D_c(end, 0.0);
-    sample(&calculator, points, points, count);
+    sampleAt(&calculator, points, points, count);
 }
 
 }  // namespace
@@ -121,7 +121,7 @@ void mfSegment_c::PlottingArrays::compute(Formula& present)
         ICalculator* const calculators[] = {value, formula.calculator(1), formula.calculator(2),
                                             formula.calculator(3)};
         for (int order = 1; order <= derivatives_; ++order)
-            ::sample(calculators[order], points[0].get(), points[order].get(), length_);
+            sampleAt(calculators[order], points[0].get(), points[order].get(), length_);
     }
 
     for (int order = 0; order <= derivatives_; ++order)
@@ -189,5 +189,5 @@ void mfSegment_c::iDerive(int motionObjectType, mf::MotorDriveType_e kind)
     ICalculator* const calculators[] = {nullptr, getCalculator(1), getCalculator(2), getCalculator(3)};
     const int wanted = std::max(1, mf::motorDerivatives(kind));
     for (int order = 1; order <= std::min(wanted, arrays_.derivatives()); ++order)
-        sample(calculators[order], values, arrays_.points(order), count);
+        sampleAt(calculators[order], values, arrays_.points(order), count);
 }
