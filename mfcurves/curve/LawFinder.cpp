@@ -41,7 +41,7 @@ std::wstring folded(const std::string& name)
 Laws lawsOf(const std::string& text, bool areBuiltIn)
 {
     Laws laws;
-    profiles::ReadingBudget budget;
+    profiles::WorkBudget budget;
     for (const std::string& definition : profiles::cutDefinitions(profiles::normalText(text))) {
         budget.allowFor(definition.size());
         auto law = std::make_shared<Law>();
@@ -67,9 +67,9 @@ std::string parse(const std::string& text, mfProfile_c& record)
     const std::vector<std::string> definitions = profiles::cutDefinitions(profiles::normalText(text));
     if (definitions.size() > 1)
         return "its text holds " + std::to_string(definitions.size()) + " definitions, and one is expected";
-    profiles::ReadingBudget budget;
+    profiles::WorkBudget budget;
     budget.allowFor(text.size());
-    if (!definitions.empty() && !profiles::parseDefinition(definitions.front(), record, budget))
+    if (!definitions.empty() && profiles::parseDefinition(definitions.front(), record, budget))
         return "";
     for (const profiles::DefinitionProblem& problem : profiles::definitionProblems(text)) {
         if (problem.refused)

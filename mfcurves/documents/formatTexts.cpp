@@ -8,13 +8,15 @@
 
 namespace mf::documents {
 
-const TextTable kFunctionTypes = {
+namespace {
+
+constexpr TextTable::Entry kFunctionTypeTexts[] = {
     {FunctionType_Segments, L"Segments"},
     {FunctionType_DataPoints, L"DataPoints"},
     {FunctionType_Expression, L"Expression"},
 };
 
-const TextTable kMotionObjectTypes = {
+constexpr TextTable::Entry kMotionObjectTypeTexts[] = {
     {MotionObjectType_Motor, L"Motor"},
     {MotionObjectType_Force, L"Force"},
     {MotionObjectType_Torque, L"Torque"},
@@ -22,7 +24,7 @@ const TextTable kMotionObjectTypes = {
 
 // MfXY_Misc is missing: it stands for every other number when written and for
 // every other text when read.
-const TextTable kXYDataTypes = {
+constexpr TextTable::Entry kXYDataTypeTexts[] = {
     {MfXY_None, L"MfXY_None"},
     {MfXY_Disp_LinMotor, L"MfXY_Disp_LinMotor"},
     {MfXY_Vel_LinMotor, L"MfXY_Vel_LinMotor"},
@@ -37,27 +39,37 @@ const TextTable kXYDataTypes = {
     {MfXY_Torque, L"MfXY_Torque"},
 };
 
-const TextTable kIndependentVariables = {
+constexpr TextTable::Entry kIndependentVariableTexts[] = {
     {IndependentVariableType_Time, L"IndependentVariableType_Time"},
     {IndependentVariableType_CycleAngle, L"IndependentVariableType_CycleAngle"},
 };
 
-const TextTable kMotorDriveTypes = {
+constexpr TextTable::Entry kMotorDriveTypeTexts[] = {
     {MotorDriveType_Displacment, L"MotorDriveType_Displacment"},
     {MotorDriveType_Velocity, L"MotorDriveType_Velocity"},
     {MotorDriveType_Acceleration, L"MotorDriveType_Acceleration"},
 };
 
-const TextTable kForceTorqueTypes = {
+constexpr TextTable::Entry kForceTorqueTypeTexts[] = {
     {ForceTorqueType_Force, L"ForceTorqueType_Force"},
     {ForceTorqueType_Torque, L"ForceTorqueType_Torque"},
 };
 
-const TextTable kInterpolationTypes = {
+constexpr TextTable::Entry kInterpolationTypeTexts[] = {
     {DataPointInterpolationType_Linear, L"DataPointInterpolationType_Linear"},
     {DataPointInterpolationType_Cubic, L"DataPointInterpolationType_Cubic"},
     {DataPointInterpolationType_Akima, L"DataPointInterpolationType_Akima"},
 };
+
+}  // namespace
+
+const TextTable kFunctionTypes{kFunctionTypeTexts};
+const TextTable kMotionObjectTypes{kMotionObjectTypeTexts};
+const TextTable kXYDataTypes{kXYDataTypeTexts};
+const TextTable kIndependentVariables{kIndependentVariableTexts};
+const TextTable kMotorDriveTypes{kMotorDriveTypeTexts};
+const TextTable kForceTorqueTypes{kForceTorqueTypeTexts};
+const TextTable kInterpolationTypes{kInterpolationTypeTexts};
 
 std::optional<int> TextTable::numberOf(const CString& text) const
 {

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
-#include <vector>
 
 #include "mfcurves/interfaces/CString.h"
 
@@ -16,7 +15,7 @@ public:
         int number;
         const wchar_t* text;
     };
-    TextTable(std::initializer_list<Entry> entries) : entries_(entries) {}
+    constexpr explicit TextTable(std::span<const Entry> entries) : entries_(entries) {}
 
     /// The number of a text, compared with case; nothing for a text that the
     /// table lacks.
@@ -27,7 +26,7 @@ public:
     std::string list() const;
 
 private:
-    std::vector<Entry> entries_;
+    std::span<const Entry> entries_;
 };
 
 extern const TextTable kFunctionTypes;

@@ -19,9 +19,6 @@
 namespace mf::documents {
 namespace {
 
-// Worth about a thousand characters of formula in a ReadingBudget.
-constexpr std::size_t kAllowanceOfRow = 64;
-
 class SegmentReader {
 public:
     explicit SegmentReader(CurveReading& reading) : reading_(reading), laws_(reading.options().laws) {}
@@ -32,11 +29,10 @@ public:
     void readProfileDefinitions()
     {
         int definition = 0;
-        constexpr std::size_t kCostOfCharacter = 8;  // its way out of the tree and to narrow text
         definitionBudget_.allowFor(reading_.xml().size());
         for (const XmlNode& node :
              reading_.xml().selectNodes("//Curve//ProfileDefinitions//ProfileDefinition")) {
-            if (!definitionBudget_.spend(1))
+            if (!definitionBudget_.payForDefinition())
                 return;
             std::string uniqueName;
             std::string functionText;
@@ -45,7 +41,7 @@ public:
                  child = child.nextSibling(), ++position)
                 if (child.isElement())
                     (position == 0 ? uniqueName : functionText) = laws_ ? child.text() : narrowText(child);
-            definitionBudget_.spend(kCostOfCharacter * (uniqueName.size() + functionText.size()));
+            definitionBudget_.payForNarrowText(uniqueName.size() + functionText.size());
             readDefinition(definition, uniqueName, functionText);
             ++definition;
         }
@@ -82,10 +78,12 @@ private:
             return;
         auto profile = std::make_unique<mfProfile_c>();
         mfSegmentTypeParser_c().upgradeKeywords(functionText);
-        if (const auto failure = profiles::parseDefinition(functionText, *profile, definitionBudget_)) {
+        if (const auto outcome = profiles::parseDefinition(functionText, *profile, definitionBudget_);
+            !outcome) {
             if (reading_.mayRemark())
-                reading_.remark("definition " + std::to_string(definition + 1),
-                                "the law " + quotedStart(uniqueName) + " is left out: " + failure->reason);
+                reading_.remark(
+                    "definition " + std::to_string(definition + 1),
+                    "the law " + quotedStart(uniqueName) + " is left out: " + outcome.problem().reason);
             return;
         }
         if (laws_)
@@ -181,7 +179,7 @@ private:
     // A row that has no profile by now gets the default one.
     void completeProfile(mfSegment_c& segment, const XmlNode& node, int row, mfProfileManager_c& manager)
     {
-        const bool isFound = segment.getProfileKey() != nullptr;
+        const bool isFound = static_cast<bool>(segment.getProfileKey());
         if (!isFound || segment.getProfileKey()->name.IsEmpty()) {
             CString name;
             manager.defaultDisplayName(name);
@@ -204,7 +202,7 @@ private:
         function.addSegment(segment.get());
         const mfSegment_c& stored = *segment.release();  // the table owns it
         function.checkInvalid(row);
-        formulaBudget_.allowFor(kAllowanceOfRow);
+        formulaBudget_.allowForRow();
         if (row == 0)
             return;
         if (stored.getStartX() != startX)
@@ -217,7 +215,7 @@ private:
             return;
         if (formulasFit_) {
             function.parseExpression(row);
-            formulasFit_ = formulaBudget_.spend(costOfFormula(stored));
+            formulasFit_ = formulaBudget_.payForFormula(costOfFormula(stored));
             if (!formulasFit_)
                 reading_.remark(
                     segmentPlace(row),
@@ -236,10 +234,10 @@ private:
     }
 
     CurveReading& reading_;
-    DocumentLaws* const laws_;                  // of a reader that looks them up itself, else null
-    profiles::ReadingBudget definitionBudget_;  // of all definitions in the document
-    profiles::ReadingBudget formulaBudget_;     // of the formulas of all rows
-    bool formulasFit_ = true;                   // into that budget, up to now
+    DocumentLaws* const laws_;               // of a reader that looks them up itself, else null
+    profiles::WorkBudget definitionBudget_;  // of all definitions in the document
+    profiles::WorkBudget formulaBudget_;     // of the formulas of all rows
+    bool formulasFit_ = true;                // into that budget, up to now
 };
 
 }  // namespace

@@ -24,11 +24,6 @@ const xmlChar* xml(const char* text)
     return reinterpret_cast<const xmlChar*>(text);
 }
 
-xmlNode* raw(void* node)
-{
-    return static_cast<xmlNode*>(node);
-}
-
 bool holdsText(const xmlNode* node)
 {
     return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
@@ -170,22 +165,22 @@ T* made(T* thing)
 
 bool XmlNode::isElement() const
 {
-    return raw(node_)->type == XML_ELEMENT_NODE;
+    return node_->type == XML_ELEMENT_NODE;
 }
 
 XmlNode XmlNode::firstChild() const
 {
-    return XmlNode(skipBlanks(raw(node_)->type == XML_ELEMENT_NODE ? raw(node_)->children : nullptr));
+    return XmlNode(skipBlanks(node_->type == XML_ELEMENT_NODE ? node_->children : nullptr));
 }
 
 XmlNode XmlNode::nextSibling() const
 {
-    return XmlNode(skipBlanks(raw(node_)->next));
+    return XmlNode(skipBlanks(node_->next));
 }
 
 std::string XmlNode::text() const
 {
-    xmlNode* top = raw(node_);
+    xmlNode* top = node_;
     xmlNode* child = top->children;
     if (child && !child->next && holdsText(child))  // nearly every element that is asked
         return trimmed(content(child));
@@ -208,9 +203,9 @@ SilentEngine::~SilentEngine()
     xmlSetStructuredErrorFunc(context_, reinterpret_cast<xmlStructuredErrorFunc>(handler_));
 }
 
-void XmlDocument::NewNode::Free::operator()(void* node) const
+void XmlDocument::NewNode::Free::operator()(_xmlNode* node) const
 {
-    xmlFreeNode(raw(node));
+    xmlFreeNode(node);
 }
 
 XmlDocument::Tree::~Tree()
@@ -248,22 +243,22 @@ std::vector<XmlNode> XmlDocument::selectNodes(std::string_view path) const
 XmlDocument::NewNode XmlDocument::createElement(const char* name) const
 {
     NewNode node(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
-    made(raw(node.node_.get())->name);
+    made(node.node_.get()->name);
     return node;
 }
 
 XmlDocument::NewNode XmlDocument::createProcessingInstruction(const char* target, const char* data) const
 {
     NewNode node(made(xmlNewDocPI(tree_->document, xml(target), xml(data))));
-    made(raw(node.node_.get())->name);
-    made(raw(node.node_.get())->content);
+    made(node.node_.get()->name);
+    made(node.node_.get()->content);
     return node;
 }
 
 XmlNode XmlDocument::append(XmlNode parent, NewNode child)
 {
-    xmlNode* above = parent ? raw(parent.node_) : reinterpret_cast<xmlNode*>(tree_->document);
-    const XmlNode added(made(xmlAddChild(above, raw(child.node_.get()))));
+    xmlNode* above = parent ? parent.node_ : reinterpret_cast<xmlNode*>(tree_->document);
+    const XmlNode added(made(xmlAddChild(above, child.node_.get())));
     (void)child.node_.release();  // the tree owns it
     return added;
 }
@@ -273,13 +268,13 @@ void XmlDocument::setText(XmlNode element, const CString& text)
     if (text.IsEmpty())
         return;
     NewNode node(made(xmlNewDocText(tree_->document, xml(xmlText(text).c_str()))));
-    made(raw(node.node_.get())->content);
+    made(node.node_.get()->content);
     append(element, std::move(node));
 }
 
 void XmlDocument::setAttribute(XmlNode element, const char* name, const CString& value)
 {
-    const xmlAttr* attribute = made(xmlNewProp(raw(element.node_), xml(name), xml(xmlText(value).c_str())));
+    const xmlAttr* attribute = made(xmlNewProp(element.node_, xml(name), xml(xmlText(value).c_str())));
     made(attribute->name);
     made(made(attribute->children)->content);
 }

@@ -8,6 +8,8 @@
 
 #include "mfcurves/interfaces/CString.h"
 
+struct _xmlNode;  // of the XML engine
+
 namespace mf::documents {
 
 /// An element with more attributes, or with more name prefixes in force, may be
@@ -31,7 +33,7 @@ constexpr int kMostTextReadings = 32;
 class XmlNode {
 public:
     XmlNode() = default;
-    explicit XmlNode(void* node) : node_(node) {}
+    explicit XmlNode(_xmlNode* node) : node_(node) {}
 
     explicit operator bool() const { return node_ != nullptr; }
     bool isElement() const;
@@ -45,7 +47,7 @@ public:
 
 private:
     friend class XmlDocument;
-    void* node_ = nullptr;
+    _xmlNode* node_ = nullptr;
 };
 
 /// Why a document could not be read.
@@ -104,14 +106,14 @@ public:
     /// A node that stands in no tree yet.
     class NewNode {
     public:
-        explicit NewNode(void* node) : node_(node) {}
+        explicit NewNode(_xmlNode* node) : node_(node) {}
 
     private:
         friend class XmlDocument;
         struct Free {
-            void operator()(void* node) const;
+            void operator()(_xmlNode* node) const;
         };
-        std::unique_ptr<void, Free> node_;
+        std::unique_ptr<_xmlNode, Free> node_;
     };
 
     NewNode createElement(const char* name) const;

@@ -23,7 +23,7 @@ ISimSplineData_c* Services::createSplineData()
 {
     std::unique_ptr<ISimSplineData_c> made = splineFactory_ ? splineFactory_() : std::make_unique<Spline>();
     ISimSplineData_c* const spline = made.get();
-    if (spline != nullptr) {
+    if (spline) {
         const std::lock_guard lock(splinesMutex_);
         splines_[spline] = std::move(made);
     }

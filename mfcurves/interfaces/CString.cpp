@@ -16,7 +16,7 @@ constexpr const wchar_t* kWhiteSpace = L" \t\n\v\f\r";
 
 const wchar_t* orEmpty(const wchar_t* text)
 {
-    return text == nullptr ? L"" : text;
+    return text ? text : L"";
 }
 
 std::size_t clamped(int position, std::size_t length)
@@ -40,12 +40,11 @@ CString::CString(std::wstring text)
 CString::CString(const wchar_t* text) : CString(std::wstring(orEmpty(text))) {}
 
 CString::CString(const wchar_t* text, int length)
-    : CString(text == nullptr ? std::wstring()
-                              : std::wstring(text, static_cast<std::size_t>(std::max(length, 0))))
+    : CString(text ? std::wstring(text, static_cast<std::size_t>(std::max(length, 0))) : std::wstring())
 {
 }
 
-CString::CString(const char* text) : CString(text == nullptr ? std::wstring() : mf::platform::widen(text)) {}
+CString::CString(const char* text) : CString(text ? mf::platform::widen(text) : std::wstring()) {}
 
 int CString::Compare(const wchar_t* other) const noexcept
 {

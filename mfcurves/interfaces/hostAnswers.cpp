@@ -10,7 +10,7 @@ thread_local QelMotionFunctionContext_c* contextOfThread = nullptr;
 
 QelMotionFunctionContext_c* currentContext()
 {
-    return contextOfThread != nullptr ? contextOfThread : QelSession_c::QelMotionFunctionContext();
+    return contextOfThread ? contextOfThread : QelSession_c::QelMotionFunctionContext();
 }
 
 }  // namespace
@@ -28,19 +28,19 @@ HostOfThread::~HostOfThread()
 IMotionServices_c* motionServices()
 {
     QelMotionFunctionContext_c* const context = currentContext();
-    return context == nullptr ? nullptr : context->getMotionServices();
+    return context ? context->getMotionServices() : nullptr;
 }
 
 IMotionStudy_c* motionStudy()
 {
     QelMotionFunctionContext_c* const context = currentContext();
-    return context == nullptr ? nullptr : context->getMotionStudy();
+    return context ? context->getMotionStudy() : nullptr;
 }
 
 mfProfileManager_c* profileManager()
 {
     QelMotionFunctionContext_c* const context = currentContext();
-    return context == nullptr ? nullptr : context->getProfileManager();
+    return context ? context->getProfileManager() : nullptr;
 }
 
 }  // namespace mf::interfaces

@@ -103,7 +103,7 @@ std::wstring formatWide(const wchar_t* format, std::va_list arguments)
                 break;
             case L's': {
                 const wchar_t* const text = va_arg(arguments, const wchar_t*);
-                result += formatText(conversion, text == nullptr ? L"" : text);
+                result += formatText(conversion, text ? text : L"");
                 break;
             }
             case L'c': {

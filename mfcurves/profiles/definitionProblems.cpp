@@ -76,14 +76,14 @@ std::vector<DefinitionProblem> definitionProblems(const std::string& fileText)
     if (definitions.empty())
         problems.push_back({1, "", "there is no endSegmentType, so the file holds no definition", true});
 
-    ReadingBudget budget;
+    WorkBudget budget;
     std::size_t position = 0;
     for (const std::string& definition : definitions) {
         budget.allowFor(definition.size());
         mfProfile_c record;
-        if (const Failure failure = parseDefinition(definition, record, budget))
-            problems.push_back(
-                {normal.lineAt(position + failure->position), record.name, failure->reason, true});
+        if (const Outcome outcome = parseDefinition(definition, record, budget); !outcome)
+            problems.push_back({normal.lineAt(position + outcome.problem().position), record.name,
+                                outcome.problem().reason, true});
         position += definition.size();
     }
     if (!definitions.empty() && position < normal.text().size())

@@ -34,16 +34,13 @@ std::size_t countOf(const std::string& text, const std::string& pattern)
 }
 
 // Replaces like replaceAll. The size of the new text is known before it is built,
-// and one that is too large, or more than the budget pays for, is not built. The
-// price of a search assumes the worst, a text and a name that differ late at
-// every position.
+// and one that is too large, or more than the budget pays for, is not built.
 bool substitute(std::string& text, const std::string& name, const std::string& replacement,
-                ReadingBudget& budget)
+                WorkBudget& budget)
 {
-    constexpr std::size_t kCall = 64;
     if (name.empty())
         return true;
-    if (!budget.spend(kCall + text.size() * (1 + name.size() / kCharactersForEachStep)))
+    if (!budget.payForSearch(text, name))
         return false;
     const std::size_t count = countOf(text, name);
     const std::size_t size = text.size() - count * name.size() + count * replacement.size();
@@ -52,7 +49,7 @@ bool substitute(std::string& text, const std::string& name, const std::string& r
         return false;
     if (count == 0)
         return true;
-    if (!budget.spend(kCall + size))
+    if (!budget.payForText(size))
         return false;
     replaceAll(text, name, replacement);
     return true;
@@ -194,7 +191,7 @@ std::vector<std::string> cutDefinitions(const std::string& text)
     return definitions;
 }
 
-Failure splitDefinition(const std::string& definition, std::string& header, std::string& body)
+Outcome splitDefinition(const std::string& definition, std::string& header, std::string& body)
 {
     const std::size_t close = definition.find(')');
     if (close == std::string::npos)
@@ -208,7 +205,7 @@ Failure splitDefinition(const std::string& definition, std::string& header, std:
     return {};
 }
 
-Failure parseHeader(const std::string& header, mfProfile_c& record)
+Outcome parseHeader(const std::string& header, mfProfile_c& record)
 {
     std::vector<std::string> pieces;
     splitTokens(header, kHeaderDelimiters, false, pieces);
@@ -225,7 +222,7 @@ Failure parseHeader(const std::string& header, mfProfile_c& record)
     return {};
 }
 
-Failure splitStatements(const std::string& body, std::vector<std::string>& variables,
+Outcome splitStatements(const std::string& body, std::vector<std::string>& variables,
                         std::vector<std::string>& values)
 {
     std::vector<std::string> pieces;
@@ -242,8 +239,8 @@ Failure splitStatements(const std::string& body, std::vector<std::string>& varia
 
 // Each assignment reaches the values behind it and the return statement, one
 // after the other: order is the whole meaning.
-Failure expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
-                         std::string& result, ReadingBudget& budget)
+Outcome expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
+                         std::string& result, WorkBudget& budget)
 {
     if (variables.size() != values.size() + 1)
         return Problem{0, "a statement lacks its variable or its expression"};
@@ -262,37 +259,37 @@ Failure expandStatements(const std::vector<std::string>& variables, std::vector<
     return {};
 }
 
-Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget)
+Outcome parseBody(const std::string& body, mfProfile_c& record, WorkBudget& budget)
 {
     if (body.empty())
         return Problem{0, "the definition has no statements"};
     std::vector<std::string> variables;
     std::vector<std::string> values;
-    if (const Failure failure = splitStatements(body, variables, values))
-        return failure;
+    if (const Outcome outcome = splitStatements(body, variables, values); !outcome)
+        return outcome;
     std::string result;
-    if (const Failure failure = expandStatements(variables, std::move(values), result, budget))
-        return failure;
+    if (const Outcome outcome = expandStatements(variables, std::move(values), result, budget); !outcome)
+        return outcome;
     if (result.empty())
         return Problem{body.rfind(variables.back()), "the return statement names nothing"};
-    if (result.size() > engine::kLongestText || !budget.spendOnTokens(result))
+    if (result.size() > engine::kLongestText || !budget.payForTokens(result))
         return Problem{0, kTooLarge};
     record.resultExpression = std::move(result);
     splitTokens(record.resultExpression, kOperators, true, record.resultTokens);
     return {};
 }
 
-Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget)
+Outcome parseDefinition(const std::string& definition, mfProfile_c& record, WorkBudget& budget)
 {
     record.definitionText = definition;
     std::string header;
     std::string body;
-    if (const Failure failure = splitDefinition(definition, header, body))
-        return failure;
-    if (const Failure failure = parseHeader(header, record))
-        return failure;
-    if (const Failure failure = parseBody(body, record, budget))
-        return Problem{header.size() + failure->position, failure->reason};
+    if (const Outcome outcome = splitDefinition(definition, header, body); !outcome)
+        return outcome;
+    if (const Outcome outcome = parseHeader(header, record); !outcome)
+        return outcome;
+    if (const Outcome outcome = parseBody(body, record, budget); !outcome)
+        return Problem{header.size() + outcome.problem().position, outcome.problem().reason};
     return {};
 }
 

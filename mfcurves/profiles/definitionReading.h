@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "mfcurves/profiles/readingBudget.h"
+#include "mfcurves/profiles/workBudget.h"
 
 class mfProfile_c;
 
@@ -30,8 +30,18 @@ struct Problem {
     const char* reason;
 };
 
-/// Nothing when a step went well.
-using Failure = std::optional<Problem>;
+/// What became of a step: true when it went well, otherwise with its problem.
+class Outcome {
+public:
+    Outcome() = default;  ///< it went well
+    Outcome(const Problem& problem) : problem_(problem) {}
+
+    explicit operator bool() const { return !problem_; }
+    const Problem& problem() const { return *problem_; }
+
+private:
+    std::optional<Problem> problem_;
+};
 
 bool isWhiteSpace(char c);
 void removeWhiteSpace(std::string& text);
@@ -62,17 +72,17 @@ void splitTokens(const std::string& text, const std::string& delimiters, bool ke
 /// What follows the last one is left out.
 std::vector<std::string> cutDefinitions(const std::string& text);
 
-Failure splitDefinition(const std::string& definition, std::string& header, std::string& body);
-Failure parseHeader(const std::string& header, mfProfile_c& record);
-Failure splitStatements(const std::string& body, std::vector<std::string>& variables,
+Outcome splitDefinition(const std::string& definition, std::string& header, std::string& body);
+Outcome parseHeader(const std::string& header, mfProfile_c& record);
+Outcome splitStatements(const std::string& body, std::vector<std::string>& variables,
                         std::vector<std::string>& values);
-Failure expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
-                         std::string& result, ReadingBudget& budget);
-Failure parseBody(const std::string& body, mfProfile_c& record, ReadingBudget& budget);
+Outcome expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
+                         std::string& result, WorkBudget& budget);
+Outcome parseBody(const std::string& body, mfProfile_c& record, WorkBudget& budget);
 
 /// Fills `record` from a definition in normal form whose keywords are the current
 /// ones. Several definitions may share one budget, which allows for the text that
 /// they come from.
-Failure parseDefinition(const std::string& definition, mfProfile_c& record, ReadingBudget& budget);
+Outcome parseDefinition(const std::string& definition, mfProfile_c& record, WorkBudget& budget);
 
 }  // namespace mf::profiles

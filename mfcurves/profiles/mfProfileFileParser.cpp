@@ -154,7 +154,7 @@ bool mfProfileFileParser_c::parseBody(std::size_t start, std::size_t index)
     } while (pieces.position() <= limit);
 
     const std::string& result = values.back();
-    if (result.size() > mf::engine::kLongestText || !budget_.spendOnTokens(result))
+    if (result.size() > mf::engine::kLongestText || !budget_.payForTokens(result))
         return false;
     profile.result = result;
     std::vector<std::vector<std::string>> resultTokens;
@@ -194,9 +194,7 @@ bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& var
         return index == 0;
     std::vector<std::string>& tokens = tokenLists[index];
     std::string& value = values[index];
-    constexpr std::size_t kComparison = 16;
-    const std::size_t steps = value.size() / mf::profiles::kCharactersForEachStep;
-    if (!budget_.spend(index * (kComparison * tokens.size() + steps)))
+    if (!budget_.payForComparisons(index, tokens.size(), value))
         return false;
 
     std::size_t size = value.size();
@@ -206,7 +204,7 @@ bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& var
             if (token != variables[k])
                 continue;
             size += 2 + values[k].size() - token.size();
-            if (size > mf::engine::kLongestText || !budget_.spend(2 + values[k].size()))
+            if (size > mf::engine::kLongestText || !budget_.payForToken(2 + values[k].size()))
                 return false;
             token = "(" + values[k] + ")";
             replaced = true;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "mfcurves/profiles/OlderProfile.h"
-#include "mfcurves/profiles/readingBudget.h"
+#include "mfcurves/profiles/workBudget.h"
 
 /// The reader of profile definitions in the older dialect: files named
 /// "profile.txt" and the one text of the default profile.
@@ -69,5 +69,5 @@ private:
 
     std::ifstream stream_;
     std::vector<mf::profiles::OlderProfile> profiles_;
-    mf::profiles::ReadingBudget budget_;
+    mf::profiles::WorkBudget budget_;
 };

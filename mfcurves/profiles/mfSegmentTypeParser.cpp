@@ -10,7 +10,7 @@
 
 namespace {
 
-using mf::profiles::ReadingBudget;
+using mf::profiles::WorkBudget;
 
 // Whether the text read so far stands between double quotes. It runs on from one
 // text to the next: after an unbalanced quote, text stays as written up to the
@@ -33,11 +33,11 @@ bool mfSegmentTypeParser_c::readProfiles(const std::string& fileName, std::vecto
         return false;
     }
 
-    ReadingBudget budget;
+    WorkBudget budget;
     for (const std::string& definition : definitions) {
         budget.allowFor(definition.size());
         auto record = std::make_unique<mfProfile_c>();
-        if (mf::profiles::parseDefinition(definition, *record, budget))
+        if (!mf::profiles::parseDefinition(definition, *record, budget))
             return false;
         out.push_back(record.get());
         static_cast<void>(record.release());  // the caller owns it
@@ -49,9 +49,9 @@ bool mfSegmentTypeParser_c::parseDefinition(std::string& text, mfProfile_c* reco
 {
     if (upgradeKeywords)
         this->upgradeKeywords(text);
-    ReadingBudget budget;
+    WorkBudget budget;
     budget.allowFor(text.size());
-    return record && !mf::profiles::parseDefinition(text, *record, budget);
+    return record && mf::profiles::parseDefinition(text, *record, budget);
 }
 
 std::string mfSegmentTypeParser_c::baseProfileName(const std::string& displayName)
@@ -93,32 +93,32 @@ bool mfSegmentTypeParser_c::upgradeKeywords(std::string& text)
 bool mfSegmentTypeParser_c::splitDefinition(const std::string& definition, std::string& header,
                                             std::string& body)
 {
-    return !mf::profiles::splitDefinition(definition, header, body);
+    return static_cast<bool>(mf::profiles::splitDefinition(definition, header, body));
 }
 
 bool mfSegmentTypeParser_c::parseHeader(const std::string& header, mfProfile_c* record)
 {
-    return record && !mf::profiles::parseHeader(header, *record);
+    return record && mf::profiles::parseHeader(header, *record);
 }
 
 bool mfSegmentTypeParser_c::parseBody(const std::string& body, mfProfile_c* record)
 {
-    ReadingBudget budget;
+    WorkBudget budget;
     budget.allowFor(body.size());
-    return record && !mf::profiles::parseBody(body, *record, budget);
+    return record && mf::profiles::parseBody(body, *record, budget);
 }
 
 bool mfSegmentTypeParser_c::splitStatements(const std::string& body, std::vector<std::string>& variables,
                                             std::vector<std::string>& values)
 {
-    return !mf::profiles::splitStatements(body, variables, values);
+    return static_cast<bool>(mf::profiles::splitStatements(body, variables, values));
 }
 
 bool mfSegmentTypeParser_c::expandStatements(const std::vector<std::string>& variables,
                                              const std::vector<std::string>& values, std::string& result)
 {
-    ReadingBudget budget;
-    return !mf::profiles::expandStatements(variables, values, result, budget);
+    WorkBudget budget;
+    return static_cast<bool>(mf::profiles::expandStatements(variables, values, result, budget));
 }
 
 bool mfSegmentTypeParser_c::replaceAll(std::string& text, const std::string& pattern,

@@ -222,13 +222,13 @@ TEST(ReadingBounds, NamesOfOneLongValueShareWhatTheyMayCost)
 
 TEST(ReadingBounds, DefinitionsOfOneDocumentShareABudget)
 {
-    mf::profiles::ReadingBudget budget;
+    mf::profiles::WorkBudget budget;
     int read = 0;
     bool refused = false;
     const std::string text = "segmenttype(\"P\",x,x1,y1,x2,y2)" + doubling(17) + "endsegmenttype";
     for (int i = 0; i < 20; ++i) {
         mfProfile_c record;
-        const bool answer = !mf::profiles::parseDefinition(text, record, budget);
+        const bool answer = static_cast<bool>(mf::profiles::parseDefinition(text, record, budget));
         read += answer;
         EXPECT_FALSE(answer && refused);  // spent is spent
         refused |= !answer;
