@@ -1,12 +1,12 @@
 #include "mfcurves/analysis/FormulaGraph.h"
 
 #include <array>
+#include <utility>
 
 #include "mfcurves/engine/differentiation.h"
 #include "mfcurves/engine/functionTable.h"
-#include "mfcurves/engine/names.h"
 #include "mfcurves/engine/parser.h"
-#include "mfcurves/engine/simplification.h"
+#include "mfcurves/engine/term.h"
 
 namespace mf::analysis {
 
@@ -155,16 +155,16 @@ NodeId pieceOf(Graph& graph, const Node& node, double first, double second, auto
 
 std::unique_ptr<FormulaGraph> FormulaGraph::make(const curve::FormulaText& text)
 {
-    auto formula = std::make_unique<FormulaGraph>();
-    engine::ParameterNames names;
     std::optional<std::wstring_view> variable;
     if (text.hasVariable)
         variable = text.variable;
-    const auto parsed = engine::parseText(text.text, variable, formula->graph_, names);
-    const auto* root = std::get_if<NodeId>(&parsed);
-    if (root == nullptr || names.list().size() > 1)
+    auto result = engine::parseText(text.text, variable);
+    auto* parsed = std::get_if<engine::ParsedText>(&result);
+    if (parsed == nullptr || parsed->parameters.list().size() > 1)
         return nullptr;
-    formula->orders_.push_back(*root);
+    auto formula = std::make_unique<FormulaGraph>();
+    formula->graph_ = std::move(parsed->graph);
+    formula->orders_.push_back(parsed->root);
     formula->differentiate(formula->orders_, kHighestOrder + 1);
     return formula;
 }
@@ -283,12 +283,12 @@ NodeId FormulaGraph::decided(NodeId root, const Decisions& decisions)
 
 NodeId FormulaGraph::functionOf(const Condition& condition)
 {
-    graph_.folding = engine::Folding::KeepText;
+    engine::TermMaker maker(graph_, engine::Folding::KeepText);
     switch (condition.kind) {
         case Kind::Order:
-            return engine::difference(graph_, condition.a, condition.b);
+            return (maker.term(condition.a) - maker.term(condition.b)).id();
         case Kind::Turns:
-            return engine::quotient(graph_, condition.a, condition.b);
+            return (maker.term(condition.a) / maker.term(condition.b)).id();
         default:
             return condition.a;
     }

@@ -4,7 +4,7 @@
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/analysis/extremes.h"
 #include "mfcurves/analysis/parts.h"
-#include "mfcurves/engine/simplification.h"
+#include "mfcurves/engine/term.h"
 
 namespace mf::analysis {
 
@@ -55,8 +55,9 @@ Power powerOf(const std::vector<Part>& parts)
             continue;
         }
         engine::Graph& graph = part.piece->formula().graph();
-        graph.folding = engine::Folding::Free;
-        std::vector<NodeId> orders{engine::product(graph, smooth.orders[1], smooth.orders[2])};
+        engine::TermMaker maker(graph, engine::Folding::Free);
+        const engine::Term product = maker.term(smooth.orders[1]) * maker.term(smooth.orders[2]);
+        std::vector<NodeId> orders{product.id()};
         part.piece->formula().differentiate(orders, 4);
         BoxEvaluator evaluator(graph, orders, part.piece->budget());
         const OrderRange range = rangesOf(evaluator, 1, part.from, part.to)[0];

@@ -2,7 +2,6 @@
 
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/curve/freezing.h"
-#include "mfcurves/engine/graph.h"
 #include "mfcurves/engine/lexer.h"
 #include "mfcurves/engine/names.h"
 #include "mfcurves/engine/parser.h"
@@ -40,16 +39,16 @@ PointShape scaled(PointShape shape, double factor)
 ExpressionShape scaled(ExpressionShape shape, double factor)
 {
     const std::wstring text = platform::widen(shape.text);
-    engine::Graph graph;
-    engine::ParameterNames names;
-    parseText(text, std::nullopt, graph, names);
+    const auto result = engine::parseText(text, std::nullopt);
+    const auto* parsed = std::get_if<engine::ParsedText>(&result);
+    const bool hasVariable = parsed != nullptr && !parsed->parameters.list().empty();
 
     std::wstring over;
     std::size_t copied = 0;
     engine::Lexer lexer(text);
     for (engine::Token token = lexer.next(); token.kind != engine::TokenKind::End; token = lexer.next()) {
         const bool isName = token.kind == engine::TokenKind::Name || token.kind == engine::TokenKind::Result;
-        if (!isName || names.list().empty() || !engine::sameName(token.text, names.list().front()))
+        if (!isName || !hasVariable || !engine::sameName(token.text, parsed->parameters.list().front()))
             continue;
         over += text.substr(copied, token.offset - copied) + L'(';
         over += std::wstring(token.text) + L'/' + platform::widen(curve::allDigits(factor)) + L')';

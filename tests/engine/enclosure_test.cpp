@@ -10,7 +10,6 @@
 #include "mfcurves/engine/differentiation.h"
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/intervalRules.h"
-#include "mfcurves/engine/names.h"
 #include "mfcurves/engine/parser.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "tests/engine/compiled.h"
@@ -152,10 +151,9 @@ class Enclosed {
 public:
     explicit Enclosed(const std::string& text, int highest = 3) : computed_(text)
     {
-        mf::engine::ParameterNames names;
-        const std::wstring variable = L"x";
-        const auto parsed = mf::engine::parseText(engine_test::wide(text), variable, graph_, names);
-        roots_.push_back(std::get<NodeId>(parsed));
+        auto parsed = mf::engine::parseText(engine_test::wide(text), std::wstring_view(L"x"));
+        graph_ = std::move(std::get<mf::engine::ParsedText>(parsed).graph);
+        roots_.push_back(std::get<mf::engine::ParsedText>(parsed).root);
         for (int order = 1; order <= highest; ++order)
             roots_.push_back(mf::engine::differentiate(graph_, roots_.back()));
         enclosure_.emplace(graph_, roots_);
