@@ -111,16 +111,19 @@ public:
     Curve& operator=(const Curve&) = default;
     ~Curve() = default;
 
-    /// The curve of a document (docs/curve-document.md) in the file `path`. What the
-    /// document says oddly is in warnings().
+    /// The curve of a document (docs/curve-document.md) in the file `path`, UTF-8. What the
+    /// document says oddly is in warnings(); an error says where as "cam.xml:12", "row 3" or
+    /// "point 3", and names a motion result that `settings` lack. Rows take laws that the
+    /// document does not define from the folders of `settings`.
     MFCURVES_API static Curve read(const std::string& path, const ReadSettings& settings = {});
     /// The same for the text of a document, UTF-8.
     MFCURVES_API static Curve parse(std::string_view xml, const ReadSettings& settings = {});
-    /// The curve that a function is now: of the kind that is active. Rows that were
-    /// not compiled are compiled. A table is accepted if each row starts where the
+    /// The curve that a function is now: of the kind that is active. A row is its numbers
+    /// and its law, whether or not it was compiled since the last edit; a formula that is not
+    /// that of its law is an error. A table is accepted if each row starts where the
     /// previous one ends. A host's own spline is replaced by mf::host::Spline through
     /// the same points, and an expression's unit factor counts as 1. The function stays
-    /// as it is.
+    /// as it is; what it does not say, its quantity for one, is in warnings().
     MFCURVES_API static Curve of(mfFunctionData_c& function);
 
     /// The value at x (order 0) or that derivative (1 to 3).
@@ -152,8 +155,8 @@ public:
     /// a curve made from it has the same bits at every x, wherever and whenever. It lives as
     /// long as any copy of the curve.
     MFCURVES_API const CurveDefinition& definition() const;
-    /// What reading the document found odd: numbers that read as others, rows that moved.
-    /// Empty for a curve that was not read.
+    /// What reading the document or the function found odd: numbers that read as others, rows
+    /// that moved. Empty for a curve made from a definition.
     MFCURVES_API const std::vector<Problem>& warnings() const;
 
     /// The same curve under another rule beyond its ends. The rule is not part of the
@@ -166,8 +169,10 @@ public:
     }
 
     /// The curve as a document, UTF-8. Its numbers have six decimals (rows) or six
-    /// digits (points, ranges); what that changes is appended to `losses`, if it is
-    /// not null, as warnings.
+    /// digits (points, ranges). What that changes is appended to `losses`, if it is
+    /// not null, as warnings: twenty numbers one by one, each with what it becomes and how
+    /// far the value of the curve moves, and how many there are. Texts that a document cannot
+    /// hold are among them.
     MFCURVES_API std::string toXml(std::vector<Problem>* losses = nullptr) const;
     /// Writes that document to a file. The file holds the old content or the new, never a
     /// part. Throws CurveError with the reason when it cannot be written.

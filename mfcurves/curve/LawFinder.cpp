@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "mfcurves/curve/problems.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/files.h"
 #include "mfcurves/platform/locale.h"
@@ -82,7 +83,7 @@ std::string listed(const std::vector<std::string>& names)
 {
     std::string list;
     for (std::size_t i = 0; i < names.size(); ++i)
-        list.append(i == 0 ? "\"" : i + 1 == names.size() ? " and \"" : ", \"").append(names[i]) += '"';
+        list.append(i == 0 ? "" : i + 1 == names.size() ? " and " : ", ").append(quoted(names[i]));
     return list;
 }
 
@@ -179,13 +180,13 @@ const LawFinder::Found& LawFinder::named(const std::string& name)
 LawFinder::Found LawFinder::iFind(const std::string& name) const
 {
     if (const auto exact = byName_.find(name); exact != byName_.end() && exact->second == nullptr)
-        return {nullptr, "the law \"" + name + "\" is given twice", true};
+        return {nullptr, "the law " + quoted(name) + " is given twice", true};
     if (const LawText* own = iOwn(name)) {
         auto law = std::make_shared<Law>();
         law->text = *own;
         const std::string reason = parse(own->text, law->record);
         if (!reason.empty())
-            return {nullptr, "the law \"" + own->name + "\" cannot be read: " + reason, true};
+            return {nullptr, "the law " + quoted(own->name) + " cannot be read: " + reason, true};
         return {std::move(law), "", true};
     }
     if (std::shared_ptr<const Law> other = iOther(name))
@@ -229,7 +230,7 @@ std::string LawFinder::iNothingNamed(const std::string& name) const
     for (const Laws* laws : {&library_, &builtInLaws(), &shippedLaws()})
         for (const auto& law : *laws)
             known.push_back(law->record.name);
-    const std::string message = name.empty() ? "no law is named" : "there is no law \"" + name + '"';
+    const std::string message = name.empty() ? "no law is named" : "there is no law " + quoted(name);
     const std::vector<std::string> near = platform::nearestNames(withoutSource(name), known);
     if (near.empty())
         return message + "; known are " + listed(known);

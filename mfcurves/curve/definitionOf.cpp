@@ -8,7 +8,6 @@
 
 #include "mfcurves/curve/LawFinder.h"
 #include "mfcurves/curve/definitionTables.h"
-#include "mfcurves/curve/freezing.h"
 #include "mfcurves/curve/problems.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -18,6 +17,7 @@
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/profiles/mfProfileKey.h"
 #include "mfcurves/profiles/mfProfileManager.h"
+#include "mfcurves/segments/lawText.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
@@ -161,15 +161,15 @@ private:
 };
 
 // A formula that was set by hand is not a law, so no definition has it.
-bool hasFormulaOf(const Law& law, const mfSegment_c& segment, double startValue)
+bool hasFormulaOf(const mfProfile_c& law, const mfSegment_c& segment)
 {
     const CString held = segment.getProfileExpr();
     if (held.IsEmpty())
         return true;
-    FormulaText formula;
-    const CurveRow row = {segment.getEndX(), segment.getValue(), {}};
-    return lawFormula(law, segment.getStartX(), startValue, row, true, formula) &&
-           withoutNumbers(formula.text) == withoutNumbers(std::wstring(held.View()));
+    const std::wstring anyNumber = L"0.000000";
+    std::wstring formula;
+    return segments::enterNumbers(law, {anyNumber, anyNumber, anyNumber, anyNumber}, formula) &&
+           withoutNumbers(formula) == withoutNumbers(std::wstring(held.View()));
 }
 
 SegmentShape segmentsOf(mfFunctionSegments_c& table, std::vector<Problem>& problems)
@@ -180,7 +180,6 @@ SegmentShape segmentsOf(mfFunctionSegments_c& table, std::vector<Problem>& probl
     RowLaws laws;
     std::vector<std::string> names;
     std::vector<const mfProfile_c*> records;
-    double startValue = shape.startValue;
     for (int row = 1; row < table.getSegmentCount(); ++row) {
         mfSegment_c* segment = nullptr;
         table.selectSegment(row, segment);
@@ -190,12 +189,11 @@ SegmentShape segmentsOf(mfFunctionSegments_c& table, std::vector<Problem>& probl
         const bool isJump = segment->getStartX() == segment->getEndX();
         if (!record && !isJump)
             report(problems, Problem::Level::Error, rowPlace(row),
-                   "the host has no law \"" + utf8(segment->getDisplayName()) + '"');
-        else if (record && !isJump && !hasFormulaOf(Law{*record, {}, false}, *segment, startValue))
+                   "the host has no law " + quoted(utf8(segment->getDisplayName())));
+        else if (record && !isJump && !hasFormulaOf(*record, *segment))
             report(problems, Problem::Level::Error, rowPlace(row),
-                   "its formula is not that of the law \"" + names.back() +
-                       "\"; parseExpression makes the formula of the law");
-        startValue = segment->getValue();
+                   "its formula is not that of the law " + quoted(names.back()) +
+                       "; parseExpression makes the formula of the law");
     }
     std::vector<RowLaw> rowLaws;
     for (std::size_t i = 0; i < names.size(); ++i)

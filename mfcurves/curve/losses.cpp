@@ -23,11 +23,6 @@ std::string digits(double number)
     return {buffer, std::to_chars(std::begin(buffer), std::end(buffer), number).ptr};
 }
 
-std::string quoted(const std::string& text)
-{
-    return '"' + text + '"';
-}
-
 // How far one curve is from another, over some of their x.
 struct Distance {
     double size = 0.0;

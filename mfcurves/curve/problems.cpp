@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
 
 namespace mf::curve {
@@ -31,6 +32,22 @@ CurveError errorOf(std::vector<Problem> problems)
 std::string shortNumber(double number)
 {
     return platform::formatNumber("%.10g", number);
+}
+
+std::string oneLine(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c >= '\0' && c < ' '; }, ' ');
+    return text;
+}
+
+std::string quoted(const std::string& text)
+{
+    constexpr std::size_t kLongestQuote = 60;
+    std::wstring wide = platform::widen(text);
+    if (wide.size() > kLongestQuote)
+        wide = wide.substr(0, kLongestQuote) + L"...";
+    return '"' + oneLine(platform::toUtf8(wide)) + '"';
 }
 
 std::string messageOf(std::string sentence)

@@ -1,5 +1,6 @@
 #include "mfcurves/curve/readDefinition.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -10,17 +11,13 @@
 #include "mfcurves/documents/readCurve.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/locale.h"
+#include "mfcurves/platform/narrowText.h"
 
 namespace mf::curve {
 namespace {
 
 using documents::DocumentLaws;
 using documents::ReadOutcome;
-
-std::string quoted(const std::string& text)
-{
-    return '"' + text + '"';
-}
 
 // Where a document comes from, for its places.
 struct Origin {
@@ -43,7 +40,7 @@ Problem failureOf(const ReadOutcome& outcome, const Origin& origin)
                 "it runs over the motion result " + quoted(outcome.missingResult) +
                     ", which is not among the motion results that were given "
                     "(ReadSettings::motionResults, results=, --result)"};
-    return {Problem::Level::Error, origin.path, messageOf(outcome.reason)};
+    return {Problem::Level::Error, origin.path, oneLine(messageOf(outcome.reason))};
 }
 
 // The laws that the rows of a document name.
@@ -132,6 +129,27 @@ void setVariable(CurveDefinition& definition, const std::string& name)
     }
 }
 
+// What a text loses before it is read as XML.
+void checkBytes(std::string_view xml, std::vector<Problem>& problems)
+{
+    const auto warn = [&](std::size_t position, const char* message) {
+        const auto line =
+            std::count(xml.begin(), xml.begin() + static_cast<std::ptrdiff_t>(position), '\n') + 1;
+        problems.push_back({Problem::Level::Warning, "line " + std::to_string(line), message});
+    };
+    if (const std::size_t zero = xml.find('\0'); zero != std::string_view::npos) {
+        warn(zero, "the text ends at a zero byte, and what follows is not read");
+        xml = xml.substr(0, zero);
+    }
+    if (platform::isAscii(xml))
+        return;
+    const std::string valid = platform::toUtf8(platform::widen(xml));
+    const auto different = std::mismatch(xml.begin(), xml.end(), valid.begin(), valid.end()).first;
+    if (different != xml.end())
+        warn(static_cast<std::size_t>(different - xml.begin()),
+             "the text is not UTF-8 there, and reads as U+FFFD");
+}
+
 CurveDefinition definitionFrom(PlainFunction& function, const DocumentLaws& laws, Laws library,
                                std::vector<Problem>& problems)
 {
@@ -161,6 +179,7 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
                      std::vector<Problem>& warnings)
 {
     std::vector<Problem> problems;
+    checkBytes(xml, problems);
     Laws library = libraryOf(settings, problems);
     PlainFunction function(settings.motionResults);
     function.setMotionObjectType(MotionObjectType_Motor);  // a file replaces it by its own
@@ -172,7 +191,7 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
     const ReadOutcome outcome = documents::readCurve(function, CString(platform::widen(origin.path)),
                                                      origin.path.empty(), std::move(xml), options);
     for (const documents::Remark& remark : outcome.remarks)
-        problems.push_back({Problem::Level::Warning, remark.place, remark.message});
+        problems.push_back({Problem::Level::Warning, remark.place, oneLine(remark.message)});
 
     CurveDefinition definition;
     if (!outcome.reason.empty())

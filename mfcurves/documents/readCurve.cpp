@@ -89,9 +89,17 @@ private:
             function_.setMotionObjectType(objectType_);
         if (!text("//Curve//XYDataType", dataText))
             return false;
-        function_.setXYDataType(
-            static_cast<MotFuncXYDataType_e>(kXYDataTypes.numberOf(dataText).value_or(MfXY_Misc)));
+        setDataType(dataText);
         return fitsObject(objectText) && isKnownFunctionType(functionType);
+    }
+
+    void setDataType(const CString& text)
+    {
+        const auto type = kXYDataTypes.numberOf(text);
+        if (!type && text != L"MfXY_Misc")
+            remark("", "\"XYDataType\" is " + quoted(text) + ", which is none of " + kXYDataTypes.list() +
+                           "; it reads as \"MfXY_Misc\"");
+        function_.setXYDataType(static_cast<MotFuncXYDataType_e>(type.value_or(MfXY_Misc)));
     }
 
     bool fitsObject(const CString& objectText)

@@ -272,8 +272,8 @@ const HeadCase kHeadCases[] = {
      true,
      MfXY_Disp_RotMotor,
      {}},
-    {"UnknownDataType",
-     head("Motor", "MotorDriveType_Velocity", "Furlongs", ""),
+    {"NoDataType",
+     head("Motor", "MotorDriveType_Velocity", "MfXY_Misc", ""),
      Quantity::Velocity,
      Over::Time,
      "",
@@ -317,6 +317,18 @@ TEST_P(ReadHead, MakesTheDefinition)
 INSTANTIATE_TEST_SUITE_P(Documents, ReadHead, testing::ValuesIn(kHeadCases),
                          [](const auto& tested) { return tested.param.name; });
 
+TEST(ReadDocument, TextIsReadAsUtf8UpToAZeroByte)
+{
+    const std::string xml = expressionDocument().set("FunctionName", "\n\xFC\xC3\xBC").xml();
+    const Curve latin = Curve::parse(xml);
+    EXPECT_EQ(latin.definition().name, "\xEF\xBF\xBD\xC3\xBC");
+    EXPECT_THAT(shown(latin.warnings()),
+                ElementsAre("warning: line 2: the text is not UTF-8 there, and reads as U+FFFD"));
+    const Curve cut = Curve::parse(expressionDocument().xml() + std::string("\n\0<a>", 5));
+    EXPECT_THAT(shown(cut.warnings()),
+                ElementsAre("warning: line 2: the text ends at a zero byte, and what follows is not read"));
+}
+
 // Errors
 
 TEST(ReadDocument, ErrorsSayWhereAndWhy)
@@ -331,6 +343,20 @@ TEST(ReadDocument, ErrorsSayWhereAndWhy)
     EXPECT_THAT(problemsOf(segmentDocument().set("Segments", kStart)),
                 ElementsAre("it has no row after the start"));
     EXPECT_THAT(problemsOf(dataPointDocument().set("Points", "")), ElementsAre("the curve has no points"));
+}
+
+TEST(ReadDocument, EachProblemIsOneLine)
+{
+    const Curve curve =
+        Curve::parse(withRows(segment("0", "2", "1\nmm", "a\nb")).set("DepVar", "one\ntwo").xml());
+    EXPECT_EQ(curve.warnings().size(), 4u);
+    for (const Problem& warning : curve.warnings())
+        EXPECT_EQ(warning.message.find('\n'), std::string::npos) << warning.message;
+    EXPECT_THAT(problemsOf(expressionDocument().set("FunctionType", "a\nb")),
+                ElementsAre(HasSubstr("\"a b\"")));
+    CurveDefinition definition;
+    definition.shape = CurveDefinition::Segments{0.0, 0.0, {{1.0, 1.0, "a\nb"}}, {}, false};
+    EXPECT_THAT(problemsOf([&] { Curve made(definition); }), ElementsAre(HasSubstr("\"a b\"")));
 }
 
 TEST(ReadDocument, ErrorsOfTheCurveComeBeforeWhatIsOdd)

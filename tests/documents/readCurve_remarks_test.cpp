@@ -83,6 +83,13 @@ const RemarkCase kRemarkCases[] = {
      {R"("Interpolation" is "Spline", which is none of "DataPointInterpolationType_Linear", )"
       R"("DataPointInterpolationType_Cubic" or "DataPointInterpolationType_Akima")"}},
     {"NoInterpolation", dataPointDocument().set("Interpolation", ""), {}},
+    {"UnknownDataType",
+     expressionDocument().set("XYDataType", "Misc"),
+     {R"("XYDataType" is "Misc", which is none of "MfXY_None", "MfXY_Disp_LinMotor", "MfXY_Vel_LinMotor", )"
+      R"("MfXY_Acc_LinMotor", "MfXY_Disp_RotMotor", "MfXY_Vel_RotMotor", "MfXY_Acc_RotMotor", )"
+      R"("MfXY_Disp_PathMateMotor", "MfXY_Vel_PathMateMotor", "MfXY_Acc_PathMateMotor", "MfXY_Force" or )"
+      R"("MfXY_Torque"; it reads as "MfXY_Misc")"}},
+    {"MiscDataType", expressionDocument().set("XYDataType", "MfXY_Misc"), {}},
     {"UnknownQuantity",
      expressionDocument().set("DepVar", "Speed"),
      {R"("DepVar" is "Speed", which is none of "MotorDriveType_Displacment", "MotorDriveType_Velocity" or )"
