@@ -9,6 +9,7 @@
 
 #include "mfcurves/engine/calculator.h"
 #include "mfcurves/engine/limits.h"
+#include "mfcurves/engine/names.h"
 #include "mfcurves/engine/parseError.h"
 #include "mfcurves/engine/textCache.h"
 #include "mfcurves/platform/resources.h"
@@ -72,7 +73,7 @@ bool MotionMEParser::parse(const wchar_t* expression, wchar_t* independentVariab
     for (const std::wstring& name : (*text)->parameterNames())
         parameters_->list.emplace_back(name.c_str(), meaningOf(name));
     if (calculator != nullptr)
-        *calculator = new mf::engine::Calculator(*new mf::engine::Family(std::move(*text)), 0);
+        *calculator = new mf::engine::Calculator(std::make_shared<mf::engine::Family>(std::move(*text)), 0);
     return parseSucceeded = true;
 }
 

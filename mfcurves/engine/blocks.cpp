@@ -1,22 +1,62 @@
+#include "mfcurves/engine/blocks.h"
+
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <span>
+#include <cstring>
+#include <tuple>
 #include <utility>
 
-#include "mfcurves/engine/evaluation.h"
-#include "mfcurves/engine/smallPolynomials.h"
-#include "mfcurves/engine/stages.h"
-#include "mfcurves/engine/values.h"
+#include "mfcurves/engine/operations.h"
+#include "mfcurves/engine/strip.h"
 
 namespace mf::engine {
 namespace {
 
-// A register is a row of kBlock numbers.
-double* rowOf(double* registers, std::uint32_t number)
-{
-    return registers + number * kBlock;
-}
+// --- Where the numbers of a register are ------------------------------------------------------
+
+// A register is a row of numbers, one for each point. The row of x is the caller's, and
+// so are those of the orders that steps compute; all others are in the block.
+class Rows {
+public:
+    Rows(const Program& program, int order, const double* x, double* registers, double* const* values)
+        : x_(program.parameterCount() == 1 ? x : nullptr), registers_(registers)
+    {
+        for (int k = 0; k <= order; ++k) {
+            if (count_ < results_.size() && program.isComputed(k) && find(program.result(k)) == end())
+                results_[count_++] = {program.result(k), values[k]};
+        }
+    }
+
+    double* operator[](std::uint32_t number) const
+    {
+        const Result* const result = find(number);
+        return result != end() ? result->row : registers_ + number * kBlock;
+    }
+    const double* operand(std::uint32_t number) const
+    {
+        return number == 0 && x_ != nullptr ? x_ : (*this)[number];
+    }
+
+private:
+    struct Result {
+        std::uint32_t number;
+        double* row;
+    };
+
+    const Result* end() const { return results_.data() + count_; }
+    const Result* find(std::uint32_t number) const
+    {
+        return std::find_if(results_.data(), end(),
+                            [=](const Result& result) { return result.number == number; });
+    }
+
+    const double* x_;
+    double* registers_;
+    std::array<Result, 4> results_;
+    std::size_t count_ = 0;
+};
+
+// --- Operations on rows -----------------------------------------------------------------------
 
 // y[i] = value(i) for each point, a loop that the compiler turns into vector
 // instructions where the operation allows it.
@@ -26,164 +66,278 @@ void each(std::size_t count, double* __restrict y, auto value)
         y[i] = value(i);
 }
 
-template <Stage stage>
-void rowThrough(std::size_t count, const double* c, const double* from, double* to)
+void rowThrough(Stage stage, const StageConstants& constants, std::size_t count, const double* from,
+                double* to)
 {
-    const double k[kStageConstants] = {c[0], c[1], c[2], c[3]};
-    each(count, to, [&](std::size_t i) { return throughStage<stage>(from[i], k); });
+    const StageConstants c = constants;
+    if (stage == Stage::Linear)
+        each(count, to, [=](std::size_t i) { return throughStage<Stage::Linear>(from[i], c); });
+    else if (stage == Stage::Shifted)
+        each(count, to, [=](std::size_t i) { return throughStage<Stage::Shifted>(from[i], c); });
+    else
+        each(count, to, [=](std::size_t i) { return throughStage<Stage::General>(from[i], c); });
 }
 
-void rowThroughStage(std::size_t count, Stage stage, const double* c, const double* from, double* to)
+const double* operandRow(const Step& step, const Rows& rows, std::size_t count)
 {
-    switch (stage) {
-        case Stage::None:
-            break;
-        case Stage::Scale:
-            return rowThrough<Stage::Scale>(count, c, from, to);
-        case Stage::Times:
-            return rowThrough<Stage::Times>(count, c, from, to);
-        case Stage::Shift:
-            return rowThrough<Stage::Shift>(count, c, from, to);
-        case Stage::Divide:
-            return rowThrough<Stage::Divide>(count, c, from, to);
-        case Stage::General:
-            return rowThrough<Stage::General>(count, c, from, to);
+    const double* const a = rows.operand(step.a);
+    if (step.input == Stage::None)
+        return a;
+    double* const moved = rows[step.moved];
+    rowThrough(step.input, step.before, count, a, moved);
+    return moved;
+}
+
+template <class Operation>
+void unary(const Step& step, const Rows& rows, std::size_t count)
+{
+    const double* const a = operandRow(step, rows, count);
+    double* const value = rows[step.value];
+    if (a != value)
+        each(count, value, [a, operation = Operation(step)](std::size_t i) { return operation(a[i]); });
+}
+
+template <class Operation>
+void binary(const Step& step, const Rows& rows, std::size_t count)
+{
+    const double* const a = rows.operand(step.a);
+    const double* const b = rows.operand(step.b);
+    each(count, rows[step.value],
+         [a, b, operation = Operation(step)](std::size_t i) { return operation(a[i], b[i]); });
+}
+
+template <class Operation>
+void choice(const Step& step, const Rows& rows, std::size_t count)
+{
+    std::array<const double*, Operation::kOperands> operands;
+    for (std::size_t j = 0; j < operands.size(); ++j)
+        operands[j] = rows.operand(step.list[j]);
+    each(count, rows[step.value], [operands](std::size_t i) {
+        return std::apply([i](auto... operand) { return Operation()(operand[i]...); }, operands);
+    });
+}
+
+void sineWithCosine(const Step& step, const Rows& rows, std::size_t count)
+{
+    const double* const a = operandRow(step, rows, count);
+    double* const value = rows[step.value];
+    double* const other = rows[step.b];
+    double* const sine = step.code == Code::SinCos ? value : other;
+    double* const cosine = step.code == Code::SinCos ? other : value;
+    for (std::size_t i = 0; i < count; ++i)
+        sineAndCosine(a[i], sine[i], cosine[i]);
+}
+
+// --- Polynomials, a strip of points at a time ---------------------------------------------------
+
+// Calls doStrip(i) for strips that cover the points from i on. The last strip ends where
+// the row does, and does some points of the one before again. There is at least a strip.
+void eachStrip(std::size_t count, auto doStrip)
+{
+    for (std::size_t i = 0; i + Strip::kSize <= count; i += Strip::kSize)
+        doStrip(i);
+    if (count % Strip::kSize != 0)
+        doStrip(count - Strip::kSize);
+}
+
+// A polynomial of a number of terms that the compiler knows; 0 stands for any number.
+template <std::uint32_t terms>
+void rowOfTerms(PolynomialForm form, const double* constants, std::size_t count, const double* a, double* y)
+{
+    const std::span<const double, terms == 0 ? std::dynamic_extent : terms> c(constants, form.terms);
+    if (count < Strip::kSize)
+        each(count, y, [=](std::size_t i) { return polynomialValue(a[i], form.lowest, c); });
+    else
+        eachStrip(count,
+                  [=](std::size_t i) { polynomialValue(Strip::of(a + i), form.lowest, c).storeTo(y + i); });
+}
+
+void rowOfPolynomial(PolynomialForm form, const double* c, std::size_t count, const double* a, double* y)
+{
+    switch (form.terms) {
+        case 1:
+            return rowOfTerms<1>(form, c, count, a, y);
+        case 2:
+            return rowOfTerms<2>(form, c, count, a, y);
+        case 3:
+            return rowOfTerms<3>(form, c, count, a, y);
+        case 4:
+            return rowOfTerms<4>(form, c, count, a, y);
+        default:
+            return rowOfTerms<0>(form, c, count, a, y);
     }
 }
 
-template <std::size_t terms, unsigned lowest>
-void rowOfSmallPolynomial(std::size_t count, const double* constants, const double* a, double* value)
+// Where a law and its three derivatives go.
+using LawRows = std::array<double*, 4>;
+
+template <std::uint32_t terms, unsigned lowest, std::size_t order>
+[[gnu::always_inline]] inline void storeLaw(Strip u, const double* c, std::size_t i, const LawRows& rows)
 {
-    std::array<double, terms> k;
-    std::copy_n(constants, terms, k.begin());
-    each(count, value,
-         [&](std::size_t i) { return polynomialValue(a[i], lowest, std::span<const double, terms>(k)); });
+    polynomialValue(u, lowest, std::span<const double, terms>(c, terms)).storeTo(rows[order] + i);
+    constexpr PolynomialForm next = PolynomialForm{terms, lowest}.derivative();
+    if constexpr (order < 3)
+        storeLaw<next.terms, next.lowest, order + 1>(u, c + terms, i, rows);
 }
 
-template <std::size_t... i>
-constexpr auto rowsOfSmallPolynomials(std::index_sequence<i...>)
+// All orders of a normalised law in one pass.
+template <std::uint32_t terms, unsigned lowest>
+void rowsOfLaw(const double* c, std::size_t count, const double* a, const LawRows& to)
 {
-    return std::array{&rowOfSmallPolynomial<termsAt(i), lowestAt(i)>...};
+    const LawRows rows = to;
+    eachStrip(count, [=](std::size_t i) { storeLaw<terms, lowest, 0>(Strip::of(a + i), c, i, rows); });
 }
 
-// The operations of polynomialValue on a few points at a time, which stay in the
-// registers of the processor.
-void rowOfPolynomial(std::size_t count, const Instruction& step, const double* a, double* value)
+using RowsOfLaw = void (*)(const double* c, std::size_t count, const double* a, const LawRows& to);
+
+RowsOfLaw rowsOfLawFor(const Step& step, std::size_t count)
 {
-    static constexpr auto kSmall = rowsOfSmallPolynomials(SmallPolynomialIndices());
-    if (isSmallPolynomial(step))
-        return kSmall[smallPolynomialIndex(step)](count, step.constants, a, value);
-    constexpr std::size_t kWidth = 8;
-    static_assert(kBlock % kWidth == 0, "the last few points end where the row does");
-    if (step.lowest > largestPlainPower(step.count)) {
-        each(count, value, [&](std::size_t i) {
-            return polynomialValue(a[i], step.lowest, {step.constants, step.count});
-        });
-        return;
+    const PolynomialForm form = {step.terms, step.lowest};
+    if (step.derivatives != 3 || count < Strip::kSize)
+        return nullptr;
+    return form == PolynomialForm{3, 2}   ? rowsOfLaw<3, 2>
+           : form == PolynomialForm{3, 3} ? rowsOfLaw<3, 3>
+           : form == PolynomialForm{4, 3} ? rowsOfLaw<4, 3>
+           : form == PolynomialForm{4, 4} ? rowsOfLaw<4, 4>
+           : form == PolynomialForm{5, 4} ? rowsOfLaw<5, 4>
+           : form == PolynomialForm{5, 5} ? rowsOfLaw<5, 5>
+                                          : nullptr;
+}
+
+void polynomial(const Step& step, const Rows& rows, std::size_t count)
+{
+    const double* const a = operandRow(step, rows, count);
+    LawRows orders = {rows[step.value]};
+    for (unsigned k = 0; k < step.derivatives; ++k)
+        orders[k + 1] = rows[step.list[k]];
+    if (const RowsOfLaw rowsOfLaw = rowsOfLawFor(step, count))
+        return rowsOfLaw(step.constants, count, a, orders);
+    PolynomialForm form = {step.terms, step.lowest};
+    const double* c = step.constants;
+    for (unsigned k = 0; k <= step.derivatives; ++k) {
+        rowOfPolynomial(form, c, count, a, orders[k]);
+        c += form.terms;
+        form = form.derivative();
     }
-    for (std::size_t first = 0; first < count; first += kWidth) {
-        double u[kWidth];
-        double r[kWidth];
-        for (std::size_t i = 0; i < kWidth; ++i) {
-            u[i] = a[first + i];
-            r[i] = step.constants[step.count - 1];
-        }
-        for (std::uint32_t j = step.count - 1; j-- > 0;) {
-            const double k = step.constants[j];
-            for (std::size_t i = 0; i < kWidth; ++i)
-                r[i] = r[i] * u[i] + k;
-        }
-        for (unsigned exponent = step.lowest; exponent != 0; exponent >>= 1) {
-            for (std::size_t i = 0; i < kWidth; ++i) {
-                r[i] = (exponent & 1) != 0 ? r[i] * u[i] : r[i];
-                u[i] *= u[i];
-            }
-        }
-        for (std::size_t i = 0; i < kWidth; ++i)
-            value[first + i] = r[i];
-    }
 }
 
-void rowOfOperation(std::size_t count, const double* a, const Instruction& step, double* registers)
+void runOperation(const Step& step, const Rows& rows, std::size_t count)
 {
-    const double* b = rowOf(registers, step.b);
-    double* value = rowOf(registers, step.value);
-    const auto listed = [&](std::size_t i) { return rowOf(registers, step.list[i]); };
     switch (step.code) {
         case Code::Move:
-            break;
-        case Code::Sum: {
-            const double k0 = step.constants[0], k1 = step.constants[1];
-            each(count, value, [=](std::size_t i) { return k0 * a[i] + k1 * b[i]; });
-            break;
-        }
+            return unary<Move>(step, rows, count);
+        case Code::Sum:
+            return binary<Sum>(step, rows, count);
         case Code::Product:
-            each(count, value, [=](std::size_t i) { return a[i] * b[i]; });
-            break;
-        case Code::Quotient: {
-            const double k0 = step.constants[0];
-            each(count, value, [=](std::size_t i) { return a[i] / (b[i] + k0); });
-            break;
-        }
+            return binary<Product>(step, rows, count);
+        case Code::Quotient:
+            return binary<Quotient>(step, rows, count);
         case Code::Polynomial:
-            rowOfPolynomial(count, step, a, value);
-            break;
+            return polynomial(step, rows, count);
         case Code::Chebyshev:
-            each(count, value, [&](std::size_t i) {
-                return chebyshevValue(a[i], {step.constants, step.count});
-            });
-            break;
+            return unary<Chebyshev>(step, rows, count);
         case Code::Call1:
-            each(count, value, [&](std::size_t i) { return step.value1(a[i]); });
-            break;
+            return unary<Call1>(step, rows, count);
         case Code::Call2:
-            each(count, value, [&](std::size_t i) { return step.value2(a[i], b[i]); });
-            break;
+            return binary<Call2>(step, rows, count);
         case Code::SinCos:
-            for (std::size_t i = 0; i < count; ++i)
-                sineAndCosine(a[i], value[i], rowOf(registers, step.b)[i]);
-            break;
         case Code::CosSin:
-            for (std::size_t i = 0; i < count; ++i)
-                sineAndCosine(a[i], rowOf(registers, step.b)[i], value[i]);
-            break;
-        case Code::ChooseLess: {
-            const double *p = listed(0), *q = listed(1), *r = listed(2), *s = listed(3);
-            each(count, value, [=](std::size_t i) { return chooseLessValue(p[i], q[i], r[i], s[i]); });
-            break;
-        }
-        case Code::ChooseSign: {
-            const double *c = listed(0), *n = listed(1), *z = listed(2), *p = listed(3);
-            each(count, value, [=](std::size_t i) { return chooseSignValue(c[i], n[i], z[i], p[i]); });
-            break;
-        }
-        case Code::ChooseStep: {
-            const double *x = listed(0), *x0 = listed(1), *x1 = listed(2);
-            const double *before = listed(3), *between = listed(4), *after = listed(5);
-            each(count, value, [=](std::size_t i) {
-                return chooseStepValue(x[i], x0[i], x1[i], before[i], between[i], after[i]);
-            });
-            break;
-        }
+            return sineWithCosine(step, rows, count);
+        case Code::ChooseLess:
+            return choice<ChooseLess>(step, rows, count);
+        case Code::ChooseSign:
+            return choice<ChooseSign>(step, rows, count);
+        case Code::ChooseStep:
+            return choice<ChooseStep>(step, rows, count);
     }
 }
 
 }  // namespace
 
-void runBlock(std::span<const Instruction> code, double* registers, std::size_t count)
+void fillConstantRows(const Program& program, double* registers)
 {
-    for (const Instruction& step : code) {
-        const double* a = rowOf(registers, step.a);
-        if (step.input != Stage::None) {
-            double* moved = rowOf(registers, step.moved);
-            rowThroughStage(count, step.input, step.inputConstants(), a, moved);
-            a = moved;
-        }
-        rowOfOperation(count, a, step, registers);
+    for (const auto& [number, target] : program.constants())
+        std::fill_n(registers + target * kBlock, kBlock, number);
+}
+
+void runBlock(const Program& program, int order, const double* x, std::size_t count, double* registers,
+              double* const* values)
+{
+    const Rows rows(program, order, x, registers, values);
+    for (const Step& step : program.steps(order)) {
+        runOperation(step, rows, count);
         if (step.output != Stage::None)
-            rowThroughStage(count, step.output, step.outputConstants(), rowOf(registers, step.value),
-                            rowOf(registers, step.target));
+            rowThrough(step.output, step.after, count, rows[step.value], rows[step.target]);
     }
+    for (int k = 0; k <= order; ++k) {
+        const double* const row = rows.operand(program.result(k));
+        if (row != values[k])
+            std::copy_n(row, count, values[k]);
+    }
+}
+
+// Zero times a number is zero unless the number is not finite.
+bool areFinite(const double* values, std::size_t count)
+{
+    if (count < Strip::kSize)
+        return std::all_of(values, values + count, [](double value) { return value * 0.0 == 0.0; });
+    Strip zeros(0.0);
+    eachStrip(count, [&](std::size_t i) { zeros = zeros + Strip::of(values + i) * 0.0; });
+    return sumOf(zeros) == 0.0;
+}
+
+bool copyFinite(const double* from, std::size_t count, double* to)
+{
+    if (count < Strip::kSize) {
+        std::copy_n(from, count, to);
+        return areFinite(from, count);
+    }
+    Strip zeros(0.0);
+    eachStrip(count, [&](std::size_t i) {
+        const Strip values = Strip::of(from + i);
+        values.storeTo(to + i);
+        zeros = zeros + values * 0.0;
+    });
+    return sumOf(zeros) == 0.0;
+}
+
+bool Block::takes(const Program& program)
+{
+    constexpr std::size_t kMostRegisters = 512;
+    return program.parameterCount() == 1 && program.registerCount() <= kMostRegisters;
+}
+
+const double* Block::values(const Programs& programs, int order, const double* x, std::size_t count)
+{
+    const bool isSameExpression = programs_.all == programs.all;
+    const bool isSamePoints =
+        isSameExpression && count == x_.size() && std::memcmp(x_.data(), x, count * sizeof(double)) == 0;
+    if (!isSamePoints) {
+        const int highest = isSameExpression ? std::max(asked_, order) : order;
+        if (!isSameExpression)
+            programs_ = programs;
+        x_.assign(x, x + count);
+        asked_ = -1;
+        iCompute(highest);
+    } else if (order > computed_) {
+        iCompute(programs.all->highestOrder());
+    }
+    asked_ = std::max(asked_, order);
+    return &values_[static_cast<std::size_t>(order) * kBlock];
+}
+
+void Block::iCompute(int highest)
+{
+    const Program& program = programs_.upTo(highest);
+    computed_ = -1;  // until it is done
+    registers_.resize(program.registerCount() * kBlock);
+    values_.resize((static_cast<std::size_t>(highest) + 1) * kBlock);
+    rows_.clear();
+    for (int k = 0; k <= highest; ++k)
+        rows_.push_back(&values_[static_cast<std::size_t>(k) * kBlock]);
+    fillConstantRows(program, registers_.data());
+    runBlock(program, highest, x_.data(), x_.size(), registers_.data(), rows_.data());
+    computed_ = highest;
 }
 
 }  // namespace mf::engine

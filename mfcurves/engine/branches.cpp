@@ -3,8 +3,7 @@
 #include <cmath>
 #include <optional>
 
-#include "mfcurves/engine/functionTable.h"
-#include "mfcurves/engine/stages.h"
+#include "mfcurves/engine/operations.h"
 #include "mfcurves/engine/values.h"
 
 namespace mf::engine {
@@ -19,14 +18,12 @@ struct SideValue {
 // Nothing where the step is not at an edge at x.
 using AtEdge = std::optional<SideValue>;
 
-bool isFunction(const Instruction& step, FunctionId id)
+bool isFunction(const Step& step, FunctionId id)
 {
-    return step.code == Code::Call1   ? step.value1 == function(id).value1
-           : step.code == Code::Call2 ? step.value2 == function(id).value2
-                                      : false;
+    return (step.code == Code::Call1 || step.code == Code::Call2) && step.function == id;
 }
 
-AtEdge lessBeside(const Instruction& step, const double* here, const double* beside)
+AtEdge lessBeside(const Step& step, const double* here, const double* beside)
 {
     const double p = beside[step.list[0]];
     const double q = beside[step.list[1]];
@@ -35,7 +32,7 @@ AtEdge lessBeside(const Instruction& step, const double* here, const double* bes
     return SideValue{chooseLessValue(p, q, here[step.list[2]], here[step.list[3]]), p != q};
 }
 
-AtEdge signBeside(const Instruction& step, const double* here, const double* beside)
+AtEdge signBeside(const Step& step, const double* here, const double* beside)
 {
     const double c = beside[step.list[0]];
     if (here[step.list[0]] != 0.0)
@@ -44,7 +41,7 @@ AtEdge signBeside(const Instruction& step, const double* here, const double* bes
                      c != 0.0};
 }
 
-AtEdge stepBeside(const Instruction& step, const double* here, const double* beside)
+AtEdge stepBeside(const Step& step, const double* here, const double* beside)
 {
     const auto at = [&](std::size_t i) { return here[step.list[i]]; };
     const double x = beside[step.list[0]];
@@ -56,7 +53,7 @@ AtEdge stepBeside(const Instruction& step, const double* here, const double* bes
 }
 
 // A function of one argument that is constant between its jumps.
-AtEdge jumpBeside(const Instruction& step, double a, double aBeside)
+AtEdge jumpBeside(const Step& step, double a, double aBeside)
 {
     const bool isAtEdge = isFunction(step, FunctionId::Sign)   ? a == 0.0
                           : isFunction(step, FunctionId::Nint) ? std::fabs(a - std::trunc(a)) == 0.5
@@ -76,7 +73,7 @@ AtEdge modBeside(double a, double b, double aBeside, double bBeside)
     return SideValue{a - k * b, rest != 0.0};
 }
 
-AtEdge callBeside(const Instruction& step, const double* here, const double* beside)
+AtEdge callBeside(const Step& step, const double* here, const double* beside)
 {
     const std::uint32_t operand = step.input == Stage::None ? step.a : step.moved;
     const double a = here[operand];
@@ -93,21 +90,9 @@ AtEdge callBeside(const Instruction& step, const double* here, const double* bes
     return a == 0.0 && b < 0.0 ? AtEdge({std::copysign(kPi, aBeside), aBeside != 0.0}) : AtEdge();
 }
 
-double throughOutput(const Instruction& step, double value)
-{
-    switch (step.output) {
-        case Stage::Scale:
-            return throughStage<Stage::Scale>(value, step.outputConstants());
-        case Stage::Shift:
-            return throughStage<Stage::Shift>(value, step.outputConstants());
-        default:
-            return throughStage<Stage::General>(value, step.outputConstants());
-    }
-}
-
 }  // namespace
 
-bool mayBranch(const Instruction& step)
+bool mayBranch(const Step& step)
 {
     switch (step.code) {
         case Code::ChooseLess:
@@ -127,7 +112,7 @@ bool mayBranch(const Instruction& step)
     }
 }
 
-bool takeBranchBeside(const Instruction& step, double* registers, const double* beside)
+bool takeBranchBeside(const Step& step, double* registers, const double* beside)
 {
     if (!mayBranch(step))
         return true;
@@ -139,7 +124,7 @@ bool takeBranchBeside(const Instruction& step, double* registers, const double* 
         return true;
     registers[step.value] = side->value;
     if (step.output != Stage::None)
-        registers[step.target] = throughOutput(step, side->value);
+        registers[step.target] = throughStage<Stage::General>(side->value, step.after);
     return side->isSettled;
 }
 

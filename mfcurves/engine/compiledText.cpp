@@ -2,55 +2,121 @@
 
 #include <utility>
 
-#include "mfcurves/engine/differentiation.h"
 #include "mfcurves/engine/parser.h"
 
 namespace mf::engine {
+namespace {
 
-CompiledText::Answer CompiledText::compile(std::wstring_view text,
+constexpr int kUsualOrders = 3;  // derivatives that hosts ask for
+
+// A text in little memory: each character in as many bytes as it has groups of seven
+// bits, the lowest first, with the top bit set in all but the last.
+std::string packed(std::wstring_view text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const wchar_t character : text) {
+        auto rest = static_cast<std::uint32_t>(character);
+        for (; rest >= 0x80; rest >>= 7)
+            bytes.push_back(static_cast<char>(0x80 | (rest & 0x7f)));
+        bytes.push_back(static_cast<char>(rest));
+    }
+    return bytes;
+}
+
+std::wstring unpacked(std::string_view bytes)
+{
+    std::wstring text;
+    std::uint32_t character = 0;
+    unsigned shift = 0;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        character |= static_cast<std::uint32_t>(byte & 0x7f) << shift;
+        shift += 7;
+        if (byte < 0x80) {
+            text.push_back(static_cast<wchar_t>(character));
+            character = 0;
+            shift = 0;
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+CompiledText::Result CompiledText::compile(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName)
 {
     auto result = parseText(text, variableName);
     if (auto* error = std::get_if<ParseError>(&result))
         return std::move(*error);
+
     auto& parsed = std::get<ParsedText>(result);
     auto compiled = std::make_shared<CompiledText>();
-    compiled->graph_ = std::move(parsed.graph);
-    compiled->root_ = parsed.root;
-    compiled->parameters_ = std::move(parsed.parameters);
-    compiled->translator_.clear(static_cast<std::uint32_t>(compiled->parameterCount()));
-    compiled->sections_.push_back(std::make_unique<const Section>(
-        compiled->translator_.translate(compiled->graph_, compiled->root_, nullptr)));
+    compiled->parameterNames_ = parsed.parameters.list();
+    compiled->packedText_ = packed(text);
+    compiled->hasVariable_ = variableName.has_value();
+    compiled->compilation_ = std::make_unique<Compilation>(std::move(parsed));
+    compiled->programs_.value = compiled->compilation_->program();
+    compiled->programs_.all = compiled->programs_.value;
+    if (compiled->parameterCount() > 1)
+        compiled->iEnd();
     return compiled;
 }
 
-// When memory runs out, the orders so far stay, and the next can be asked for again.
-const Section* CompiledText::section(std::size_t order)
+std::optional<Programs> CompiledText::programs(int order)
 {
     const std::lock_guard lock(mutex_);
-    while (sections_.size() <= order) {
-        const NodeId derivative = differentiate(graph_, root_);
-        if (derivative == kNoNode)
-            return nullptr;
-        Translator translator = translator_;
-        sections_.push_back(std::make_unique<const Section>(
-            translator.translate(graph_, derivative, sections_.back().get())));
-        translator_ = std::move(translator);
-        root_ = derivative;
+    while (programs_.all->highestOrder() < order) {
+        if (hasAllOrders_)
+            return std::nullopt;
+        iAddOrder();
     }
-    return sections_[order].get();
+    return programs_;
+}
+
+// When memory runs out, the orders so far stay, and the next can be asked for again.
+void CompiledText::iAddOrder()
+{
+    if (compilation_ == nullptr)
+        compilation_ = iCompileAgain();
+    const bool isNew = compilation_->highestOrder() == programs_.all->highestOrder();
+    if (isNew && !compilation_->addOrder()) {
+        iEnd();
+        return;
+    }
+    programs_.all = compilation_->program();
+    if (programs_.all->highestOrder() == kUsualOrders)
+        compilation_.reset();
+}
+
+void CompiledText::iEnd()
+{
+    hasAllOrders_ = true;
+    compilation_.reset();
+}
+
+// The same text under the same rules gives the same graph and the same registers.
+std::unique_ptr<Compilation> CompiledText::iCompileAgain() const
+{
+    std::optional<std::wstring_view> variableName;
+    if (hasVariable_)
+        variableName = parameterNames_.empty() ? std::wstring_view() : parameterNames_.front();
+    auto result = parseText(unpacked(packedText_), variableName);
+    auto compilation = std::make_unique<Compilation>(std::move(std::get<ParsedText>(result)));
+    while (compilation->highestOrder() < programs_.all->highestOrder())
+        compilation->addOrder();
+    return compilation;
 }
 
 std::size_t CompiledText::bytes()
 {
     const std::lock_guard lock(mutex_);
-    std::size_t total = sizeof *this + graph_.bytes() + translator_.bytes();
-    for (const auto& section : sections_) {
-        total += (section->code.capacity() + section->whole.capacity()) * sizeof(Instruction) +
-                 section->numbers.capacity() * sizeof(double) +
-                 section->lists.capacity() * sizeof(std::uint32_t) +
-                 section->constants.capacity() * sizeof(Section::Constant);
-    }
+    std::size_t total = sizeof *this + packedText_.capacity() + programs_.bytes();
+    for (const std::wstring& name : parameterNames_)
+        total += sizeof name + name.capacity() * sizeof(wchar_t);
+    if (compilation_ != nullptr)
+        total += compilation_->bytes();
     return total;
 }
 

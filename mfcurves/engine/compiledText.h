@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -10,43 +9,49 @@
 #include <variant>
 #include <vector>
 
-#include "mfcurves/engine/graph.h"
-#include "mfcurves/engine/names.h"
+#include "mfcurves/engine/compilation.h"
 #include "mfcurves/engine/parseError.h"
 #include "mfcurves/engine/program.h"
 
 namespace mf::engine {
 
-/// One text, compiled: its parameters and its sections, the value's from the
-/// start and those of the derivatives as they are asked for.
+/// One text, compiled: its parameters, the program of its value, and a program of all
+/// orders that were asked for so far.
 ///
-/// Threads: every thread may ask at any time. The sections that it hands out
-/// never change, so running them needs no lock.
+/// Threads: every thread may ask at any time. The programs that it hands out never
+/// change, so running them needs no lock.
+/// Memory: the graph of the text is kept until three derivatives are compiled, and made
+/// again from the text for a further one.
 class CompiledText {
 public:
-    using Answer = std::variant<std::shared_ptr<CompiledText>, ParseError>;
+    using Result = std::variant<std::shared_ptr<CompiledText>, ParseError>;
 
     /// Compiles a text under the rules of MotionMEParser::parse.
-    static Answer compile(std::wstring_view text, const std::optional<std::wstring_view>& variableName);
+    static Result compile(std::wstring_view text, const std::optional<std::wstring_view>& variableName);
 
-    const std::vector<std::wstring>& parameterNames() const { return parameters_.list(); }
-    std::size_t parameterCount() const { return parameters_.list().size(); }
+    const std::vector<std::wstring>& parameterNames() const { return parameterNames_; }
+    std::size_t parameterCount() const { return parameterNames_.size(); }
 
-    /// The section of an order, made now if need be; null when the derivative
-    /// outgrows the limits. Orders are asked for one after the other.
-    const Section* section(std::size_t order);
+    /// Programs of at least the orders 0 to `order`, compiled now if need be; nothing when
+    /// one of them outgrows the limits.
+    std::optional<Programs> programs(int order);
 
     /// Bytes that the compiled text holds.
     std::size_t bytes();
 
 private:
-    std::mutex mutex_;  // for all that follows, which grows with the orders
-    Graph graph_;
-    NodeId root_;  // of the highest order so far
-    Translator translator_;
-    std::vector<std::unique_ptr<const Section>> sections_;
+    void iAddOrder();
+    void iEnd();
+    std::unique_ptr<Compilation> iCompileAgain() const;
 
-    ParameterNames parameters_;  // fixed once compiled
+    std::vector<std::wstring> parameterNames_;  // fixed once compiled, like these
+    std::string packedText_;
+    bool hasVariable_ = false;
+
+    std::mutex mutex_;  // for all that follows, which grows with the orders
+    std::unique_ptr<Compilation> compilation_;
+    Programs programs_;
+    bool hasAllOrders_ = false;  // there is no further one within the limits
 };
 
 }  // namespace mf::engine

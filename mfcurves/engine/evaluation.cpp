@@ -4,390 +4,375 @@
 #include <cmath>
 #include <utility>
 
-#include "mfcurves/engine/smallPolynomials.h"
-#include "mfcurves/engine/stages.h"
-#include "mfcurves/engine/values.h"
+#include "mfcurves/engine/operations.h"
 
 namespace mf::engine {
 namespace {
 
-// --- One point ---------------------------------------------------------------------------
+// --- One function for each operation and its stages ----------------------------------------
 
-// One function for each operation: its value for operand a, the other operands
-// being in registers.
-
-double move(double a, const Instruction&, double*)
+template <Stage input>
+[[gnu::always_inline]] inline double operand(double a, const Step& step, double* registers)
 {
+    a = throughStage<input>(a, step.before);
+    if constexpr (input != Stage::None)
+        registers[step.moved] = a;
     return a;
 }
 
-double sum(double a, const Instruction& step, double* registers)
+// Returns what is in the target.
+template <Stage output>
+[[gnu::always_inline]] inline double keep(double value, const Step& step, double* registers)
 {
-    return step.constants[0] * a + step.constants[1] * registers[step.b];
-}
-
-double product(double a, const Instruction& step, double* registers)
-{
-    return a * registers[step.b];
-}
-
-double quotient(double a, const Instruction& step, double* registers)
-{
-    return a / (registers[step.b] + step.constants[0]);
-}
-
-double polynomial(double a, const Instruction& step, double*)
-{
-    return polynomialValue(a, step.lowest, {step.constants, step.count});
-}
-
-double chebyshev(double a, const Instruction& step, double*)
-{
-    return chebyshevValue(a, {step.constants, step.count});
-}
-
-double call1(double a, const Instruction& step, double*)
-{
-    return step.value1(a);
-}
-
-double call2(double a, const Instruction& step, double* registers)
-{
-    return step.value2(a, registers[step.b]);
-}
-
-double sinCos(double a, const Instruction& step, double* registers)
-{
-    double sine;
-    sineAndCosine(a, sine, registers[step.b]);
-    return sine;
-}
-
-double cosSin(double a, const Instruction& step, double* registers)
-{
-    double cosine;
-    sineAndCosine(a, registers[step.b], cosine);
-    return cosine;
-}
-
-double chooseLess(double, const Instruction& step, double* registers)
-{
-    const auto at = [&](std::size_t i) { return registers[step.list[i]]; };
-    return chooseLessValue(at(0), at(1), at(2), at(3));
-}
-
-double chooseSign(double, const Instruction& step, double* registers)
-{
-    const auto at = [&](std::size_t i) { return registers[step.list[i]]; };
-    return chooseSignValue(at(0), at(1), at(2), at(3));
-}
-
-double chooseStep(double, const Instruction& step, double* registers)
-{
-    const auto at = [&](std::size_t i) { return registers[step.list[i]]; };
-    return chooseStepValue(at(0), at(1), at(2), at(3), at(4), at(5));
-}
-
-// The operations of polynomialValue, with counts that the compiler knows.
-template <std::size_t count, unsigned lowest>
-[[gnu::always_inline]] inline double smallPolynomial(double a, const Instruction& step, double*)
-{
-    return polynomialValue(a, lowest, std::span<const double, count>(step.constants, count));
-}
-
-using Operation = double (*)(double a, const Instruction& step, double* registers);
-
-// The compiler makes one function of a whole step for each operation and each pair
-// of stages.
-template <Operation operation, Stage input, Stage output>
-void runStep(const Instruction& step, double* registers)
-{
-    double a = registers[step.a];
-    if constexpr (input != Stage::None)
-        registers[step.moved] = a = throughStage<input>(a, step.inputConstants());
-    const double value = operation(a, step, registers);
     registers[step.value] = value;
     if constexpr (output != Stage::None)
-        registers[step.target] = throughStage<output>(value, step.outputConstants());
+        registers[step.target] = value = throughStage<output>(value, step.after);
+    return value;
 }
 
-template <Operation operation, Stage input>
-Instruction::Run runWithInput(Stage output)
+template <class Operation, Stage input, Stage output>
+void runUnary(const Step& step, double* registers)
 {
-    switch (output) {
-        case Stage::None:
-            return runStep<operation, input, Stage::None>;
-        case Stage::Scale:
-            return runStep<operation, input, Stage::Scale>;
-        case Stage::Shift:
-            return runStep<operation, input, Stage::Shift>;
-        default:
-            return runStep<operation, input, Stage::General>;
-    }
+    keep<output>(Operation(step)(operand<input>(registers[step.a], step, registers)), step, registers);
 }
 
-template <Operation operation>
-Instruction::Run runOf(const Instruction& step)
+template <class Operation, Stage output>
+void runBinary(const Step& step, double* registers)
 {
-    switch (step.input) {
-        case Stage::None:
-            return runWithInput<operation, Stage::None>(step.output);
-        case Stage::Times:
-            return runWithInput<operation, Stage::Times>(step.output);
-        case Stage::Shift:
-            return runWithInput<operation, Stage::Shift>(step.output);
-        case Stage::Divide:
-            return runWithInput<operation, Stage::Divide>(step.output);
-        default:
-            return runWithInput<operation, Stage::General>(step.output);
-    }
+    keep<output>(Operation(step)(registers[step.a], registers[step.b]), step, registers);
 }
 
-template <std::size_t... i>
-constexpr auto runsOfSmallPolynomials(std::index_sequence<i...>)
+template <class Operation, Stage output>
+void runChoice(const Step& step, double* registers)
 {
-    return std::array{&runOf<smallPolynomial<termsAt(i), lowestAt(i)>>...};
-}
-
-Instruction::Run runOfPolynomial(const Instruction& step)
-{
-    static constexpr auto kSmall = runsOfSmallPolynomials(SmallPolynomialIndices());
-    return isSmallPolynomial(step) ? kSmall[smallPolynomialIndex(step)](step) : runOf<polynomial>(step);
-}
-
-// --- A whole program at one point -----------------------------------------------------------
-
-// These are what an integrator waits for at every step: they end where the answer is
-// known, and x comes in a register of the processor.
-
-bool runInTurn(double, const Instruction& first, double* registers, double& result, double& answer)
-{
-    const Instruction* step = &first;
-    step->run(*step, registers);
-    while (!step->isLast) {
-        ++step;
-        step->run(*step, registers);
-    }
-    return answerWith(result, answer);
-}
-
-template <std::size_t count>
-bool runSteps(double, const Instruction& first, double* registers, double& result, double& answer)
-{
-    const Instruction* step = &first;
-    [&]<std::size_t... i>(std::index_sequence<i...>)
+    const double value = [&]<std::size_t... i>(std::index_sequence<i...>)
     {
-        (step[i].run(step[i], registers), ...);
+        return Operation()(registers[step.list[i]]...);
     }
-    (std::make_index_sequence<count>());
-    return answerWith(result, answer);
+    (std::make_index_sequence<Operation::kOperands>());
+    keep<output>(value, step, registers);
 }
 
-constexpr std::size_t kMostStepsAtOnce = 12;
-
-template <std::size_t... i>
-RunProgram runForSteps(std::size_t count, std::index_sequence<i...>)
+template <Stage input, Stage output>
+void runSinCos(const Step& step, double* registers)
 {
-    static constexpr RunProgram kRuns[] = {runSteps<i + 1>...};
-    return count <= kMostStepsAtOnce ? kRuns[count - 1] : runInTurn;
+    double sine;
+    sineAndCosine(operand<input>(registers[step.a], step, registers), sine, registers[step.b]);
+    keep<output>(sine, step, registers);
 }
 
-// A program of one step on x, which is there for what that step comes to.
-template <Operation operation, Stage input, Stage output>
-bool runAlone(double x, const Instruction& step, double* registers, double& result, double& answer)
+template <Stage input, Stage output>
+void runCosSin(const Step& step, double* registers)
 {
-    if constexpr (input != Stage::None)
-        x = throughStage<input>(x, step.inputConstants());
-    double value = operation(x, step, registers);
-    if constexpr (output != Stage::None)
-        value = throughStage<output>(value, step.outputConstants());
-    result = value;
-    return answerWith(value, answer);
+    double cosine;
+    sineAndCosine(operand<input>(registers[step.a], step, registers), registers[step.b], cosine);
+    keep<output>(cosine, step, registers);
 }
 
-template <Operation operation, Stage input>
-RunProgram runAloneWithInput(Stage output)
+// A polynomial of any number of terms, and its derivatives.
+template <Stage input, Stage output>
+void runPolynomial(const Step& step, double* registers)
 {
-    return output == Stage::None    ? runAlone<operation, input, Stage::None>
-           : output == Stage::Scale ? runAlone<operation, input, Stage::Scale>
-                                    : nullptr;
+    const double u = operand<input>(registers[step.a], step, registers);
+    PolynomialForm form = {step.terms, step.lowest};
+    const double* c = step.constants;
+    keep<output>(polynomialValue(u, form.lowest, std::span(c, form.terms)), step, registers);
+    for (unsigned i = 0; i < step.derivatives; ++i) {
+        c += form.terms;
+        form = form.derivative();
+        registers[step.list[i]] = polynomialValue(u, form.lowest, std::span(c, form.terms));
+    }
 }
 
-template <Operation operation>
-RunProgram runAloneOf(const Instruction& step)
+// --- Laws: polynomials whose form the compiler knows ----------------------------------------
+
+// The normalised laws of motion begin at the power of the number of their terms or one
+// below: 3-4-5 has three terms from the third power on, 5-6-7-8-9 five from the fifth.
+// Their derivatives, as parts of longer programs, are here as well.
+constexpr std::uint32_t kMostTerms = 5;
+
+constexpr bool isLawForm(PolynomialForm form)
 {
-    switch (step.input) {
+    return form.terms <= kMostTerms && (form.lowest == form.terms || form.lowest == form.terms - 1 ||
+                                        form.lowest == 0 || form == PolynomialForm{1, 2});
+}
+
+// A law's x is taken as it is, moved and scaled, or divided by the length of its stretch.
+enum class Stretch { None, Linear, Divided };
+
+Stretch stretchOf(const Step& step)
+{
+    return step.input == Stage::None     ? Stretch::None
+           : step.input == Stage::Linear ? Stretch::Linear
+                                         : Stretch::Divided;
+}
+
+bool isLaw(const Step& step)
+{
+    const StageConstants& c = step.before;
+    const bool isOnlyDivided = c.factor == 1.0 && c.last == 0.0 && std::signbit(c.last);
+    return step.code == Code::Polynomial && isLawForm({step.terms, step.lowest}) &&
+           (stretchOf(step) != Stretch::Divided || isOnlyDivided) &&
+           (step.output == Stage::None || step.output == Stage::Linear);
+}
+
+template <Stretch stretch>
+[[gnu::always_inline]] inline double lawOperand(double x, const Step& step, double* registers)
+{
+    if constexpr (stretch == Stretch::None)
+        return x;
+    if constexpr (stretch == Stretch::Linear)
+        x = throughStage<Stage::Linear>(x, step.before);
+    else
+        x = (x + step.before.first) / step.before.divisor;
+    return registers[step.moved] = x;
+}
+
+template <std::uint32_t terms, unsigned lowest>
+[[gnu::always_inline]] inline double lawValue(double u, const double* c)
+{
+    return polynomialValue(u, lowest, std::span<const double, terms>(c, terms));
+}
+
+// The derivatives from the next one on, until there are no more.
+template <std::uint32_t terms, unsigned lowest>
+[[gnu::always_inline]] inline void keepDerivatives(double u, const double* c, const std::uint32_t* list,
+                                                   unsigned count, double* registers)
+{
+    constexpr PolynomialForm form = PolynomialForm{terms, lowest}.derivative();
+    if constexpr (form.terms > 0) {
+        if (count == 0)
+            return;
+        c += terms;
+        registers[*list] = lawValue<form.terms, form.lowest>(u, c);
+        keepDerivatives<form.terms, form.lowest>(u, c, list + 1, count - 1, registers);
+    }
+}
+
+template <std::uint32_t terms, unsigned lowest>
+[[gnu::always_inline]] inline double keepLaw(double u, const Step& step, double* registers)
+{
+    double target = lawValue<terms, lowest>(u, step.constants);
+    registers[step.value] = target;
+    if (step.output != Stage::None)
+        registers[step.target] = target = throughStage<Stage::Linear>(target, step.after);
+    if (step.derivatives != 0)
+        keepDerivatives<terms, lowest>(u, step.constants, step.list, step.derivatives, registers);
+    return target;
+}
+
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+void runLaw(const Step& step, double* registers)
+{
+    keepLaw<terms, lowest>(lawOperand<stretch>(registers[step.a], step, registers), step, registers);
+}
+
+// --- A whole program -------------------------------------------------------------------------
+
+// These are what an integrator waits for at every step: x comes in a register of the
+// processor, and they end where the result is known.
+
+bool runInTurn(double, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
+{
+    run(steps, registers);
+    return isFiniteInto(registers[result], value);
+}
+
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+bool runOnlyLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
+{
+    const Step& step = steps.front();
+    const double target = keepLaw<terms, lowest>(lawOperand<stretch>(x, step, registers), step, registers);
+    return isFiniteInto(result == step.target ? target : registers[result], value);
+}
+
+template <class Operation, Stage input, Stage output>
+bool runOnly(double x, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
+{
+    const Step& step = steps.front();
+    const double target = keep<output>(Operation(step)(operand<input>(x, step, registers)), step, registers);
+    return isFiniteInto(result == step.target ? target : registers[result], value);
+}
+
+// --- The choice ---------------------------------------------------------------------------
+
+// Calls `of` with the stage as a constant of the compiler.
+auto withStage(Stage stage, auto of)
+{
+    switch (stage) {
         case Stage::None:
-            return runAloneWithInput<operation, Stage::None>(step.output);
-        case Stage::Times:
-            return runAloneWithInput<operation, Stage::Times>(step.output);
-        case Stage::Shift:
-            return runAloneWithInput<operation, Stage::Shift>(step.output);
-        case Stage::Divide:
-            return runAloneWithInput<operation, Stage::Divide>(step.output);
+            return of.template operator()<Stage::None>();
+        case Stage::Linear:
+            return of.template operator()<Stage::Linear>();
+        case Stage::Shifted:
+            return of.template operator()<Stage::Shifted>();
         default:
-            return runAloneWithInput<operation, Stage::General>(step.output);
+            return of.template operator()<Stage::General>();
     }
 }
 
-// What an integrator asks for at each x: a scaled polynomial and, in the steps
-// behind it, its first derivatives. Their shapes follow from its own, so that the
-// compiler makes one function of all of them.
-template <std::size_t terms, unsigned lowestPower>
-struct Shape {
-    static constexpr std::size_t count = terms;
-    static constexpr unsigned lowest = lowestPower;
-    static constexpr std::size_t degree = terms - 1 + lowestPower;
-    using Derivative = Shape<lowestPower == 0 ? terms - 1 : terms, lowestPower == 0 ? 0 : lowestPower - 1>;
+// The same where a division more does not count.
+auto withAnyStage(Stage stage, auto of)
+{
+    return stage == Stage::None ? of.template operator()<Stage::None>()
+                                : of.template operator()<Stage::General>();
+}
+
+template <class Operation>
+Step::Run unary(const Step& step)
+{
+    return withStage(step.input, [&]<Stage input>() {
+        return withStage(step.output,
+                         []<Stage output>() { return Step::Run(runUnary<Operation, input, output>); });
+    });
+}
+
+Step::Run move(const Step& step)
+{
+    return withStage(step.input, [&]<Stage input>() {
+        return withAnyStage(step.output,
+                            []<Stage output>() { return Step::Run(runUnary<Move, input, output>); });
+    });
+}
+
+template <class Operation>
+Step::Run rareUnary(const Step& step)
+{
+    return withAnyStage(step.input, [&]<Stage input>() {
+        return withAnyStage(step.output,
+                            []<Stage output>() { return Step::Run(runUnary<Operation, input, output>); });
+    });
+}
+
+template <class Operation>
+Step::Run binary(const Step& step)
+{
+    return withStage(step.output, []<Stage output>() { return Step::Run(runBinary<Operation, output>); });
+}
+
+template <class Operation>
+Step::Run choice(const Step& step)
+{
+    return withAnyStage(step.output, []<Stage output>() { return Step::Run(runChoice<Operation, output>); });
+}
+
+Step::Run sineWithCosine(const Step& step)
+{
+    return withStage(step.input, [&]<Stage input>() {
+        return withStage(step.output, [&]<Stage output>() {
+            return step.code == Code::SinCos ? Step::Run(runSinCos<input, output>) : runCosSin<input, output>;
+        });
+    });
+}
+
+// The functions of the laws in order of their forms, null where there is none.
+constexpr std::size_t indexOf(PolynomialForm form)
+{
+    return (form.terms - 1) * (kMostTerms + 1) + form.lowest;
+}
+constexpr PolynomialForm formAt(std::size_t index)
+{
+    return {static_cast<std::uint32_t>(index / (kMostTerms + 1) + 1),
+            static_cast<unsigned>(index % (kMostTerms + 1))};
+}
+
+struct RunsOfLaw {
+    Step::Run asStep = nullptr;
+    RunProgram asProgram = nullptr;
 };
 
-// Whether the steps are a polynomial of this shape and its derivatives.
-template <typename S>
-bool areDerivatives(std::span<const Instruction> steps, std::uint32_t operand)
+template <Stretch stretch, std::size_t index>
+constexpr RunsOfLaw runsAt()
 {
-    if (steps.empty())
-        return true;
-    const Instruction& step = steps.front();
-    if (step.code != Code::Polynomial || step.a != operand || step.input != Stage::None ||
-        step.output != Stage::None || step.count != S::count || step.lowest != S::lowest)
-        return false;
-    if constexpr (S::degree == 0)
-        return steps.size() == 1;
+    constexpr PolynomialForm form = formAt(index);
+    if constexpr (isLawForm(form))
+        return {runLaw<form.terms, form.lowest, stretch>, runOnlyLaw<form.terms, form.lowest, stretch>};
     else
-        return areDerivatives<typename S::Derivative>(steps.subspan(1), operand);
+        return {};
 }
 
-template <typename S, std::size_t count>
-[[gnu::always_inline]] inline void doDerivatives(double a, const Instruction* step, double* registers)
+template <Stretch stretch, std::size_t... i>
+constexpr auto runsOfLaws(std::index_sequence<i...>)
 {
-    registers[step->value] = smallPolynomial<S::count, S::lowest>(a, *step, registers);
-    if constexpr (count > 1)
-        doDerivatives<typename S::Derivative, count - 1>(a, step + 1, registers);
+    return std::array{runsAt<stretch, i>()...};
 }
 
-template <typename S, Stage input, std::size_t derivatives>
-bool runLaw(double x, const Instruction& law, double* registers, double& result, double& answer)
+// Nulls for a step that is not a law.
+RunsOfLaw runsOfLaw(const Step& step)
 {
-    if constexpr (input != Stage::None)
-        registers[law.moved] = x = throughStage<input>(x, law.inputConstants());
-    const double value = smallPolynomial<S::count, S::lowest>(x, law, registers);
-    registers[law.value] = value;
-    registers[law.target] = throughStage<Stage::Scale>(value, law.outputConstants());
-    doDerivatives<typename S::Derivative, derivatives>(x, &law + 1, registers);
-    return answerWith(result, answer);
+    using Indices = std::make_index_sequence<kMostTerms*(kMostTerms + 1)>;
+    static constexpr std::array kLaws = {runsOfLaws<Stretch::None>(Indices()),
+                                         runsOfLaws<Stretch::Linear>(Indices()),
+                                         runsOfLaws<Stretch::Divided>(Indices())};
+    if (!isLaw(step))
+        return {};
+    return kLaws[static_cast<std::size_t>(stretchOf(step))][indexOf({step.terms, step.lowest})];
 }
 
-template <typename S, Stage input>
-RunProgram runForLaw(std::span<const Instruction> code)
+Step::Run polynomial(const Step& step)
 {
-    if constexpr (S::degree > 0) {
-        if (!areDerivatives<typename S::Derivative>(code.subspan(1),
-                                                    input == Stage::None ? code[0].a : code[0].moved))
-            return nullptr;
-        if (code.size() == 2)
-            return runLaw<S, input, 1>;
-        if constexpr (S::degree > 1) {
-            if (code.size() == 3)
-                return runLaw<S, input, 2>;
-        }
-        if constexpr (S::degree > 2) {
-            if (code.size() == 4)
-                return runLaw<S, input, 3>;
-        }
+    if (const Step::Run law = runsOfLaw(step).asStep)
+        return law;
+    return withAnyStage(step.input, [&]<Stage input>() {
+        return withAnyStage(step.output,
+                            []<Stage output>() { return Step::Run(runPolynomial<input, output>); });
+    });
+}
+
+Step::Run runFor(const Step& step)
+{
+    switch (step.code) {
+        case Code::Move:
+            return move(step);
+        case Code::Sum:
+            return binary<Sum>(step);
+        case Code::Product:
+            return binary<Product>(step);
+        case Code::Quotient:
+            return binary<Quotient>(step);
+        case Code::Polynomial:
+            return polynomial(step);
+        case Code::Chebyshev:
+            return rareUnary<Chebyshev>(step);
+        case Code::Call1:
+            return unary<Call1>(step);
+        case Code::Call2:
+            return binary<Call2>(step);
+        case Code::SinCos:
+        case Code::CosSin:
+            return sineWithCosine(step);
+        case Code::ChooseLess:
+            return choice<ChooseLess>(step);
+        case Code::ChooseSign:
+            return choice<ChooseSign>(step);
+        case Code::ChooseStep:
+            return choice<ChooseStep>(step);
     }
     return nullptr;
-}
-
-template <typename S>
-RunProgram runForLawOf(std::span<const Instruction> code)
-{
-    switch (code.front().input) {
-        case Stage::None:
-            return runForLaw<S, Stage::None>(code);
-        case Stage::Times:
-            return runForLaw<S, Stage::Times>(code);
-        case Stage::Shift:
-            return runForLaw<S, Stage::Shift>(code);
-        case Stage::Divide:
-            return runForLaw<S, Stage::Divide>(code);
-        default:
-            return runForLaw<S, Stage::General>(code);
-    }
-}
-
-// What there is for programs that begin with a polynomial of this shape.
-struct RunsOfShape {
-    RunProgram (*alone)(const Instruction& step);
-    RunProgram (*law)(std::span<const Instruction> code);
-};
-
-template <std::size_t... i>
-constexpr auto runsOfShapes(std::index_sequence<i...>)
-{
-    constexpr auto of = []<typename S>(S) {
-        return RunsOfShape{runAloneOf<smallPolynomial<S::count, S::lowest>>, runForLawOf<S>};
-    };
-    return std::array{of(Shape<termsAt(i), lowestAt(i)>())...};
-}
-
-// For programs that begin with an operation on x; null for most.
-RunProgram runForOperation(std::span<const Instruction> code, std::uint32_t result)
-{
-    static constexpr auto kShapes = runsOfShapes(SmallPolynomialIndices());
-    const Instruction& first = code.front();
-    if (first.a != 0)
-        return nullptr;
-    const bool isAlone =
-        code.size() == 1 && result == (first.output == Stage::None ? first.value : first.target);
-    if (isAlone && first.code == Code::Call1)
-        return runAloneOf<call1>(first);
-    if (!isSmallPolynomial(first))
-        return nullptr;
-    const RunsOfShape& shape = kShapes[smallPolynomialIndex(first)];
-    if (isAlone)
-        return shape.alone(first);
-    return first.output == Stage::Scale ? shape.law(code) : nullptr;
 }
 
 }  // namespace
 
-Instruction::Run runFor(const Instruction& step)
+std::shared_ptr<const Program> programOf(Draft draft)
 {
-    switch (step.code) {
-        case Code::Move:
-            return runOf<move>(step);
-        case Code::Sum:
-            return runOf<sum>(step);
-        case Code::Product:
-            return runOf<product>(step);
-        case Code::Quotient:
-            return runOf<quotient>(step);
-        case Code::Polynomial:
-            return runOfPolynomial(step);
-        case Code::Chebyshev:
-            return runOf<chebyshev>(step);
-        case Code::Call1:
-            return runOf<call1>(step);
-        case Code::Call2:
-            return runOf<call2>(step);
-        case Code::SinCos:
-            return runOf<sinCos>(step);
-        case Code::CosSin:
-            return runOf<cosSin>(step);
-        case Code::ChooseLess:
-            return runOf<chooseLess>(step);
-        case Code::ChooseSign:
-            return runOf<chooseSign>(step);
-        case Code::ChooseStep:
-            return runOf<chooseStep>(step);
-    }
-    return nullptr;
+    for (Draft::Entry& entry : draft.entries)
+        entry.step.run = runFor(entry.step);
+    return std::make_shared<const Program>(draft);
 }
 
-RunProgram runForProgram(std::span<const Instruction> code, std::uint32_t result)
+RunProgram runFor(std::span<const Step> steps)
 {
-    const RunProgram run = runForOperation(code, result);
-    return run != nullptr ? run : runForSteps(code.size(), std::make_index_sequence<kMostStepsAtOnce>());
+    if (steps.size() != 1 || steps.front().a != 0)
+        return runInTurn;
+    const Step& step = steps.front();
+    if (const RunProgram law = runsOfLaw(step).asProgram)
+        return law;
+    if (step.code != Code::Call1)
+        return runInTurn;
+    return withStage(step.input, [&]<Stage input>() {
+        return withStage(step.output,
+                         []<Stage output>() { return RunProgram(runOnly<Call1, input, output>); });
+    });
 }
 
 }  // namespace mf::engine

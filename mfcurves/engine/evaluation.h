@@ -1,34 +1,55 @@
 #pragma once
 
 #include <cmath>
-#include <cstddef>
+#include <memory>
 #include <span>
 
-#include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/program.h"
 
 namespace mf::engine {
 
-/// The function that runs a step on one point: register r is registers[r].
-Instruction::Run runFor(const Instruction& step);
+/// The program of a draft, ready to run.
+std::shared_ptr<const Program> programOf(Draft draft);
 
-/// Sets `answer` to a value; false, with `answer` untouched, if it is not finite.
-[[gnu::always_inline]] inline bool answerWith(double value, double& answer)
+/// Runs steps at the point x, the number in register 0, and sets `value` to what is in
+/// register `result` then; false, with `value` untouched, if that is not finite.
+using RunProgram = bool (*)(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                            double& value);
+
+/// The quickest function that runs these steps.
+RunProgram runFor(std::span<const Step> steps);
+
+/// Runs steps at one point: four in a turn of the loop, as each place of a call
+/// remembers on its own which function came next.
+[[gnu::always_inline]] inline void run(std::span<const Step> steps, double* registers)
+{
+    const Step* step = steps.data();
+    const Step* const end = step + steps.size();
+    for (; end - step >= 4; step += 4) {
+        step[0].run(step[0], registers);
+        step[1].run(step[1], registers);
+        step[2].run(step[2], registers);
+        step[3].run(step[3], registers);
+    }
+    for (; step != end; ++step)
+        step->run(*step, registers);
+}
+
+/// Stores the constants of a program in the registers of one point.
+inline void fillConstants(const Program& program, double* registers)
+{
+    for (const auto& [number, target] : program.constants())
+        registers[target] = number;
+}
+
+/// Sets `result` to a value; false, with `result` untouched, if it is not finite.
+[[gnu::always_inline]] inline bool isFiniteInto(double value, double& result)
 {
     // What is not finite has no difference from itself.
     if (std::isnan(value - value)) [[unlikely]]
         return false;
-    answer = value;
+    result = value;
     return true;
 }
-
-/// The function that runs a program, of at least one step, for the number in a
-/// register. Of the registers of a program of one step it may fill that one alone.
-RunProgram runForProgram(std::span<const Instruction> code, std::uint32_t result);
-
-/// Runs steps on `count` points, at most kBlock: register r of point i is
-/// registers[r * kBlock + i]. The results have the bits that `run` gives. What
-/// stands behind the last point of a register may be overwritten.
-void runBlock(std::span<const Instruction> code, double* registers, std::size_t count);
 
 }  // namespace mf::engine

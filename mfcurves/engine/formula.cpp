@@ -4,17 +4,22 @@
 #include <cmath>
 #include <utility>
 
+#include "mfcurves/engine/blocks.h"
 #include "mfcurves/engine/branches.h"
-#include "mfcurves/engine/compiledText.h"
+#include "mfcurves/engine/compilation.h"
 #include "mfcurves/engine/evaluation.h"
+#include "mfcurves/engine/parser.h"
 #include "mfcurves/engine/values.h"
 
 namespace mf::engine {
 namespace {
 
-double finiteOrNaN(double value)
+void takeValues(const Program& program, int highest, const double* registers, double* values)
 {
-    return std::isfinite(value) ? value : kNaN;
+    for (int k = 0; k <= highest; ++k) {
+        const double value = registers[program.result(k)];
+        values[k] = std::isfinite(value) ? value : kNaN;
+    }
 }
 
 }  // namespace
@@ -22,97 +27,100 @@ double finiteOrNaN(double value)
 Formula::Result Formula::compile(std::wstring_view text, const std::optional<std::wstring_view>& variableName,
                                  int highestOrder)
 {
-    CompiledText::Answer answer = CompiledText::compile(text, variableName);
-    if (auto* error = std::get_if<ParseError>(&answer))
+    auto result = parseText(text, variableName);
+    if (auto* error = std::get_if<ParseError>(&result))
         return std::move(*error);
 
+    auto& parsed = std::get<ParsedText>(result);
+    const std::size_t parameterCount = parsed.parameters.list().size();
+    Compilation compilation(std::move(parsed));
     auto formula = std::make_shared<Formula>();
-    formula->text_ = std::move(std::get<std::shared_ptr<CompiledText>>(answer));
-    formula->parameterCount_ = formula->text_->parameterCount();
-    if (formula->parameterCount_ > 1)
-        return formula;
-    for (int order = 0; order <= highestOrder; ++order) {
-        const Section* section = formula->text_->section(static_cast<std::size_t>(order));
-        if (section == nullptr)
-            break;
-        formula->sections_.push_back(section);
-        formula->registerCount_ = section->registers;
+    formula->programs_.value = compilation.program();
+    if (parameterCount <= 1) {
+        while (compilation.highestOrder() < highestOrder && compilation.addOrder()) {
+        }
     }
-    formula->hasBranches_ =
-        !formula->sections_.empty() && std::ranges::any_of(formula->sections_.back()->whole, mayBranch);
-    // Register 0 takes x, also where the text does not use it.
-    formula->registerCount_ = std::max<std::size_t>(formula->registerCount_, 1);
+    formula->programs_.all =
+        compilation.highestOrder() == 0 ? formula->programs_.value : compilation.program();
+    const Program& all = *formula->programs_.all;
+    formula->hasBranches_ = std::ranges::any_of(all.steps(all.highestOrder()), mayBranch);
     return formula;
+}
+
+std::size_t Formula::parameterCount() const
+{
+    return programs_.all->parameterCount();
+}
+
+// Register 0 takes x, also where the text does not use it.
+std::size_t Formula::registerCount() const
+{
+    return std::max<std::size_t>(programs_.all->registerCount(), 1);
+}
+
+// The highest order up to `order` that has values, -1 when none has.
+int Formula::iHighest(int order) const
+{
+    return parameterCount() > 1 ? -1 : std::min(order, programs_.all->highestOrder());
 }
 
 void Formula::evaluate(double x, int order, double* registers, double* values) const noexcept
 {
-    const int computed = std::min(order + 1, static_cast<int>(sections_.size()));
-    std::fill(values + computed, values + order + 1, kNaN);
-    if (computed == 0)
+    const int highest = iHighest(order);
+    std::fill(values + highest + 1, values + order + 1, kNaN);
+    if (highest < 0)
         return;
+    const Program& program = programs_.upTo(highest);
     registers[0] = x;
-    iFillConstants(computed, registers);
-    const Section& highest = *sections_[computed - 1];
-    double unused = 0.0;
-    highest.runWhole(registers[0], highest.whole.front(), registers, registers[highest.result], unused);
-    for (int k = 0; k < computed; ++k)
-        values[k] = finiteOrNaN(registers[sections_[k]->result]);
-}
-
-void Formula::iFillConstants(int orders, double* registers) const
-{
-    for (int k = 0; k < orders; ++k) {
-        for (const auto& [target, number] : sections_[k]->constants)
-            registers[target] = number;
-    }
+    fillConstants(program, registers);
+    run(program.steps(highest), registers);
+    takeValues(program, highest, registers, values);
 }
 
 bool Formula::evaluateBeside(double x, double beside, int order, double* registers,
                              double* values) const noexcept
 {
-    const int computed = std::min(order + 1, static_cast<int>(sections_.size()));
-    std::fill(values + computed, values + order + 1, kNaN);
-    if (computed == 0)
+    const int highest = iHighest(order);
+    std::fill(values + highest + 1, values + order + 1, kNaN);
+    if (highest < 0)
         return true;
-    double* const registersBeside = registers + registerCount_;
+    const Program& program = programs_.upTo(highest);
+    double* const registersBeside = registers + registerCount();
     registers[0] = x;
     registersBeside[0] = beside;
-    iFillConstants(computed, registers);
-    iFillConstants(computed, registersBeside);
+    fillConstants(program, registers);
+    fillConstants(program, registersBeside);
     bool isSettled = true;
-    for (const Instruction& step : sections_[computed - 1]->whole) {
+    for (const Step& step : program.steps(highest)) {
         step.run(step, registers);
         step.run(step, registersBeside);
         isSettled = takeBranchBeside(step, registers, registersBeside) && isSettled;
     }
-    for (int k = 0; k < computed; ++k)
-        values[k] = finiteOrNaN(registers[sections_[k]->result]);
+    takeValues(program, highest, registers, values);
     return isSettled;
 }
 
 void Formula::evaluateBlock(const double* x, std::size_t count, int order, double* registers,
                             double* const* values) const noexcept
 {
-    const int computed = std::min(order + 1, static_cast<int>(sections_.size()));
-    for (int k = computed; k <= order; ++k)
+    const int highest = iHighest(order);
+    for (int k = highest + 1; k <= order; ++k)
         std::fill_n(values[k], count, kNaN);
-    if (computed == 0)
+    if (highest < 0)
         return;
-    std::copy_n(x, count, registers);
-    for (int k = 0; k < computed; ++k) {
-        for (const auto& [target, number] : sections_[k]->constants)
-            std::fill_n(registers + target * kBlock, kBlock, number);
+    const Program& program = programs_.upTo(highest);
+    fillConstantRows(program, registers);
+    runBlock(program, highest, x, count, registers, values);
+    const auto isBad = [](double value) { return !std::isfinite(value); };
+    for (int k = 0; k <= highest; ++k) {
+        if (!areFinite(values[k], count))
+            std::replace_if(values[k], values[k] + count, isBad, kNaN);
     }
-    runBlock(sections_[computed - 1]->whole, registers, count);
-    for (int k = 0; k < computed; ++k)
-        std::transform(registers + sections_[k]->result * kBlock,
-                       registers + sections_[k]->result * kBlock + count, values[k], finiteOrNaN);
 }
 
 std::size_t Formula::bytes() const
 {
-    return sizeof *this + sections_.capacity() * sizeof(const Section*) + text_->bytes();
+    return sizeof *this + programs_.bytes();
 }
 
 }  // namespace mf::engine

@@ -5,15 +5,12 @@
 #include <optional>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/parseError.h"
+#include "mfcurves/engine/program.h"
 
 namespace mf::engine {
-
-class CompiledText;
-struct Section;
 
 /// A text whose value and first derivatives are compiled for good.
 ///
@@ -33,10 +30,10 @@ public:
                           int highestOrder = 3);
 
     /// How many names the text has for its argument, at most 1 with a variable name.
-    std::size_t parameterCount() const { return parameterCount_; }
+    std::size_t parameterCount() const;
 
     /// The doubles that one point needs.
-    std::size_t registerCount() const { return registerCount_; }
+    std::size_t registerCount() const;
 
     /// Computes values[k], the derivative of order k at x, for k = 0 to `order`. NaN where
     /// it is not finite, where the derivative outgrew the limits, above the highest order
@@ -44,7 +41,8 @@ public:
     void evaluate(double x, int order, double* registers, double* values) const noexcept;
 
     /// The same at `count` points, at most kBlock, with the very same bits. `registers` are
-    /// registerCount() * kBlock doubles; values[k] has room for `count` doubles.
+    /// registerCount() * kBlock doubles; values[k] has room for `count` doubles, and none
+    /// of them overlaps `x`.
     void evaluateBlock(const double* x, std::size_t count, int order, double* registers,
                        double* const* values) const noexcept;
 
@@ -62,12 +60,9 @@ public:
     std::size_t bytes() const;
 
 private:
-    void iFillConstants(int orders, double* registers) const;
+    int iHighest(int order) const;
 
-    std::shared_ptr<CompiledText> text_;
-    std::vector<const Section*> sections_;  // of the orders that have values
-    std::size_t parameterCount_ = 0;
-    std::size_t registerCount_ = 0;
+    Programs programs_;
     bool hasBranches_ = false;
 };
 

@@ -2,21 +2,26 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <vector>
 
-#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/functionTable.h"
 
 namespace mf::engine {
 
+/// x + kNeutralAddend is x for every x, -0.0 included.
+constexpr double kNeutralAddend = -0.0;
+
 enum class Code : std::uint8_t {
-    Move,        // nothing: a goes from stage to stage
+    Move,        // a
     Sum,         // k0 * a + k1 * b
     Product,     // a * b
     Quotient,    // a / (b + k0)
-    Polynomial,  // a^lowest * (k0 + k1 a + ...), count coefficients
-    Chebyshev,   // k0 T0(a) + k1 T1(a) + ..., count coefficients
-    Call1,       // value1(a)
-    Call2,       // value2(a, b)
+    Polynomial,  // a^lowest * (k0 + k1 a + ...), and derivatives of it
+    Chebyshev,   // k0 T0(a) + k1 T1(a) + ...
+    Call1,       // function(a)
+    Call2,       // function(a, b)
     SinCos,      // the sine of a, and into b its cosine
     CosSin,      // the cosine of a, and into b its sine
     ChooseLess,  // on a list of four registers, as the node of that name
@@ -24,93 +29,148 @@ enum class Code : std::uint8_t {
     ChooseStep  // on a list of six registers
 };
 
-/// What constants do to a value v on its way. The last form is the general one;
-/// the others leave out what would change no bit.
+/// What constants do to a value v on its way into an operation or out of it. The last
+/// form is the general one; the others leave out what would change no bit.
 enum class Stage : std::uint8_t {
     None,
-    Scale,   // v * c2 + c3
-    Times,   // (v + c0) * c2
-    Shift,   // (v + c0) * c2 + c3
-    Divide,  // (v + c0) / c1
-    General  // (v + c0) / c1 * c2 + c3
+    Linear,   // v * factor + last
+    Shifted,  // (v + first) * factor + last
+    General   // (v + first) / divisor * factor + last
 };
 
-constexpr std::size_t kStageConstants = 4;
+struct StageConstants {
+    double first = kNeutralAddend;
+    double divisor = 1.0;
+    double factor = 1.0;
+    double last = kNeutralAddend;
+};
 
 /// One step of a program: an input stage, an operation, an output stage. The laws
 /// of motion are mostly constants around one operation on a shifted and scaled
 /// x, so that one step does what would be six.
 ///
-/// Operands and results are numbers of registers. Operand a passes through the
-/// input stage, if there is one, and what comes out is kept in `moved`; the
-/// operation's value is kept in `value`, and what the output stage makes of it in
-/// `target`.
-struct Instruction {
-    using Run = void (*)(const Instruction& step, double* registers);
+/// Operands and results are numbers of registers. The operand of an operation that has
+/// only one passes through the input stage, if there is one, and what comes out goes to
+/// `moved`. The operation's value goes to `value`, and what the output stage makes of it
+/// to `target`; without an output stage these are one register.
+///
+/// A polynomial may compute its first derivatives with respect to its operand as well.
+/// Their constants follow its own, in the same form; `list` has their registers.
+struct Step {
+    using Run = void (*)(const Step& step, double* registers);
 
     Run run = nullptr;  // does the step on one point
     Code code = Code::Move;
     Stage input = Stage::None;
     Stage output = Stage::None;
-    std::uint8_t lowest = 0;  // exponent of a polynomial's first coefficient
-    bool isLast = false;      // of its program
-    std::uint32_t count = 0;
+    FunctionId function{};         // of a call
+    std::uint8_t lowest = 0;       // exponent of a polynomial's first term
+    std::uint8_t derivatives = 0;  // that a polynomial computes as well
+    std::uint32_t terms = 0;       // of a polynomial or a Chebyshev sum
     std::uint32_t a = 0;
     std::uint32_t b = 0;
     std::uint32_t moved = 0;
     std::uint32_t value = 0;
     std::uint32_t target = 0;
-    // The operation's constants. Those of the output stage stand right before
-    // them, those of the input stage before these.
-    const double* constants = nullptr;
+    const double* constants = nullptr;  // k0, k1, ...
     union {
-        double (*value1)(double) = nullptr;
+        const std::uint32_t* list = nullptr;  // of registers
+        double (*value1)(double);
         double (*value2)(double, double);
-        const std::uint32_t* list;
     };
-
-    const double* inputConstants() const { return constants - 2 * kStageConstants; }
-    const double* outputConstants() const { return constants - kStageConstants; }
+    StageConstants before;
+    StageConstants after;
 };
 
-/// Runs a program at one point x, which is the number in register 0, and sets
-/// `answer` to that in the register `result`. False, with `answer` untouched, if it is not finite.
-using RunProgram = bool (*)(double x, const Instruction& first, double* registers, double& result,
-                            double& answer);
+/// The terms and the lowest exponent of the derivative of a polynomial.
+struct PolynomialForm {
+    std::uint32_t terms;
+    unsigned lowest;
 
-/// The steps for one order of a family. Nothing in it changes once it is made.
-struct Section {
+    bool operator==(const PolynomialForm&) const = default;
+    constexpr PolynomialForm derivative() const
+    {
+        return lowest == 0 ? PolynomialForm{terms - 1, 0} : PolynomialForm{terms, lowest - 1};
+    }
+};
+
+/// Steps while they are written: their tables of numbers and lists still grow, so
+/// that places in them stand for pointers.
+struct Draft {
+    struct Entry {
+        Step step;
+        int order = 0;  // the lowest that needs the step
+        std::uint32_t firstNumber = 0;
+        std::uint32_t numbers = 0;
+        std::uint32_t firstInList = 0;
+        std::uint32_t listed = 0;
+    };
     struct Constant {
-        std::uint32_t target;
         double number;
+        std::uint32_t target;
     };
 
-    std::vector<Instruction> code;    // this order, after the sections of the lower ones have run
-    std::vector<Instruction> whole;   // all orders up to this one; not empty
-    RunProgram runWhole = nullptr;    // runs the whole at one point, given its first step
-    std::vector<Constant> constants;  // registers that hold a number and are filled once
-    std::uint32_t result = 0;         // the register that holds the order's value
-    std::uint32_t registers = 0;      // how many the sections up to this one use
-
-    std::vector<double> numbers;       // what the constants of the steps point into
-    std::vector<std::uint32_t> lists;  // what the lists of the steps point into
+    std::vector<Entry> entries;
+    std::vector<double> numbers;
+    std::vector<std::uint32_t> lists;
+    std::vector<Constant> constants;     // registers that hold a number
+    std::vector<std::uint32_t> results;  // by order: the register that holds its value
+    std::uint32_t registers = 0;
+    std::uint32_t parameters = 0;
 };
 
-/// Translates roots of a graph into sections, one after the other. Register i
-/// holds parameter i; every other value has a register of its own, so that a
-/// section may use whatever those before it have computed.
-class Translator {
+/// The steps that compute the orders 0 to highestOrder() of one expression. Register i
+/// holds parameter i; each other value has a register of its own.
+///
+/// Threads: constant. Whoever runs it brings the registers.
+class Program {
 public:
-    void clear(std::uint32_t parameterCount);
+    explicit Program(const Draft& draft);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
 
-    /// The section of the next order; `before` is that of the order below, or null.
-    Section translate(const Graph& graph, NodeId root, const Section* before);
+    int highestOrder() const { return static_cast<int>(orders_.size()) - 1; }
+    std::uint32_t parameterCount() const { return parameters_; }
+    std::uint32_t registerCount() const { return registers_; }
 
-    std::size_t bytes() const { return registerOf_.bytes(); }
+    /// The steps that compute the orders up to this one.
+    std::span<const Step> steps(int order) const { return steps_.first(orders_[order].steps); }
+    /// The register of an order's value. Steps write it, unless it is that of a parameter
+    /// or of a constant.
+    std::uint32_t result(int order) const { return orders_[order].result; }
+    /// Whether a step writes the register of an order's value.
+    bool isComputed(int order) const;
+
+    /// Registers that have to hold a number before the steps run. No step changes them.
+    std::span<const Draft::Constant> constants() const { return constants_; }
+
+    /// Bytes that the program holds.
+    std::size_t bytes() const { return sizeof *this + size_; }
 
 private:
-    PerNode<std::uint32_t> registerOf_;  // kNone where a node has none yet
-    std::uint32_t registers_ = 0;
+    struct Order {
+        std::uint32_t steps;
+        std::uint32_t result;
+    };
+
+    std::unique_ptr<std::byte[]> memory_;  // of all that follows
+    std::span<const Step> steps_;
+    std::span<const Order> orders_;
+    std::span<const Draft::Constant> constants_;
+    std::uint32_t registers_;
+    std::uint32_t parameters_;
+    std::size_t size_;
+};
+
+/// The programs of one expression. Its value has one of its own, as nothing else is
+/// asked for as often.
+struct Programs {
+    std::shared_ptr<const Program> value;
+    std::shared_ptr<const Program> all;  // of all orders
+
+    /// The one that computes the orders 0 to `order`.
+    const Program& upTo(int order) const { return order == 0 ? *value : *all; }
+    std::size_t bytes() const { return value->bytes() + (all == value ? 0 : all->bytes()); }
 };
 
 }  // namespace mf::engine

@@ -8,6 +8,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/gathering.h"
 #include "mfcurves/engine/limits.h"
+#include "mfcurves/engine/polynomials.h"
 #include "mfcurves/engine/values.h"
 
 namespace mf::engine {

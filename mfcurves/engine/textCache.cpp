@@ -1,88 +1,102 @@
 #include "mfcurves/engine/textCache.h"
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
+#include <functional>
+#include <list>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 namespace mf::engine {
 namespace {
 
-constexpr std::size_t kKeptTexts = 32;
-constexpr std::size_t kLongestKeptText = 8192;
 constexpr std::size_t kKeptBytes = std::size_t{8} << 20;  // of all kept texts together
 
-struct Entry {
-    std::uint64_t hash = 0;
-    std::wstring text;
-    std::optional<std::wstring> variableName;
-    std::shared_ptr<CompiledText> compiled;
+// What a compiled text follows from.
+struct Key {
+    std::wstring_view text;
+    std::optional<std::wstring_view> variableName;
+
+    bool operator==(const Key&) const = default;
 };
 
-std::uint64_t hashOf(std::wstring_view text)
-{
-    const auto* bytes = reinterpret_cast<const char*>(text.data());
-    std::size_t left = text.size() * sizeof(wchar_t);
-    std::uint64_t hash = left;
-    for (; left >= sizeof(std::uint64_t); left -= sizeof(std::uint64_t), bytes += sizeof(std::uint64_t)) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes, sizeof word);
-        hash = (hash ^ word) * 0x9e3779b97f4a7c15ULL;
-        hash ^= hash >> 32;
-    }
-    std::uint64_t rest = 0;
-    std::memcpy(&rest, bytes, left);
-    hash = (hash ^ rest) * 0x9e3779b97f4a7c15ULL;
-    return hash ^ (hash >> 32);
-}
+struct KeyHash {
+    std::size_t operator()(const Key& key) const { return std::hash<std::wstring_view>()(key.text); }
+};
 
-// The texts compiled last, the latest used first. Each thread has its own, so that
-// no compile waits for another.
+// The texts compiled last, as many as fit into kKeptBytes. Each thread has its own, so
+// that no compile waits for another.
 class TextCache {
 public:
-    CompiledText::Answer compiled(std::wstring_view text,
-                                  const std::optional<std::wstring_view>& variableName)
+    CompiledText::Result compiled(const Key& key)
     {
-        const std::uint64_t hash = hashOf(text);
-        const auto found = std::ranges::find_if(entries_, [&](const Entry& entry) {
-            return entry.hash == hash && entry.text == text && entry.variableName == variableName;
-        });
-        if (found != entries_.end()) {
-            std::rotate(entries_.begin(), found, found + 1);
+        const auto found = places_.find(key);
+        if (found != places_.end()) {
+            entries_.splice(entries_.begin(), entries_, found->second);
+            measureFirst();
             return entries_.front().compiled;
         }
-        CompiledText::Answer answer = CompiledText::compile(text, variableName);
-        if (const auto* compiled = std::get_if<std::shared_ptr<CompiledText>>(&answer);
-            compiled != nullptr && text.size() <= kLongestKeptText)
-            keep({hash, std::wstring(text), std::optional<std::wstring>(variableName), *compiled});
-        return answer;
+        CompiledText::Result result = CompiledText::compile(key.text, key.variableName);
+        if (const auto* compiled = std::get_if<std::shared_ptr<CompiledText>>(&result))
+            keep(key, *compiled);
+        return result;
     }
 
 private:
-    // Derivatives grow after their text was kept, so all sizes are asked anew.
-    void keep(Entry entry)
+    struct Entry {
+        std::wstring text;
+        std::optional<std::wstring> variableName;
+        std::shared_ptr<CompiledText> compiled;
+        std::size_t bytes = 0;
+
+        Key key() const { return {text, variableName}; }
+    };
+
+    void keep(const Key& key, const std::shared_ptr<CompiledText>& compiled)
     {
-        if (entries_.size() == kKeptTexts)
-            entries_.pop_back();
-        entries_.insert(entries_.begin(), std::move(entry));
-        std::size_t total = 0;
-        const auto tooMuch = std::ranges::find_if(entries_, [&](const Entry& kept) {
-            total += kept.compiled->bytes();
-            return total > kKeptBytes;
-        });
-        entries_.erase(tooMuch, entries_.end());
+        // Its derivatives have come since it was kept.
+        if (!entries_.empty())
+            measureFirst();
+        entries_.push_front(
+            {std::wstring(key.text), std::optional<std::wstring>(key.variableName), compiled});
+        try {
+            places_.emplace(entries_.front().key(), entries_.begin());
+        } catch (...) {
+            entries_.pop_front();
+            throw;
+        }
+        measureFirst();
+        while (bytes_ > kKeptBytes)
+            forgetLast();
     }
 
-    std::vector<Entry> entries_;
+    void measureFirst()
+    {
+        Entry& entry = entries_.front();
+        const std::size_t bytes =
+            sizeof entry + entry.text.capacity() * sizeof(wchar_t) + entry.compiled->bytes();
+        bytes_ += bytes - entry.bytes;
+        entry.bytes = bytes;
+    }
+
+    void forgetLast()
+    {
+        bytes_ -= entries_.back().bytes;
+        places_.erase(entries_.back().key());
+        entries_.pop_back();
+    }
+
+    std::list<Entry> entries_;  // the latest used first
+    std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> places_;
+    std::size_t bytes_ = 0;
 };
 
 }  // namespace
 
-CompiledText::Answer compiledThroughCache(std::wstring_view text,
+CompiledText::Result compiledThroughCache(std::wstring_view text,
                                           const std::optional<std::wstring_view>& variableName)
 {
     thread_local TextCache cache;
-    return cache.compiled(text, variableName);
+    return cache.compiled({text, variableName});
 }
 
 }  // namespace mf::engine

@@ -1,12 +1,9 @@
 #include "mfcurves/engine/textCache.h"
 
-#include <array>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
-
-#include "mfcurves/engine/limits.h"
+#include <vector>
 
 namespace {
 
@@ -14,8 +11,8 @@ using mf::engine::CompiledText;
 
 std::shared_ptr<CompiledText> compiled(const std::wstring& text, std::optional<std::wstring_view> name = L"x")
 {
-    auto answer = mf::engine::compiledThroughCache(text, name);
-    return std::get<std::shared_ptr<CompiledText>>(answer);
+    auto result = mf::engine::compiledThroughCache(text, name);
+    return std::get<std::shared_ptr<CompiledText>>(result);
 }
 
 TEST(TextCache, AnswersTheSameTextAgain)
@@ -29,65 +26,94 @@ TEST(TextCache, TellsTextsApartByTheirLetters)
     EXPECT_NE(compiled(L"x+1"), compiled(L"x+1 "));
 }
 
-// One step of the hash over eight bytes of a text.
-std::uint64_t mixed(std::uint64_t hash, std::uint64_t word)
-{
-    hash = (hash ^ word) * 0x9e3779b97f4a7c15ULL;
-    return hash ^ (hash >> 32);
-}
-
-// Two texts of two words each with one hash: the second word of one makes up for
-// what differs in the first.
-TEST(TextCache, TellsTextsOfOneHashApart)
-{
-    using Words = std::array<std::uint64_t, 2>;
-    constexpr std::uint64_t kSize = sizeof(Words);
-    const Words first = {0x0000'0391'0000'0392, 0x0000'0393'0000'0394};
-    const std::uint64_t start = 0x0000'0395'0000'0396;
-    const Words second = {start, first[1] ^ mixed(kSize, first[0]) ^ mixed(kSize, start)};
-    const auto textOf = [](const Words& words) {
-        std::wstring text(kSize / sizeof(wchar_t), L'\0');
-        std::memcpy(text.data(), words.data(), kSize);
-        return text;
-    };
-    const auto kept = compiled(textOf(first), std::nullopt);
-    EXPECT_NE(compiled(textOf(second), std::nullopt), kept);
-    EXPECT_EQ(compiled(textOf(first), std::nullopt), kept);
-}
-
 TEST(TextCache, TellsVariableNamesApart)
 {
     EXPECT_NE(compiled(L"5", L"x"), compiled(L"5", L"y"));
     EXPECT_NE(compiled(L"5", L""), compiled(L"5", std::nullopt));
 }
 
+// A text of its own for each number, and about so many characters long.
+std::wstring textOf(int number, std::size_t size)
+{
+    std::wstring text = L"x+" + std::to_wstring(number);
+    text.append(size - text.size(), L' ');
+    return text;
+}
+
+constexpr std::size_t kTenthOfTheCache = 150'000;  // characters of which a tenth of the cache is full
+
 TEST(TextCache, ForgetsWhatWasUsedLongestAgo)
 {
-    const std::weak_ptr<CompiledText> first = compiled(L"x+1000");
-    const std::weak_ptr<CompiledText> used = compiled(L"x+1001");
-    for (int i = 0; i < 100; ++i) {
-        compiled(L"x+" + std::to_wstring(i));
-        compiled(L"x+1001");
+    const std::weak_ptr<CompiledText> first = compiled(textOf(1000, kTenthOfTheCache));
+    const std::weak_ptr<CompiledText> used = compiled(textOf(1001, kTenthOfTheCache));
+    for (int i = 0; i < 20; ++i) {
+        compiled(textOf(i, kTenthOfTheCache));
+        compiled(textOf(1001, kTenthOfTheCache));
     }
     EXPECT_TRUE(first.expired());
     EXPECT_FALSE(used.expired());
 }
 
-TEST(TextCache, KeepsNoVeryLongText)
+// A host evaluates many curves in turn.
+TEST(TextCache, KeepsAThousandTexts)
 {
-    std::wstring text = L"x";
-    while (text.size() < mf::engine::kLongestText / 2)
-        text += L"+x";
-    const std::weak_ptr<CompiledText> longText = compiled(text);
-    EXPECT_TRUE(longText.expired());
+    std::vector<std::weak_ptr<CompiledText>> texts;
+    for (int i = 0; i < 1000; ++i)
+        texts.push_back(compiled(textOf(i, 30)));
+    for (const auto& text : texts)
+        EXPECT_FALSE(text.expired());
+}
+
+TEST(TextCache, KeepsALongText)
+{
+    const std::wstring text = textOf(7, 100'000);
+    EXPECT_EQ(compiled(text), compiled(text));
+}
+
+// What derivatives need counts as well, although it comes later.
+TEST(TextCache, CountsTheDerivatives)
+{
+    std::wstring text = L"0";
+    for (int i = 1; i <= 4000; ++i)
+        text += L"+sin(x*" + std::to_wstring(i) + L")*exp(x/" + std::to_wstring(i + 1) + L")";
+    const std::weak_ptr<CompiledText> large = compiled(text);
+    EXPECT_FALSE(large.expired());
+    large.lock()->programs(3);
+    compiled(L"x+1");
+    compiled(L"x+2");
+    EXPECT_TRUE(large.expired());
 }
 
 TEST(TextCache, KeepsATextAliveForWhoeverHoldsIt)
 {
     const auto held = compiled(L"x*x");
-    for (int i = 0; i < 100; ++i)
-        compiled(L"x*" + std::to_wstring(i));
-    EXPECT_EQ(held->section(0)->result, compiled(L"x*x")->section(0)->result);
+    for (int i = 0; i < 20; ++i)
+        compiled(textOf(i, kTenthOfTheCache));
+    EXPECT_NE(compiled(L"x*x"), held);
+    EXPECT_EQ(held->programs(0)->value->highestOrder(), 0);
+}
+
+TEST(CompiledText, DropsTheGraphOnceThreeDerivativesAreThere)
+{
+    const auto text = compiled(L"10*sin(2*pi*x)+x^2*exp(-x)/(1+x)");
+    text->programs(2);
+    const std::size_t before = text->bytes();
+    text->programs(3);
+    EXPECT_LT(text->bytes(), before);
+}
+
+// The graph comes back from the text, whatever characters it has.
+TEST(CompiledText, HasFurtherDerivativesLater)
+{
+    const auto text = compiled(L"\u00fc^5 + \u00fc", L"\u00fc");
+    EXPECT_EQ(text->programs(3)->all->highestOrder(), 3);
+    EXPECT_EQ(text->programs(5)->all->highestOrder(), 5);
+    EXPECT_EQ(text->programs(1)->all->highestOrder(), 5);
+}
+
+TEST(CompiledText, HasNoDerivativeOfTwoParameters)
+{
+    EXPECT_FALSE(compiled(L"a+b", std::nullopt)->programs(1));
 }
 
 }  // namespace

@@ -1,0 +1,68 @@
+#include "mfcurves/engine/family.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace mf::engine {
+
+Family::Family(std::shared_ptr<CompiledText> text)
+    : parameterCount_(text->parameterCount()), text_(std::move(text))
+{
+    addOrder(0);
+}
+
+// The steps that are running stay those of programs_: where it changes, they are chosen
+// again at the next evaluation.
+bool Family::addOrder(int order)
+{
+    const auto programs = text_->programs(order);
+    if (!programs)
+        return false;
+    registers_.resize(std::max(registers_.size(), std::size_t{programs->all->registerCount()}));
+    fillConstants(*programs->all, registers_.data());
+    programs_ = *programs;
+    held_ = -1;
+    return true;
+}
+
+bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& value)
+{
+    if (parameterCount_ > 1)
+        return false;
+    const int highest = std::max(order, asked_);
+    steps_ = programs_.upTo(highest).steps(highest);
+    run_ = runFor(steps_);
+    if (parameterCount_ == 1) {
+        held_ = highest;
+        asked_ = order;
+        registers_[0] = x;
+    }
+    return run_(x, steps_, registers_.data(), result, value);
+}
+
+bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value)
+{
+    for (std::size_t i = 0; i < parameterCount_; ++i)
+        registers_[i] = *numbers[i].getValue();
+    run(programs_.value->steps(0), registers_.data());
+    return isFiniteInto(registers_[result], value);
+}
+
+// The highest order goes first, as its program computes the others, too.
+int Family::evaluateOrders(double x, int order, double* values)
+{
+    while (programs_.all->highestOrder() < order && !addOrder(order))
+        --order;
+    double highest = 0.0;
+    const bool isFinite = evaluate(x, order, resultOf(order), highest);
+    for (int lower = 0; lower < order; ++lower) {
+        if (parameterCount_ > 1 || !isFiniteInto(registers_[resultOf(lower)], values[lower]))
+            return lower;
+    }
+    if (!isFinite)
+        return order;
+    values[order] = highest;
+    return order + 1;
+}
+
+}  // namespace mf::engine

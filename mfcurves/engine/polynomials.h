@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <span>
+
+/// Polynomials, for one point (`Number` is double) and for several side by side (a
+/// `Strip`). Constant folding and evaluation share them, so a folded constant has the
+/// bits that evaluation would have given.
+namespace mf::engine {
+
+/// Up to this exponent plain multiplications err little more than `pow`. A cube
+/// errs more, which shows where it is the only term.
+constexpr unsigned largestPlainPower(std::size_t terms)
+{
+    return terms == 1 ? 2 : 3;
+}
+/// Up to this exponent compensated multiplications are quicker than `pow`.
+constexpr unsigned kLargestCompensatedPower = 7;
+
+/// sum + error, except where the error is not a number because the halves of its
+/// factors overflowed, and where the sum is a zero, which keeps its sign.
+inline double withError(double sum, double error)
+{
+    return error == error && sum != 0.0 ? sum + error : sum;
+}
+
+inline double libraryPower(double u, unsigned exponent)
+{
+    return std::pow(u, exponent);
+}
+
+/// A factor split in two halves, whose products with other halves are exact; Dekker,
+/// Numer. Math. 18 (1971).
+template <class Number>
+struct Halves {
+    Number high;
+    Number low;
+
+    [[gnu::always_inline]] explicit Halves(Number x) : high(x), low(x)
+    {
+        constexpr double kSplitter = 134217729.0;  // 2^27 + 1
+        const Number scaled = x * kSplitter;
+        high = scaled - (scaled - x);
+        low = x - high;
+    }
+};
+
+/// What rounding took away from product = a * b.
+template <class Number>
+[[gnu::always_inline]] inline Number roundingError(const Halves<Number>& a, const Halves<Number>& b,
+                                                   Number product)
+{
+    return ((a.high * b.high - product) + a.high * b.low + a.low * b.high) + a.low * b.low;
+}
+
+/// u^exponent by multiplications, at least one, with their roundings added up beside
+/// them, so that it is as near as `pow`; Graillat, IEEE Trans. Comput. 58 (2009).
+template <class Number>
+[[gnu::always_inline]] inline Number compensatedPower(Number u, unsigned exponent)
+{
+    const Halves<Number> halves(u);
+    Number power = u * u;
+    Number error = roundingError(halves, halves, power);
+    for (unsigned i = 2; i < exponent; ++i) {
+        const Halves<Number> factor(power);
+        power = power * u;
+        error = error * u + roundingError(factor, halves, power);
+    }
+    return withError(power, error);
+}
+
+/// r * u^exponent, where r is the sum of so many terms.
+template <class Number>
+[[gnu::always_inline]] inline Number timesPower(Number r, std::size_t terms, Number u, unsigned exponent)
+{
+    if (exponent > largestPlainPower(terms)) [[unlikely]]
+        return r * (exponent > kLargestCompensatedPower ? libraryPower(u, exponent)
+                                                        : compensatedPower(u, exponent));
+    if (exponent & 1)
+        r = r * u;
+    if (exponent & 2)
+        r = r * (u * u);
+    return r;
+}
+
+/// u^lowest * (c[0] + c[1] u + c[2] u^2 + ...) by Horner's rule.
+template <class Number, std::size_t count>
+[[gnu::always_inline]] inline Number polynomialValue(Number u, unsigned lowest,
+                                                     std::span<const double, count> c)
+{
+    Number r(c.back());
+    for (std::size_t i = c.size() - 1; i-- > 0;)
+        r = r * u + c[i];
+    return timesPower(r, c.size(), u, lowest);
+}
+
+/// c[0] T0(h) + c[1] T1(h) + ... by Clenshaw's recurrence; Clenshaw, Math. Tables Aids
+/// Comput. 9 (1955).
+inline double chebyshevValue(double h, std::span<const double> c)
+{
+    double b1 = 0.0;
+    double b2 = 0.0;
+    for (std::size_t i = c.size() - 1; i > 0; --i) {
+        const double b = c[i] + (2.0 * h * b1 - b2);
+        b2 = b1;
+        b1 = b;
+    }
+    return c[0] + (h * b1 - b2);
+}
+
+}  // namespace mf::engine

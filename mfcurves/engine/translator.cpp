@@ -1,0 +1,447 @@
+// From a graph to the steps of a program.
+//
+// Each node whose value is needed gets a register. The walk goes down the ids of the
+// nodes, from the root to the parameters, so that all users of a node have asked for it
+// when its turn comes. The steps come out last first and are reversed at the end.
+//
+// Constants around an operation are not steps of their own: they become its stages.
+// Therefore a step with one operand is not written at once. It waits at that operand,
+// and when the turn of the operand comes, the two may turn out to be parts of one step.
+// For example 3-8*(10*u^3-15*u^4) with u = (x-0.5)/1.75 is the graph
+//
+//      n1 = x - 0.5      n2 = n1 / 1.75      n3 = 10 n2^3 - 15 n2^4      n4 = 3 - 8 n3
+//
+// (with a node for each constant and each single operation) and the walk goes
+//
+//      n4  only constants around n3: a Move with an output stage, which waits at n3
+//      n3  the operation itself: it takes over the waiting Move's stage, and waits at n2
+//      n2  only constants around x: becomes the input stage of what waits; this waits at x
+//      x   has a register; nothing can be joined any more: the step is written
+//
+// which leaves one step:
+//
+//      r2 = polynomial, 2 terms from u^3 on, of r1;  r1 = (r0 - 0.5) / 1.75;  r3 = r2 * -8 + 3
+//
+// The next order finds the registers of n2 and n3 when it asks for them, and only adds
+// what is new: 30 u^2 - 60 u^3 of r1, its constants multiplied by -8 / 1.75.
+//
+// A program of several orders has the steps of all of them. There, where both are asked
+// for, the sine and the cosine of one register become one step, and so do a polynomial
+// and its derivatives (merging.h).
+
+#include "mfcurves/engine/translator.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+#include <vector>
+
+#include "mfcurves/engine/functionTable.h"
+#include "mfcurves/engine/merging.h"
+
+namespace mf::engine {
+namespace {
+
+constexpr std::uint32_t kNoRegister = 0xffffffff;
+constexpr std::uint32_t kNone = 0xffffffff;
+
+// The operation of a node is that of its step. Constants and variables have none: they
+// are registers.
+Code codeOf(Op op)
+{
+    static constexpr Code kCodes[] = {Code::Move,     Code::Move,       Code::Sum,        Code::Product,
+                                      Code::Quotient, Code::Polynomial, Code::Chebyshev,  Code::Call1,
+                                      Code::Call2,    Code::ChooseLess, Code::ChooseSign, Code::ChooseStep};
+    static_assert(std::size(kCodes) == static_cast<std::size_t>(Op::ChooseStep) + 1);
+    return kCodes[static_cast<std::size_t>(op)];
+}
+
+bool hasOneOperand(Code code)
+{
+    return code == Code::Polynomial || code == Code::Chebyshev || code == Code::Call1;
+}
+
+bool isCall(const Step& step, FunctionId id)
+{
+    return step.code == Code::Call1 && step.function == id;
+}
+
+bool differ(double a, double b)
+{
+    return std::bit_cast<std::uint64_t>(a) != std::bit_cast<std::uint64_t>(b);
+}
+
+// The constants of a stage, neutral until they are set.
+struct OpenStage {
+    StageConstants constants;
+    bool isNone = true;
+
+    void addFirst(double number) { set(constants.first, number); }
+    void divide(double number) { set(constants.divisor, number); }
+    void multiply(double number) { set(constants.factor, number); }
+    void addLast(double number) { set(constants.last, number); }
+
+    // What is only added may be added last.
+    Stage form()
+    {
+        auto& [first, divisor, factor, last] = constants;
+        if (isNone)
+            return Stage::None;
+        if (!differ(divisor, 1.0) && !differ(factor, 1.0) && !differ(last, kNeutralAddend))
+            std::swap(first, last);
+        if (differ(divisor, 1.0))
+            return Stage::General;
+        return differ(first, kNeutralAddend) ? Stage::Shifted : Stage::Linear;
+    }
+
+    // For an angle one factor does for the division and the factor after it, which
+    // have as many roundings. A law's angle must keep its bits at the end of the
+    // stretch, where its x has come to be the divisor.
+    void joinFactors()
+    {
+        auto& [first, divisor, factor, last] = constants;
+        const double joined = factor / divisor;
+        if (differ(divisor, 1.0) && differ(factor, 1.0) && divisor * joined == factor) {
+            divisor = 1.0;
+            factor = joined;
+        }
+    }
+
+private:
+    void set(double& constant, double number)
+    {
+        constant = number;
+        isNone = false;
+    }
+};
+
+// A step that is not written yet: its place in the program is open.
+struct PendingStep {
+    Step step;
+    OpenStage input;
+    OpenStage output;
+    NodeId node;  // whose operation it is
+};
+
+// Writes the steps of one order. A step with one operand waits at that operand and runs
+// right after it, or as part of the same step: nothing can come between them.
+class OrderWriter {
+public:
+    OrderWriter(const Graph& graph, PerNode<std::uint32_t>& registerOf, Draft& draft)
+        : graph_(graph),
+          registerOf_(registerOf),
+          draft_(draft),
+          order_(static_cast<int>(draft.results.size()))
+    {
+    }
+
+    void write(NodeId root)
+    {
+        const auto firstEntry = std::ssize(draft_.entries);
+        if (registerOf_.size() < graph_.size())
+            registerOf_.resize(graph_.size(), kNoRegister);
+        isNeeded_.assign(root.index + 1, false);
+        waitingAt_.assign(root.index + 1, kNone);
+        draft_.results.push_back(use(root));
+        for (std::uint32_t i = root.index + 1; i-- > 0;) {
+            const NodeId id{i};
+            if (isNeeded_[id])
+                translate(id);
+            else if (waitingAt_[id] != kNone)
+                write(takeWaiting(id), registerOf_[id]);
+        }
+        std::reverse(draft_.entries.begin() + firstEntry, draft_.entries.end());
+    }
+
+private:
+    // The register of a node, which will have been computed when its user runs.
+    std::uint32_t use(NodeId id)
+    {
+        std::uint32_t& place = registerOf_[id];
+        if (place != kNoRegister)
+            return place;
+        const Node& node = graph_[id];
+        if (node.op == Op::Variable)
+            return place = node.index;
+        place = draft_.registers++;
+        if (node.op == Op::Constant)
+            draft_.constants.push_back({node.number, place});
+        else
+            isNeeded_[id] = true;
+        return place;
+    }
+
+    bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
+    double number(NodeId id) const { return graph_[id].number; }
+
+    // Takes the constants around a node off and returns what is left. A part that has
+    // a register already is left whole.
+    NodeId peel(NodeId id, OpenStage& stage) const
+    {
+        if (graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
+            const NodeId inner = graph_[id].b;
+            if (graph_[inner].op != Op::Product && graph_[inner].op != Op::Quotient) {
+                stage.addFirst(number(graph_[id].a));
+                return inner;
+            }
+            stage.addLast(number(graph_[id].a));
+            id = inner;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Product && isConstant(graph_[id].a)) {
+            stage.multiply(number(graph_[id].a));
+            id = graph_[id].b;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Quotient && isConstant(graph_[id].b)) {
+            stage.divide(number(graph_[id].b));
+            id = graph_[id].a;
+        }
+        if (isOpen(id, stage) && graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
+            stage.addFirst(number(graph_[id].a));
+            id = graph_[id].b;
+            peelSign(id, stage);
+        }
+        return id;
+    }
+
+    // (c - v) * k + l is (v - c) * -k + l, bit for bit as long as l hides the sign
+    // of a zero.
+    void peelSign(NodeId& id, OpenStage& stage) const
+    {
+        const Node& node = graph_[id];
+        StageConstants& c = stage.constants;
+        if (node.op != Op::Product || !isConstant(node.a, -1.0) || c.last == 0.0)
+            return;
+        c.first = -c.first;
+        c.factor = -c.factor;
+        id = node.b;
+    }
+
+    bool isConstant(NodeId id, double value) const { return isConstant(id) && number(id) == value; }
+
+    bool isOpen(NodeId id, const OpenStage& stage) const
+    {
+        return stage.isNone || registerOf_[id] == kNoRegister;
+    }
+
+    void translate(NodeId id)
+    {
+        PendingStep pending;
+        pending.node = id;
+        const NodeId base = peel(id, pending.output);
+        if (base == id)
+            translateOperation(pending);
+        else
+            translateStage(pending, base);
+    }
+
+    // A node that is only constants around another: the input stage of the step
+    // that waits for it, or else the output stage of the one it waits for.
+    void translateStage(PendingStep& pending, NodeId base)
+    {
+        const std::uint32_t waiting = waitingAt_[pending.node];
+        if (waiting != kNone && pending_[waiting].input.isNone) {
+            PendingStep user = takeWaiting(pending.node);
+            user.input = pending.output;
+            user.step.moved = registerOf_[pending.node];
+            waitAt(base, user);
+            return;
+        }
+        if (waiting != kNone)
+            write(takeWaiting(pending.node), registerOf_[pending.node]);
+        pending.step.code = Code::Move;
+        pending.step.target = registerOf_[pending.node];
+        waitAt(base, pending);
+    }
+
+    void translateOperation(PendingStep& pending)
+    {
+        const Node& node = graph_[pending.node];
+        Step& step = pending.step;
+        step.value = registerOf_[pending.node];
+        if (waitingAt_[pending.node] != kNone)
+            joinWaiting(pending);
+        step.code = codeOf(node.op);
+        step.function = node.function;
+        if (hasOneOperand(step.code))
+            waitAt(node.a, pending);
+        else
+            write(pending, kNoRegister);
+    }
+
+    // Takes over the stage of a step that only moves what this one computes. Any other
+    // that waits for it is written.
+    void joinWaiting(PendingStep& pending)
+    {
+        const PendingStep waiting = takeWaiting(pending.node);
+        if (waiting.step.code == Code::Move && waiting.input.isNone) {
+            pending.output = waiting.output;
+            pending.step.target = waiting.step.target;
+        } else {
+            write(waiting, pending.step.value);
+        }
+    }
+
+    // Where another step waits already, this one is written at its own place.
+    void waitAt(NodeId operand, const PendingStep& pending)
+    {
+        const std::uint32_t place = use(operand);
+        if (waitingAt_[operand] != kNone) {
+            write(pending, place);
+            return;
+        }
+        waitingAt_[operand] = static_cast<std::uint32_t>(pending_.size());
+        pending_.push_back(pending);
+    }
+
+    PendingStep takeWaiting(NodeId operand) { return pending_[std::exchange(waitingAt_[operand], kNone)]; }
+
+    // `operand` is the register of the operand of a step that has one.
+    void write(const PendingStep& pending, std::uint32_t operand)
+    {
+        Draft::Entry entry;
+        entry.step = pending.step;
+        entry.step.a = operand;
+        entry.order = order_;
+        entry.firstNumber = static_cast<std::uint32_t>(draft_.numbers.size());
+        entry.firstInList = static_cast<std::uint32_t>(draft_.lists.size());
+        writeStages(pending, entry.step);
+        writeOperands(graph_[pending.node], entry.step);
+        entry.numbers = static_cast<std::uint32_t>(draft_.numbers.size()) - entry.firstNumber;
+        entry.listed = static_cast<std::uint32_t>(draft_.lists.size()) - entry.firstInList;
+        draft_.entries.push_back(entry);
+    }
+
+    static void writeStages(const PendingStep& pending, Step& step)
+    {
+        OpenStage input = pending.input;
+        OpenStage output = pending.output;
+        // A step that only moves has its one stage as the input stage.
+        if (step.code == Code::Move && input.isNone) {
+            input = std::exchange(output, OpenStage());
+            step.moved = step.target;
+        }
+        if (step.code == Code::Move)
+            step.value = step.moved;
+        if (isCall(step, FunctionId::Sin) || isCall(step, FunctionId::Cos))
+            input.joinFactors();
+        step.input = input.form();
+        step.before = input.constants;
+        step.output = output.form();
+        step.after = output.constants;
+        if (output.isNone)
+            step.target = step.value;
+    }
+
+    void writeOperands(const Node& node, Step& step)
+    {
+        switch (step.code) {
+            case Code::Sum:
+                writeSum(node, step);
+                break;
+            case Code::Quotient:
+                writeQuotient(node, step);
+                break;
+            case Code::Product:
+                step.a = use(node.a);
+                step.b = use(node.b);
+                break;
+            case Code::Call1:
+                step.value1 = function(node.function).value1;
+                break;
+            case Code::Call2:
+                step.a = use(node.a);
+                step.b = use(node.b);
+                step.value2 = function(node.function).value2;
+                break;
+            case Code::Polynomial:
+            case Code::Chebyshev:
+                writeCoefficients(node, step);
+                break;
+            case Code::ChooseLess:
+            case Code::ChooseSign:
+            case Code::ChooseStep:
+                step.a = 0;
+                for (const NodeId id : graph_.operands(node))
+                    draft_.lists.push_back(use(id));
+                break;
+            case Code::Move:
+            case Code::SinCos:
+            case Code::CosSin:
+                break;
+        }
+    }
+
+    // A product with a constant is done by the sum that uses it.
+    void writeSum(const Node& node, Step& step)
+    {
+        double factors[2];
+        step.a = useScaled(node.a, factors[0]);
+        step.b = useScaled(node.b, factors[1]);
+        draft_.numbers.insert(draft_.numbers.end(), factors, factors + 2);
+    }
+
+    std::uint32_t useScaled(NodeId id, double& factor)
+    {
+        const Node& node = graph_[id];
+        const bool scaled = node.op == Op::Product && isConstant(node.a) && registerOf_[id] == kNoRegister;
+        factor = scaled ? number(node.a) : 1.0;
+        return use(scaled ? node.b : id);
+    }
+
+    // A constant added to a divisor is added by the quotient.
+    void writeQuotient(const Node& node, Step& step)
+    {
+        step.a = use(node.a);
+        const Node& divisor = graph_[node.b];
+        const bool shifted =
+            divisor.op == Op::Sum && isConstant(divisor.a) && registerOf_[node.b] == kNoRegister;
+        step.b = use(shifted ? divisor.b : node.b);
+        draft_.numbers.push_back(shifted ? number(divisor.a) : kNeutralAddend);
+    }
+
+    void writeCoefficients(const Node& node, Step& step)
+    {
+        const auto coefficients = graph_.coefficients(node);
+        step.terms = node.count;
+        step.lowest = static_cast<std::uint8_t>(node.lowest);
+        draft_.numbers.insert(draft_.numbers.end(), coefficients.begin(), coefficients.end());
+    }
+
+    const Graph& graph_;
+    PerNode<std::uint32_t>& registerOf_;
+    Draft& draft_;
+    const int order_;
+    PerNode<bool> isNeeded_;            // its turn will come in this order
+    PerNode<std::uint32_t> waitingAt_;  // place in pending_ of the step that waits for it
+    std::vector<PendingStep> pending_;
+};
+
+}  // namespace
+
+Translator::Translator(std::uint32_t parameterCount)
+{
+    draft_.registers = parameterCount;
+    draft_.parameters = parameterCount;
+}
+
+void Translator::add(const Graph& graph, NodeId root)
+{
+    OrderWriter(graph, registerOf_, draft_).write(root);
+}
+
+Draft Translator::draft() const
+{
+    Draft merged = draft_;
+    mergeSinesAndCosines(merged);
+    mergeDerivatives(merged);
+    return merged;
+}
+
+std::size_t Translator::bytes() const
+{
+    return registerOf_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
+           draft_.numbers.capacity() * sizeof(double) + draft_.lists.capacity() * sizeof(std::uint32_t) +
+           draft_.constants.capacity() * sizeof(Draft::Constant);
+}
+
+}  // namespace mf::engine

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/program.h"
+
+namespace mf::engine {
+
+/// Translates the roots of a graph, one order after the other, into the steps of a
+/// program.
+class Translator {
+public:
+    explicit Translator(std::uint32_t parameterCount);
+
+    /// Writes the steps of the next order: those that `root` needs beside what the lower
+    /// orders have computed. When memory runs out, the translator is of no more use.
+    void add(const Graph& graph, NodeId root);
+
+    /// -1 before the first.
+    int highestOrder() const { return static_cast<int>(draft_.results.size()) - 1; }
+
+    /// The steps of all orders so far.
+    Draft draft() const;
+
+    /// Bytes that the translator holds.
+    std::size_t bytes() const;
+
+private:
+    PerNode<std::uint32_t> registerOf_;  // kNoRegister where a node has none yet
+    Draft draft_;
+};
+
+}  // namespace mf::engine
