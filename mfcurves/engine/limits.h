@@ -21,7 +21,7 @@ constexpr std::size_t kMostNodes = 1'000'000;
 constexpr std::size_t kMostLookups = 64 * kMostNodes;
 
 /// Powers up to this whole exponent are monomials, which polynomials can be made of;
-/// larger ones are calls of `pow`. How a monomial is computed is decided in values.h.
+/// larger ones are calls of `pow`. How a monomial is computed, evaluation decides.
 constexpr int kHighestMonomial = 16;
 
 /// How many points a program computes side by side. A hundred, the usual number of

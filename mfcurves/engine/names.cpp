@@ -7,13 +7,6 @@
 namespace mf::engine {
 namespace {
 
-wchar_t fold(wchar_t c)
-{
-    if (c >= 0 && c <= 0x7f)
-        return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
-    return platform::foldCase(c);
-}
-
 bool isResult(std::wstring_view name)
 {
     return name.starts_with(L'{');
@@ -24,7 +17,7 @@ std::wstring folded(std::wstring_view name)
 {
     std::wstring result(name);
     if (!isResult(name))
-        std::ranges::transform(result, result.begin(), fold);
+        std::ranges::transform(result, result.begin(), platform::foldCase);
     return result;
 }
 
@@ -35,7 +28,7 @@ bool sameName(std::wstring_view a, std::wstring_view b)
     if (a == b)
         return true;
     return a.size() == b.size() && !isResult(a) &&
-           std::ranges::equal(a, b, [](wchar_t x, wchar_t y) { return fold(x) == fold(y); });
+           std::ranges::equal(a, b, {}, platform::foldCase, platform::foldCase);
 }
 
 std::uint32_t ParameterNames::numberOf(std::wstring_view name)

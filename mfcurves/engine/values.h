@@ -16,12 +16,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 /// Sine and cosine by one call, which shares the reduction of the argument.
 inline void sineAndCosine(double x, double& sine, double& cosine)
 {
-#ifdef __GLIBC__
     ::sincos(x, &sine, &cosine);
-#else
-    sine = std::sin(x);
-    cosine = std::cos(x);
-#endif
 }
 
 /// `pow`, except that what is undefined stays undefined: pow(NaN, 0) is NaN.

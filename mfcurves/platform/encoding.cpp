@@ -17,22 +17,10 @@ bool isSurrogate(char32_t c)
     return c >= 0xD800 && c <= 0xDFFF;
 }
 
-// Takes one code point off the front of the text. Where wchar_t has 16 bits, a
-// valid pair of surrogates is one code point.
-char32_t takeCodePoint(std::wstring_view& text)
+// A wide character is one code point.
+char32_t codePointOf(wchar_t wide)
 {
-    auto c = static_cast<char32_t>(text.front());
-    text.remove_prefix(1);
-    if constexpr (sizeof(wchar_t) == 2) {
-        c &= 0xFFFF;
-        if (c >= 0xD800 && c < 0xDC00 && !text.empty()) {
-            const char32_t low = static_cast<char32_t>(text.front()) & 0xFFFF;
-            if (low >= 0xDC00 && low <= 0xDFFF) {
-                text.remove_prefix(1);
-                return 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
-            }
-        }
-    }
+    const auto c = static_cast<char32_t>(wide);
     return isSurrogate(c) || c > kLastCodePoint ? kReplacement : c;
 }
 
@@ -54,17 +42,6 @@ void appendUtf8(std::string& out, char32_t c)
         tail(6);
         tail(0);
     }
-}
-
-void appendWide(std::wstring& out, char32_t c)
-{
-    if constexpr (sizeof(wchar_t) == 2) {
-        if (c >= 0x10000) {
-            out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
-            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
-        }
-    }
-    out += static_cast<wchar_t>(c);
 }
 
 // How many bytes follow a first byte, and its own bits; -1 for no first byte.
@@ -181,7 +158,7 @@ std::wstring widen(std::string_view utf8)
     while (!utf8.empty()) {
         char32_t codePoint = 0;
         const std::size_t length = validSequence(utf8, codePoint);
-        appendWide(wide, length == 0 ? kReplacement : codePoint);
+        wide += static_cast<wchar_t>(length == 0 ? kReplacement : codePoint);
         utf8.remove_prefix(length == 0 ? 1 : length);
     }
     return wide;
@@ -216,8 +193,8 @@ std::string toUtf8(std::wstring_view text)
 
     std::string bytes;
     bytes.reserve(text.size());
-    while (!text.empty())
-        appendUtf8(bytes, takeCodePoint(text));
+    for (const wchar_t c : text)
+        appendUtf8(bytes, codePointOf(c));
     return bytes;
 }
 

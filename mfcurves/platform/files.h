@@ -7,11 +7,7 @@
 
 namespace mf::platform {
 
-#ifdef _WIN32
-constexpr char kDirectorySeparator = '\\';
-#else
 constexpr char kDirectorySeparator = '/';
-#endif
 
 /// True when something at `path` may be read; a folder of that name counts.
 bool isReadable(const wchar_t* path);

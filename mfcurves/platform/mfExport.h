@@ -6,12 +6,6 @@
 #if !defined(MFCURVES_SHARED)
 #define MFCURVES_API
 #define MFCURVES_LOCAL
-#elif defined(_WIN32) && defined(MFCURVES_BUILDING)
-#define MFCURVES_API __declspec(dllexport)
-#define MFCURVES_LOCAL
-#elif defined(_WIN32)
-#define MFCURVES_API __declspec(dllimport)
-#define MFCURVES_LOCAL
 #else
 #define MFCURVES_API __attribute__((visibility("default")))
 #define MFCURVES_LOCAL __attribute__((visibility("hidden")))
