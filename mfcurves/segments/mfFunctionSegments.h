@@ -185,6 +185,16 @@ public:
     void calculateDerivatives(int row);
 
 private:
+    // A profile of the older reader.
+    struct OlderProfile {
+        std::vector<CString> tokens;  // of its formula
+        CString independentVariable;
+        CString x1;
+        CString y1;
+        CString x2;
+        CString y2;
+    };
+
     mfSegment_c& iAt(int row) const { return *segments_[static_cast<std::size_t>(row)]; }
     bool iHolds(int row) const { return row >= 0 && row < getSegmentCount(); }
     void iReport(int row) { updateRows_.push_back(row); }
@@ -195,13 +205,8 @@ private:
     MFCURVES_LOCAL void iMoveEnd(int row, double x);
     MFCURVES_LOCAL bool iPasses(int row) const;
 
-    std::vector<mfSegment_c*> segments_;  // owned, none of them null
-    std::map<CString, std::vector<CString>> legacyExpressionTokens_;
-    std::map<CString, CString> legacyIndependentVariables_;
-    std::map<CString, CString> legacyX1Names_;
-    std::map<CString, CString> legacyY1Names_;
-    std::map<CString, CString> legacyX2Names_;
-    std::map<CString, CString> legacyY2Names_;
+    std::vector<mfSegment_c*> segments_;             // owned, none of them null
+    std::map<CString, OlderProfile> olderProfiles_;  // by name; one that is asked for is made
     std::vector<int> updateRows_;
 };
 

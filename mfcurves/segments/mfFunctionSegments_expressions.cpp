@@ -75,15 +75,15 @@ void mfFunctionSegments_c::parseExpression(int row)
         if (row > 0 && iAt(row - 1).getProflieIndepVar() == independentVariable)
             independentVariable = iAt(row - 1).getProflieIndepVar();
     } else {
-        const CString name = segment.getProfileName();
-        std::vector<CString> tokens = getProfileExpr(name);
-        replace(tokens, legacyX1Names_[name], numbers[0].c_str());
-        replace(tokens, legacyY1Names_[name], numbers[1].c_str());
-        replace(tokens, legacyX2Names_[name], numbers[2].c_str());
-        replace(tokens, legacyY2Names_[name], numbers[3].c_str());
+        const OlderProfile& profile = olderProfiles_[segment.getProfileName()];
+        std::vector<CString> tokens = profile.tokens;
+        replace(tokens, profile.x1, numbers[0].c_str());
+        replace(tokens, profile.y1, numbers[1].c_str());
+        replace(tokens, profile.x2, numbers[2].c_str());
+        replace(tokens, profile.y2, numbers[3].c_str());
         if (!join(tokens, expression))
             return;
-        independentVariable = legacyIndependentVariables_[name];
+        independentVariable = profile.independentVariable;
     }
     expression.shrink_to_fit();
     const CString text(std::move(expression));
@@ -99,14 +99,8 @@ void mfFunctionSegments_c::initializeSegment(const std::vector<CString>& names,
 {
     const std::size_t count = std::min({names.size(), tokenLists.size(), independentVariables.size(),
                                         x1s.size(), y1s.size(), x2s.size(), y2s.size()});
-    for (std::size_t i = 0; i < count; ++i) {
-        legacyExpressionTokens_[names[i]] = tokenLists[i];
-        legacyX1Names_[names[i]] = x1s[i];
-        legacyY1Names_[names[i]] = y1s[i];
-        legacyX2Names_[names[i]] = x2s[i];
-        legacyY2Names_[names[i]] = y2s[i];
-        legacyIndependentVariables_[names[i]] = independentVariables[i];
-    }
+    for (std::size_t i = 0; i < count; ++i)
+        olderProfiles_[names[i]] = {tokenLists[i], independentVariables[i], x1s[i], y1s[i], x2s[i], y2s[i]};
 }
 
 // The brackets keep the sign of a negative number, and the precedence of a
@@ -120,5 +114,5 @@ void mfFunctionSegments_c::replace(std::vector<CString>& tokens, CString from, C
 
 std::vector<CString>& mfFunctionSegments_c::getProfileExpr(const CString& name)
 {
-    return legacyExpressionTokens_[name];
+    return olderProfiles_[name].tokens;
 }
