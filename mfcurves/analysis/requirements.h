@@ -20,7 +20,7 @@ struct Requirements {
 
 /// A stretch where a requirement is broken.
 struct Violation {
-    int order;
+    int order;                    ///< of the values that break it, 0 to 3
     std::optional<double> limit;  ///< as required; nothing for a jump
     Range where;                  ///< of no length for a jump and for an impulse
     std::optional<Peak> worst;    ///< the value farthest beyond the limit; nothing for a jump and an impulse
@@ -32,11 +32,12 @@ MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Require
 
 /// A move from rest to rest by a motion law.
 struct Move {
+    /// What keeps a move from being faster.
     enum class Limit { Velocity, Acceleration, Jerk };
 
-    std::string profile;
-    double duration;  ///< the shortest that keeps the limits
-    Limit limitedBy;
+    std::string profile;  ///< name of the law
+    double duration;      ///< the shortest that keeps the limits
+    Limit limitedBy;      ///< the limit that the move reaches
 };
 
 /// The built-in and shipped laws that keep the limits without an impulse, at their ends too,
