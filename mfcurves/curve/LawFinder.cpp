@@ -241,7 +241,8 @@ std::string LawFinder::iNothingNamed(const std::string& name) const
 std::vector<LawText> LawFinder::borrowedTexts() const
 {
     std::vector<LawText> texts;
-    for (const auto& [name, found] : found_) {
+    for (const auto& entry : found_) {
+        const Found& found = entry.second;
         const auto isThere = [&](const LawText& text) { return text.name == found.law->text.name; };
         if (found.law && !found.isOwn && !found.law->isBuiltIn &&
             std::none_of(texts.begin(), texts.end(), isThere))
