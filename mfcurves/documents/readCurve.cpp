@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "mfcurves/documents/CurveReading.h"
 #include "mfcurves/documents/formatTexts.h"
+#include "mfcurves/documents/readState.h"
 #include "mfcurves/documents/readTables.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "mfcurves/functions/mfFunctionExpression.h"
@@ -22,10 +22,10 @@ namespace {
 
 // One read. Each step answers false when the read fails there; what was set before
 // stays set.
-class CurveReader : CurveReading {
+class CurveReader : ReadState {
 public:
     CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer, const ReadOptions& options)
-        : CurveReading(path, fromBuffer, options), function_(function)
+        : ReadState(path, fromBuffer, options), function_(function)
     {
     }
 

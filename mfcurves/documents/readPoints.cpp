@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
-#include "mfcurves/documents/CurveReading.h"
 #include "mfcurves/documents/formatTexts.h"
+#include "mfcurves/documents/readState.h"
 #include "mfcurves/documents/readTables.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -14,7 +14,7 @@ namespace {
 
 // Children are told by position, whatever their names: x at even positions, y
 // at odd ones. A last x without a y is dropped.
-std::unique_ptr<mfDataPoints_c> readPoint(CurveReading& reading, const XmlNode& node, int row)
+std::unique_ptr<mfDataPoints_c> readPoint(ReadState& reading, const XmlNode& node, int row)
 {
     auto points = std::make_unique<mfDataPoints_c>();
     double x = 0.0;
@@ -35,7 +35,7 @@ std::unique_ptr<mfDataPoints_c> readPoint(CurveReading& reading, const XmlNode& 
 
 // Rows go in at their number in the document, as long as the table has taken
 // all before them: behind a row that it left out, none has a place any more.
-void insertRow(CurveReading& reading, mfFunctionDataPoints_c& function, int row,
+void insertRow(ReadState& reading, mfFunctionDataPoints_c& function, int row,
                std::unique_ptr<mfDataPoints_c> points)
 {
     const double x = points->getX(0);
@@ -54,7 +54,7 @@ void insertRow(CurveReading& reading, mfFunctionDataPoints_c& function, int row,
 
 }  // namespace
 
-bool readPoints(CurveReading& reading, mfFunctionDataPoints_c& function)
+bool readPoints(ReadState& reading, mfFunctionDataPoints_c& function)
 {
     CString interpolation;
     if (!reading.text("//Curve//Interpolation", interpolation))

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "mfcurves/documents/CurveReading.h"
+#include "mfcurves/documents/readState.h"
 #include "mfcurves/documents/readTables.h"
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/interfaces/hostAnswers.h"
@@ -21,7 +21,7 @@ namespace {
 
 class SegmentReader {
 public:
-    explicit SegmentReader(CurveReading& reading) : reading_(reading), laws_(reading.options().laws) {}
+    explicit SegmentReader(ReadState& reading) : reading_(reading), laws_(reading.options().laws) {}
 
     // A definition inside another one is text of both. Only the document's length
     // adds to what reading all of them may cost, and behind what uses it up none is
@@ -233,7 +233,7 @@ private:
         return formula.View().size() * sizeof(wchar_t);
     }
 
-    CurveReading& reading_;
+    ReadState& reading_;
     DocumentLaws* const laws_;               // of a reader that looks them up itself, else null
     profiles::WorkBudget definitionBudget_;  // of all definitions in the document
     profiles::WorkBudget formulaBudget_;     // of the formulas of all rows
@@ -242,7 +242,7 @@ private:
 
 }  // namespace
 
-bool readSegments(CurveReading& reading, mfFunctionSegments_c& function)
+bool readSegments(ReadState& reading, mfFunctionSegments_c& function)
 {
     SegmentReader reader(reading);
     reader.readProfileDefinitions();

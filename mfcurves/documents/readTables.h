@@ -5,11 +5,11 @@ class mfFunctionSegments_c;
 
 namespace mf::documents {
 
-class CurveReading;
+class ReadState;
 
 /// Read the rows of a table; false where an element is missing.
-bool readPoints(CurveReading& reading, mfFunctionDataPoints_c& function);
+bool readPoints(ReadState& reading, mfFunctionDataPoints_c& function);
 /// With the profiles that the document defines.
-bool readSegments(CurveReading& reading, mfFunctionSegments_c& function);
+bool readSegments(ReadState& reading, mfFunctionSegments_c& function);
 
 }  // namespace mf::documents

@@ -1,4 +1,4 @@
-#include "mfcurves/documents/CurveReading.h"
+#include "mfcurves/documents/readState.h"
 
 #include <utility>
 
@@ -56,20 +56,20 @@ std::string placeOf(std::string_view path)
     return place;
 }
 
-CurveReading::CurveReading(const CString& path, bool fromBuffer, const ReadOptions& options)
+ReadState::ReadState(const CString& path, bool fromBuffer, const ReadOptions& options)
     : path_(path), fromBuffer_(fromBuffer), options_(options)
 {
     document_.setPath(path);
     document_.setFromBuffer(fromBuffer);
 }
 
-bool CurveReading::fail(std::string reason)
+bool ReadState::fail(std::string reason)
 {
     reason_ = std::move(reason);
     return false;
 }
 
-bool CurveReading::fail(const XmlProblem& problem)
+bool ReadState::fail(const XmlProblem& problem)
 {
     xmlProblem_ = problem;
     if (problem.line == 0)
@@ -78,19 +78,19 @@ bool CurveReading::fail(const XmlProblem& problem)
                 std::to_string(problem.column) + ").");
 }
 
-bool CurveReading::failForResult(const CString& name, std::string reason)
+bool ReadState::failForResult(const CString& name, std::string reason)
 {
     missingResult_ = platform::toUtf8(name.View());
     return fail(std::move(reason));
 }
 
-void CurveReading::remark(std::string place, std::string message)
+void ReadState::remark(std::string place, std::string message)
 {
     if (mayRemark())
         remarks_.push_back({std::move(place), std::move(message)});
 }
 
-XmlNode CurveReading::singleNode(const char* path)
+XmlNode ReadState::singleNode(const char* path)
 {
     const XmlNode node = xml().selectSingleNode(path);
     if (!node)
@@ -98,7 +98,7 @@ XmlNode CurveReading::singleNode(const char* path)
     return node;
 }
 
-bool CurveReading::text(const char* path, CString& out)
+bool ReadState::text(const char* path, CString& out)
 {
     const XmlNode node = singleNode(path);
     if (node)
@@ -106,13 +106,13 @@ bool CurveReading::text(const char* path, CString& out)
     return static_cast<bool>(node);
 }
 
-void CurveReading::tellRow(std::size_t row, std::size_t count) const
+void ReadState::tellRow(std::size_t row, std::size_t count) const
 {
     if (options_.onRow)
         options_.onRow(row, count);
 }
 
-ReadOutcome CurveReading::outcome(bool taken, MotionObjectType_e objectType)
+ReadOutcome ReadState::outcome(bool taken, MotionObjectType_e objectType)
 {
     return {
         taken,     std::move(reason_), std::move(xmlProblem_), std::move(missingResult_), std::move(remarks_),

@@ -32,9 +32,9 @@ std::string placeOf(std::string_view path);
 
 /// A read on its way: the document, why it fails, and where the curve is not what
 /// the document says.
-class CurveReading {
+class ReadState {
 public:
-    CurveReading(const CString& path, bool fromBuffer, const ReadOptions& options);
+    ReadState(const CString& path, bool fromBuffer, const ReadOptions& options);
 
     mfCurveDocument_c& document() { return document_; }
     /// What the document holds, once it is loaded or its loading has failed.
