@@ -71,9 +71,9 @@ Curve overTime(const Curve& curve, double secondsPerUnit)
                            "the time per unit is " + found + ", expected a positive finite number"}});
     }
     CurveDefinition definition = curve.definition();
-    definition.shape = std::visit(
-        [&](const auto& shape) -> decltype(definition.shape) { return scaled(shape, secondsPerUnit); },
-        curve.definition().shape);
+    using Shape = decltype(CurveDefinition::shape);
+    definition.shape = std::visit([&](const auto& shape) { return Shape(scaled(shape, secondsPerUnit)); },
+                                  curve.definition().shape);
     definition.over = Over::Time;
     definition.motionResult.clear();
     return Curve(definition).with(curve.outside());
