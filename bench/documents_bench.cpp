@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Curve documents of data points, of segments and of an expression, read, written, and parsed by
 // the XML engine alone: the same bytes in one run.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Three functions, each as hand-written C++, through the engine and through
 // muParser, on the same inputs in one run.
 //

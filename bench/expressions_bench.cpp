@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // An expression curve through mfFunctionData_c::evaluate, as a simulator calls it, beside the
 // same function as hand-written C++ that is called through a pointer, which nobody can inline.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "bench/handwritten.h"
 
 #include <cmath>

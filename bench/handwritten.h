@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Three functions of x as an engineer writes them in C++ for speed: constants

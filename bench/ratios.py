@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints the ratios of ratios.csv, as a Markdown table, from results of Google Benchmark.
 
     ratios.py RESULTS.json...

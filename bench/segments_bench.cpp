@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A three-row cam through the library and as hand-written C++, the road from a
 // profile to compiled rows beside muParser, and edits of long tables.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The spline beside that of the GNU Scientific Library on the same 100,000 points,
 // and the reading of points beside the number parser alone.
 //

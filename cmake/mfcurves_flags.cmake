@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The one place for compiler flags. Every target of the project links mfcurves_flags.
 add_library(mfcurves_flags INTERFACE)
 target_compile_features(mfcurves_flags INTERFACE cxx_std_20)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What is installed, by component:
 #   runtime      the shared library
 #   development  headers, static library, packages for CMake and pkg-config

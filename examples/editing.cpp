@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A host that lets its user edit a table row by row: what it calls after an edit, and how
 // the edited table becomes a constant curve.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a program does with a curve that cannot be made: each problem has a place and a
 // reason. Nothing is half made, and the next curve is not affected.
 

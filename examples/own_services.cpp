@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A host with a context, services, a study, a spline and units of its own, for which
 // mf::host::Context is not enough.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A curve through points, and what it is beyond its ends.
 
 #include <cstdio>

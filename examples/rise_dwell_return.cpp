@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The cam of the README: a rise, a dwell, a return and a dwell over one turn of the cam
 // shaft. Prints x, value and three derivatives.
 

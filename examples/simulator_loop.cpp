@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A mass on a spring whose other end follows a motion function: the loop of a
 // simulator that asks a curve for value and velocity at each step of an
 // integrator.

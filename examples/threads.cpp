@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One curve, used by four threads at once: a curve is constant, so it needs no lock and no
 // copy. Each thread looks for the greatest velocity in its quarter of a rise.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any text may be refused as a list of points or rows, none may crash. Points that are accepted ascend in x,
 // are finite, and written out read back as the same points; so do rows.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The bytes describe a definition, line by line. It is refused with a reason, or it makes a
 // curve that its definition makes again, that a document takes, and that comes back from there
 // but for what is reported as lost.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any text may be refused, none may crash, and a refused one leaves at most one
 // start of the XML engine behind. A curve that was read evaluates and can be
 // written and read again.

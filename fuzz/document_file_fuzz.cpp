@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any file may be refused, none may crash. One that is read fits exactly one
 // motion object type; its curve evaluates and can be written and read again.
 //

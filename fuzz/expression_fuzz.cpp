@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any text may be refused, none may crash. A text that compiles has derivatives
 // or not, evaluates or fails, and whatever it does it does again: compiled afresh
 // or taken from the cache, in whatever order its derivatives and points are asked

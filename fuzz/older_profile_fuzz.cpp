@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any text may be refused by the reader of the older dialect, none may crash, run
 // on or leave its lists uneven. What was accepted is made of texts that end in
 // the closing keyword, and its tokens make up its result.

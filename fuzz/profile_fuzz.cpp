@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any text may be refused as a file of profile definitions, none may crash, grow
 // without bound or leave the reader between quotes unnoticed. What is accepted is
 // what a slow and literal reduction makes of it, reads alike from its own

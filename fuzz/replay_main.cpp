@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Runs a fuzz target over saved inputs: replay FILE_OR_FOLDER...
 //
 // A compiler without libFuzzer builds and runs the corpus too, so an input that

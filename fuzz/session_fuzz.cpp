@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The bytes are a program of edits and calls on two motion functions under the
 // stand-alone host. Whatever its order and arguments, nothing may crash, the
 // tables keep their promises, and what a function writes it can be asked to read.

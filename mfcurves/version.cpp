@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/version.h"
 
 #define MFCURVES_TEXT_OF(major, minor, patch) #major "." #minor "." #patch

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/bench.sh [REPETITIONS]
 #
 # Builds the benchmarks (preset `bench`), runs each one's repetitions interleaved

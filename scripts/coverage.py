@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Prints what the tests reached of each file and lists what they did not.
 
     scripts/coverage.py COVERAGE.json EXPLAINED.txt UNCOVERED.txt

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/coverage.sh: line and branch coverage of the library under its tests.
 #
 # Builds in build/coverage with clang, runs every test that is not about packaging,

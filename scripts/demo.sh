@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/demo.sh
 #
 # Installs what is missing, builds the tool in build/release, and does its main

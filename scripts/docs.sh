@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/docs.sh [FOLDER]
 #
 # Makes the reference of the public headers, with its main page and the examples, in

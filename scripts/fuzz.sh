@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/fuzz.sh MINUTES [NAME...]
 #
 # Builds the fuzz targets (clang, libFuzzer, address and undefined-behaviour

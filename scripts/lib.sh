@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034  # the scripts that source this use its variables
 # Shared by demo.sh and test.sh, which source it: the tools and libraries that a
 # build needs, and how to get those that are missing.
@@ -11,7 +12,7 @@ fail() {
 # it is asked or given any.
 takes_no_arguments() {
     [ $# -eq 0 ] && return
-    sed -n '4,/^set /s/^# \{0,1\}//p' "$0"
+    sed -n '5,/^set /s/^# \{0,1\}//p' "$0"
     [ "$1" = --help ] && exit
     exit 2
 }

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Changes one comparison or constant at a time and sees whether a test notices.
 
     scripts/mutate.py                     every file of TARGETS

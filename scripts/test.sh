@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # scripts/test.sh
 #
 # Installs what is missing and runs every check: the layout of the sources, all

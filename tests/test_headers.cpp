@@ -1,1 +1,3 @@
+// SPDX-License-Identifier: MIT
+
 // Carries the precompiled headers of the tests.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/analysis/FormulaGraph.h"
 
 #include <array>

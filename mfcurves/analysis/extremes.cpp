@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/analysis/extremes.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/curve/CurvePieces.h"
 
 #include "mfcurves/curve/FrozenCurve.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <cerrno>
 #include <filesystem>
 #include <system_error>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/curve/LawFinder.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/curve/Problem.h"
 
 #include <utility>

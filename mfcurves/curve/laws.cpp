@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/curve/laws.h"
 
 #include <algorithm>

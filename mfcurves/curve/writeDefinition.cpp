@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/curve/writeDefinition.h"
 
 #include <map>

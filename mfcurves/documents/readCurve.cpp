@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/documents/readCurve.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <memory>
 #include <string>
 #include <utility>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/interfaces/MotionMEParser.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/engine/differentiation.h"
 
 #include <utility>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/engine/intervalRules.h"
 
 #include "mfcurves/engine/values.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/engine/merging.h"
 
 #include <algorithm>

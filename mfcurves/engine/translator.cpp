@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // From a graph to the steps of a program.
 //
 // Each node whose value is needed gets a register. The walk goes down the ids of the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/functions/mfDataPoints.h"
 
 #include <memory>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/functions/mfFunctionBase.h"
 
 bool mfFunctionBase_c::IsValid()

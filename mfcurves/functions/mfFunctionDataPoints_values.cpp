@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <map>
 
 #include "mfcurves/functions/mfDataPoints.h"

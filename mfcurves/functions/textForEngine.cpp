@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/functions/textForEngine.h"
 
 #include "mfcurves/interfaces/CString.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/interfaces/hostAnswers.h"
 
 #include "mfcurves/interfaces/QelMotionFunctionContext.h"

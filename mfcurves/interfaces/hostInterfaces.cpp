@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/interfaces/IFunctionDataPoints.h"
 #include "mfcurves/interfaces/IFunctionExpression.h"
 #include "mfcurves/interfaces/IFunctionSegments.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/interfaces/wideFormat.h"
 
 #include <algorithm>

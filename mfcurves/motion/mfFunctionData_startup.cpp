@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/interfaces/IMotionServices.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 #include "mfcurves/motion/mfFunctionData.h"

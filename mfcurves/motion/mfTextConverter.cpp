@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/motion/mfTextConverter.h"
 
 #include <algorithm>

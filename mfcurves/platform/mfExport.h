@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// MFCURVES_API marks what a shared build of the library shows to its users,

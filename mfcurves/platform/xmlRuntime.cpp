@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/platform/xmlRuntime.h"
 
 #include <libxml/parser.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/designLibrary.h"
 
 #include "mfcurves/platform/files.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfProfileKey.h"
 
 mfProfileKey_c::~mfProfileKey_c() = default;

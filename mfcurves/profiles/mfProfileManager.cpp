@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfProfileManager.h"
 
 #include <limits>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/segments/lawText.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/segments/mfSegment.h"
 
 #include "mfcurves/interfaces/hostAnswers.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/segments/mfSegmentCalculator.h"
 
 #include <string>

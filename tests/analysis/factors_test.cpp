@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes factors.txt: peaks of all motion laws to 40 digits, by mpmath.
 
     /usr/bin/python3 make_factors.py > factors.txt

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Curves from documents and into documents: what they are made of, what is said about it, and
 // that nothing else in the process counts.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a motion function is now, as a curve.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // From definitions through documents and back, at random: what is not reported as lost comes
 // back, and what was read once stays.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A curve has the bits that the same motion function has through its own classes: inside rows,
 // and everywhere for points and expressions.
 

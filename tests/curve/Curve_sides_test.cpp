@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Plain, Left and Right, and the four rules beyond the ends, at every seam, knot and end and
 // one double to both sides of it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Making, reading and writing a curve depends on nothing in the process and changes nothing
 // there, whatever happens in it.
 

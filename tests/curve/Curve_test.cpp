@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a curve is at one x, for each kind.
 
 #include "mfcurves/curve/Curve.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Threads make, read, write, evaluate and end curves at once, each its own and all one. Under
 // the thread sanitizer this shows that what they share is safe to share.
 

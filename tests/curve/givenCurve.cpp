@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/curve/givenCurve.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Laws by their names: where they are looked for, how they may be called, and what is said
 // when there is none.
 

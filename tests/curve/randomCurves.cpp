@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/curve/randomCurves.h"
 
 #include <algorithm>

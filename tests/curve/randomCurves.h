@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Definitions of curves made at random from a fixed seed, of all kinds.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/documents/mfCurveDocument.h"
 
 #include <cstdint>

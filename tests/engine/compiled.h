@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Compiled expressions as the engine's tests use them: calculators that release

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // An evaluation allocates nothing, and a derivative that finds no memory can be asked
 // for again: this binary counts what the whole process takes from the allocator, and
 // can refuse it.

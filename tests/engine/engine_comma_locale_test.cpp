@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The engine under a host that writes its decimals with a comma.
 
 #include <gtest/gtest.h>

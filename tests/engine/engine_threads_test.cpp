@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Distinct parsers and calculators on distinct threads. What they share inside the
 // engine, compiled texts above all, must not show; the thread sanitizer looks on.
 

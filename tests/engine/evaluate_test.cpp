@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Evaluating: counts of arguments, failures, and what a family of calculators
 // remembers between two evaluations.
 

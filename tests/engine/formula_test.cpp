@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A formula is constant: its registers come from the caller, its values are those of
 // the calculators, bit for bit, for one point and for many.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Every function of the engine against values that SymPy and mpmath made at 60
 // digits: function_values.txt, written by make_function_values.py.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the engine takes and what it refuses, with the value at x = 3.
 
 #include <cmath>

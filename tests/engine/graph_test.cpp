@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/engine/graph.h"
 
 #include <gtest/gtest.h>

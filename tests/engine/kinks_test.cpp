@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Derivatives where no formula of analysis helps: kinks, jumps, constants, ends of
 // domains; and derivatives past the third.
 

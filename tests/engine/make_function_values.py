@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes function_values.txt: values and three derivatives of every function that the engine knows.
 
     python3 make_function_values.py > function_values.txt

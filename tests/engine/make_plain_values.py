@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes plain_values.txt: texts evaluated as they stand, and how far that is from the truth.
 
     python3 make_plain_values.py > plain_values.txt

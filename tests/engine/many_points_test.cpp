@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Many points at a time give the bits of one point after the other.
 
 #include <bit>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Names: the given variable, free names as parameters, motion results in braces.
 
 #include <gtest/gtest.h>

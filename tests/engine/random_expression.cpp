@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tests/engine/random_expression.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Expressions made at random from a fixed seed: a tree that can be spelt as the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Expressions made at random against Taylor jets in extended precision.
 //
 // Tolerance: 1e-12, relative, wherever the problem is well-conditioned, that is

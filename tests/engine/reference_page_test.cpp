@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The list of functions in docs/expressions.md is the engine's own table. After a
 // change of the table
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the engine rearranges costs no accuracy: its error is at most twice that of
 // evaluating the text as it stands, in doubles, operation by operation. Truth and
 // plain evaluation come from plain_values.txt, written by make_plain_values.py.

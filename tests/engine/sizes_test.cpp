@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Sizes: what is taken, what is refused, and that neither takes long or crashes.
 
 #include <ctime>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // Dual numbers of order 3: a function's Taylor coefficients at one point, carried

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 // The tables of expected values beside the tests: a line "= text", then lines of

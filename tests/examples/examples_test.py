@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the examples and checks what they print.
 
 EXAMPLES names the folder of the built programs. The numbers come from the closed forms

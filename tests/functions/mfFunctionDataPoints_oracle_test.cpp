@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The table's edits beside a second version of each that is slow and plain: it
 // knows rows as closed ranges and looks at all of them.
 

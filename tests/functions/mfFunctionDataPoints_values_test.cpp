@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

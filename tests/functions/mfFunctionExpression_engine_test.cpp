@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Expression functions over an engine whose every answer the test gives: the
 // parser that the library calls is the one defined in this file.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a point of an expression compiles once and what it compiles each time. A compile
 // needs memory, so that the allocator of this program tells the two apart.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/functions/mfFunctionExpression.h"
 
 #include <clocale>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/functions/mfPoint2D.h"
 
 #include <cstring>

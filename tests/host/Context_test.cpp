@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/host/Context.h"
 
 #include <gmock/gmock.h>

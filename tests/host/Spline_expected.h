@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Written by Spline_expected.py with SciPy; not to be edited.
 #pragma once
 

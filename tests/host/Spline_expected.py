@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes Spline_expected.h: values and derivatives of splines by SciPy.
 
 Run it with Debian's python3-scipy from the root of the tree:

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/motion/mfEnumerations.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/motion/mfFunctionData.h"
 
 #include <algorithm>

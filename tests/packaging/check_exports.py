@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """check_exports.py HEADERS LIBRARY: a shared library shows what its headers promise, and no more.
 
 Every symbol that it defines for others must be a function that a header below

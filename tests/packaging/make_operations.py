@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """make_operations.py HEADERS SOURCE: a program that uses every public operation.
 
 Writes SOURCE, a program that includes mfcurves/mfcurves.h and has one function for

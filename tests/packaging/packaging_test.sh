@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # packaging_test.sh static|shared SOURCE BUILD WORK
 #
 # Installs the library into a fresh prefix, looks at what was installed, and builds

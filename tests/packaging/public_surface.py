@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a folder of headers declares, read by Doxygen.
 
 surface(HEADERS) returns the functions, variables and classes of every header below

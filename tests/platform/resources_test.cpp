@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/platform/resources.h"
 
 #include <gtest/gtest.h>

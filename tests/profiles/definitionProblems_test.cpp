@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/definitionProblems.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfProfileFileParser.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfProfileKey.h"
 
 #include <gtest/gtest.h>

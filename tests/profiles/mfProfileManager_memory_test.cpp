@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>

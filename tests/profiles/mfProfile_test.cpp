@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfProfile.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The allocator of this program fails at the n-th request, or at it and all behind
 // it, for every n that a piece of work makes: each call then succeeds or lets the exception through to
 // the host, the objects can still be destroyed, nothing stays behind, and nothing

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the disk does to a save or a load: the old document or the new one is
 // there, never a mixture, and what cannot be read is answered with false.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The host refuses the n-th thing that it is asked for, or everything from then
 // on, for every n of a whole session: the library answers its neutral values and
 // nothing faults.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Distinct objects on distinct threads evaluate, edit and sample at once. Under
 // the thread sanitizer this shows that what they share is safe to share.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // No input of at most a megabyte keeps any call busy for more than a second: the
 // worst inputs known for each way in, each made here, each call timed alone. The
 // whole program prints the slowest call of every input.

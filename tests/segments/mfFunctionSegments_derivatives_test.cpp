@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Which derivative arrays are filled, and with how many points.
 
 #include <gtest/gtest.h>

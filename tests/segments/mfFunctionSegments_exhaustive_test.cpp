@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Every edit against a slow and obvious version of its rule: on all small tables
 // over a coarse grid, and along a long random sequence.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Samples stay those of the row as it was sampled, whenever they are looked at first.
 
 #include <gtest/gtest.h>

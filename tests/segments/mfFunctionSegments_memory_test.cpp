@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Memory that runs out at each allocation in turn: whatever a table was doing, it
 // can be destroyed, loses nothing and frees nothing twice, and an edit that fails
 // changes no row.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The library whose profile-manager flag is false: formulas come from the token
 // lists that each table was given.
 

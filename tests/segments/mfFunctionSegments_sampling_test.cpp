@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the plotting arrays of a row hold after it was sampled.
 
 #include <cmath>

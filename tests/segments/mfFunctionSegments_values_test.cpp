@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The row of an x, the value and the derivatives at one point.
 
 #include <cmath>

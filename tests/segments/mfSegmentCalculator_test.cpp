@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // These tests bring an expression engine of their own, which takes the place of
 // the library's and writes down what is asked of it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Samples are computed when somebody first looks at them. Whatever happens to a
 // row in between, they are those of the moment at which it was sampled.
 

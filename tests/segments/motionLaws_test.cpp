@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Rows with the built-in motion laws against the closed forms of these laws, and
 // tables of them at their seams.
 

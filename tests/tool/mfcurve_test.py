@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs mfcurve as a user would: what it prints, what it says of bad input, and its exit status.
 
 MFCURVE names the program. Expected numbers come from the closed forms that stand beside them.

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that includes point down the floors of docs/architecture.md.
 
     check_includes.py ROOT      checks the tree, prints each violation, exits 1 on any

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Tests of check_includes.py and check_umbrella.py on small made-up trees."""
+# SPDX-License-Identifier: MIT
+"""Tests of the checks in this folder on small made-up trees."""
 
 import pathlib
 import tempfile
 import unittest
 
 import check_includes
+import check_licence
 import check_umbrella
 
 
@@ -92,6 +94,39 @@ class CheckUmbrella(unittest.TestCase):
             ),
             ["mfcurves/motion/mfKind.h is public and includes mfcurves/engine/lexer.h, which is not"],
         )
+
+
+class CheckLicence(unittest.TestCase):
+    # file, its text, whether it says its licence
+    CASES = [
+        ("mfcurves/a.h", "// SPDX-License-Identifier: MIT\n#pragma once\n", True),
+        ("mfcurves/a.h", "#pragma once\n", False),
+        ("mfcurves/a.cpp", "# SPDX-License-Identifier: MIT\n", False),
+        ("mfcurves/a.cpp", "#include <map>\n\n// SPDX-License-Identifier: MIT\n", False),
+        ("scripts/a.sh", "#!/bin/sh\n# SPDX-License-Identifier: MIT\n", True),
+        ("tests/CMakeLists.txt", "add_test()\n", False),
+        ("docs/page.md", "words\n", True),
+        ("build/dev/made.cpp", "int a;\n", True),
+    ]
+
+    def judge(self, folder):
+        root = pathlib.Path(folder)
+        (root / "CMakeLists.txt").write_text("# SPDX-License-Identifier: MIT\n", encoding="utf-8")
+        return all(check_licence.says_licence(path) for path in check_licence.sources_of(root))
+
+    def test_each_case(self):
+        for name, text, says in self.CASES:
+            with self.subTest(file=name, text=text), tree({name: text}) as folder:
+                self.assertEqual(self.judge(folder), says)
+
+    def test_adds_what_is_missing_and_keeps_the_rest(self):
+        for name, text, says in self.CASES:
+            with self.subTest(file=name, text=text), tree({name: text}) as folder:
+                path = pathlib.Path(folder) / name
+                if not says:
+                    check_licence.add_to(path)
+                self.assertTrue(self.judge(folder))
+                self.assertTrue(path.read_text(encoding="utf-8").endswith(text))
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Checks that mfcurves/mfcurves.h includes the whole public surface.
 
     check_umbrella.py ROOT      prints each header that is missing or of too much, exits 1 on any

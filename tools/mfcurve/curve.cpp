@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tools/mfcurve/curve.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tools/mfcurve/curveOptions.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>

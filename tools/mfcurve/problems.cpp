@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tools/mfcurve/problems.h"
 
 #include <algorithm>

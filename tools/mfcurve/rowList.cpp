@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tools/mfcurve/rowList.h"
 
 #include "mfcurves/profiles/mfProfileKey.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tools/mfcurve/text.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Evaluates one curve of each kind through the installed headers and the
 // stand-alone host, and compares with closed forms. DESIGN_LIBRARY is the folder of
 // the installed design library and EXPECTED_VERSION the version of the package.
