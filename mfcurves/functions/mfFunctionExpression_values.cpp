@@ -17,8 +17,9 @@
 // A point compiles the math expression afresh. Where a second compile would give the same
 // and leave no trace, the calculator of the first one serves again: the text is the same and
 // ASCII, no encoder of the host's is to be asked, the process is at the locale "C" already,
-// and the calculator is the engine's own. Then the orders above the one asked for are left
-// out, too.
+// and the calculator is the engine's own. What the names in the text stand for, which
+// depends on the resources, does not matter to a point. Then the orders above the one asked
+// for are left out, too.
 int mfFunctionExpression_c::iEvaluate(double x, int order, double* values)
 {
     const int highest = order == 0 ? 0 : iDerivativesOfAPoint();

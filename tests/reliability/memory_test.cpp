@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// How much memory a long table holds when every row is parsed, sampled and evaluated in all four
+// orders. The allocator of this program counts the bytes that are asked for.
+
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+#include <vector>
+
+#include "mfcurves/mfcurves.h"
+#include "tests/segments/segmentTables.h"
+
+namespace {
+
+std::size_t liveBytes = 0;
+
+}  // namespace
+
+// Each block starts with its size.
+void* operator new(std::size_t size)
+{
+    constexpr std::size_t kHead = alignof(std::max_align_t);
+    auto* const block = static_cast<std::byte*>(std::malloc(kHead + size));
+    if (block == nullptr)
+        throw std::bad_alloc();
+    new (block) std::size_t(size);
+    liveBytes += size;
+    return block + kHead;
+}
+
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
+void operator delete(void* memory) noexcept
+{
+    if (memory == nullptr)
+        return;
+    auto* const block = static_cast<std::byte*>(memory) - alignof(std::max_align_t);
+    liveBytes -= *std::launder(reinterpret_cast<std::size_t*>(block));
+    std::free(block);
+}
+
+void operator delete[](void* memory) noexcept
+{
+    operator delete(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
+}
+
+namespace {
+
+// What a row holds does not depend on how many there are: a build that is not optimised takes
+// fewer.
+#ifdef NDEBUG
+constexpr int kRows = 100'000;
+#else
+constexpr int kRows = 2'000;
+#endif
+constexpr int kRowsThatFillTheCache = 10'000;
+constexpr double kLength = 0.001;  // of a row: 100 seconds of motion in milliseconds
+constexpr double kBytesAllowed = 2'500.0;
+
+class Memory : public testing::Test {
+protected:
+    Memory()
+    {
+        QelSession_c::setMotionFunctionContext(&host_);
+        EXPECT_TRUE(host_.profileManager().rebuildUserProfileMap());
+        EXPECT_TRUE(host_.profileManager().getAllProfileNames(names_));
+    }
+    ~Memory() override { QelSession_c::setMotionFunctionContext(nullptr); }
+
+    // Appends rows of the built-in laws in turn, so that the mean is over all laws.
+    void append(mfFunctionSegments_c& table, int rows)
+    {
+        for (int i = 0; i < rows; ++i) {
+            const int row = table.getSegmentCount();
+            mf::test::addRow(table, host_.profileManager(), (row - 1) * kLength, row * kLength, row % 7,
+                             names_[row % names_.size()]);
+            table.parseExpression(row);
+            table.calculateValue(row);
+            for (int order = 0; order <= 3; ++order)
+                table.evaluate((row - 0.5) * kLength, order);
+        }
+    }
+
+    mf::host::Context host_;
+    std::vector<CString> names_;
+};
+
+// The engine keeps some megabytes of texts for any number of tables; they are there before
+// the count.
+TEST_F(Memory, OfALongTableIsAFewThousandBytesARow)
+{
+    ASSERT_EQ(names_.size(), 10u);
+    mfFunctionSegments_c table;
+    table.setIndependentVar(mf::IndependentVariableType_Time);
+    table.setMotorDependentVar(mf::MotorDriveType_Displacment);
+    table.addSegment(new mfSegment_c(0.0, 0.0, 0.0, L"Initial"));
+    append(table, kRowsThatFillTheCache);
+    const std::size_t before = liveBytes;
+    append(table, kRows);
+    const double bytesPerRow = static_cast<double>(liveBytes - before) / kRows;
+    std::printf("%.0f bytes a row\n", bytesPerRow);
+    EXPECT_LT(bytesPerRow, kBytesAllowed);
+    EXPECT_GT(bytesPerRow, sizeof(mfSegment_c)) << "the allocator does not count";
+}
+
+}  // namespace
