@@ -223,7 +223,7 @@ void engineSamples(benchmark::State& state, const Subject& subject)
 std::vector<std::string> variants(const Subject& subject)
 {
     std::vector<std::string> texts;
-    for (int i = 1; i <= 8192; ++i)
+    for (int i = 1; i <= 65536; ++i)
         texts.push_back(subject.text(i));
     return texts;
 }

@@ -147,11 +147,8 @@ template <std::uint32_t terms>
 void rowOfTerms(PolynomialForm form, const double* constants, std::size_t count, const double* a, double* y)
 {
     const std::span<const double, terms == 0 ? std::dynamic_extent : terms> c(constants, form.terms);
-    if (count < Strip::kSize)
-        each(count, y, [=](std::size_t i) { return polynomialValue(a[i], form.lowest, c); });
-    else
-        eachStrip(count,
-                  [=](std::size_t i) { polynomialValue(Strip::of(a + i), form.lowest, c).storeTo(y + i); });
+    eachStrip(count,
+              [=](std::size_t i) { polynomialValue(Strip::of(a + i), form.lowest, c).storeTo(y + i); });
 }
 
 void rowOfPolynomial(PolynomialForm form, const double* c, std::size_t count, const double* a, double* y)
@@ -192,10 +189,10 @@ void rowsOfLaw(const double* c, std::size_t count, const double* a, const LawRow
 
 using RowsOfLaw = void (*)(const double* c, std::size_t count, const double* a, const LawRows& to);
 
-RowsOfLaw rowsOfLawFor(const Step& step, std::size_t count)
+RowsOfLaw rowsOfLawFor(const Step& step)
 {
     const PolynomialForm form = {step.terms, step.lowest};
-    if (step.derivatives != 3 || count < Strip::kSize)
+    if (step.derivatives != 3)
         return nullptr;
     return form == PolynomialForm{3, 2}   ? rowsOfLaw<3, 2>
            : form == PolynomialForm{3, 3} ? rowsOfLaw<3, 3>
@@ -206,21 +203,34 @@ RowsOfLaw rowsOfLawFor(const Step& step, std::size_t count)
                                           : nullptr;
 }
 
-void polynomial(const Step& step, const Rows& rows, std::size_t count)
+void polynomialOrders(const Step& step, std::size_t count, const double* a, const LawRows& rows)
 {
-    const double* const a = operandRow(step, rows, count);
-    LawRows orders = {rows[step.value]};
-    for (unsigned k = 0; k < step.derivatives; ++k)
-        orders[k + 1] = rows[step.list[k]];
-    if (const RowsOfLaw rowsOfLaw = rowsOfLawFor(step, count))
-        return rowsOfLaw(step.constants, count, a, orders);
+    if (const RowsOfLaw rowsOfLaw = rowsOfLawFor(step))
+        return rowsOfLaw(step.constants, count, a, rows);
     PolynomialForm form = {step.terms, step.lowest};
     const double* c = step.constants;
     for (unsigned k = 0; k <= step.derivatives; ++k) {
-        rowOfPolynomial(form, c, count, a, orders[k]);
+        rowOfPolynomial(form, c, count, a, rows[k]);
         c += form.terms;
         form = form.derivative();
     }
+}
+
+void polynomial(const Step& step, const Rows& rows, std::size_t count)
+{
+    const double* const a = operandRow(step, rows, count);
+    LawRows to = {rows[step.value]};
+    for (unsigned k = 0; k < step.derivatives; ++k)
+        to[k + 1] = rows[step.list[k]];
+    if (count >= Strip::kSize)
+        return polynomialOrders(step, count, a, to);
+    // Fewer points than a strip has are filled up with zeros.
+    double filled[Strip::kSize] = {};
+    double values[std::tuple_size_v<LawRows>][Strip::kSize];
+    std::copy_n(a, count, filled);
+    polynomialOrders(step, Strip::kSize, filled, {values[0], values[1], values[2], values[3]});
+    for (unsigned k = 0; k <= step.derivatives; ++k)
+        std::copy_n(values[k], count, to[k]);
 }
 
 void runOperation(const Step& step, const Rows& rows, std::size_t count)

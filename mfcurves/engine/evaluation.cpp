@@ -99,14 +99,15 @@ constexpr bool isLawForm(PolynomialForm form)
                                         form.lowest == 0 || form == PolynomialForm{1, 2});
 }
 
-// A law's x is taken as it is, moved and scaled, or divided by the length of its stretch.
-enum class Stretch { None, Linear, Divided };
+// What happens to a law's x: nothing, (x + first) * factor + last, which is what is left of
+// a stretch whose length is a power of two, or (x + first) / divisor.
+enum class Stretch { None, Scaled, Divided };
 
 Stretch stretchOf(const Step& step)
 {
-    return step.input == Stage::None     ? Stretch::None
-           : step.input == Stage::Linear ? Stretch::Linear
-                                         : Stretch::Divided;
+    return step.input == Stage::None      ? Stretch::None
+           : step.input == Stage::General ? Stretch::Divided
+                                          : Stretch::Scaled;
 }
 
 bool isLaw(const Step& step)
@@ -123,8 +124,8 @@ template <Stretch stretch>
 {
     if constexpr (stretch == Stretch::None)
         return x;
-    if constexpr (stretch == Stretch::Linear)
-        x = throughStage<Stage::Linear>(x, step.before);
+    if constexpr (stretch == Stretch::Scaled)
+        x = throughStage<Stage::Shifted>(x, step.before);
     else
         x = (x + step.before.first) / step.before.divisor;
     return registers[step.moved] = x;
@@ -283,14 +284,18 @@ struct RunsOfLaw {
     RunProgram asProgram = nullptr;
 };
 
+// A law is nearly always a program of its own. Among other steps its x is that of the text,
+// and on its own it is no polynomial with a constant term.
 template <Stretch stretch, std::size_t index>
 constexpr RunsOfLaw runsAt()
 {
     constexpr PolynomialForm form = formAt(index);
-    if constexpr (isLawForm(form))
-        return {runLaw<form.terms, form.lowest, stretch>, runOnlyLaw<form.terms, form.lowest, stretch>};
-    else
-        return {};
+    RunsOfLaw runs;
+    if constexpr (isLawForm(form) && stretch == Stretch::None)
+        runs.asStep = runLaw<form.terms, form.lowest, stretch>;
+    if constexpr (isLawForm(form) && form.lowest != 0)
+        runs.asProgram = runOnlyLaw<form.terms, form.lowest, stretch>;
+    return runs;
 }
 
 template <Stretch stretch, std::size_t... i>
@@ -304,7 +309,7 @@ RunsOfLaw runsOfLaw(const Step& step)
 {
     using Indices = std::make_index_sequence<kMostTerms*(kMostTerms + 1)>;
     static constexpr std::array kLaws = {runsOfLaws<Stretch::None>(Indices()),
-                                         runsOfLaws<Stretch::Linear>(Indices()),
+                                         runsOfLaws<Stretch::Scaled>(Indices()),
                                          runsOfLaws<Stretch::Divided>(Indices())};
     if (!isLaw(step))
         return {};

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "mfcurves/engine/polynomials.h"
+
 namespace mf::engine {
 
 /// Eight numbers side by side, in vector registers of the processor: what computes one
@@ -91,6 +93,12 @@ private:
 {
     return {withError(sum.p0, error.p0), withError(sum.p1, error.p1), withError(sum.p2, error.p2),
             withError(sum.p3, error.p3)};
+}
+
+/// One function for all exponents: eight points at a time make up for the call.
+[[gnu::noinline]] inline Strip compensatedPower(Strip u, unsigned exponent)
+{
+    return compensatedPower<Strip>(u, exponent);
 }
 
 inline Strip libraryPower(Strip u, unsigned exponent)

@@ -11,25 +11,26 @@
 // and when the turn of the operand comes, the two may turn out to be parts of one step.
 // For example 3-8*(10*u^3-15*u^4) with u = (x-0.5)/1.75 is the graph
 //
-//      n1 = x - 0.5      n2 = n1 / 1.75      n3 = 10 n2^3 - 15 n2^4      n4 = 3 - 8 n3
+//      n1 = x - 0.5      n2 = n1 / 1.75      n3 = -80 n2^3 + 120 n2^4      n4 = 3 + n3
 //
-// (with a node for each constant and each single operation) and the walk goes
+// and the walk goes
 //
-//      n4  only constants around n3: a Move with an output stage, which waits at n3
-//      n3  the operation itself: it takes over the waiting Move's stage, and waits at n2
-//      n2  only constants around x: becomes the input stage of what waits; this waits at x
-//      x   has a register; nothing can be joined any more: the step is written
+//      n4  only a constant around n3: a Move with an output stage, which waits at n3
+//      n3  the operation itself: takes the stage of the Move, and waits at n2
+//      n2  only constants around x: becomes the input stage of what waits, which waits at x
+//      x   has a register, and nothing else can be joined: the step is written
 //
-// which leaves one step:
+// which leaves one step, where register r0 is x, r3 is n2, r2 is n3 and r1 is n4:
 //
-//      r2 = polynomial, 2 terms from u^3 on, of r1;  r1 = (r0 - 0.5) / 1.75;  r3 = r2 * -8 + 3
+//      r3 = (r0 + -0.5) / 1.75 * 1 + -0; r2 = r3^3 * [-80, 120]; r1 = r2 * 1 + 3
 //
-// The next order finds the registers of n2 and n3 when it asks for them, and only adds
-// what is new: 30 u^2 - 60 u^3 of r1, its constants multiplied by -8 / 1.75.
+// The next order finds a register for n2, and only adds what is new, a polynomial of r3:
 //
-// A program of several orders has the steps of all of them. There, where both are asked
-// for, the sine and the cosine of one register become one step, and so do a polynomial
-// and its derivatives (merging.h).
+//      r4 = r3^2 * [-137.143, 274.286]
+//
+// A program of several orders has the steps of all of them. In it a polynomial and its
+// derivatives become one step, and so do the sine and the cosine of one register, where
+// both are needed (merging.h).
 
 #include "mfcurves/engine/translator.h"
 

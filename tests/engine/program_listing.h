@@ -98,11 +98,9 @@ inline std::string listing(const mf::engine::Step& step)
     if (step.input != Stage::None) {
         text = registerName(step.moved) + " = " + throughStage(a, step.input, step.before);
         a = registerName(step.moved);
-        if (step.code == Code::Move && step.value == step.moved)
-            return text + "\n";
-        text += "; ";
     }
-    text += registerName(step.value) + " = " + operationText(step, a);
+    if (step.code != Code::Move)
+        text += (text.empty() ? "" : "; ") + registerName(step.value) + " = " + operationText(step, a);
     if (step.output != Stage::None)
         text += "; " + registerName(step.target) + " = " +
                 throughStage(registerName(step.value), step.output, step.after);
