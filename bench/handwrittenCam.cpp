@@ -27,6 +27,8 @@ std::array<double, count - 1> derivative(const std::array<double, count>& c, dou
     return result;
 }
 
+}  // namespace
+
 // 3-4-5 polynomial; Norton, Cam Design and Manufacturing Handbook.
 CamRow polynomial345(double start, double startValue, double end, double endValue)
 {
@@ -41,8 +43,6 @@ CamRow polynomial345(double start, double startValue, double end, double endValu
     row.third = derivative(row.second, row.perLength);
     return row;
 }
-
-}  // namespace
 
 HandwrittenCam::HandwrittenCam()
     : rows_{polynomial345(0.0, 0.0, 2.0, 10.0), polynomial345(2.0, 10.0, 3.0, 10.0),

@@ -22,6 +22,9 @@ struct CamRow {
     std::array<double, 3> third;
 };
 
+/// The row from (start, startValue) to (end, endValue) by the 3-4-5 polynomial.
+CamRow polynomial345(double start, double startValue, double end, double endValue);
+
 /// Value and derivatives over one row, 100 points each, both ends included.
 struct CamSamples {
     std::vector<mfPoint2D_c> value;

@@ -18,7 +18,6 @@
 #include "mfcurves/host/Context.h"
 #include "mfcurves/host/Services.h"
 #include "mfcurves/host/Spline.h"
-#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/host/Study.h"
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/interfaces/CMemoryException.h"

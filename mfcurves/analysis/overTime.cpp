@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "mfcurves/analysis/analysis.h"
-#include "mfcurves/curve/freezing.h"
+#include "mfcurves/curve/lawFormula.h"
 #include "mfcurves/engine/lexer.h"
 #include "mfcurves/engine/names.h"
 #include "mfcurves/engine/parser.h"

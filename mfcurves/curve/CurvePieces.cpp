@@ -3,7 +3,7 @@
 #include "mfcurves/curve/CurvePieces.h"
 
 #include "mfcurves/curve/FrozenCurve.h"
-#include "mfcurves/curve/freezing.h"
+#include "mfcurves/curve/lawFormula.h"
 #include "mfcurves/platform/encoding.h"
 
 namespace mf::curve {

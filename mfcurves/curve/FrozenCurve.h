@@ -1,31 +1,34 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <variant>
 #include <vector>
 
 #include "mfcurves/curve/Curve.h"
+#include "mfcurves/curve/RowForm.h"
 #include "mfcurves/engine/formula.h"
+#include "mfcurves/host/KnotIndex.h"
 #include "mfcurves/host/SplinePieces.h"
 
 namespace mf::curve {
 
-/// The rows of a table that have a length, in ascending order.
+/// The rows of a table that have a length, in ascending order. Each ends where the next one
+/// starts.
 struct FrozenRows {
     struct Row {
-        double end;
-        int number;  // in the definition, from 1
-        std::shared_ptr<const engine::Formula> formula;
+        const RowForm* form;
+        RowData data;  // in the two lists below
     };
 
-    std::vector<double> starts;
-    std::vector<Row> rows;
+    host::KnotIndex starts;  // of the rows, and the end of the last one
+    std::vector<Row> rows;   // the last one twice, so that it is also what begins at its end
+    std::vector<double> numbers;
+    std::vector<std::shared_ptr<const engine::Formula>> formulas;
 };
 
 struct FrozenExpression {
-    double from;
-    double to;
     std::shared_ptr<const engine::Formula> formula;
 };
 
@@ -39,21 +42,36 @@ public:
     const std::vector<Problem>& warnings() const { return warnings_; }
     double firstX() const { return firstX_; }
     double lastX() const { return lastX_; }
-
     /// The polynomials of a curve through points; null for other kinds.
     const host::SplinePieces* spline() const { return std::get_if<host::SplinePieces>(&pieces_); }
 
     /// Sets values[k], for k from 0 to `order`, to the derivative of order k at x; NaN where it
-    /// is not finite.
+    /// is not finite. `values` has room for four.
     void evaluate(double x, Side side, Outside outside, int order, double* values) const noexcept;
+
+    /// The value at x between the ends of a table; NaN for every other curve and x.
+    double valueInside(double x) const noexcept;
+
+    /// How many of `count` x, the first and those after it, one piece computes together: at
+    /// least 1, at most kMostPoints. Sets y[i] for them to the derivative of that order.
+    std::size_t evaluateRun(const double* x, std::size_t count, Outside outside, int order,
+                            double* y) const noexcept;
+    /// The same for all orders.
+    std::size_t evaluateRun(const double* x, std::size_t count, Outside outside,
+                            CurveValues* values) const noexcept;
 
 private:
     void iFreeze(const SegmentShape& shape, std::vector<Problem>& problems);
     void iFreeze(const PointShape& shape, std::vector<Problem>& problems);
     void iFreeze(const ExpressionShape& shape, std::vector<Problem>& problems);
+    struct Run {
+        FrozenRows::Row row;
+        std::size_t length;
+    };
+    Run iRun(const double* x, std::size_t count, Outside outside) const noexcept;
     void iInside(double x, Side side, int order, double* values) const noexcept;
+    void iBeyond(double x, Side side, Outside outside, int order, double* values) const noexcept;
     void iExtended(double x, Side side, int order, double* values) const noexcept;
-    void iOutside(double x, Side side, Outside outside, int order, double* values) const noexcept;
     void iRepeated(double x, Side side, int order, double* values) const noexcept;
 
     CurveDefinition definition_;

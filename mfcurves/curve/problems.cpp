@@ -3,6 +3,7 @@
 #include "mfcurves/curve/problems.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "mfcurves/platform/encoding.h"
@@ -17,6 +18,23 @@ bool isCapital(char c)
 }
 
 }  // namespace
+
+std::string place(const char* what, std::size_t number)
+{
+    return std::string(what) + ' ' + std::to_string(number);
+}
+
+void report(std::vector<Problem>& problems, std::string where, std::string message)
+{
+    problems.push_back({Problem::Level::Error, std::move(where), std::move(message)});
+}
+
+void checkNumber(std::vector<Problem>& problems, const std::string& where, const char* what, double number)
+{
+    if (!std::isfinite(number))
+        report(problems, where,
+               std::string(what) + " is " + shortNumber(number) + ", which is not a finite number");
+}
 
 bool hasError(const std::vector<Problem>& problems)
 {
@@ -59,6 +77,12 @@ std::string messageOf(std::string sentence)
     if (!sentence.empty() && isCapital(sentence[0]) && !(sentence.size() > 1 && isCapital(sentence[1])))
         sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
     return sentence;
+}
+
+std::string messageOf(const engine::ParseError& error)
+{
+    const std::string message = messageOf(error.message);
+    return error.expected.empty() ? message : message + "; expected " + error.expected;
 }
 
 }  // namespace mf::curve

@@ -57,6 +57,9 @@ public:
     /// that its branch at x decided. `registers` are 2 * registerCount() doubles.
     bool evaluateBeside(double x, double beside, int order, double* registers, double* values) const noexcept;
 
+    /// The program of all orders.
+    const Program& program() const { return *programs_.all; }
+
     /// Bytes that the formula holds.
     std::size_t bytes() const;
 

@@ -7,7 +7,13 @@
 #include <utility>
 #include <vector>
 
+#include "mfcurves/host/SplinePieces.h"
+
 namespace mf::host {
+
+Spline::Spline() = default;
+
+Spline::~Spline() = default;
 
 void Spline::setKind(int kind)
 {
@@ -98,12 +104,12 @@ template <int order>
 
 double Spline::iSearchAndEvaluate(double x, int order)
 {
-    if (!built_)
+    if (pieces_ == nullptr)
         iBuild();
-    if (!(x >= pieces_.firstX() && x <= pieces_.lastX()))
-        return pieces_.outside(x, order);
-    const std::size_t index = pieces_.indexAt(x);
-    iEnter(pieces_.knots() + index, pieces_.pieces() + index);
+    if (!(x >= pieces_->firstX() && x <= pieces_->lastX()))
+        return pieces_->outside(x, order);
+    const std::size_t index = pieces_->indexAt(x);
+    iEnter(pieces_->knots() + index, pieces_->pieces() + index);
     const double t = x - current_.start;
     switch (order) {
         case 0:
@@ -132,19 +138,18 @@ void Spline::iBuild()
 {
     std::vector<double> x;
     std::vector<double> y;
-    x.reserve(points_.size() + 2);  // room for what SplinePieces adds
+    x.reserve(points_.size() + 2);  // room for what KnotIndex adds
     y.reserve(points_.size());
     for (const auto& [pointX, pointY] : points_) {
         x.push_back(pointX);
         y.push_back(pointY);
     }
-    pieces_ = SplinePieces(std::move(x), y, kind_);
-    built_ = true;
+    pieces_ = std::make_unique<const SplinePieces>(std::move(x), y, kind_);
 }
 
 void Spline::iForgetPieces()
 {
-    built_ = false;
+    pieces_.reset();
     current_ = {};
 }
 

@@ -5,12 +5,15 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <memory>
 
-#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/platform/mfExport.h"
 
 namespace mf::host {
+
+struct SplinePiece;
+class SplinePieces;
 
 /// The interpolator of the stand-alone host: Akima (kind 0), natural cubic (1) or
 /// linear (2, that of a new spline and of any other number).
@@ -30,7 +33,8 @@ namespace mf::host {
 /// that a slope overflows or so far apart that their distance does.
 class MFCURVES_API Spline : public ISimSplineData_c {
 public:
-    Spline() = default;
+    Spline();  ///< linear, without points
+    ~Spline() override;
     Spline(const Spline&) = delete;
     Spline& operator=(const Spline&) = delete;
 
@@ -84,8 +88,8 @@ private:
     std::map<double, double> points_;
     int kind_ = 2;
 
-    bool built_ = false;  // pieces_ are those of the points and the kind
-    SplinePieces pieces_;
+    // Of the points and the kind; null from a change to the next evaluation.
+    std::unique_ptr<const SplinePieces> pieces_;
 };
 
 }  // namespace mf::host

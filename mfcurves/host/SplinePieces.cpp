@@ -2,10 +2,7 @@
 
 #include "mfcurves/host/SplinePieces.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
-#include <numeric>
 #include <utility>
 
 namespace mf::host {
@@ -114,81 +111,24 @@ void expandAtEnd(const Knots& knots, Pieces& pieces)
     end.d = piece.d;
 }
 
-// Has memory on its way to the processor while something else is looked at. Any
-// address may be named.
-void fetchAhead([[maybe_unused]] const void* address)
-{
-#if defined(__GNUC__)
-    __builtin_prefetch(address);
-#endif
-}
-
 }  // namespace
 
 // There are as many pieces as points: the last one is the end of the previous piece,
-// expanded at the last point, and holds there alone. So the next double follows the last
-// knot, twice: each piece has an end, and its successor has one.
+// expanded at the last point, and holds there alone.
 SplinePieces::SplinePieces(std::vector<double> x, const std::vector<double>& y, int kind)
-    : knots_(std::move(x))
 {
     pieces_.reserve(y.size());
     for (const double value : y)
         pieces_.push_back({value, 0.0, 0.0, 0.0});
-    if (pieces_.empty())
-        return;
-    joinByChords(knots_, pieces_);
+    if (!pieces_.empty())
+        joinByChords(x, pieces_);
     if (pieces_.size() > 2 && kind == kAkima)
-        bendByAkima(knots_, pieces_);
+        bendByAkima(x, pieces_);
     if (pieces_.size() > 2 && kind == kNaturalCubic)
-        bendNaturally(knots_, pieces_);
+        bendNaturally(x, pieces_);
     if (pieces_.size() > 1)
-        expandAtEnd(knots_, pieces_);
-    firstX_ = knots_.front();
-    lastX_ = knots_.back();
-    knots_.insert(knots_.end(), 2, std::nextafter(lastX_, std::numeric_limits<double>::infinity()));
-    iBuildIndex();
-}
-
-// One bucket per point. Where the width of a bucket cannot be told, because the range
-// overflows or vanishes in it, all points share one.
-void SplinePieces::iBuildIndex()
-{
-    const auto count = static_cast<std::uint32_t>(pieces_.size());
-    bucketsPerX_ = count / (lastX_ - firstX_);
-    lastBucket_ = count - 1;
-    if (!std::isfinite(bucketsPerX_) || bucketsPerX_ == 0.0) {
-        bucketsPerX_ = 0.0;
-        lastBucket_ = 0;
-    }
-
-    // The piece at an edge is the number of points, the first apart, below it.
-    pieceAtBucket_.assign(lastBucket_ + 2, 0);
-    for (std::uint32_t i = 1; i < count; ++i)
-        ++pieceAtBucket_[iBucketOf(knots_[i]) + 1];
-    std::partial_sum(pieceAtBucket_.begin(), pieceAtBucket_.end(), pieceAtBucket_.begin());
-}
-
-std::size_t SplinePieces::indexAt(double x) const
-{
-    const double* const knots = knots_.data();
-    const std::uint32_t bucket = iBucketOf(x);
-    std::size_t low = pieceAtBucket_[bucket];
-    const SplinePiece* const pieces = pieces_.data();
-    fetchAhead(pieces + low);  // one of these two it will be, nearly always
-    fetchAhead(pieces + low + 1);
-    low += x >= knots[low + 1] ? 1 : 0;  // without a branch, as it goes either way in most buckets
-    if (x < knots[low + 1])
-        return low;
-    const double* const end = knots + pieceAtBucket_[bucket + 1] + 1;
-    return static_cast<std::size_t>(std::upper_bound(knots + low + 1, end, x) - knots) - 1;
-}
-
-// Never falls as x grows, whatever the rounding, which is all that the index needs:
-// points in lower buckets lie below x and points in higher ones above it.
-std::uint32_t SplinePieces::iBucketOf(double x) const
-{
-    const double bucket = (x - firstX_) * bucketsPerX_;
-    return bucket < lastBucket_ ? static_cast<std::uint32_t>(bucket) : lastBucket_;
+        expandAtEnd(x, pieces_);
+    index_ = KnotIndex(std::move(x));
 }
 
 double SplinePieces::outside(double x, int order) const
@@ -197,11 +137,11 @@ double SplinePieces::outside(double x, int order) const
         return x;
     if (pieces_.empty() || order > 1)
         return 0.0;
-    const bool isBelow = x <= firstX_;
+    const bool isBelow = x <= firstX();
     const SplinePiece& end = isBelow ? pieces_.front() : pieces_.back();
     if (order == 1)
         return end.b;
-    const double distance = x - (isBelow ? firstX_ : lastX_);
+    const double distance = x - (isBelow ? firstX() : lastX());
     return end.b == 0.0 ? end.a : end.a + end.b * distance;  // 0 times infinity is not 0
 }
 

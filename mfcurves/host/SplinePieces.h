@@ -2,11 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <limits>
 #include <vector>
 
-#include "mfcurves/platform/mfExport.h"
+#include "mfcurves/host/KnotIndex.h"
 
 namespace mf::host {
 
@@ -23,7 +21,7 @@ struct alignas(32) SplinePiece {
 ///
 /// There are as many pieces as points. Piece i begins at knot i and holds up to the next
 /// one, and the last piece holds at the last knot alone.
-class MFCURVES_API SplinePieces {
+class SplinePieces {
 public:
     SplinePieces() = default;  ///< no points
     /// Through the points (x[i], y[i]), x finite and ascending, joined as Spline's kinds
@@ -32,38 +30,39 @@ public:
 
     /// The number of points, and of pieces.
     std::size_t count() const { return pieces_.size(); }
-    /// X of the first point; infinity without points.
-    double firstX() const { return firstX_; }
-    /// X of the last point; minus infinity without points.
-    double lastX() const { return lastX_; }
+    /// X of the first and the last point; infinity and minus infinity without points.
+    double firstX() const { return index_.first(); }
+    double lastX() const { return index_.last(); }
     /// count() knots, and twice the double after the last one.
-    const double* knots() const { return knots_.data(); }
-    /// count() pieces, in the order of the knots.
+    const double* knots() const { return index_.knots(); }
     const SplinePiece* pieces() const { return pieces_.data(); }
 
     /// The last piece that begins at or before x, for an x from the first point to the
     /// last.
-    std::size_t indexAt(double x) const;
+    std::size_t indexAt(double x) const
+    {
+        return index_.at(x, [this](std::size_t low) {
+            fetchAhead(pieces_.data() + low);
+            fetchAhead(pieces_.data() + low + 1);
+        });
+    }
 
     /// The value or derivative of the end tangent, which goes on beyond the points, for an x
     /// up to the first point or from the last one on. 0.0 without points; NaN at a NaN.
     double outside(double x, int order) const;
 
 private:
-    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    // Has memory on its way to the processor while something else is looked at. Any
+    // address may be named.
+    static void fetchAhead([[maybe_unused]] const void* address)
+    {
+#if defined(__GNUC__)
+        __builtin_prefetch(address);
+#endif
+    }
 
-    MFCURVES_LOCAL void iBuildIndex();
-    MFCURVES_LOCAL std::uint32_t iBucketOf(double x) const;
-
-    std::vector<double> knots_;
+    KnotIndex index_;
     std::vector<SplinePiece> pieces_;
-    double firstX_ = kInfinity;
-    double lastX_ = -kInfinity;
-    // The range of X is cut into buckets of equal width. Entry k is the piece at
-    // the lower edge of bucket k; one more entry after the last holds the last piece.
-    std::vector<std::uint32_t> pieceAtBucket_;
-    std::uint32_t lastBucket_ = 0;
-    double bucketsPerX_ = 0.0;
 };
 
 }  // namespace mf::host

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <new>
+
+namespace mf::curve {
+
+/// Registers on the stack are quickest up to here, and possible up to 64 kB.
+constexpr std::size_t kFewRegisters = 64;
+constexpr std::size_t kMostRegistersOnStack = 8192;
+
+/// Room for `count` doubles that the thread keeps; null when there is no memory for it.
+inline double* threadRegisters(std::size_t count) noexcept
+{
+    struct Buffer {
+        std::unique_ptr<double[]> registers;
+        std::size_t count = 0;
+    };
+    thread_local Buffer buffer;
+    if (buffer.count < count) {
+        buffer.registers.reset(new (std::nothrow) double[count]);
+        buffer.count = buffer.registers ? count : 0;
+    }
+    return buffer.registers.get();
+}
+
+template <class Use>
+[[gnu::noinline]] void withManyOnStack(const Use& use)
+{
+    double registers[kMostRegistersOnStack];
+    use(registers);
+}
+
+/// Calls use(registers) with room for `count` doubles. False, without a call, when there is no
+/// memory for it.
+template <class Use>
+bool withRegisters(std::size_t count, const Use& use)
+{
+    if (count <= kFewRegisters) {
+        double registers[kFewRegisters];
+        use(registers);
+        return true;
+    }
+    if (count <= kMostRegistersOnStack) {
+        withManyOnStack(use);
+        return true;
+    }
+    double* const registers = threadRegisters(count);
+    if (registers != nullptr)
+        use(registers);
+    return registers != nullptr;
+}
+
+}  // namespace mf::curve

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+
+#include "mfcurves/host/KnotIndex.h"
+
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+namespace mf::host {
+
+// One bucket per knot. Where the width of a bucket cannot be told, because the range
+// overflows or vanishes in it, all knots share one.
+KnotIndex::KnotIndex(std::vector<double> knots) : knots_(std::move(knots))
+{
+    if (knots_.empty())
+        return;
+    const auto count = static_cast<std::uint32_t>(knots_.size());
+    first_ = knots_.front();
+    last_ = knots_.back();
+    knots_.insert(knots_.end(), 2, std::nextafter(last_, kInfinity));
+    bucketsPerX_ = count / (last_ - first_);
+    lastBucket_ = count - 1;
+    if (!std::isfinite(bucketsPerX_) || bucketsPerX_ == 0.0) {
+        bucketsPerX_ = 0.0;
+        lastBucket_ = 0;
+    }
+
+    // The place at an edge is the number of knots, the first apart, below it.
+    placeAtBucket_.assign(lastBucket_ + 2, 0);
+    for (std::uint32_t i = 1; i < count; ++i)
+        ++placeAtBucket_[iBucketOf(knots_[i]) + 1];
+    std::partial_sum(placeAtBucket_.begin(), placeAtBucket_.end(), placeAtBucket_.begin());
+}
+
+}  // namespace mf::host

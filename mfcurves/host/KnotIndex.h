@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace mf::host {
+
+/// Ascending knots, and which of them is the last one at or before an x, found by one look into a
+/// table unless the knots are spread very unevenly. Constant once made.
+class KnotIndex {
+public:
+    KnotIndex() = default;  ///< no knots
+    /// Finite and ascending.
+    explicit KnotIndex(std::vector<double> knots);
+
+    /// The first and the last knot; infinity and minus infinity without knots.
+    double first() const { return first_; }
+    double last() const { return last_; }
+    /// The knots, and twice the double after the last one, so that each knot has a next one and
+    /// that has one, too.
+    const double* knots() const { return knots_.data(); }
+
+    /// The place of the last knot at or before x, for an x from first() to last(). It calls
+    /// likely(place) with the lower of two places one of which it nearly always is.
+    template <class Likely>
+    std::size_t at(double x, const Likely& likely) const
+    {
+        const double* const knots = knots_.data();
+        const std::uint32_t bucket = iBucketOf(x);
+        std::size_t low = placeAtBucket_[bucket];
+        likely(low);
+        low += x >= knots[low + 1] ? 1 : 0;  // without a branch, as it goes either way in most buckets
+        if (x < knots[low + 1])
+            return low;
+        const double* const end = knots + placeAtBucket_[bucket + 1] + 1;
+        return static_cast<std::size_t>(std::upper_bound(knots + low + 1, end, x) - knots) - 1;
+    }
+    std::size_t at(double x) const
+    {
+        return at(x, [](std::size_t) {});
+    }
+
+private:
+    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+    // Never falls as x grows, whatever the rounding, which is all that the table needs:
+    // knots in lower buckets lie below x and knots in higher ones above it.
+    std::uint32_t iBucketOf(double x) const
+    {
+        const double bucket = (x - first_) * bucketsPerX_;
+        return bucket < lastBucket_ ? static_cast<std::uint32_t>(bucket) : lastBucket_;
+    }
+
+    std::vector<double> knots_;
+    double first_ = kInfinity;
+    double last_ = -kInfinity;
+    // The range of x is cut into buckets of equal width. Entry k is the place at the lower
+    // edge of bucket k; one more entry after the last holds the last place.
+    std::vector<std::uint32_t> placeAtBucket_;
+    std::uint32_t lastBucket_ = 0;
+    double bucketsPerX_ = 0.0;
+};
+
+}  // namespace mf::host
