@@ -194,6 +194,9 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
                                                      origin.path.empty(), std::move(xml), options);
     for (const documents::Remark& remark : outcome.remarks)
         problems.push_back({Problem::Level::Warning, remark.place, oneLine(remark.message)});
+    if (outcome.remarks.size() == documents::kMostRemarks)
+        problems.push_back({Problem::Level::Warning, "",
+                            "after these, no more numbers and rows were examined for what is odd"});
 
     CurveDefinition definition;
     if (!outcome.reason.empty())

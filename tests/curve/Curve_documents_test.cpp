@@ -347,6 +347,17 @@ TEST(ReadDocument, ErrorsSayWhereAndWhy)
     EXPECT_THAT(problemsOf(dataPointDocument().set("Points", "")), ElementsAre("the curve has no points"));
 }
 
+TEST(ReadDocument, SaysThatWarningsEnd)
+{
+    std::string points;
+    for (int i = 0; i < 30; ++i)
+        points += point(std::to_string(i), "high");
+    const Curve curve = Curve::parse(dataPointDocument().set("Points", points).xml());
+    ASSERT_EQ(curve.warnings().size(), 21u);
+    EXPECT_EQ(curve.warnings().back().message,
+              "after these, no more numbers and rows were examined for what is odd");
+}
+
 TEST(ReadDocument, EachProblemIsOneLine)
 {
     const Curve curve =
