@@ -7,10 +7,12 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <iterator>
 #include <limits>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -62,7 +64,7 @@ const wchar_t* const kTexts[] = {L"",
                                  L"Time",
                                  L"Force 1"};
 
-// Answers what the program's bytes say; zeros when they have run out.
+// Reads the program's bytes; zeros when they have run out.
 class Program {
 public:
     Program(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
@@ -97,10 +99,14 @@ private:
     const std::uint8_t* end_;
 };
 
+const char* theStep = "";  // the one that runs, to be named when it breaks a promise
+
 void require(bool promise)
 {
-    if (!promise)
-        std::abort();
+    if (promise)
+        return;
+    std::fprintf(stderr, "session_fuzz: a promise is broken by: %s\n", theStep);
+    std::abort();
 }
 
 // One function, its kinds, and what the program knows of it.
@@ -137,8 +143,9 @@ void touch(const mfPoint2D_c* array, int count)
     }
 }
 
-void checkSegments(const mfFunctionSegments_c& table)
+void checkSegments(const Curve& curve)
 {
+    const mfFunctionSegments_c& table = *curve.segments;
     std::vector<int> reported;
     table.getUpdateRow(reported);
     for (const int row : reported)
@@ -163,106 +170,112 @@ void checkPoints(const Curve& curve)
     }
 }
 
-void runSegmentStep(Program& program, Curve& curve, Curve& other)
-{
-    mfFunctionSegments_c& table = *curve.segments;
-    const int count = table.getSegmentCount();
-    switch (program.byte() % 14) {
-        case 0: {
-            if (count >= kMostRows)
-                break;
-            const double start = program.number();
-            const double end = program.number();
-            const double value = program.number();
-            table.addSegment(new mfSegment_c(start, end, value, program.text()));
-            require(table.getSegmentCount() == count + 1);
-            break;
-        }
-        case 1: {
-            const int row = program.row();
-            const double start = program.number();
-            const double end = program.number();
-            const double value = program.number();
-            auto segment = std::make_unique<mfSegment_c>(start, end, value, program.text());
-            if (count < kMostRows && row >= 0 && row <= count) {
-                table.insertSegment(row, segment.release());
-                require(table.getSegmentCount() == count + 1);
-            } else if (row < 0 || row > count) {
-                table.insertSegment(row, segment.get());
-                require(table.getSegmentCount() == count);
-            }
-            break;
-        }
-        case 2: {
-            const int row = program.row();
-            const int column = static_cast<int>(program.byte() % 6) - 1;
-            const double start = program.number();
-            const double end = program.number();
-            const double value = program.number();
-            require(table.modifySegment(row, column, start, end, value, program.text()));
-            require(table.getSegmentCount() == count);
-            break;
-        }
-        case 3: {
-            const int row = program.row();
-            table.deleteSegment(row);
-            require(table.getSegmentCount() == count - (row >= 0 && row < count ? 1 : 0));
-            break;
-        }
-        case 4:
-            table.parseExpression(program.row());
-            break;
-        case 5:
-            table.calculateValue(program.row());
-            break;
-        case 6: {
-            const double x = program.number();
-            const double y = table.evaluate(x, program.order());
-            require(std::isfinite(y));
-            break;
-        }
-        case 7:
-            table.checkInvalid(program.row());
-            break;
-        case 8: {
-            int seam = -1;
-            table.checkUpdate(seam);
-            require(seam >= -1 && seam < count);
-            break;
-        }
-        case 9:
-            require(table.Copy(other.segments));
-            require(table.getSegmentCount() == other.segments->getSegmentCount());
-            break;
-        case 10: {
-            mfSegment_c* segment = nullptr;
-            table.selectSegment(program.row(), segment);
-            if (segment != nullptr)
-                segment->setProfileKey(QelSession_c::QelMotionFunctionContext()
-                                           ->getProfileManager()
-                                           ->getProfileKeyFromDisplayName(program.text()));
-            break;
-        }
-        case 11:
-            table.setIndependentVar(static_cast<mf::IndependentVariableType_e>(program.byte() % 5));
-            table.setMotorDependentVar(static_cast<mf::MotorDriveType_e>(program.byte() % 5));
-            table.motionObjectType = program.byte() % 3;
-            break;
-        case 12:
-            for (int row = 1; row < count; ++row)
-                table.parseExpression(row);
-            table.calculateValue();
-            break;
-        default: {
-            std::vector<CString> names;
-            std::vector<mfProfile_c*> profiles;
-            require(table.getProfilesToSave(names, profiles) == (names.size() == profiles.size()));
-        }
-    }
-    checkSegments(table);
-}
+// --- Steps of a program: each reads its arguments from the program's bytes. -------------------
 
-void insertPoint(Program& program, Curve& curve)
+struct Step {
+    const char* name;
+    void (*run)(Program& program, Curve& curve, Curve& other);
+};
+
+const Step kSegmentSteps[] = {
+    {"add",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const int count = curve.segments->getSegmentCount();
+         if (count >= kMostRows)
+             return;
+         const double start = program.number();
+         const double end = program.number();
+         const double value = program.number();
+         curve.segments->addSegment(new mfSegment_c(start, end, value, program.text()));
+         require(curve.segments->getSegmentCount() == count + 1);
+     }},
+    {"insert",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         mfFunctionSegments_c& table = *curve.segments;
+         const int count = table.getSegmentCount();
+         const int row = program.row();
+         const double start = program.number();
+         const double end = program.number();
+         const double value = program.number();
+         auto segment = std::make_unique<mfSegment_c>(start, end, value, program.text());
+         if (count < kMostRows && row >= 0 && row <= count) {
+             table.insertSegment(row, segment.release());
+             require(table.getSegmentCount() == count + 1);
+         } else if (row < 0 || row > count) {
+             table.insertSegment(row, segment.get());
+             require(table.getSegmentCount() == count);
+         }
+     }},
+    {"modify",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const int count = curve.segments->getSegmentCount();
+         const int row = program.row();
+         const int column = static_cast<int>(program.byte() % 6) - 1;
+         const double start = program.number();
+         const double end = program.number();
+         const double value = program.number();
+         require(curve.segments->modifySegment(row, column, start, end, value, program.text()));
+         require(curve.segments->getSegmentCount() == count);
+     }},
+    {"delete",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const int count = curve.segments->getSegmentCount();
+         const int row = program.row();
+         curve.segments->deleteSegment(row);
+         require(curve.segments->getSegmentCount() == count - (row >= 0 && row < count ? 1 : 0));
+     }},
+    {"compile a row", [](Program& program, Curve& curve,
+                         Curve& /*other*/) { curve.segments->parseExpression(program.row()); }},
+    {"sample a row",
+     [](Program& program, Curve& curve, Curve& /*other*/) { curve.segments->calculateValue(program.row()); }},
+    {"evaluate",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const double x = program.number();
+         require(std::isfinite(curve.segments->evaluate(x, program.order())));
+     }},
+    {"check a row",
+     [](Program& program, Curve& curve, Curve& /*other*/) { curve.segments->checkInvalid(program.row()); }},
+    {"check the seams",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         int seam = -1;
+         curve.segments->checkUpdate(seam);
+         require(seam >= -1 && seam < curve.segments->getSegmentCount());
+     }},
+    {"copy",
+     [](Program& /*program*/, Curve& curve, Curve& other) {
+         require(curve.segments->Copy(other.segments));
+         require(curve.segments->getSegmentCount() == other.segments->getSegmentCount());
+     }},
+    {"choose a profile",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         mfSegment_c* segment = nullptr;
+         curve.segments->selectSegment(program.row(), segment);
+         if (segment != nullptr)
+             segment->setProfileKey(
+                 QelSession_c::QelMotionFunctionContext()->getProfileManager()->getProfileKeyFromDisplayName(
+                     program.text()));
+     }},
+    {"choose what is driven",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.segments->setIndependentVar(static_cast<mf::IndependentVariableType_e>(program.byte() % 5));
+         curve.segments->setMotorDependentVar(static_cast<mf::MotorDriveType_e>(program.byte() % 5));
+         curve.segments->motionObjectType = program.byte() % 3;
+     }},
+    {"compile and sample all rows",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         for (int row = 1; row < curve.segments->getSegmentCount(); ++row)
+             curve.segments->parseExpression(row);
+         curve.segments->calculateValue();
+     }},
+    {"list the profiles to save",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         std::vector<CString> names;
+         std::vector<mfProfile_c*> profiles;
+         require(curve.segments->getProfilesToSave(names, profiles) == (names.size() == profiles.size()));
+     }},
+};
+
+void insertPoint(Program& program, Curve& curve, Curve& /*other*/)
 {
     const int row = program.row();
     auto points = std::make_unique<mfDataPoints_c>();
@@ -282,135 +295,158 @@ void insertPoint(Program& program, Curve& curve)
         points.release();
 }
 
-void runPointStep(Program& program, Curve& curve, Curve& other)
-{
-    mfFunctionDataPoints_c& table = *curve.points;
-    const int count = table.getDataPointsCount();
-    switch (program.byte() % 12) {
-        case 0:
-        case 1:
-            insertPoint(program, curve);
-            break;
-        case 2: {
-            const int row = program.row();
-            const int column = static_cast<int>(program.byte() % 4) - 1;
-            const double x = program.number();
-            curve.pointsAscend = curve.pointsAscend && (column != 0 || isTame(x));
-            table.modifyDataPoint(row, column, x, program.number());
-            require(table.getDataPointsCount() == count);
-            break;
-        }
-        case 3: {
-            const int row = program.row();
-            require(table.deleteDataPoint(row) == (row >= 0 && row < count));
-            break;
-        }
-        case 4: {
-            std::vector<std::size_t> rows;
-            for (int i = program.byte() % 5; i > 0; --i)
-                rows.push_back(program.byte());
-            require(table.deleteDataPoints(rows));
-            break;
-        }
-        case 5: {
-            const double x = program.number();
-            table.evaluate(x, program.order());
-            const int row = table.findDataPonts(x);
-            require(row == 0 || (row > 0 && row < table.getDataPointsCount()));
-            break;
-        }
-        case 6:
-            table.calculateValue();
-            touch(table.getPlottingData0(), table.getPlottingDataCount());
-            touch(table.getPlottingData3(), table.getPlottingDataCount());
-            break;
-        case 7:
-            table.setInterpolationType(static_cast<mf::DataPointInterpolationType_e>(program.byte() % 4));
-            break;
-        case 8:
-            require(table.Copy(other.points));
-            curve.pointsAscend = other.pointsAscend;
-            break;
-        case 9:
-            table.expandDataPoints(program.row());
-            break;
-        case 10: {
-            const bool pointPerRow = program.flag();
-            table.updateForLegacyData(pointPerRow);
-            curve.pointsAscend = false;
-            break;
-        }
-        default:
-            table.ClearFunction();
-            curve.pointsAscend = true;
-            require(table.isEmpty());
-    }
-    checkPoints(curve);
-}
+const Step kPointSteps[] = {
+    {"insert", insertPoint},
+    {"insert", insertPoint},  // twice as often as the others
+    {"modify",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const int count = curve.points->getDataPointsCount();
+         const int row = program.row();
+         const int column = static_cast<int>(program.byte() % 4) - 1;
+         const double x = program.number();
+         curve.pointsAscend = curve.pointsAscend && (column != 0 || isTame(x));
+         curve.points->modifyDataPoint(row, column, x, program.number());
+         require(curve.points->getDataPointsCount() == count);
+     }},
+    {"delete",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const int count = curve.points->getDataPointsCount();
+         const int row = program.row();
+         require(curve.points->deleteDataPoint(row) == (row >= 0 && row < count));
+     }},
+    {"delete several",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         std::vector<std::size_t> rows;
+         for (int i = program.byte() % 5; i > 0; --i)
+             rows.push_back(program.byte());
+         require(curve.points->deleteDataPoints(rows));
+     }},
+    {"evaluate and find",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const double x = program.number();
+         curve.points->evaluate(x, program.order());
+         const int row = curve.points->findDataPonts(x);
+         require(row == 0 || (row > 0 && row < curve.points->getDataPointsCount()));
+     }},
+    {"sample",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         curve.points->calculateValue();
+         touch(curve.points->getPlottingData0(), curve.points->getPlottingDataCount());
+         touch(curve.points->getPlottingData3(), curve.points->getPlottingDataCount());
+     }},
+    {"choose the interpolation",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.points->setInterpolationType(
+             static_cast<mf::DataPointInterpolationType_e>(program.byte() % 4));
+     }},
+    {"copy",
+     [](Program& /*program*/, Curve& curve, Curve& other) {
+         require(curve.points->Copy(other.points));
+         curve.pointsAscend = other.pointsAscend;
+     }},
+    {"expand",
+     [](Program& program, Curve& curve, Curve& /*other*/) { curve.points->expandDataPoints(program.row()); }},
+    {"read the older form",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.points->updateForLegacyData(program.flag());
+         curve.pointsAscend = false;
+     }},
+    {"clear",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         curve.points->ClearFunction();
+         curve.pointsAscend = true;
+         require(curve.points->isEmpty());
+     }},
+};
 
-void runExpressionStep(Program& program, Curve& curve, Curve& other)
-{
-    mfFunctionExpression_c& expression = *curve.expression;
-    switch (program.byte() % 8) {
-        case 0:
-            expression.setMathExpression(program.text());
-            break;
-        case 1:
-            expression.setParseExpression(program.text());
-            break;
-        case 2:
-            expression.setIndepVar(program.text());
-            break;
-        case 3: {
-            const double from = program.number();
-            expression.setDomain(from, program.number());
-            break;
-        }
-        case 4:
-            if (expression.calculateValue())
-                touch(expression.getPlottingData0(),
-                      expression.isValidForPlotting() ? expression.getPlottingPointCount() : 0);
-            break;
-        case 5: {
-            const double x = program.number();
-            require(std::isfinite(expression.evaluate(x, program.order())));
-            break;
-        }
-        case 6:
-            require(expression.Copy(other.expression));
-            require(expression.getMathExpression() == other.expression->getMathExpression());
-            break;
-        default:
-            expression.setMotorDependentVar(static_cast<mf::MotorDriveType_e>(program.byte() % 5));
-            expression.motionObjectType = program.byte() % 3;
-            if (program.flag())
-                expression.ClearFunction();
-    }
-}
+const Step kExpressionSteps[] = {
+    {"set the math expression",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.expression->setMathExpression(program.text());
+     }},
+    {"set the parse expression",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.expression->setParseExpression(program.text());
+     }},
+    {"name the variable",
+     [](Program& program, Curve& curve, Curve& /*other*/) { curve.expression->setIndepVar(program.text()); }},
+    {"set the domain",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const double from = program.number();
+         curve.expression->setDomain(from, program.number());
+     }},
+    {"sample",
+     [](Program& /*program*/, Curve& curve, Curve& /*other*/) {
+         mfFunctionExpression_c& expression = *curve.expression;
+         if (expression.calculateValue())
+             touch(expression.getPlottingData0(),
+                   expression.isValidForPlotting() ? expression.getPlottingPointCount() : 0);
+     }},
+    {"evaluate",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const double x = program.number();
+         require(std::isfinite(curve.expression->evaluate(x, program.order())));
+     }},
+    {"copy",
+     [](Program& /*program*/, Curve& curve, Curve& other) {
+         require(curve.expression->Copy(other.expression));
+         require(curve.expression->getMathExpression() == other.expression->getMathExpression());
+     }},
+    {"choose what is driven",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.expression->setMotorDependentVar(static_cast<mf::MotorDriveType_e>(program.byte() % 5));
+         curve.expression->motionObjectType = program.byte() % 3;
+         if (program.flag())
+             curve.expression->ClearFunction();
+     }},
+};
 
-void runDocumentStep(Program& program, Curve& curve, Curve& other)
+const Step kDocumentSteps[] = {
+    {"choose the types",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         curve.function.setFunctionType(static_cast<mf::FunctionType_e>(program.byte() % 5));
+         curve.function.setMotionObjectType(static_cast<mf::MotionObjectType_e>(program.byte() % 5));
+         curve.function.setXYDataType(static_cast<mf::MotFuncXYDataType_e>(program.byte() % 26));
+     }},
+    {"evaluate",
+     [](Program& program, Curve& curve, Curve& /*other*/) {
+         const double x = program.number();
+         curve.function.evaluate(x, program.order());
+     }},
+    {"write", [](Program& program, Curve& curve,
+                 Curve& /*other*/) { curve.function.createXMLData(program.text(), false, L""); }},
+    {"write and let the other read",
+     [](Program& program, Curve& curve, Curve& other) {
+         curve.function.createXMLData(program.text(), false, L"");
+         if (const char* const document = curve.function.getXMLData()) {
+             other.function.readXMLData(L"", true, document);
+             other.pointsAscend = false;
+         }
+     }},
+};
+
+struct Group {
+    std::span<const Step> steps;
+    void (*check)(const Curve& curve);
+};
+
+const Group kGroups[] = {
+    {kSegmentSteps, checkSegments},
+    {kPointSteps, checkPoints},
+    {kExpressionSteps, [](const Curve& /*curve*/) {}},
+    {kDocumentSteps, [](const Curve& /*curve*/) {}},
+};
+
+// The choice says which curve and which kind, the next byte which step.
+void runStep(Program& program, std::array<Curve, 2>& curves)
 {
-    switch (program.byte() % 4) {
-        case 0:
-            curve.function.setFunctionType(static_cast<mf::FunctionType_e>(program.byte() % 5));
-            curve.function.setMotionObjectType(static_cast<mf::MotionObjectType_e>(program.byte() % 5));
-            curve.function.setXYDataType(static_cast<mf::MotFuncXYDataType_e>(program.byte() % 26));
-            break;
-        case 1: {
-            const double x = program.number();
-            curve.function.evaluate(x, program.order());
-            break;
-        }
-        case 2:
-            curve.function.createXMLData(program.text(), false, L"");
-            break;
-        default:
-            curve.function.createXMLData(program.text(), false, L"");
-            if (const char* const document = curve.function.getXMLData()) {
-                other.function.readXMLData(L"", true, document);
-                other.pointsAscend = false;
-            }
-    }
+    const std::uint8_t choice = program.byte();
+    Curve& curve = curves[choice % 2];
+    const Group& group = kGroups[choice / 2 % std::size(kGroups)];
+    const Step& step = group.steps[program.byte() % group.steps.size()];
+    theStep = step.name;
+    step.run(program, curve, curves[1 - choice % 2]);
+    group.check(curve);
 }
 
 }  // namespace
@@ -427,24 +463,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     {
         Program program(data, size);
         std::array<Curve, 2> curves;
-        while (!program.isOver()) {
-            const std::uint8_t choice = program.byte();
-            Curve& curve = curves[choice % 2];
-            Curve& other = curves[1 - choice % 2];
-            switch (choice / 2 % 4) {
-                case 0:
-                    runSegmentStep(program, curve, other);
-                    break;
-                case 1:
-                    runPointStep(program, curve, other);
-                    break;
-                case 2:
-                    runExpressionStep(program, curve, other);
-                    break;
-                default:
-                    runDocumentStep(program, curve, other);
-            }
-        }
+        while (!program.isOver())
+            runStep(program, curves);
     }
     QelSession_c::setMotionFunctionContext(nullptr);
     return 0;

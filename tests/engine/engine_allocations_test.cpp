@@ -11,85 +11,26 @@
 #include <string>
 
 #include "tests/engine/compiled.h"
+#include "tests/support/operatorNew.h"
 
 namespace {
 
 std::atomic<long> allocations = 0;
-std::atomic<long> allocationsLeft = -1;  // negative: as many as one likes
-
-void* counted(std::size_t size, std::size_t alignment)
-{
-    ++allocations;
-    if (allocationsLeft == 0)
-        throw std::bad_alloc();
-    if (allocationsLeft > 0)
-        --allocationsLeft;
-    void* const memory = alignment <= alignof(std::max_align_t)
-                             ? std::malloc(size == 0 ? 1 : size)
-                             : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
+std::atomic<long> allocationsLeft = -1;  // negative: without a limit
 
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
-    return counted(size, 1);
+    ++allocations;
+    if (allocationsLeft == 0)
+        return nullptr;
+    if (allocationsLeft > 0)
+        --allocationsLeft;
+    return fromHeap(request);
 }
 
-void* operator new[](std::size_t size)
-{
-    return counted(size, 1);
-}
-
-void* operator new(std::size_t size, std::align_val_t alignment)
-{
-    return counted(size, static_cast<std::size_t>(alignment));
-}
-
-void* operator new[](std::size_t size, std::align_val_t alignment)
-{
-    return counted(size, static_cast<std::size_t>(alignment));
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::align_val_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::align_val_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept
+void mf::test::release(void* memory) noexcept
 {
     std::free(memory);
 }

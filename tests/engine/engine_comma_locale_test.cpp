@@ -27,7 +27,7 @@ TEST(CommaLocale, LeavesTheCommaASeparator)
     EXPECT_EQ(evaluate(compile("max(1,5)"), 0.0), 5.0);
 }
 
-TEST(CommaLocale, IsLeftAsItStands)
+TEST(CommaLocale, IsLeftAsItIs)
 {
     const locale_test::CommaLocale locale;
     ASSERT_TRUE(locale.holds());

@@ -61,7 +61,7 @@ TEST(ArgumentCount, IsAnyWithoutParameters)
     EXPECT_EQ(*result.getValue(), 6.0);
 }
 
-TEST(ArgumentCount, OfNoArgumentsIsNone)
+TEST(Arguments, ThatAreNullFailWhereOneIsNeeded)
 {
     MMEP_Data result(kUntouched);
     EXPECT_FALSE(compileFree(L"2*x")->Evaluate(1, nullptr, result));
@@ -71,7 +71,7 @@ TEST(ArgumentCount, OfNoArgumentsIsNone)
     EXPECT_EQ(*result.getValue(), 6.0);
 }
 
-TEST(Arguments, StandInTheOrderOfTheParameters)
+TEST(Arguments, AreInTheOrderOfTheParameters)
 {
     const Calculator calculator = compileFree(L"b/a-b");
     ASSERT_TRUE(calculator);
@@ -81,7 +81,7 @@ TEST(Arguments, StandInTheOrderOfTheParameters)
     EXPECT_EQ(*result.getValue(), 12.0 / 4.0 - 12.0);
 }
 
-TEST(Arguments, AreAllLookedAtAnew)
+TEST(Arguments, AreAllReadAgain)
 {
     const Calculator calculator = compileFree(L"a+10*b");
     ASSERT_TRUE(calculator);
@@ -239,7 +239,7 @@ const RangeCase kRangeCases[] = {
 INSTANTIATE_TEST_SUITE_P(Engine, Range, testing::ValuesIn(kRangeCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(FamilyMemory, TellsTheZerosApart)
+TEST(FamilyMemory, KeepsZeroAndMinusZeroApart)
 {
     const Orders inverse("atan(1/x)");
     ASSERT_TRUE(inverse);
@@ -307,7 +307,7 @@ TEST(FamilyMemory, GrowsWhenADerivativeIsAdded)
 
 // Whatever was asked before, an order at a point answers what a family answers
 // that has never been asked anything.
-TEST(FamilyMemory, ChangesNoAnswer)
+TEST(FamilyMemory, ChangesNoResult)
 {
     constexpr int kExpressions = 300;
     constexpr int kQuestions = 60;

@@ -29,7 +29,7 @@ void PrintTo(const KinkCase& c, std::ostream* os)
 
 class Kink : public testing::TestWithParam<KinkCase> {};
 
-TEST_P(Kink, TakesTheDerivativeOfThePieceThatAnswers)
+TEST_P(Kink, TakesTheDerivativeOfThePieceThatGivesTheValue)
 {
     const KinkCase& c = GetParam();
     const Orders compiled(c.text);

@@ -83,14 +83,14 @@ TEST(ManyPoints, EndBeforeTheFirstFailure)
     EXPECT_EQ(many(root, {4.0, infinity}), std::vector<double>{2.0});
 }
 
-TEST(ManyPoints, FailFarBehind)
+TEST(ManyPoints, EndBeforeALateFailure)
 {
     std::vector<double> x = points(1000, 1.0, 2.0);
     x[777] = -1.0;
     EXPECT_EQ(many(compile("sqrt(x)"), x).size(), 777u);
 }
 
-TEST(ManyPoints, TellTheZerosApart)
+TEST(ManyPoints, KeepZeroAndMinusZeroApart)
 {
     const Calculator angle = compile("atan(1/x)");
     const std::vector<double> positive = many(angle, {0.0, 0.0, 0.0});
@@ -100,7 +100,7 @@ TEST(ManyPoints, TellTheZerosApart)
     EXPECT_GT(negative[1], 1.5);
 }
 
-TEST(ManyPoints, OfAConstant)
+TEST(ManyPoints, OfAConstantAreEqual)
 {
     EXPECT_EQ(many(compile("5"), {1.0, 2.0}), (std::vector<double>{5.0, 5.0}));
     EXPECT_EQ(many(compileFree(L"5"), {1.0, 2.0}), (std::vector<double>{5.0, 5.0}));
@@ -113,7 +113,7 @@ TEST(ManyPoints, OfTwoParametersFail)
 }
 
 // More numbers at a time than are worked on side by side.
-TEST(ManyPoints, OfAVeryLongText)
+TEST(ManyPoints, OfAVeryLongTextHaveItsValues)
 {
     std::string text = "0";
     for (int k = 1; k <= 1000; ++k)
@@ -202,7 +202,7 @@ TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
 }
 
 // What stands behind the law is a polynomial too, and not the law's derivative.
-TEST(Laws, StandBesideOtherPolynomials)
+TEST(Laws, KeepTheirBitsBesideOtherPolynomials)
 {
     for (const std::string other :
          {"(x^3-2*x^4)", "(1.1+3*(x^3+x^4))", "((x-9)^2+(x-9)^3)", "(x^2+x^3+9)^2"}) {
@@ -246,7 +246,7 @@ TEST(Laws, LendTheirShiftedXToADerivative)
     EXPECT_EQ(compiled.at(4.25, 1), 4.0);
 }
 
-TEST(ManyPoints, OfAnyOtherCalculatorAreAskedOneByOne)
+TEST(ManyPoints, OfAForeignCalculatorAreEvaluatedOneByOne)
 {
     Doubler doubler;
     std::vector<double> values(4);

@@ -160,7 +160,7 @@ TEST(Parameters, MayBeMany)
     EXPECT_EQ(*result.getValue(), 2.0 * 42 + 1000);
 }
 
-TEST(Parameters, OfWhichThereAreManyAreFoundAgain)
+TEST(Parameters, AreFoundAgainAmongMany)
 {
     constexpr int kCount = 100;
     std::wstring once = L"0";

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
+// Texts that are refused: the place, the reason, and what was expected there.
+
 #include "mfcurves/engine/parser.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
-#include <numbers>
 #include <ostream>
 
 #include "mfcurves/platform/encoding.h"
@@ -13,96 +13,6 @@
 namespace {
 
 using engine_test::compile;
-using engine_test::evaluate;
-
-constexpr double kPi = std::numbers::pi;
-
-// --- Texts that mean something ------------------------------------------------------
-
-struct ValueCase {
-    const char* name;
-    const wchar_t* text;
-    double x;
-    double expected;
-};
-
-const ValueCase kValueCases[] = {
-    {"WholeNumber", L"12", 0, 12},
-    {"NumberWithFraction", L"1.25", 0, 1.25},
-    {"NumberEndingInPoint", L"1.", 0, 1},
-    {"NumberStartingWithPoint", L".5", 0, 0.5},
-    {"Exponent", L"1e3", 0, 1000},
-    {"ExponentInCapitals", L"1E3", 0, 1000},
-    {"ExponentWithSign", L"25e-2", 0, 0.25},
-    {"ExponentWithPlus", L"1.5e+2", 0, 150},
-    {"TooSmallANumberIsZero", L"1e-400", 0, 0},
-    {"LargestNumber", L"1.7976931348623157e308", 0, 1.7976931348623157e308},
-    {"ZeroWithHugeExponent", L"0e999999999999", 0, 0},
-    {"MoreDigitsThanADoubleHolds", L"0.1000000000000000055511151231257827021181583404541015625", 0, 0.1},
-    {"Degrees", L"90d", 0, kPi / 2},
-    {"DegreesInCapitals", L"180D", 0, kPi},
-    {"DegreesOfAnExponent", L"1e2d", 0, 100 * kPi / 180},
-    {"DegreesBeforeOperator", L"180d/2", 0, kPi / 2},
-    {"Sum", L"1+2", 0, 3},
-    {"DifferencesGroupToTheLeft", L"10-4-3", 0, 3},
-    {"QuotientsGroupToTheLeft", L"24/4/3", 0, 2},
-    {"ProductBeforeSum", L"1+2*3", 0, 7},
-    {"ParenthesesFirst", L"(1+2)*3", 0, 9},
-    {"PowerBeforeProduct", L"2*3^2", 0, 18},
-    {"PowersGroupToTheRight", L"2^3^2", 0, 512},
-    {"PowerWithStars", L"2**3", 0, 8},
-    {"PowersOfBothKinds", L"2**3^2", 0, 512},
-    {"PowerBindsTighterThanSignBefore", L"-x^2", 3, -9},
-    {"PowerBindsLooserThanSignAfter", L"2^-3", 0, 0.125},
-    {"SignsInTheExponent", L"2^--3", 0, 8},
-    {"SignedExponentGroupsToTheRight", L"2^-1^2", 0, 0.5},
-    {"TwoMinusSigns", L"x--3.000000", 2, 5},
-    {"ThreeMinusSigns", L"x---3", 2, -1},
-    {"PlusSignIsNothing", L"+x-+2", 5, 3},
-    {"SignAfterTimes", L"2*-3", 0, -6},
-    {"SignAfterOver", L"6/-3", 0, -2},
-    {"SignBeforeParenthesis", L"-(1+2)", 0, -3},
-    {"Remainder", L"7%3", 0, 1},
-    {"RemainderHasTheSignOfTheDividend", L"-7%3", 0, -1},
-    {"RemainderByANegative", L"7%-3", 0, 1},
-    {"RemainderIsExact", L"1e17%7", 0, 5},  // 10^17 = 7 * 14285714285714285 + 5
-    {"RemainderStandsWithTimes", L"2*7%4", 0, 2},
-    {"ZeroToTheZero", L"x^0", 0, 1},
-    {"WhiteSpace", L" \t1 \n+\r 2 ", 0, 3},
-    {"Pi", L"pi", 0, kPi},
-    {"PiInCapitals", L"PI", 0, kPi},
-    {"RadiansToDegrees", L"rtod", 0, 180 / kPi},
-    {"DegreesToRadians", L"DtoR", 0, kPi / 180},
-    {"FunctionInAnyCase", L"SqRt(x)", 9, 3},
-    {"BlankBeforeParenthesis", L"sqrt (x)", 9, 3},
-    {"IfWithColon", L"if(x: 1, 2, 3)", -4, 1},
-    {"IfWithComma", L"if(x, 1, 2, 3)", 4, 3},
-    {"IfAtZero", L"IF(x: 1, 2, 3)", 0, 2},
-    {"CallsInCalls", L"min(max(x,2),hypot(3,4))", 1, 2},
-    {"VariableInOtherCase", L"X", 7, 7},
-};
-
-void PrintTo(const ValueCase& c, std::ostream* os)
-{
-    *os << mf::platform::toUtf8(c.text) << " at " << c.x;
-}
-
-class Value : public testing::TestWithParam<ValueCase> {};
-
-TEST_P(Value, IsWhatTheTextSays)
-{
-    const ValueCase& c = GetParam();
-    const auto calculator = compile(c.text, L"x");
-    ASSERT_NE(calculator, nullptr);
-    const auto value = evaluate(calculator, c.x);
-    ASSERT_TRUE(value.has_value());
-    EXPECT_DOUBLE_EQ(*value, c.expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Engine, Value, testing::ValuesIn(kValueCases),
-                         [](const auto& tested) { return tested.param.name; });
-
-// --- Texts that mean nothing --------------------------------------------------------
 
 struct RefusalCase {
     const char* name;
@@ -155,6 +65,104 @@ const RefusalCase kRefusalCases[] = {
     {"BraceNotClosed", L"x+{a b", 2, "The brace is never closed", "`}`"},
     {"EmptyBraces", L"{}", 0, "The braces are empty", "the name of a motion result between the braces"},
     {"NoComparison", L"x<1", 1, "The character `<` has no meaning here", "an operand or an operator"},
+    {"BlankOnly", L" \t\n", 3, "There is nothing here", "an expression"},
+    {"LonePlus", L"+", 1, "The text ends after `+`, where an operand is missing", "an operand after `+`"},
+    {"LoneMinus", L"-", 1, "The text ends after `-`, where an operand is missing", "an operand after `-`"},
+    {"LoneSlash", L"/", 0, "An operand is missing before `/`", "an operand"},
+    {"LonePower", L"^", 0, "An operand is missing before `^`", "an operand"},
+    {"LoneRemainder", L"%", 0, "An operand is missing before `%`", "an operand"},
+    {"LoneComma", L",", 0, "An operand is missing before `,`", "an operand"},
+    {"LoneColon", L":", 0, "An operand is missing before `:`", "an operand"},
+    {"OperatorBefore", L"*x", 0, "An operand is missing before `*`", "an operand"},
+    {"TwoPowers", L"x^^2", 2, "An operand is missing before `^`", "an operand after `^`"},
+    {"ThreeStars", L"x***2", 3, "An operand is missing before `*`", "an operand after `**`"},
+    {"StarsApart", L"2* *3", 3, "An operand is missing before `*`", "an operand after `*`"},
+    {"StarSlash", L"x*/2", 2, "An operand is missing before `/`", "an operand after `*`"},
+    {"NoOperatorBetweenNumbers", L"2 3", 2, "An operator is missing between `2` and `3`",
+     "an operator after `2`"},
+    {"NoOperatorAfterAName", L"x 2", 2, "An operator is missing between `x` and `2`",
+     "an operator after `x`"},
+    {"NoOperatorBetweenParentheses", L"(2)(3)", 3, "An operator is missing between `)` and `(`",
+     "an operator after `)`"},
+    {"NoOperatorBeforeAParenthesis", L"2(3)", 1, "An operator is missing between `2` and `(`",
+     "an operator after `2`"},
+    {"NoOperatorBeforeAConstant", L"2pi", 1, "An operator is missing between `2` and `pi`",
+     "an operator after `2`"},
+    {"NoOperatorBeforeAFunction", L"2sin(x)", 1, "An operator is missing between `2` and `sin`",
+     "an operator after `2`"},
+    {"TwoPoints", L"1..2", 2, "An operator is missing between `1.` and `.2`", "an operator after `1.`"},
+    {"ExponentWithoutSignOrDigits", L"1e", 1, "An operator is missing between `1` and `e`",
+     "an operator after `1`"},
+    {"ExponentWithAPoint", L"1e.5", 1, "An operator is missing between `1` and `e`", "an operator after `1`"},
+    {"TooLarge", L"1e400", 0, "The number is too large", "a number below 1.8e308"},
+    {"TooLargeNegative", L"-1e400", 1, "The number is too large", "a number below 1.8e308"},
+    {"TooLargeInAFunction", L"atan(1e400)", 5, "The number is too large", "a number below 1.8e308"},
+    {"CommaForAPoint", L"1,5", 1, "`,` stands outside the arguments of a function", "an operator or the end"},
+    {"DegreesThenADigit", L"2d3", 1, "An operator is missing between `2` and `d3`", "an operator after `2`"},
+    {"DegreesApart", L"2 d", 2, "An operator is missing between `2` and `d`", "an operator after `2`"},
+    {"DegreesOfAName", L"x d", 2, "An operator is missing between `x` and `d`", "an operator after `x`"},
+    {"Hexadecimal", L"0x10", 1, "An operator is missing between `0` and `x10`", "an operator after `0`"},
+    {"Infinity", L"inf", 0, "`inf` is not the variable", "`x`"},
+    {"NotANumber", L"nan", 0, "`nan` is not the variable", "`x`"},
+    {"NoConstantE", L"e", 0, "`e` is not the variable", "`x`"},
+    {"OpenParenthesis", L"(x", 2, "The parenthesis opened at character 1 is not closed", "`)`"},
+    {"ParenthesesReversed", L")x(", 0, "An operand is missing before `)`", "an operand"},
+    {"ArgumentWithoutParentheses", L"sin x", 4, "The function `sin` is called without arguments", "`(`"},
+    {"OneArgumentTooMany", L"sin(x,2)", 0, "`sin` takes 1 argument, got 2", "`sin` with (x)"},
+    {"OneArgumentTooFew", L"atan2(x)", 0, "`atan2` takes 2 arguments, got 1", "`atan2` with (y, x)"},
+    {"OneToChooseFrom", L"min(x)", 0, "`min` takes at least 2 arguments, got 1", "`min` with (a, b, ...)"},
+    {"NoneToChooseFrom", L"max()", 4, "An operand is missing before `)`", "an operand after `(`"},
+    {"ThreeArgumentsOfAChoice", L"if(x,1,2)", 0, "`if` takes 4 arguments, got 3", "`if` with (c: n, z, p)"},
+    {"FiveArgumentsOfAChoice", L"if(x,1,2,3,4)", 0, "`if` takes 4 arguments, got 5",
+     "`if` with (c: n, z, p)"},
+    {"ColonInAnotherPlace", L"if(x,1:2,3)", 6, "`:` stands outside the arguments of a function",
+     "an operator or the end"},
+    {"ColonOutsideAChoice", L"atan2(x:2)", 7, "`:` stands outside the arguments of a function",
+     "an operator or the end"},
+    {"ColonOutsideParentheses", L"x:2", 1, "`:` stands outside the arguments of a function",
+     "an operator or the end"},
+    {"CommaAfterAName", L"(x,2)", 2, "`,` stands outside the arguments of a function",
+     "an operator or the end"},
+    {"EmptyArgument", L"min(x,,2)", 6, "An operand is missing before `,`", "an operand after `,`"},
+    {"CommaAfterTheLastArgument", L"min(x,2,)", 8, "An operand is missing before `)`",
+     "an operand after `,`"},
+    {"ThreeSigns", L"sign(1,2,3)", 0, "`sign` takes 2 arguments, got 3", "`sign` with (a, b)"},
+    {"FourArgumentsOfAStep", L"step(x,0,0,1)", 0, "`step` takes 5 arguments, got 4",
+     "`step` with (x, x0, h0, x1, h1)"},
+    {"SixArgumentsOfAStep", L"step(x,0,0,1,1,1)", 0, "`step` takes 5 arguments, got 6",
+     "`step` with (x, x0, h0, x1, h1)"},
+    {"PolynomialWithoutTerms", L"poly(x,1)", 0, "`poly` takes at least 3 arguments, got 2",
+     "`poly` with (x, x0, a0, a1, ...)"},
+    {"ChebyshevWithoutTerms", L"cheby(x,1)", 0, "`cheby` takes at least 3 arguments, got 2",
+     "`cheby` with (x, x0, a0, a1, ...)"},
+    {"SineSeriesWithoutTerms", L"forsin(x,1,2)", 0, "`forsin` takes at least 4 arguments, got 3",
+     "`forsin` with (x, x0, w, a0, a1, ...)"},
+    {"CosineSeriesWithoutTerms", L"forcos(x,1,2)", 0, "`forcos` takes at least 4 arguments, got 3",
+     "`forcos` with (x, x0, w, a0, a1, ...)"},
+    {"FiveArgumentsOfAHarmonic", L"shf(x,1,2,3,4)", 0, "`shf` takes 6 arguments, got 5",
+     "`shf` with (x, x0, a, w, phi, b)"},
+    {"FunctionNearAnother", L"sine(x)", 0, "There is no function `sine`", "perhaps `sin`"},
+    {"TimeBesideTheGivenName", L"x+time", 2, "`time` is not the variable", "`x`"},
+    {"ResultBesideTheGivenName", L"x+{Displacement1}", 2, "`{Displacement1}` is not the variable", "`x`"},
+    {"CallOfAConstant", L"pi(2)", 2, "An operator is missing between `pi` and `(`", "an operator after `pi`"},
+    {"CallOfTheArgument", L"x(2)", 1, "An operator is missing between `x` and `(`", "an operator after `x`"},
+    {"ConstantWithADigit", L"pi2", 0, "`pi2` is not the variable", "`x`"},
+    {"OpenBrace", L"{x", 0, "The brace is never closed", "`}`"},
+    {"ClosingBrace", L"x}", 1, "The character `}` has no meaning here", "an operand or an operator"},
+    {"Equals", L"x=3", 1, "The character `=` has no meaning here", "an operand or an operator"},
+    {"Semicolon", L"x;", 1, "The character `;` has no meaning here", "an operand or an operator"},
+    {"Comparison", L"x<3", 1, "The character `<` has no meaning here", "an operand or an operator"},
+    {"Quotes", L"\"x\"", 0, "The character `\"` has no meaning here", "an operand or an operator"},
+    {"Apostrophe", L"'x", 0, "The character `'` has no meaning here", "an operand or an operator"},
+    {"Dollar", L"$x", 0, "The character `$` has no meaning here", "an operand or an operator"},
+    {"Hash", L"#x", 0, "The character `#` has no meaning here", "an operand or an operator"},
+    {"Exclamation", L"x!", 1, "The character `!` has no meaning here", "an operand or an operator"},
+    {"Ampersand", L"x&1", 1, "The character `&` has no meaning here", "an operand or an operator"},
+    {"Bar", L"|x|", 0, "The character `|` has no meaning here", "an operand or an operator"},
+    {"Brackets", L"[x]", 0, "The character `[` has no meaning here", "an operand or an operator"},
+    {"Backslash", L"x\\2", 1, "The character `\\` has no meaning here", "an operand or an operator"},
+    {"ControlCharacter", L"x\001", 1, "The character `\001` has no meaning here",
+     "an operand or an operator"},
     {"CharacterBeyondAscii", L"x+\u00fc(1)", 2, "There is no function `\xc3\xbc`", "a function"},
 };
 
@@ -165,10 +173,9 @@ void PrintTo(const RefusalCase& c, std::ostream* os)
 
 class Refusal : public testing::TestWithParam<RefusalCase> {};
 
-TEST_P(Refusal, TellsThePlaceAndWhatWasExpected)
+TEST_P(Refusal, HasAPlaceAReasonAndAnExpectation)
 {
     const RefusalCase& c = GetParam();
-    EXPECT_EQ(compile(c.text, L"x"), nullptr);
     const auto error = mf::engine::checkText(c.text, L"x");
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->offset, c.offset);
@@ -176,11 +183,24 @@ TEST_P(Refusal, TellsThePlaceAndWhatWasExpected)
     EXPECT_EQ(error->expected, c.expected);
 }
 
+TEST_P(Refusal, LeavesThePointerAndHasNoParameters)
+{
+    const engine_test::Calculator earlier = compile("1");
+    ASSERT_TRUE(earlier);
+    ICalculator* calculator = earlier.get();
+    wchar_t variable[] = L"x";
+    MotionMEParser parser;
+    EXPECT_FALSE(parser.parse(GetParam().text, variable, &calculator));
+    EXPECT_FALSE(parser.parseSucceeded);
+    EXPECT_EQ(parser.getParamsNum(), 0);
+    EXPECT_EQ(calculator, earlier.get());
+}
+
 INSTANTIATE_TEST_SUITE_P(Engine, Refusal, testing::ValuesIn(kRefusalCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// Each coefficient that is no number costs a polynomial of its degree.
-TEST(CheckText, TellsOfATextWithTooManyParts)
+// Each coefficient that is not a number costs a polynomial of its degree.
+TEST(CheckText, RefusesATextWithTooManyParts)
 {
     std::wstring text = L"cheby(x,0";
     for (int i = 0; i < 2000; ++i)
@@ -193,10 +213,38 @@ TEST(CheckText, TellsOfATextWithTooManyParts)
     EXPECT_EQ(error->expected, "at most 1000000 parts");
 }
 
-TEST(CheckText, HasNothingToSayAboutAGoodText)
+TEST(CheckText, FindsNothingWrongWithAGoodText)
 {
     EXPECT_FALSE(mf::engine::checkText(L"sin(x)+y", nullptr).has_value());
     EXPECT_FALSE(mf::engine::checkText(L"sin(x)", L"x").has_value());
+}
+
+TEST(Parse, RefusesANullText)
+{
+    ICalculator* calculator = nullptr;
+    MotionMEParser parser;
+    EXPECT_FALSE(parser.parse(nullptr, nullptr, &calculator));
+    EXPECT_FALSE(parser.parseSucceeded);
+    EXPECT_EQ(calculator, nullptr);
+}
+
+TEST(Parse, ChecksATextWithoutAPlaceForTheCalculator)
+{
+    MotionMEParser parser;
+    EXPECT_TRUE(parser.parse(L"a+1", nullptr, nullptr));
+    EXPECT_EQ(parser.getParamsNum(), 1);
+    EXPECT_FALSE(parser.parse(L"a+", nullptr, nullptr));
+}
+
+TEST(Parse, ReturnsWhatParseSucceededSays)
+{
+    MotionMEParser parser;
+    EXPECT_FALSE(parser.parseSucceeded);
+    EXPECT_TRUE(parser.parse(L"a+b", nullptr, nullptr));
+    EXPECT_TRUE(parser.parseSucceeded);
+    EXPECT_FALSE(parser.parse(L"a+b+", nullptr, nullptr));
+    EXPECT_FALSE(parser.parseSucceeded);
+    EXPECT_EQ(parser.getParamsNum(), 0);
 }
 
 }  // namespace

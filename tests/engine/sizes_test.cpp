@@ -86,7 +86,7 @@ TEST_P(Nesting, EndsAtAThousandLevels)
     EXPECT_FALSE(compile(nested(c.open, "x", c.close, kDeepestNesting + 1)));
 }
 
-TEST_P(Nesting, OfAnyDepthIsNoHarm)
+TEST_P(Nesting, OfAnyDepthDoesNoHarm)
 {
     const NestingCase& c = GetParam();
     EXPECT_FALSE(compile(nested(c.open, "x", c.close, 100000)));
@@ -207,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(Engine, LongText, testing::ValuesIn(kLongTexts),
                          [](const auto& tested) { return tested.param.name; });
 
 // Derivatives that grow: they end in null at worst.
-TEST(DerivativeLimit, IsNoHarm)
+TEST(DerivativeLimit, IsReachedInBoundedTime)
 {
     std::string product = "1";
     for (int i = 0; i < 2000; ++i)

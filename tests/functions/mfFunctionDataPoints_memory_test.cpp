@@ -16,6 +16,7 @@
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "tests/functions/dataPointTables.h"
+#include "tests/support/operatorNew.h"
 
 // All memory of this program passes here: blocks and bytes are counted, and a test
 // can have one of the next allocations fail. In front of each block stands its size.
@@ -33,20 +34,24 @@ long bytesOf(std::size_t size)
     return static_cast<long>(std::max<std::size_t>((size + 8 + 15) / 16 * 16, 32));
 }
 
-void* allocate(std::size_t size)
+}  // namespace
+
+void* mf::test::allocate(const MemoryRequest& request)
 {
     if (allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0)
-        throw std::bad_alloc();
-    void* const block = std::aligned_alloc(kPrefix, (size + 2 * kPrefix - 1) / kPrefix * kPrefix);
+        return nullptr;
+    if (request.alignment > kPrefix)
+        return nullptr;
+    void* const block = std::aligned_alloc(kPrefix, (request.size + 2 * kPrefix - 1) / kPrefix * kPrefix);
     if (block == nullptr)
-        throw std::bad_alloc();
-    ::new (block) std::size_t(size);
+        return nullptr;
+    ::new (block) std::size_t(request.size);
     ++blocksOut;
-    bytesOut += bytesOf(size);
+    bytesOut += bytesOf(request.size);
     return static_cast<char*>(block) + kPrefix;
 }
 
-void release(void* memory)
+void mf::test::release(void* memory) noexcept
 {
     if (memory == nullptr)
         return;
@@ -54,47 +59,6 @@ void release(void* memory)
     --blocksOut;
     bytesOut -= bytesOf(*static_cast<std::size_t*>(block));
     std::free(block);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size)
-{
-    return allocate(size);
-}
-void* operator new(std::size_t size, std::align_val_t alignment)
-{
-    if (static_cast<std::size_t>(alignment) > kPrefix)
-        throw std::bad_alloc();
-    return allocate(size);
-}
-void* operator new[](std::size_t size)
-{
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept
-{
-    release(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    release(memory);
-}
-void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
-{
-    release(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
-{
-    release(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-    release(memory);
-}
-void operator delete[](void* memory, std::size_t /*size*/) noexcept
-{
-    release(memory);
 }
 
 namespace {

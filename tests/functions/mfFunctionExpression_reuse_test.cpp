@@ -16,47 +16,26 @@
 #include "mfcurves/functions/mfFunctionExpression.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/resources.h"
+#include "tests/support/operatorNew.h"
 
 namespace {
 
 long allocationCount = 0;
-long allocationsLeft = -1;  // negative: as many as one likes
+long allocationsLeft = -1;  // negative: without a limit
 
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
     ++allocationCount;
     if (allocationsLeft == 0)
-        throw std::bad_alloc();
+        return nullptr;
     if (allocationsLeft > 0)
         --allocationsLeft;
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
+    return fromHeap(request);
 }
 
-void* operator new[](std::size_t size)
-{
-    return operator new(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept
+void mf::test::release(void* memory) noexcept
 {
     std::free(memory);
 }

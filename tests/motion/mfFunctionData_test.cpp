@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <new>
 #include <type_traits>
 
 #include "mfcurves/functions/mfDataPoints.h"
@@ -18,6 +17,7 @@
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/operatorNew.h"
 #include "tests/support/virtualSlot.h"
 
 // Runs twice: against the library as it is, and against the one in which each
@@ -37,30 +37,12 @@ void noteFreed(const void* memory)
 }
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
+    return request.mayReturnNull && request.size == refusedSize ? nullptr : fromHeap(request);
 }
 
-void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept
-{
-    return size == refusedSize ? nullptr : std::malloc(size);
-}
-
-void operator delete(void* memory, const std::nothrow_t& /*nothrow*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory) noexcept
-{
-    noteFreed(memory);
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept
+void mf::test::release(void* memory) noexcept
 {
     noteFreed(memory);
     std::free(memory);

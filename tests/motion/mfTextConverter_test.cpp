@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <new>
 #include <type_traits>
 
 #include "mfcurves/interfaces/CGeneralException.h"
 #include "mfcurves/interfaces/CMemoryException.h"
 #include "mfcurves/platform/encoding.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/operatorNew.h"
 
 // The arrays that this program takes from the heap, to see when a conversion
 // needs one and what happens when there is none.
@@ -21,23 +21,18 @@ std::size_t lastArraySize = 0;
 bool arraysRunOut = false;
 }  // namespace
 
-void* operator new[](std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
-    if (arraysRunOut)
-        throw std::bad_alloc();
-    ++arraysTaken;
-    lastArraySize = size;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
+    if (request.isArray) {
+        if (arraysRunOut)
+            return nullptr;
+        ++arraysTaken;
+        lastArraySize = request.size;
+    }
+    return fromHeap(request);
 }
 
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t /*size*/) noexcept
+void mf::test::release(void* memory) noexcept
 {
     std::free(memory);
 }

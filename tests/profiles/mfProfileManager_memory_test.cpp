@@ -8,6 +8,7 @@
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/operatorNew.h"
 
 // The n-th request for memory of this program can be made to fail.
 namespace {
@@ -16,21 +17,16 @@ long requestsLeft = 0;  // until one fails; none fails while it is 0
 
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
     if (requestsLeft > 0 && --requestsLeft == 0)
-        throw std::bad_alloc();
-    if (void* const block = std::malloc(size == 0 ? 1 : size))
-        return block;
-    throw std::bad_alloc();
+        return nullptr;
+    return fromHeap(request);
 }
-void operator delete(void* block) noexcept
+
+void mf::test::release(void* memory) noexcept
 {
-    std::free(block);
-}
-void operator delete(void* block, std::size_t /*size*/) noexcept
-{
-    std::free(block);
+    std::free(memory);
 }
 
 namespace {

@@ -16,6 +16,7 @@
 
 #include "mfcurves/mfcurves.h"
 #include "tests/reliability/sessions.h"
+#include "tests/support/operatorNew.h"
 
 namespace {
 
@@ -36,31 +37,12 @@ bool failsNow()
     return true;
 }
 
+// The XML engine's requests go the same way as those of C++.
 void* allocate(std::size_t size)
 {
-    if (failsNow())
-        return nullptr;
-    void* const block = std::malloc(size == 0 ? 1 : size);
-    if (block != nullptr)
-        ++liveBlocks;
-    return block;
+    return mf::test::allocate({size, alignof(std::max_align_t), false, true});
 }
 
-void release(void* block)
-{
-    if (block != nullptr)
-        --liveBlocks;
-    std::free(block);
-}
-
-void* allocateOrThrow(std::size_t size)
-{
-    if (void* const block = allocate(size))
-        return block;
-    throw std::bad_alloc();
-}
-
-// The XML engine's requests go the same way as those of C++.
 void* reallocate(void* block, std::size_t size)
 {
     if (block == nullptr)
@@ -77,45 +59,21 @@ char* duplicate(const char* text)
 
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
-    return allocateOrThrow(size);
+    if (failsNow())
+        return nullptr;
+    void* const block = fromHeap(request);
+    if (block != nullptr)
+        ++liveBlocks;
+    return block;
 }
-void* operator new[](std::size_t size)
+
+void mf::test::release(void* memory) noexcept
 {
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void operator delete(void* block) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block) noexcept
-{
-    release(block);
-}
-void operator delete(void* block, const std::nothrow_t&) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block, const std::nothrow_t&) noexcept
-{
-    release(block);
-}
-void operator delete(void* block, std::size_t) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block, std::size_t) noexcept
-{
-    release(block);
+    if (memory != nullptr)
+        --liveBlocks;
+    std::free(memory);
 }
 
 namespace {
@@ -141,7 +99,7 @@ class AllocationFailure : public testing::TestWithParam<std::tuple<mf::test::Wor
 protected:
     static void SetUpTestSuite()
     {
-        xmlMemSetup(release, allocate, reallocate, duplicate);
+        xmlMemSetup(mf::test::release, allocate, reallocate, duplicate);
         xmlSetGenericErrorFunc(nullptr, countLine);
     }
 };

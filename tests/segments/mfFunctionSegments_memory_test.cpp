@@ -17,45 +17,24 @@
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/segments/segmentTables.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/operatorNew.h"
 
 namespace {
 
-long theAllocationsLeft = -1;  // negative: as many as one likes
+long theAllocationsLeft = -1;  // negative: without a limit
 
 }  // namespace
 
-void* operator new(std::size_t size)
+void* mf::test::allocate(const MemoryRequest& request)
 {
     if (theAllocationsLeft == 0)
-        throw std::bad_alloc();
+        return nullptr;
     if (theAllocationsLeft > 0)
         --theAllocationsLeft;
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
+    return fromHeap(request);
 }
 
-void* operator new[](std::size_t size)
-{
-    return operator new(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept
+void mf::test::release(void* memory) noexcept
 {
     std::free(memory);
 }
