@@ -33,7 +33,7 @@ private:
 };
 
 /// Enough for some ten thousand boxes of a law, and 50 ms at most.
-constexpr std::size_t kOperationsPerPiece = 1'500'000;
+constexpr std::size_t kOperationsPerPiece = 1'000'000;
 
 /// Whether a box is too narrow to be cut again, in a search between two x.
 inline bool isNarrow(double from, double to, double searchLength)

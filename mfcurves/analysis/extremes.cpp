@@ -2,6 +2,7 @@
 
 #include "mfcurves/analysis/extremes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -22,6 +23,9 @@ struct Box {
 
 // Below this, relative to the largest value, rounding is not worth a closer look.
 constexpr double kFineRounding = 1e-12;
+
+// An order as small as this, relative to the others, is 0 but for rounding.
+constexpr double kNothing = 1e-9;
 
 // Branch and bound, for all orders at once: a box is done for an order when the order
 // cannot leave the values seen so far, when it rises or falls throughout, or when its
@@ -54,7 +58,9 @@ public:
         for (std::size_t k = 0; k < orders_; ++k) {
             polish(k);
             ranges[k] = {found_[k].least, found_[k].greatest};
-            if (!open.empty() || found_[k].failed)
+            const bool isOpen = std::any_of(open.begin(), open.end(),
+                                            [&](const Box& box) { return (box.open >> k & 1u) != 0; });
+            if (isOpen || found_[k].failed)
                 continue;
             ranges[k].lowest = found_[k].bound.lo;
             ranges[k].highest = found_[k].bound.hi;
@@ -85,7 +91,7 @@ private:
             if ((box.open >> k & 1u) == 0)
                 continue;
             see(k, middle, atMiddle[k]);
-            if (isDone(k, box, over))
+            if (isDone(k, box, atMiddle[k], over))
                 continue;
             if (!narrow)
                 left |= 1u << k;
@@ -98,12 +104,13 @@ private:
         open.push_back({box.from, middle, box.atFrom, atMiddle, left});
     }
 
-    bool isDone(std::size_t k, const Box& box, const Enclosures& over)
+    bool isDone(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& over)
     {
         Found& found = found_[k];
         if (!over[k].isFinite())
             return false;
-        const double room = tolerance(k);
+        // Nor does what rounding cannot tell apart in the middle of the box.
+        const double room = std::max(tolerance(k), 4.0 * atMiddle.width());
         if (over[k].lo >= found.seen.lo - room && over[k].hi <= found.seen.hi + room)
             return settle(k, box, over[k].lo, over[k].hi);
         if (isNoise(k, box, over[k]))
@@ -167,7 +174,22 @@ private:
     double tolerance(std::size_t k) const
     {
         const double size = found_[k].seen.largest();
-        return std::max(0x1p-51 * size, std::min(rounding_[k], kFineRounding * size));
+        const double usual = std::max(0x1p-51 * size, std::min(rounding_[k], kFineRounding * size));
+        const double scale = scaleOf(k);
+        return size < kNothing * scale ? std::max(usual, kFineRounding * scale) : usual;
+    }
+
+    // How large an order would be if it mattered: as the other derivatives have it over the
+    // length of the stretch. Beside it an order that is 0 but for rounding shows.
+    double scaleOf(std::size_t k) const
+    {
+        double scale = 0.0;
+        for (std::size_t j = 1; k > 0 && j < orders_; ++j) {
+            const double size = found_[j].seen.largest();
+            if (size < kUnbounded)
+                scale = std::max(scale, size * std::pow(to_ - from_, static_cast<double>(j) - static_cast<double>(k)));
+        }
+        return scale;
     }
 
     // The rounding of computed values in a box. That of the whole stretch will do, unless it

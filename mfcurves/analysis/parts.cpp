@@ -15,23 +15,22 @@ namespace {
 
 constexpr double kJump = 1e-9;  // of the largest magnitude beside it
 
-// Largest magnitudes from a few places; a jump is judged by their power of ten alone.
-std::array<double, kOrdersOfBreaks> sizesOf(const Part& part)
+// The largest magnitude from a few places; a jump is judged by its power of ten alone.
+double sizeOf(const EndValues& end, std::size_t k)
 {
     constexpr int kPlaces = 8;
+    if (end.part == nullptr)
+        return end.size[k];
+    const Part& part = *end.part;
     BoxEvaluator evaluator = part.evaluator();
-    std::array<double, kOrdersOfBreaks> sizes{};
-    const int orders = std::min(kOrdersOfBreaks, evaluator.highest() + 1);
+    double size = 0.0;
     for (int i = 0; i <= kPlaces; ++i) {
         const double share = static_cast<double>(i) / kPlaces;
-        const Enclosures at =
-            evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from));
-        for (std::size_t k = 0; k < static_cast<std::size_t>(orders); ++k) {
-            if (at[k].isFinite())
-                sizes[k] = std::max(sizes[k], std::fabs(at[k].middle()));
-        }
+        const Interval y = evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from))[k];
+        if (y.isFinite())
+            size = std::max(size, std::fabs(y.middle()));
     }
-    return sizes;
+    return size;
 }
 
 EndValues valuesAt(const Part& part, double x)
@@ -41,7 +40,7 @@ EndValues valuesAt(const Part& part, double x)
     BoxEvaluator evaluator = part.evaluator();
     const Enclosures at = evaluator.at(x);
     std::copy_n(at.begin(), evaluator.highest() + 1, values.values.begin());
-    values.size = sizesOf(part);
+    values.part = &part;
     return values;
 }
 
@@ -111,8 +110,11 @@ bool jumps(const EndValues& left, const EndValues& right, int order)
     const Interval& b = right.values[k];
     if (!a.isFinite() || !b.isFinite())
         return a.isFinite() != b.isFinite();
+    const double step = std::fabs(a.middle() - b.middle());
     const bool apart = a.hi < b.lo || b.hi < a.lo;
-    return apart && std::fabs(a.middle() - b.middle()) > kJump * std::max(left.size[k], right.size[k]);
+    if (!apart || !(step > kJump * std::max(std::fabs(a.middle()), std::fabs(b.middle()))))
+        return false;
+    return step > kJump * std::max(sizeOf(left, k), sizeOf(right, k));
 }
 
 int lowestJump(const EndValues& left, const EndValues& right, int upTo)

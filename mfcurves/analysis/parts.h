@@ -44,7 +44,8 @@ void appendParts(const Curve& curve, const curve::CurvePiece& piece, Range range
 /// Orders 0 to kOrdersOfBreaks - 1 at one end of a part, and how large they are on it.
 struct EndValues {
     Enclosures values;
-    std::array<double, kOrdersOfBreaks> size;
+    std::array<double, kOrdersOfBreaks> size{};
+    const Part* part = nullptr;  // not null: the sizes are those of this part, if they are asked for
 };
 EndValues startOf(const Part& part);
 EndValues endOf(const Part& part);

@@ -181,6 +181,25 @@ Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
         roots_.push_back(registerOf[root]);
 }
 
+namespace {
+
+// An interval forgets that both operands are the same number, so that these say it.
+bool cancelsItself(const Graph& graph, const Node& node)
+{
+    if (node.op == Op::Quotient || (node.op == Op::Call2 && node.function == FunctionId::Mod))
+        return node.a == node.b;
+    if (node.op != Op::Sum)
+        return false;
+    const auto isNegative = [&](NodeId negative, NodeId of) {
+        const Node& product = graph[negative];
+        return product.op == Op::Product && product.b == of && graph[product.a].op == Op::Constant &&
+               graph[product.a].number == -1.0;
+    };
+    return isNegative(node.b, node.a) || isNegative(node.a, node.b);
+}
+
+}  // namespace
+
 void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t target,
                         const PerNode<std::uint32_t>& registerOf)
 {
@@ -198,6 +217,7 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
     step.op = node.op;
     step.function = node.function;
     step.lowest = node.lowest;
+    step.cancels = cancelsItself(graph, node);
     step.target = target;
     step.count = node.count;
     switch (node.op) {
@@ -240,10 +260,27 @@ void Enclosure::evaluate(const Interval& x, Interval* values)
         values[k] = values_[roots_[k]];
 }
 
+namespace {
+
+// a - a, a / a or a mod a; b is -a in the first.
+Interval cancelled(Op op, const Interval& a, const Interval& b)
+{
+    if (a.isNothing() || b.isNothing() || (op != Op::Sum && a.isZero()))
+        return Interval::nothing();
+    const bool partial =
+        a.partial || a.largest() == kUnbounded || (op != Op::Sum && a.contains(0.0));
+    const double value = op == Op::Quotient ? 1.0 : 0.0;
+    return {value, value, partial};
+}
+
+}  // namespace
+
 Interval Enclosure::iValueOf(const Step& step) const
 {
     const Interval& a = values_[step.a];
     const auto o = [&](std::size_t i) -> const Interval& { return iOperand(step, i); };
+    if (step.cancels)
+        return cancelled(step.op, a, values_[step.b]);
     switch (step.op) {
         case Op::Sum:
             return a + values_[step.b];
@@ -300,6 +337,8 @@ double Enclosure::iErrorOf(const Step& step) const
     const Interval& a = values_[step.a];
     const double ea = errors_[step.a];
     const double rounding = 2.0 * kHalfUlp * y.largest();
+    if (step.cancels)
+        return 0.0;
     switch (step.op) {
         case Op::Sum:
             return ea + errors_[step.b] + rounding;

@@ -40,6 +40,7 @@ private:
     struct Step {
         Op op;
         FunctionId function;
+        bool cancels = false;  // a - a or a mod a, which is 0, or a / a, which is 1
         std::uint16_t lowest = 0;
         std::uint32_t target = 0;
         std::uint32_t a = 0;  // registers of the operands
