@@ -41,6 +41,7 @@ has_package() {
         libcli11-dev) has_header CLI/CLI.hpp ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libgmock-dev) has_header gmock/gmock.h ;;
+        libsimbody-dev) has_header simbody/Simbody.h ;;
         python3 | clang-format | lld | doxygen) has_command "$1" ;;
         pkgconf) has_command pkg-config ;;
         clang-tidy) has_command clang-tidy && has_command run-clang-tidy ;;
@@ -98,4 +99,4 @@ fi
 jobs=$(nproc 2>/dev/null || echo 2)
 
 build_packages=(g++ cmake ninja-build libxml2-dev libfmt-dev libcli11-dev libgtest-dev libgmock-dev python3)
-check_packages=(clang-format clang-tidy lld doxygen pkgconf)
+check_packages=(clang-format clang-tidy lld doxygen pkgconf libsimbody-dev)

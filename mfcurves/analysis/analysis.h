@@ -160,6 +160,42 @@ MFCURVES_API DerivativeCheck checkDerivatives(const Curve& curve, Range range = 
 
 // --- Other forms ------------------------------------------------------------------------
 
+/// How a table joins its rows.
+enum class Form {
+    Linear,  ///< by straight lines
+    Points,  ///< by the natural cubic spline, as Interpolation::Cubic
+    Xyva     ///< by quintics that have value, velocity and acceleration of both rows
+};
+
+/// How far a table may be from its curve; infinite where it does not matter.
+struct Tolerance {
+    double value;                                         ///< of the value
+    double d1 = std::numeric_limits<double>::infinity();  ///< of the first derivative; Xyva only
+    double d2 = std::numeric_limits<double>::infinity();  ///< of the second derivative; Xyva only
+};
+
+/// A curve as rows of numbers.
+struct CamTable {
+    Form form;  ///< how to join the rows
+    std::vector<double>
+        x;  ///< ascending; twice the same where the value jumps, in Xyva also where v or a does
+    std::vector<double> y;   ///< one for each x
+    std::vector<double> d1;  ///< one for each x in Xyva, else none
+    std::vector<double> d2;  ///< one for each x in Xyva, else none
+    double bound;            ///< of the distance between what joins the rows and the curve
+    double boundD1;          ///< of the distance of first derivatives; infinite except in Xyva
+    double boundD2;          ///< of the distance of second derivatives; infinite except in Xyva
+    bool guaranteed;         ///< true: the bounds are proved and within the tolerance
+};
+
+/// The curve as a table within a tolerance, from firstX() to lastX(). Rows are as far apart as
+/// the proof of the bound allows: the error of a form is a known multiple of a derivative, which
+/// is enclosed between the rows. Points cannot follow a jump of the value.
+///
+/// Throws CurveError for a tolerance that is not positive, and for one of a derivative with another
+/// form than Xyva.
+MFCURVES_API CamTable toTable(const Curve& curve, Form form, const Tolerance& tolerance);
+
 /// An angle curve at a constant speed, as a curve over time: x times `secondsPerUnit`. Throws
 /// CurveError for a speed that is not positive and finite.
 MFCURVES_API Curve overTime(const Curve& curve, double secondsPerUnit);

@@ -64,6 +64,14 @@ public:
         return values;
     }
 
+    /// One order and the next at x; the others mean nothing.
+    Enclosures pairAt(double x, std::size_t order)
+    {
+        Enclosures values;
+        evaluate({x, x}, values, 3u << order);
+        return values;
+    }
+
     /// Enclosures of the exact values over [from, to], given those at both ends and in the
     /// middle. The function must be smooth between the ends.
     Enclosures over(double from, double to, const Enclosures& atFrom, double middle,
@@ -83,10 +91,10 @@ public:
     Budget& budget() { return budget_; }
 
 private:
-    void evaluate(const engine::Interval& x, Enclosures& values)
+    void evaluate(const engine::Interval& x, Enclosures& values, unsigned wanted = ~0u)
     {
         budget_.spend(enclosure_.stepCount() + 4);
-        enclosure_.evaluate(x, values.data());
+        enclosure_.evaluate(x, values.data(), wanted);
     }
 
     engine::Enclosure enclosure_;

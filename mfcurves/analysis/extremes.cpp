@@ -187,7 +187,8 @@ private:
         for (std::size_t j = 1; k > 0 && j < orders_; ++j) {
             const double size = found_[j].seen.largest();
             if (size < kUnbounded)
-                scale = std::max(scale, size * std::pow(to_ - from_, static_cast<double>(j) - static_cast<double>(k)));
+                scale = std::max(
+                    scale, size * std::pow(to_ - from_, static_cast<double>(j) - static_cast<double>(k)));
         }
         return scale;
     }

@@ -13,8 +13,6 @@ using engine::Interval;
 
 namespace {
 
-constexpr double kJump = 1e-9;  // of the largest magnitude beside it
-
 // The largest magnitude from a few places; a jump is judged by its power of ten alone.
 double sizeOf(const EndValues& end, std::size_t k)
 {
@@ -26,7 +24,8 @@ double sizeOf(const EndValues& end, std::size_t k)
     double size = 0.0;
     for (int i = 0; i <= kPlaces; ++i) {
         const double share = static_cast<double>(i) / kPlaces;
-        const Interval y = evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from))[k];
+        const Interval y =
+            evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from))[k];
         if (y.isFinite())
             size = std::max(size, std::fabs(y.middle()));
     }

@@ -50,6 +50,9 @@ struct EndValues {
 EndValues startOf(const Part& part);
 EndValues endOf(const Part& part);
 
+/// The smallest jump, relative to the largest magnitude beside it.
+constexpr double kJump = 1e-9;
+
 /// Whether an order jumps between the end of one part and the start of the next.
 bool jumps(const EndValues& left, const EndValues& right, int order);
 

@@ -105,10 +105,13 @@ private:
         for (int order = 1; order < kOrders - 1; ++order) {
             const double left = previous_.at(order, h);
             const double right = part.at(order, 0.0);
+            // Most knots are clear at once: a step that is small against the values beside it is
+            // none, one that is large against bounds of both pieces is one.
             const double step = std::fabs(left - right);
-            if (step <= 1e-14 * std::max(std::fabs(left), std::fabs(right)))
+            if (step <= kJump * std::max(std::fabs(left), std::fabs(right)))
                 continue;
-            if (jumps(splineEnd(previous_, h), splineEnd(part, 0.0), order))
+            const bool isClear = step > kJump * std::max(previous_.size(order), part.size(order));
+            if (isClear || jumps(splineEnd(previous_, h), splineEnd(part, 0.0), order))
                 impulses_[static_cast<std::size_t>(order) + 1].push_back(part.knot);
         }
     }

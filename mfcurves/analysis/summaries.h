@@ -26,6 +26,8 @@ struct Extremes {
     void offer(double x, double y, Side side)
     {
         constexpr double kSame = 0x1p-50;
+        if (y > least.y && y < greatest.y)
+            return;
         if (!std::isfinite(y))
             return;
         const double same = kSame * std::fabs(y);

@@ -208,7 +208,7 @@ Zero zeroBetween(BoxEvaluator& function, int k, double value, double from, doubl
     double least = engine::kUnbounded;
     bool last = false;
     for (int i = 0; i < kMostSteps; ++i) {
-        const Enclosures at = function.at(x);
+        const Enclosures at = function.pairAt(x, order);
         const Interval y = shifted(at[order], value);
         if (!(y.largest() >= least)) {
             least = y.largest();

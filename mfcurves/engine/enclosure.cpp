@@ -158,23 +158,28 @@ private:
 Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 {
     const std::uint32_t count = std::ranges::max(roots).index + 1;
-    constexpr std::uint32_t kWanted = 0;
-    PerNode<std::uint32_t> registerOf;
-    registerOf.assign(count, kNoRegister);
-    for (const NodeId root : roots)
-        registerOf[root] = kWanted;
+    PerNode<std::uint8_t> wantedBy;  // bit k: root k depends on the node
+    wantedBy.assign(count, 0);
+    for (std::size_t k = 0; k < roots.size(); ++k)
+        wantedBy[roots[k]] = static_cast<std::uint8_t>(wantedBy[roots[k]] | 1u << k);
     for (std::uint32_t i = count; i-- > 0;) {
-        if (registerOf[NodeId{i}] == kWanted)
-            graph.forEachOperand(graph[NodeId{i}], [&](NodeId operand) { registerOf[operand] = kWanted; });
+        const std::uint8_t by = wantedBy[NodeId{i}];
+        if (by == 0)
+            continue;
+        graph.forEachOperand(graph[NodeId{i}], [&](NodeId operand) {
+            wantedBy[operand] = static_cast<std::uint8_t>(wantedBy[operand] | by);
+        });
     }
 
+    PerNode<std::uint32_t> registerOf;
+    registerOf.assign(count, kNoRegister);
     std::uint32_t registers = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
         const NodeId id{i};
-        if (registerOf[id] != kWanted)
+        if (wantedBy[id] == 0)
             continue;
         registerOf[id] = registers++;
-        iAppend(graph, graph[id], registerOf[id], registerOf);
+        iAppend(graph, graph[id], registerOf[id], wantedBy[id], registerOf);
     }
     errors_.assign(registers, 0.0);
     for (const NodeId root : roots)
@@ -200,7 +205,7 @@ bool cancelsItself(const Graph& graph, const Node& node)
 
 }  // namespace
 
-void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t target,
+void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t target, unsigned roots,
                         const PerNode<std::uint32_t>& registerOf)
 {
     values_.emplace_back(node.number);
@@ -217,6 +222,7 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
     step.op = node.op;
     step.function = node.function;
     step.lowest = node.lowest;
+    step.roots = static_cast<std::uint8_t>(roots);
     step.cancels = cancelsItself(graph, node);
     step.target = target;
     step.count = node.count;
@@ -250,12 +256,14 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
     steps_.push_back(step);
 }
 
-void Enclosure::evaluate(const Interval& x, Interval* values)
+void Enclosure::evaluate(const Interval& x, Interval* values, unsigned wanted)
 {
     for (const std::uint32_t variable : variables_)
         values_[variable] = x;
-    for (const Step& step : steps_)
-        values_[step.target] = iValueOf(step);
+    for (const Step& step : steps_) {
+        if ((step.roots & wanted) != 0)
+            values_[step.target] = iValueOf(step);
+    }
     for (std::size_t k = 0; k < roots_.size(); ++k)
         values[k] = values_[roots_[k]];
 }
@@ -267,8 +275,7 @@ Interval cancelled(Op op, const Interval& a, const Interval& b)
 {
     if (a.isNothing() || b.isNothing() || (op != Op::Sum && a.isZero()))
         return Interval::nothing();
-    const bool partial =
-        a.partial || a.largest() == kUnbounded || (op != Op::Sum && a.contains(0.0));
+    const bool partial = a.partial || a.largest() == kUnbounded || (op != Op::Sum && a.contains(0.0));
     const double value = op == Op::Quotient ? 1.0 : 0.0;
     return {value, value, partial};
 }

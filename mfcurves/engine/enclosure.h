@@ -22,15 +22,16 @@ namespace mf::engine {
 /// has its own.
 class Enclosure {
 public:
-    /// Copies what it needs; the graph may change or go.
+    /// At most eight roots. Copies what it needs; the graph may change or go.
     Enclosure(const Graph& graph, std::span<const NodeId> roots);
 
     std::size_t rootCount() const { return roots_.size(); }
     /// Steps of an evaluation of all roots: what it costs.
     std::size_t stepCount() const { return steps_.size(); }
 
-    /// values[k] encloses root k over x, for each root.
-    void evaluate(const Interval& x, Interval* values);
+    /// values[k] encloses root k over x, for each root whose bit k is in `wanted`; the others
+    /// mean nothing.
+    void evaluate(const Interval& x, Interval* values, unsigned wanted = ~0u);
 
     /// errors[k] bounds how far a computed value of root k is from the exact one
     /// anywhere in the box of the last evaluation; infinite where no bound is known.
@@ -40,7 +41,8 @@ private:
     struct Step {
         Op op;
         FunctionId function;
-        bool cancels = false;  // a - a or a mod a, which is 0, or a / a, which is 1
+        std::uint8_t roots = 0;  // bit k: root k depends on it
+        bool cancels = false;    // a - a or a mod a, which is 0, or a / a, which is 1
         std::uint16_t lowest = 0;
         std::uint32_t target = 0;
         std::uint32_t a = 0;  // registers of the operands
@@ -53,7 +55,7 @@ private:
         };
     };
 
-    void iAppend(const Graph& graph, const Node& node, std::uint32_t target,
+    void iAppend(const Graph& graph, const Node& node, std::uint32_t target, unsigned roots,
                  const PerNode<std::uint32_t>& registerOf);
     Interval iValueOf(const Step& step) const;
     double iErrorOf(const Step& step) const;

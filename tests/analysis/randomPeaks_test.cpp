@@ -5,11 +5,10 @@
 //
 //     MFCURVES_RANDOM_CURVES=10000 MFCURVES_RANDOM_SAMPLES=100000 randomPeaks_test
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <optional>
 
 #include "mfcurves/analysis/analysis.h"

@@ -41,6 +41,15 @@ POLYNOMIAL_4567 = [0, 0, 0, 0, 35, -84, 70, -20]
 CUBIC = [0, 0, 3, -2]
 
 
+class BreaksTest(unittest.TestCase):
+    def test_an_integrator_steps_over_the_pulse_unless_it_stops_at_breaks(self):
+        lines = {line.split()[0] + " " + line.split()[1]: line for line in lines_of("breaks")[1:]}
+        without = float(lines["without breaks"].split()[2])
+        told = float(lines["with breaks"].split()[2])
+        self.assertEqual(without, 0.0)  # 50 N for 20 ms on 1 kg are missed altogether
+        self.assertAlmostEqual(told, 50 * 0.02, delta=1e-6)
+
+
 class Examples(unittest.TestCase):
     def assertNear(self, printed, expected):
         self.assertEqual(len(printed), len(expected))

@@ -1,0 +1,373 @@
+#include <algorithm>
+#include <cmath>
+
+#include "mfcurves/analysis/analysis.h"
+#include "mfcurves/analysis/parts.h"
+#include "mfcurves/analysis/splineParts.h"
+#include "mfcurves/curve/FrozenCurve.h"
+#include "mfcurves/curve/freezing.h"
+#include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/numbers.h"
+
+namespace mf::analysis {
+
+using engine::Interval;
+using engine::kUnbounded;
+
+namespace {
+
+constexpr std::size_t kMostRows = 1'000'000;
+
+// --- The smooth parts of any curve -----------------------------------------------------
+
+std::wstring number(double value)
+{
+    return L"(" + platform::widen(curve::allDigits(value)) + L")";
+}
+
+// A polynomial between two points as a formula.
+curve::FormulaText textOf(const host::SplinePiece& piece, double knot)
+{
+    const std::wstring t = L"(x-" + number(knot) + L")";
+    return {number(piece.a) + L"+" + t + L"*(" + number(piece.b) + L"+" + t + L"*(" + number(piece.c) + L"+" +
+                t + L"*" + number(piece.d) + L"))",
+            true, L"x"};
+}
+
+std::vector<Part> smoothParts(const Curve& curve)
+{
+    const host::SplinePieces* spline = curve.frozen().spline();
+    if (spline == nullptr)
+        return partsOf(curve, all);
+    std::vector<Part> parts;
+    for (std::size_t i = 0; i + 1 < spline->count(); ++i) {
+        const double knot = spline->knots()[i];
+        curve::CurvePiece piece;
+        piece.start = knot;
+        piece.end = spline->knots()[i + 1];
+        piece.formula = textOf(spline->pieces()[i], knot);
+        appendParts(curve, piece, all, parts);
+    }
+    return parts;
+}
+
+// Enclosures of some orders of a part, the lowest first.
+class PartOrders {
+public:
+    PartOrders(const Part& part, std::size_t lowest, std::size_t count) : part_(part), budget_(kOperations)
+    {
+        const std::vector<engine::NodeId>& known = part.smooth().orders;
+        std::vector<engine::NodeId> orders(known.begin(), known.end());
+        part.piece->formula().differentiate(orders, lowest + count);
+        if (orders.size() < lowest + count || !part.smooth().isSmooth)
+            return;
+        orders.erase(orders.begin(), orders.begin() + static_cast<std::ptrdiff_t>(lowest));
+        orders.resize(count);
+        evaluator_.emplace(part.piece->formula().graph(), orders, budget_);
+    }
+
+    // The order at index i over [from, to]; everything where it is not known.
+    Interval over(std::size_t i, double from, double to)
+    {
+        if (!evaluator_ || budget_.isSpent())
+            return Interval::everything();
+        const double middle = 0.5 * from + 0.5 * to;
+        return evaluator_->over(from, to, evaluator_->at(from), middle, evaluator_->at(middle),
+                                evaluator_->at(to))[i];
+    }
+    Interval at(std::size_t i, double x)
+    {
+        return evaluator_ ? evaluator_->at(x)[i] : Interval::everything();
+    }
+
+private:
+    static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part
+
+    const Part& part_;
+    Budget budget_;
+    std::optional<BoxEvaluator> evaluator_;
+};
+
+double largestOf(const Interval& y)
+{
+    return y.isFinite() ? y.largest() : kUnbounded;
+}
+
+// --- Rows ------------------------------------------------------------------------------
+
+struct Bounds {
+    double value = 0.0, d1 = 0.0, d2 = 0.0;
+
+    void include(const Bounds& other)
+    {
+        value = std::max(value, other.value);
+        d1 = std::max(d1, other.d1);
+        d2 = std::max(d2, other.d2);
+    }
+    bool isWithin(const Tolerance& t) const { return value <= t.value && d1 <= t.d1 && d2 <= t.d2; }
+    // How much too large, at most 1 where it is within.
+    double excess(const Tolerance& t) const { return std::max({value / t.value, d1 / t.d1, d2 / t.d2}); }
+};
+
+// A chord over a length h is off by h^2/8 times the second derivative, its slope by h/2 times it.
+Bounds chordError(double h, double second)
+{
+    return {h * h / 8.0 * second, h / 2.0 * second, second};
+}
+
+// A quintic that has value, velocity and acceleration at both ends: Birkhoff and Priver, J. Math.
+// and Phys. 46 (1967).
+Bounds quinticError(double h, double sixth)
+{
+    const double h2 = h * h;
+    return {h2 * h2 * h2 / 46080.0 * sixth, h2 * h2 * h * (std::sqrt(5.0) / 30000.0) * sixth,
+            h2 * h2 / 1920.0 * sixth};
+}
+
+// A step that the proof has to stay below; rounding of rows is added to the bound.
+constexpr double kShareForRounding = 0.999;
+
+class TableMaker {
+public:
+    TableMaker(const Curve& curve, Form form, const Tolerance& tolerance)
+        : curve_(curve), tolerance_(tolerance), parts_(smoothParts(curve))
+    {
+        table_.form = form;
+        table_.guaranteed = true;
+    }
+
+    CamTable run()
+    {
+        if (parts_.empty()) {
+            append(curve_.firstX(), curve_.at(curve_.firstX(), Side::Right));
+        } else if (table_.form == Form::Points) {
+            fitCubic();
+        } else {
+            for (std::size_t i = 0; i < parts_.size(); ++i)
+                walk(i);
+        }
+        table_.bound = total_.value + rounding_;
+        const bool quintic = table_.form == Form::Xyva;
+        table_.boundD1 = quintic ? total_.d1 : kUnbounded;
+        table_.boundD2 = quintic ? total_.d2 : kUnbounded;
+        table_.guaranteed &= table_.bound <= tolerance_.value && (!quintic || total_.isWithin(tolerance_));
+        return std::move(table_);
+    }
+
+private:
+    // Rows along a part, each as far as the tolerance reaches.
+    void walk(std::size_t index)
+    {
+        const Part& part = parts_[index];
+        const bool quintic = table_.form == Form::Xyva;
+        PartOrders orders = quintic ? PartOrders(part, 4, 4) : PartOrders(part, 0, 4);
+        const CurveValues start = limits(part, part.from, Side::Right);
+        if (index == 0 || isDoubled(start))
+            append(part.from, start);
+        double x = part.from;
+        double step = part.to - part.from;
+        while (x < part.to && table_.x.size() < kMostRows) {
+            Bounds bounds;
+            const double next = nextRow(orders, x, part.to, step, bounds);
+            total_.include(bounds);
+            append(next, limits(part, next, next == part.to ? Side::Left : Side::Plain));
+            step = 1.5 * (next - x);
+            x = next;
+        }
+        table_.guaranteed &= x == part.to;
+    }
+
+    double nextRow(PartOrders& orders, double x, double end, double step, Bounds& bounds)
+    {
+        constexpr int kMostTries = 30;
+        const bool quintic = table_.form == Form::Xyva;
+        const double power = quintic ? 1.0 / 6.0 : 1.0 / 2.0;
+        const double least = 1e-7 * (end - x);
+        double best = x;
+        double h = std::min(step, end - x);
+        for (int i = 0; i < kMostTries; ++i) {
+            const double to = h >= end - x ? end : x + h;
+            const double size = largestOf(orders.over(2, x, to));
+            const Bounds found = quintic ? quinticError(to - x, size) : chordError(to - x, size);
+            const double excess =
+                (quintic ? found.excess(tolerance_) : found.value / tolerance_.value) / kShareForRounding;
+            if (excess <= 1.0) {
+                best = to;
+                bounds = found;
+                if (to == end || excess > 0.9)
+                    return best;
+            } else if (best > x) {
+                return best;
+            } else if (h < least) {
+                table_.guaranteed = false;
+                bounds = found;
+                return to;
+            }
+            const double factor = excess > 0.0 ? std::pow(0.98 / excess, power) : 2.0;
+            h *= std::isfinite(excess) ? std::clamp(factor, 0.1, 4.0) : 0.25;
+        }
+        if (best == x) {
+            table_.guaranteed = false;
+            best = std::min(end, x + std::max(h, least));
+        }
+        return best;
+    }
+
+    // One-sided values, as enclosed where the curve does not know the side.
+    CurveValues limits(const Part& part, double x, Side side)
+    {
+        const CurveValues computed = curve_.at(x, side);
+        BoxEvaluator evaluator = part.evaluator();
+        const Enclosures at = evaluator.at(x);
+        // A wrong velocity moves the quintic by less than its size times the length of the row, a wrong
+        // acceleration by less than its size times the square of that.
+        double rounding = 0.0;
+        double reach = 1.0;
+        const auto one = [&](std::size_t k) {
+            const double y = computed[static_cast<int>(k)];
+            if (static_cast<int>(k) > evaluator.highest())
+                return y;
+            if (k < 3 && at[k].isFinite())
+                rounding += at[k].width() * reach;
+            reach *= part.to - part.from;
+            return at[k].contains(y) ? y : at[k].middle();
+        };
+        const CurveValues values{one(0), one(1), one(2), one(3)};
+        rounding_ = std::max(rounding_, rounding);
+        return values;
+    }
+
+    // Whether the part begins with other values than the previous one ended with.
+    bool isDoubled(const CurveValues& start) const
+    {
+        const auto differs = [](double a, double b, double size) {
+            return std::fabs(a - b) > 1e-9 * std::max({std::fabs(a), std::fabs(b), size});
+        };
+        const double h = table_.x.size() > 1 ? table_.x.back() - table_.x[table_.x.size() - 2] : 0.0;
+        const double size = tolerance_.value / 1e-3;  // what moves the quintic by a part of the tolerance
+        if (differs(table_.y.back(), start.y, size))
+            return true;
+        return table_.form == Form::Xyva && h > 0.0 &&
+               (differs(table_.d1.back(), start.d1, size / h) ||
+                differs(table_.d2.back(), start.d2, size / (h * h)));
+    }
+
+    void append(double x, const CurveValues& values)
+    {
+        table_.x.push_back(x);
+        table_.y.push_back(values.y);
+        if (table_.form != Form::Xyva)
+            return;
+        table_.d1.push_back(values.d1);
+        table_.d2.push_back(values.d2);
+    }
+
+    // --- Points of the natural cubic spline -------------------------------------------
+
+    struct Cell {
+        double from, to;
+        std::size_t part;
+    };
+
+    // Cells that are off too far are halved until all are within the tolerance.
+    void fitCubic()
+    {
+        constexpr int kMostRounds = 40;
+        std::vector<PartOrders> orders;
+        orders.reserve(parts_.size());
+        std::vector<Cell> cells;
+        for (std::size_t i = 0; i < parts_.size(); ++i) {
+            orders.emplace_back(parts_[i], 0, 5);
+            const double middle = 0.5 * parts_[i].from + 0.5 * parts_[i].to;
+            cells.push_back({parts_[i].from, middle, i});
+            cells.push_back({middle, parts_[i].to, i});
+        }
+        for (int round = 0; round < kMostRounds; ++round) {
+            std::vector<double> x{cells.front().from};
+            for (const Cell& cell : cells)
+                x.push_back(cell.to);
+            std::vector<double> y(x.size());
+            for (std::size_t i = 0; i < x.size(); ++i)
+                y[i] = curve_.at(x[i], i + 1 == x.size() ? Side::Left : Side::Right).y;
+            const host::SplinePieces spline(x, y, 1);
+            total_ = {};
+            std::vector<Cell> finer;
+            for (std::size_t i = 0; i < cells.size(); ++i) {
+                const double bound = cubicError(spline.pieces()[i], cells[i], orders[cells[i].part]);
+                total_.value = std::max(total_.value, bound);
+                split(cells[i], bound > kShareForRounding * tolerance_.value, finer);
+            }
+            table_.x = std::move(x);
+            table_.y = std::move(y);
+            if (finer.size() == cells.size() || finer.size() > kMostPoints)
+                break;
+            cells = std::move(finer);
+        }
+        for (std::size_t i = 0; i < table_.y.size(); ++i)
+            rounding_ = std::max(rounding_, 64.0 * 0x1p-53 * std::fabs(table_.y[i]));
+    }
+
+    static void split(const Cell& cell, bool isOff, std::vector<Cell>& finer)
+    {
+        const double middle = 0.5 * cell.from + 0.5 * cell.to;
+        if (!isOff || middle <= cell.from || middle >= cell.to) {
+            finer.push_back(cell);
+            return;
+        }
+        finer.push_back({cell.from, middle, cell.part});
+        finer.push_back({middle, cell.to, cell.part});
+    }
+
+    // The difference is 0 at both ends, so that it is h^2/8 times its second derivative at most;
+    // that is what it is in the middle and, at most, half a length times the third derivative.
+    static double cubicError(const host::SplinePiece& piece, const Cell& cell, PartOrders& orders)
+    {
+        const double h = cell.to - cell.from;
+        const double middle = 0.5 * cell.from + 0.5 * cell.to;
+        const double t = middle - cell.from;
+        const Interval second = orders.at(2, middle) - Interval(2.0 * piece.c + 6.0 * piece.d * t);
+        const Interval third = orders.over(3, cell.from, cell.to) - Interval(6.0 * piece.d);
+        // The cubic meets the curve at both ends but for rounding, unless the value jumps.
+        const Interval endError =
+            orders.at(0, cell.to) - Interval(piece.a + h * (piece.b + h * (piece.c + h * piece.d)));
+        const Interval startError = orders.at(0, cell.from) - Interval(piece.a);
+        return h * h / 8.0 * (largestOf(second) + 0.5 * h * largestOf(third)) +
+               std::max(largestOf(endError), largestOf(startError));
+    }
+
+    static constexpr std::size_t kMostPoints = 200'000;
+
+    const Curve& curve_;
+    Tolerance tolerance_;
+    std::vector<Part> parts_;
+    CamTable table_;
+    Bounds total_;
+    double rounding_ = 0.0;  // of the values in the rows
+};
+
+void refuse(const std::string& message)
+{
+    throw CurveError({{Problem::Level::Error, "", message}});
+}
+
+void check(const char* what, double tolerance)
+{
+    if (!(tolerance > 0.0)) {
+        refuse(std::string("the tolerance of ") + what + " is " + platform::formatNumber("%.10g", tolerance) +
+               ", expected a positive number");
+    }
+}
+
+}  // namespace
+
+CamTable toTable(const Curve& curve, Form form, const Tolerance& tolerance)
+{
+    check("the value", tolerance.value);
+    check("the first derivative", tolerance.d1);
+    check("the second derivative", tolerance.d2);
+    if (form != Form::Xyva && (std::isfinite(tolerance.d1) || std::isfinite(tolerance.d2)))
+        refuse("tolerances of derivatives are for tables of x, y, v and a, found another form");
+    return TableMaker(curve, form, tolerance).run();
+}
+
+}  // namespace mf::analysis

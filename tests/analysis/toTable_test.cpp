@@ -1,0 +1,152 @@
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "mfcurves/analysis/analysis.h"
+#include "tests/analysis/curves.h"
+
+namespace {
+
+using analysis_test::cam;
+using analysis_test::expression;
+using analysis_test::points;
+using analysis_test::rows;
+using mf::Curve;
+using mf::analysis::CamTable;
+using mf::analysis::Form;
+using mf::analysis::toTable;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+// The quintic of the basis functions, as a controller joins two rows.
+double quintic(const CamTable& t, std::size_t i, double x)
+{
+    const double h = t.x[i + 1] - t.x[i];
+    const double u = (x - t.x[i]) / h;
+    const double w = 1.0 - u;
+    const auto value = [](double s) { return s * s * s * (10.0 - s * (15.0 - 6.0 * s)); };
+    const auto slope = [](double s) { return s * (1.0 - s * s * (6.0 - s * (8.0 - 3.0 * s))); };
+    const auto bend = [](double s) { return 0.5 * s * s * (1.0 - s * (3.0 - s * (3.0 - s))); };
+    return t.y[i] * value(w) + t.y[i + 1] * value(u) + h * (t.d1[i] * slope(u) - t.d1[i + 1] * slope(w)) +
+           h * h * (t.d2[i] * bend(u) + t.d2[i + 1] * bend(w));
+}
+
+double joined(const CamTable& t, std::size_t i, double x)
+{
+    if (t.form == Form::Xyva)
+        return quintic(t, i, x);
+    return t.y[i] + (t.y[i + 1] - t.y[i]) * ((x - t.x[i]) / (t.x[i + 1] - t.x[i]));
+}
+
+double largestError(const Curve& curve, const CamTable& t)
+{
+    double largest = 0.0;
+    if (t.form == Form::Points) {
+        const Curve spline = points(t.x, t.y, mf::Interpolation::Cubic);
+        for (int i = 0; i <= 50'000; ++i) {
+            const double x = curve.firstX() + (curve.lastX() - curve.firstX()) * i / 50'000.0;
+            largest = std::max(largest, std::fabs(spline(x) - curve(x)));
+        }
+        return largest;
+    }
+    for (std::size_t i = 0; i + 1 < t.x.size(); ++i) {
+        for (int k = 1; k < 200 && t.x[i] < t.x[i + 1]; ++k) {
+            const double x = t.x[i] + (t.x[i + 1] - t.x[i]) * k / 200.0;
+            largest = std::max(largest, std::fabs(joined(t, i, x) - curve(x)));
+        }
+    }
+    return largest;
+}
+
+void expectWithin(const Curve& curve, Form form, double tolerance)
+{
+    const CamTable table = toTable(curve, form, {tolerance});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_LE(table.bound, tolerance);
+    constexpr double kRoundingHere = 1e-13;  // of the joints as this test computes them
+    EXPECT_LE(largestError(curve, table), table.bound + kRoundingHere);
+    EXPECT_EQ(table.x.front(), curve.firstX());
+    EXPECT_EQ(table.x.back(), curve.lastX());
+    EXPECT_TRUE(std::is_sorted(table.x.begin(), table.x.end()));
+}
+
+TEST(ToTable, KeepsItsToleranceInEveryForm)
+{
+    for (const Form form : {Form::Linear, Form::Points, Form::Xyva}) {
+        for (const double tolerance : {1e-2, 1e-4}) {
+            expectWithin(cam(), form, tolerance);
+            expectWithin(expression("10*sin(2*x)+exp(-x)", 0.0, 5.0), form, tolerance);
+            expectWithin(points({0.0, 1.0, 1.5, 4.0}, {0.0, 3.0, -1.0, 2.0}, mf::Interpolation::Cubic), form,
+                         tolerance);
+        }
+    }
+}
+
+// A cam of four rows, 25 high, by laws that are no quintics.
+Curve otherCam()
+{
+    return rows({{90.0, 25.0, "Modified-Sine"},
+                 {150.0, 25.0, "Linear"},
+                 {240.0, 0.0, "True-Cycloidal"},
+                 {360.0, 0.0, "Linear"}});
+}
+
+TEST(ToTable, NeedsFewRowsOfQuintics)
+{
+    expectWithin(otherCam(), Form::Xyva, 1e-6);
+    EXPECT_LE(toTable(cam(), Form::Xyva, {2.5e-5}).x.size(), 16u);
+    EXPECT_LE(toTable(cam(), Form::Xyva, {1e-6}).x.size(), 20u);
+}
+
+TEST(ToTable, OfQuinticsIsExactForALawOfDegree5)
+{
+    const CamTable table = toTable(rows({{1.0, 1.0, "3-4-5-Polynomial"}}), Form::Xyva, {1e-9});
+    EXPECT_EQ(table.x, (std::vector<double>{0.0, 1.0}));
+    EXPECT_LE(table.bound, 1e-14);
+    EXPECT_TRUE(table.guaranteed);
+}
+
+TEST(ToTable, KeepsTolerancesOfDerivatives)
+{
+    const Curve curve = expression("sin(x)", 0.0, 6.0);
+    const CamTable table = toTable(curve, Form::Xyva, {1e-3, 1e-5, 1e-4});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_LE(table.boundD1, 1e-5);
+    EXPECT_LE(table.boundD2, 1e-4);
+    EXPECT_GT(table.x.size(), toTable(curve, Form::Xyva, {1e-3}).x.size());
+}
+
+TEST(ToTable, DoublesARowWhereTheCurveJumps)
+{
+    const CamTable value = toTable(expression("if(x-1: x, x, x+1)", 0.0, 2.0), Form::Linear, {1e-3});
+    EXPECT_EQ(value.x, (std::vector<double>{0.0, 1.0, 1.0, 2.0}));
+    EXPECT_EQ(value.y, (std::vector<double>{0.0, 1.0, 2.0, 3.0}));
+    const CamTable velocity = toTable(rows({{1.0, 1.0, "Linear"}, {3.0, 0.0, "Linear"}}), Form::Xyva, {1e-3});
+    EXPECT_EQ(velocity.x, (std::vector<double>{0.0, 1.0, 1.0, 3.0}));
+    EXPECT_EQ(velocity.d1, (std::vector<double>{1.0, 1.0, -0.5, -0.5}));
+}
+
+TEST(ToTable, OfOnePointIsOneRow)
+{
+    const CamTable table = toTable(points({2.0}, {5.0}, mf::Interpolation::Linear), Form::Xyva, {1e-3});
+    EXPECT_EQ(table.x, (std::vector<double>{2.0}));
+    EXPECT_EQ(table.y, (std::vector<double>{5.0}));
+    EXPECT_EQ(table.d2.size(), 1u);
+}
+
+TEST(ToTable, DoesNotPromiseWhatItCannotProve)
+{
+    EXPECT_FALSE(toTable(expression("tan(x)", 1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
+    EXPECT_FALSE(toTable(expression("if(x-1: 0, 0, 1)", 0.0, 2.0), Form::Points, {1e-3}).guaranteed);
+}
+
+TEST(ToTable, RefusesTolerancesWithoutMeaning)
+{
+    for (const double wrong : {0.0, -1.0, std::nan("")})
+        EXPECT_THROW(toTable(cam(), Form::Linear, {wrong}), mf::CurveError);
+    EXPECT_THROW(toTable(cam(), Form::Linear, {1e-3, 1e-3}), mf::CurveError);
+    EXPECT_THROW(toTable(cam(), Form::Points, {1e-3, kInfinity, 1e-3}), mf::CurveError);
+    EXPECT_THROW(toTable(cam(), Form::Xyva, {1e-3, -1.0}), mf::CurveError);
+}
+
+}  // namespace
