@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What an integrator loses that is not told of breaks.
 //
 // A mass of 1 kg at rest gets a force pulse of 20 ms. Its velocity afterwards is the integral of

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A force pulse of 20 ms on a mass of 1 kg in Simbody: stepped over by an integrator that is not
 // told of the curve's breaks, met by one that is.
 //

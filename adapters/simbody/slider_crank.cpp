@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A crank that a curve drives, its rod and a slider, in Simbody; compared with the closed form.
 //
 //     slider_crank        prints the largest differences over 3 s, for a curve of each kind;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // No sample of a curve made at random exceeds a peak that is called guaranteed, and few
 // peaks are not.
 //
