@@ -7,7 +7,7 @@
 #include "mfcurves/analysis/parts.h"
 #include "mfcurves/analysis/splineParts.h"
 #include "mfcurves/curve/FrozenCurve.h"
-#include "mfcurves/curve/freezing.h"
+#include "mfcurves/curve/lawFormula.h"
 #include "mfcurves/platform/encoding.h"
 #include "mfcurves/platform/numbers.h"
 
