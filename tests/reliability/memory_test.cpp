@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How much memory a long table holds when every row is parsed, sampled and evaluated in all four
-// orders. The allocator of this program counts the bytes that are asked for.
+// orders, and how much a curve of many rows. The allocator of this program counts the bytes that are asked
+// for.
 
 #include <cstddef>
 #include <cstdio>
@@ -116,6 +117,33 @@ TEST_F(Memory, OfALongTableIsAFewThousandBytesARow)
     std::printf("%.0f bytes a row\n", bytesPerRow);
     EXPECT_LT(bytesPerRow, kBytesAllowed);
     EXPECT_GT(bytesPerRow, sizeof(mfSegment_c)) << "the allocator does not count";
+}
+
+// Rows of known forms keep their numbers, and the definition its names.
+TEST(CurveMemory, OfAThousandBuiltInRowsIsHalfAMegabyte)
+{
+    const char* const laws[] = {"Cubic",
+                                "Quarter-Sine",
+                                "Quarter-Cosine",
+                                "Half-Cosine",
+                                "3-4-5-Polynomial",
+                                "4-5-6-7-Polynomial",
+                                "5-6-7-8-9-Polynomial",
+                                "Cycloidal",
+                                "Quadratic",
+                                "Linear"};
+    mf::SegmentShape shape;
+    for (int i = 1; i <= 1000; ++i)
+        shape.rows.push_back({3.0 * i, static_cast<double>(i % 7), laws[i % 10]});
+    mf::CurveDefinition definition;
+    definition.shape = shape;
+    const mf::Curve first(definition);  // what all curves share is there before the count
+    const std::size_t before = liveBytes;
+    const mf::Curve curve(definition);
+    const double bytes = static_cast<double>(liveBytes - before);
+    std::printf("%.0f bytes a row\n", bytes / 1000);
+    EXPECT_LT(bytes, 500'000.0);
+    EXPECT_GT(bytes, 1000.0 * sizeof(mf::CurveRow)) << "the allocator does not count";
 }
 
 }  // namespace
