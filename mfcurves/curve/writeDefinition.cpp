@@ -77,7 +77,9 @@ private:
 
     void iAddRow(double startX, const CurveRow& row, LawFinder& finder)
     {
-        const std::shared_ptr<const Law>& law = finder.named(row.profile).law;
+        // A jump needs no law and may name none.
+        const std::shared_ptr<const Law>& law =
+            row.profile.empty() ? builtInLaws().front() : finder.named(row.profile).law;
         const CString name = wide(law->isBuiltIn ? law->text.name + " (Default)" : law->text.name);
         auto segment = std::make_unique<mfSegment_c>(startX, row.endX, row.value, name);
         mfProfileKey_c key;

@@ -549,6 +549,21 @@ TEST(WriteDocument, RowsThatVanishLeaveNoCurve)
                                            "warning: row 1: end x 1e-09 becomes 0"));
 }
 
+TEST(WriteDocument, JumpMayNameNoLaw)
+{
+    CurveDefinition definition;
+    definition.shape = CurveDefinition::Segments{
+        0.0, 0.0, {{0.0, 1.0, ""}, {1.0, 2.0, "Linear"}, {1.0, 5.0, ""}, {2.0, 5.0, "Linear"}}, {}, false};
+    std::vector<Problem> losses;
+    const Curve curve(definition);
+    const Curve read = Curve::parse(curve.toXml(&losses));
+    EXPECT_THAT(shown(losses), IsEmpty());
+    EXPECT_EQ(show(read.definition()), "0 0 | 0 1 Cubic | 1 2 Linear | 1 5 Cubic | 2 5 Linear");
+    EXPECT_EQ(read(0.5), 1.5);
+    EXPECT_EQ(read.at(1.0, Side::Left).y, 2.0);
+    EXPECT_EQ(read.at(1.0, Side::Right).y, 5.0);
+}
+
 TEST(WriteDocument, RotaryForceCannotBeSaid)
 {
     CurveDefinition definition;
