@@ -10,6 +10,8 @@
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"
 #include "mfcurves/curve/laws.h"
+#include "mfcurves/drawing/diagram.h"
+#include "mfcurves/drawing/quantities.h"
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionBase.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"

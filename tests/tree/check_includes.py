@@ -7,7 +7,7 @@
 The library's files stand on floors. A file includes its own folder and lower
 floors, the standard library, and nothing else: headers of the operating system
 (the locale among them) are for platform/ alone, those of the XML library for
-platform/ and documents/. Headers of the tests and tools are not for the library.
+platform/ and documents/, those of the formatting library for drawing/. Headers of the tests and tools are not for the library.
 """
 
 import pathlib
@@ -44,8 +44,9 @@ string_view system_error thread tuple type_traits typeindex typeinfo unordered_m
 valarray variant vector version
 """.split())
 
-# What the tool and the examples stand on besides the library.
-TOOL_HEADERS = ("CLI/", "fmt/")
+# What the tool and the examples use besides the library: the parser of the command line,
+# text formatting, pictures as PNG and PDF, and whether a terminal is looked at.
+TOOL_HEADERS = ("CLI/", "fmt/", "cairo", "librsvg/", "unistd.h")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
@@ -67,6 +68,8 @@ def judge_library_include(path, bracket, name):
             return None
         if name.startswith("libxml/") and folder == "documents":
             return None
+        if name.startswith("fmt/") and folder == "drawing":
+            return None
         return f"<{name}> is no header of the standard library"
     if not name.startswith("mfcurves/"):
         return f'"{name}" is not written from the root, or is not of the library'
@@ -80,7 +83,16 @@ def judge_library_include(path, bracket, name):
     return None
 
 
-def judge_tool_include(bracket, name):
+def public_headers(root):
+    """What mfcurves.h brings, and itself."""
+    umbrella = root / "mfcurves/mfcurves.h"
+    text = umbrella.read_text(encoding="utf-8") if umbrella.exists() else ""
+    return {"mfcurves/mfcurves.h", *re.findall(r'^#include "([^"]+)"', text, re.MULTILINE)}
+
+
+def judge_tool_include(bracket, name, public):
+    if bracket == '"' and name.startswith("mfcurves/") and name not in public:
+        return f"{name} is not public"
     if bracket == "<" and name not in STANDARD and not name.startswith(TOOL_HEADERS):
         return f"<{name}> is no header of the standard library"
     return None
@@ -92,6 +104,7 @@ def sources_below(folder):
 
 def violations(root):
     found = []
+    public = public_headers(root)
     for top, judge in (("mfcurves", judge_library_include), ("tools", None), ("examples", None)):
         for source in sources_below(root / top):
             path = source.relative_to(root / top).as_posix()
@@ -99,7 +112,7 @@ def violations(root):
                 match = INCLUDE.match(line)
                 if not match:
                     continue
-                wrong = judge(path, *match.groups()) if judge else judge_tool_include(*match.groups())
+                wrong = judge(path, *match.groups()) if judge else judge_tool_include(*match.groups(), public)
                 if wrong:
                     found.append(f"{top}/{path}:{number}: {wrong}")
     return found

@@ -52,7 +52,10 @@ class CheckIncludes(unittest.TestCase):
         ("mfcurves/documents/mfCurveDocument.cpp", "<unistd.h>", False),
         ("mfcurves/motion/mfFunctionData.cpp", "<libxml/tree.h>", False),
         ("tools/mfcurve/main.cpp", "<CLI/CLI.hpp>", True),
-        ("tools/mfcurve/main.cpp", "<unistd.h>", False),
+        ("tools/mfcurve/main.cpp", "<sys/stat.h>", False),
+        ("tools/mfcurve/main.cpp", '"mfcurves/engine/lexer.h"', False),
+        ("mfcurves/drawing/svg.cpp", "<fmt/format.h>", True),
+        ("mfcurves/segments/mfSegment.cpp", "<fmt/format.h>", False),
         ("examples/cam.cpp", "<libxml/tree.h>", False),
     ]
 

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/columnText.h"
 
 #include <algorithm>

@@ -9,7 +9,7 @@ class App;
 
 namespace mfcurve {
 
-/// What a subcommand does once the command line is read; answers the exit status.
+/// What a subcommand does once the command line is read; returns the exit status.
 using Action = std::function<int()>;
 
 /// Each declares one subcommand and stores its action when that one is chosen.
@@ -19,5 +19,13 @@ void declarePlot(CLI::App& app, Action& action);
 void declareProfiles(CLI::App& app, Action& action);
 void declareInfo(CLI::App& app, Action& action);
 void declareConvert(CLI::App& app, Action& action);
+void declareEdit(CLI::App& app, Action& action);
+void declarePeaks(CLI::App& app, Action& action);
+void declareBreaks(CLI::App& app, Action& action);
+void declareCheck(CLI::App& app, Action& action);
+void declareFastest(CLI::App& app, Action& action);
+
+/// All of them, in the order of the help.
+void declareCommands(CLI::App& app, Action& action);
 
 }  // namespace mfcurve

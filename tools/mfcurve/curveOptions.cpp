@@ -1,148 +1,232 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/curveOptions.h"
 
-#include <CLI/CLI.hpp>
-#include <cmath>
-
-#include "tools/mfcurve/failure.h"
-#include "tools/mfcurve/files.h"
+#include "tools/mfcurve/options.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
 
 namespace {
 
-std::optional<double> givenNumber(const std::string& text, const std::string& option)
+constexpr const char* kGroup = "Curve";
+
+Start readStart(const std::string& text)
+{
+    const std::vector<std::string> fields = splitText(text, ',');
+    if (fields.size() > 2)
+        throw UsageError("--start takes \"value\" or \"x, value\", not \"" + text + "\"");
+    Start start;
+    if (fields.size() == 2)
+        start.x = finiteNumber(fields.front(), "--start");
+    start.value = finiteNumber(fields.back(), "--start");
+    return start;
+}
+
+Variable readVariable(const std::string& text)
 {
     if (text.empty())
-        return std::nullopt;
-    return finiteNumber(text, option);
+        throw UsageError("--over takes time, angle or the name of a motion result, not \"\"");
+    if (text == "time" || text == "angle")
+        return {text == "time" ? mf::Over::Time : mf::Over::CycleAngle, ""};
+    return {mf::Over::MotionResult, text};
+}
+
+bool isName(const std::string& text)
+{
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+    if (text.empty() || !isLetter(text.front()))
+        return false;
+    for (char c : text) {
+        if (!isLetter(c) && !(c >= '0' && c <= '9'))
+            return false;
+    }
+    return true;
+}
+
+Constant readConstant(const std::string& text)
+{
+    const std::size_t sign = text.find('=');
+    const std::string name(trimmed(std::string_view(text).substr(0, sign)));
+    if (sign == std::string::npos || !isName(name))
+        throw UsageError("--let takes a name and a number, such as k=12.5, not \"" + text + "\"");
+    return {name, finiteNumber(std::string_view(text).substr(sign + 1), "--let " + name)};
+}
+
+double positive(const std::string& text, const std::string& option)
+{
+    const double number = finiteNumber(text, option);
+    if (!(number > 0.0))
+        throw UsageError(option + " takes a number above 0, not \"" + text + "\"");
+    return number;
+}
+
+void declareShapeOptions(CLI::App& command, CurveOptions& options)
+{
+    addText(command, "--expression", "TEXT", "a formula of one variable, such as 'sin(2*pi*x)'",
+            options.expression)
+        ->group(kGroup);
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--let",
+            [&options](const std::vector<std::string>& texts) {
+                for (const std::string& text : texts)
+                    options.constants.push_back(readConstant(text));
+            },
+            "a constant of the expression; may be repeated")
+        ->type_name("NAME=NUMBER")
+        ->allow_extra_args(false)
+        ->group(kGroup);
+    addTexts(command, "--row", "ROW",
+             "a segment: 'end x, value, profile'; may be repeated, each starts where the previous one ends",
+             options.rows)
+        ->group(kGroup);
+    addText(command, "--rows", "FILE", "the same rows from a text file", options.rowsFile)->group(kGroup);
+    addText(command, "--start", "START", "where the rows start: 'value' or 'x, value' [0, 0]",
+            [&options](const std::string& text) { options.start = readStart(text); })
+        ->group(kGroup);
+    addText(command, "--points", "FILE", "points 'x, y' from a text file", options.pointsFile)->group(kGroup);
+    addText(command, "--csv-columns", "COLUMN,COLUMN",
+            "the columns of a file of rows or points: numbers from 1 or names in its header",
+            [&options](const std::string& text) { options.columns.columns = splitText(text, ','); })
+        ->group(kGroup);
+    addText(command, "--csv-skip", "N", "lines at its start that do not count",
+            [&options](const std::string& text) {
+                options.columns.skippedLines =
+                    static_cast<int>(wholeNumber(text, "--csv-skip", 0, 1'000'000'000));
+            })
+        ->group(kGroup);
+    addChoice<mf::Interpolation>(command, "--interpolation", "how the points are joined [linear]",
+                                 {{"linear", mf::Interpolation::Linear},
+                                  {"cubic", mf::Interpolation::Cubic},
+                                  {"akima", mf::Interpolation::Akima}},
+                                 options.interpolation)
+        ->group(kGroup);
 }
 
 }  // namespace
 
-void declareHostOptions(CLI::App& command, CurveOptions& options)
+void declareLibraryOption(CLI::App& command, std::vector<std::string>& folders)
 {
-    command
-        .add_option("--library", options.library,
-                    "folders with a SegmentTypes.txt, separated by ';'; the first readable one replaces the "
-                    "built-in profiles")
-        ->type_name("DIR;DIR")
+    addText(command, "--library", "DIR;DIR",
+            "folders with a SegmentTypes.txt, separated by ';'; their laws come before the built-in and "
+            "shipped ones",
+            [&folders](const std::string& text) {
+                for (const std::string& folder : splitText(text, ';')) {
+                    if (!folder.empty())
+                        folders.push_back(folder);
+                }
+            })
         ->group("Host");
-    command.add_option("--result", options.results, "name of a motion result that exists; may be repeated")
-        ->type_name("NAME")
-        ->allow_extra_args(false)
-        ->group("Host");
+}
+
+void declareSpeedOptions(CLI::App& command, CurveOptions& options)
+{
+    CLI::Option* time =
+        addText(command, "--cycle-time", "SECONDS",
+                "of an angle curve: the time for 360 degrees; derivatives are then by seconds, x stays in "
+                "degrees",
+                [&options](const std::string& text) { options.cycleTime = positive(text, "--cycle-time"); })
+            ->group(kGroup);
+    addText(command, "--rpm", "N", "the same as turns per minute",
+            [&options](const std::string& text) { options.cycleTime = 60.0 / positive(text, "--rpm"); })
+        ->excludes(time)
+        ->group(kGroup);
+}
+
+void declareCyclicOption(CLI::App& command, CurveOptions& options)
+{
+    command.add_flag("--cyclic", options.isPeriodic, "the curve starts again where it ends")->group(kGroup);
 }
 
 void declareCurveOptions(CLI::App& command, CurveOptions& options)
 {
-    const auto text = [&](const char* name, std::string& target, const char* help, const char* type) {
-        return command.add_option(name, target, help)->type_name(type)->group("Curve");
-    };
-    text("--expression", options.expression, "a formula of one variable, such as 'sin(2*pi*x)'", "TEXT");
-    command
-        .add_option("--row", options.rows,
-                    "a segment: 'end x, value, profile'; may be repeated, each starts where the last one "
-                    "ends; numbers "
-                    "count with six decimals")
-        ->type_name("ROW")
-        ->allow_extra_args(false)
-        ->group("Curve");
-    text("--rows", options.rowsFile, "the same rows from a text file", "FILE");
-    text("--start", options.start, "where the rows start: 'value' or 'x, value' [0, 0]", "START");
-    text("--points", options.pointsFile, "points 'x, y' from a text file", "FILE");
-    command
-        .add_option("--csv-columns", options.columns.columns,
-                    "the columns of a file of rows or points: numbers from 1 or names in its header")
-        ->type_name("COLUMN,COLUMN")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->group("Curve");
-    command.add_option("--csv-skip", options.columns.skippedLines, "lines at its start that do not count")
-        ->type_name("N")
-        ->check(CLI::NonNegativeNumber)
-        ->group("Curve");
-    text("--interpolation", options.interpolation, "how the points are joined [linear]", "KIND")
-        ->check(CLI::IsMember({"linear", "cubic", "akima"}));
-    text("--drive", options.drive, "what the curve drives [displacement]", "QUANTITY")
-        ->check(CLI::IsMember({"displacement", "velocity", "acceleration", "force", "torque"}));
-    text("--over", options.variable, "what x of rows and points is [time]", "VARIABLE")
-        ->check(CLI::IsMember({"time", "angle"}));
-    text("--from", options.from, "start of the stretch that is looked at [that of the curve]", "X");
-    text("--to", options.to, "its end", "X");
-    text("--name", options.name, "name of the curve", "TEXT");
-    declareHostOptions(command, options);
+    declareShapeOptions(command, options);
+    addChoice<mf::Quantity>(command, "--drive", "what the curve drives [displacement]",
+                            {{"displacement", mf::Quantity::Displacement},
+                             {"velocity", mf::Quantity::Velocity},
+                             {"acceleration", mf::Quantity::Acceleration},
+                             {"force", mf::Quantity::Force},
+                             {"torque", mf::Quantity::Torque}},
+                            options.quantity)
+        ->group(kGroup);
+    command.add_flag("--rotary", options.isRotary, "values are degrees and not millimetres")->group(kGroup);
+    addText(command, "--over", "VARIABLE",
+            "what x of rows and points is [time]: time, angle or the name of a motion result",
+            [&options](const std::string& text) { options.variable = readVariable(text); })
+        ->group(kGroup);
+    addNumber(command, "--from", "X", "start of the stretch that counts [that of the curve]", options.from)
+        ->group(kGroup);
+    addNumber(command, "--to", "X", "its end", options.to)->group(kGroup);
+    addText(command, "--name", "TEXT", "name of the curve", options.name)->group(kGroup);
+    declareLibraryOption(command, options.libraryFolders);
+    addTexts(command, "--result", "NAME", "name of a motion result that exists; may be repeated",
+             options.motionResults)
+        ->group("Host");
 }
 
 void checkOneSource(const CurveOptions& options)
 {
-    const int described = !options.expression.empty() + options.hasRows() + !options.pointsFile.empty();
+    const int described = options.expression.has_value() + options.hasRows() + options.pointsFile.has_value();
     if (described == 0 && options.files.empty())
-        throw Failure(kWrong, "no curve: give a document, --expression, --row, --rows or --points");
+        throw UsageError("no curve: give a document, --expression, --row, --rows or --points");
     if (described > 1 || (described == 1 && !options.files.empty()))
-        throw Failure(kWrong, "more than one curve: give documents, --expression, rows or --points alone");
-    if ((!options.columns.columns.empty() || options.columns.skippedLines > 0) && options.rowsFile.empty() &&
-        options.pointsFile.empty())
-        throw Failure(kWrong, "--csv-columns and --csv-skip go with --rows or --points");
-    const auto onlyWith = [](const std::string& given, bool fits, const char* message) {
-        if (!given.empty() && !fits)
-            throw Failure(kWrong, message);
+        throw UsageError("more than one curve: give documents, --expression, rows or --points alone");
+    const auto onlyWith = [](bool isGiven, bool fits, const char* message) {
+        if (isGiven && !fits)
+            throw UsageError(message);
     };
-    onlyWith(options.interpolation, !options.pointsFile.empty(), "--interpolation goes with --points");
-    onlyWith(options.start, options.hasRows(), "--start goes with --row or --rows");
-    onlyWith(options.drive, described == 1, "--drive does not go with a document, which says it itself");
-    onlyWith(options.variable, options.hasRows() || !options.pointsFile.empty(),
+    onlyWith(!options.columns.columns.empty() || options.columns.skippedLines > 0,
+             options.rowsFile.has_value() || options.pointsFile.has_value(),
+             "--csv-columns and --csv-skip go with --rows or --points");
+    onlyWith(!options.constants.empty(), options.expression.has_value(), "--let goes with --expression");
+    onlyWith(options.interpolation.has_value(), options.pointsFile.has_value(),
+             "--interpolation goes with --points");
+    onlyWith(options.start.has_value(), options.hasRows(), "--start goes with --row or --rows");
+    onlyWith(options.quantity.has_value(), described == 1,
+             "--drive does not go with a document, which says it itself");
+    onlyWith(options.isRotary, described == 1, "--rotary does not go with a document, which says it itself");
+    onlyWith(options.variable.has_value(), options.hasRows() || options.pointsFile.has_value(),
              "--over goes with rows and points; the others say it themselves");
 }
 
 void checkNoStretch(const CurveOptions& options)
 {
-    const int given = !options.from.empty() + !options.to.empty();
-    if (given > 0 && options.expression.empty())
-        throw Failure(kWrong, "--from and --to go with table, with plot and with an expression");
+    const int given = options.from.has_value() + options.to.has_value();
+    if (given > 0 && !options.expression)
+        throw UsageError("--from and --to go with table, plot and peaks, and with an expression");
     if (given == 1)
-        throw Failure(kWrong, "an expression takes both --from and --to here, or neither");
+        throw UsageError("an expression takes both --from and --to here, or neither");
 }
 
-Range chosenRange(const CurveOptions& options, Range domain)
+mf::Range chosenRange(const CurveOptions& options, mf::Range domain)
 {
-    const std::optional<double> from = givenNumber(options.from, "--from");
-    const std::optional<double> to = givenNumber(options.to, "--to");
-    if (domain.from == domain.to && (!from || !to))
-        throw Failure(kWrong, "the curve does not say where it starts and ends: give --from and --to");
-    const Range range{from.value_or(domain.from), to.value_or(domain.to)};
+    if (domain.from == domain.to && (!options.from || !options.to))
+        throw UsageError("the curve does not say where it starts and ends: give --from and --to");
+    const mf::Range range{options.from.value_or(domain.from), options.to.value_or(domain.to)};
     if (range.from > range.to)
-        throw Failure(kWrong, "the stretch runs from " + numberText(range.from) + " to " +
-                                  numberText(range.to) + ": its start lies above its end");
+        throw UsageError(fmt::format("the stretch runs from {} to {}: its start is above its end",
+                                     numberText(range.from), numberText(range.to)));
     return range;
 }
 
-void warnOutside(Range range, Range domain, const std::string& place)
+double rateOf(const CurveOptions& options, const mf::CurveDefinition& definition, const std::string& place)
 {
-    if (domain.from < domain.to && (range.from < domain.from || range.to > domain.to))
-        warn(place + "the stretch from " + numberText(range.from) + " to " + numberText(range.to) +
-             " goes beyond the curve, which runs from " + numberText(domain.from) + " to " +
-             numberText(domain.to));
+    if (!options.cycleTime)
+        return 1.0;
+    if (definition.over != mf::Over::CycleAngle)
+        throw Failure(kWrong, place,
+                      "--cycle-time and --rpm go with curves over the cycle angle, and this one is over " +
+                          mf::drawing::variableName(definition));
+    return 360.0 / *options.cycleTime;
 }
 
-Units chosenUnits(const CurveOptions& options, Curve& curve)
+mf::drawing::Units unitsOf(const CurveOptions& options, const mf::CurveDefinition& definition)
 {
-    if (options.units.empty())
-        return usualUnits(curve);
-    const std::vector<std::string> units = splitText(options.units, ',');
-    if (units.size() != 2)
-        throw Failure(kWrong, "--units takes \"x unit, value unit\", not \"" + options.units + "\"");
-    return {units[0], units[1]};
-}
-
-double finiteNumber(const std::string& text, const std::string& what)
-{
-    const std::optional<double> number = readNumber(text);
-    if (!number || !std::isfinite(*number))
-        throw Failure(kWrong, what + " takes a finite number, not \"" + text + "\"");
-    return *number;
+    mf::drawing::Units units = mf::drawing::usualUnits(definition);
+    if (!options.cycleTime)
+        return units;
+    units.rate = "s";
+    return units;
 }
 
 }  // namespace mfcurve

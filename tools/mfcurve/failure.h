@@ -3,24 +3,44 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "mfcurves/curve/Problem.h"
 
 namespace mfcurve {
 
 /// The exit statuses of the tool, as --help states them.
 enum ExitStatus : int {
     kDone = 0,
-    kFailed = 1,  ///< a file cannot be used or written, a curve is not sound, a point has no value
+    kFailed = 1,  ///< a file cannot be used or written, a document is not sound, a check fails, a point has
+                  ///< no value
     kWrong = 2,   ///< wrong usage, or a wrong expression, row or list of points
 };
 
-/// Why the tool cannot do what it was asked, as one sentence for the user.
+/// Why the tool cannot do what it was asked.
 class Failure : public std::runtime_error {
 public:
-    Failure(ExitStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}
+    Failure(ExitStatus status, std::vector<mf::Problem> problems)
+        : std::runtime_error(problems.front().message), status_(status), problems_(std::move(problems))
+    {
+    }
+    Failure(ExitStatus status, std::string place, std::string message)
+        : Failure(status, {{mf::Problem::Level::Error, std::move(place), std::move(message)}})
+    {
+    }
     ExitStatus status() const { return status_; }
+    const std::vector<mf::Problem>& problems() const { return problems_; }
 
 private:
     ExitStatus status_;
+    std::vector<mf::Problem> problems_;
+};
+
+/// A command line that is not one. The message points to the help of the command.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
 };
 
 }  // namespace mfcurve

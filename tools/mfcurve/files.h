@@ -2,6 +2,9 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+
+#include "mfcurves/curve/Problem.h"
 
 namespace mfcurve {
 
@@ -11,21 +14,25 @@ bool isStandardStream(const std::string& path);
 /// What messages call the input at that path.
 std::string inputName(const std::string& path);
 
-/// The whole content of a file or of standard input. Fails with the reason when
-/// it cannot be read.
+/// "FILE:LINE" for messages; the file alone for line 0.
+std::string linePlace(const std::string& path, int line);
+
+/// The whole content of a file or of standard input. Throws Failure with the reason when it cannot be read.
 std::string readInput(const std::string& path);
 
-/// Puts `content` into a file, whole or not at all, or onto standard output.
-/// Fails with the reason when it cannot be written.
-void writeOutput(const std::string& path, const std::string& content);
+/// Stores `content` in a file, whole or not at all, or writes it to standard output. Throws Failure with the
+/// reason when it cannot be written.
+void writeOutput(const std::string& path, std::string_view content);
 
-/// Writes to standard output. Fails with the reason when that is not possible.
-void print(const std::string& text);
+/// Writes to standard output. Throws Failure with the reason when that is not possible.
+void print(std::string_view text);
 
-/// Hands everything printed on to the system; fails when it does not take it.
+/// Hands everything printed on to the system. Throws Failure when it does not take it.
 void finishOutput();
 
-/// Writes a line to standard error, behind everything printed so far.
-void warn(const std::string& message);
+/// Writes "mfcurve: error: PLACE: message" or the like with "warning" to standard error, after everything
+/// printed so far.
+void report(const mf::Problem& problem);
+void warn(const std::string& place, const std::string& message);
 
 }  // namespace mfcurve

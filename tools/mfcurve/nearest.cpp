@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/nearest.h"
 
 #include <algorithm>

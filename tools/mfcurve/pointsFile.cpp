@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/pointsFile.h"
 
 #include <algorithm>

@@ -1,124 +1,116 @@
 // SPDX-License-Identifier: MIT
-
-#include <CLI/CLI.hpp>
-#include <cmath>
 #include <memory>
 
-#include "mfcurves/platform/numbers.h"
-#include "mfcurves/profiles/mfProfile.h"
-#include "mfcurves/profiles/mfProfileKey.h"
-#include "mfcurves/profiles/mfProfileManager.h"
-#include "mfcurves/segments/mfFunctionSegments.h"
-#include "mfcurves/segments/mfSegment.h"
+#include "mfcurves/analysis/analysis.h"
 #include "tools/mfcurve/commands.h"
-#include "tools/mfcurve/curve.h"
-#include "tools/mfcurve/expressionProblem.h"
+#include "tools/mfcurve/curveOptions.h"
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
-#include "tools/mfcurve/host.h"
+#include "tools/mfcurve/json.h"
+#include "tools/mfcurve/lawCheck.h"
+#include "tools/mfcurve/laws.h"
+#include "tools/mfcurve/options.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
 
 namespace {
 
-// Laws are checked over [0, 1]; what cancels there in doubles stays far below.
-constexpr double kNothing = 1e-9;
-
 struct ProfilesOptions {
-    std::string library;
-    bool check = false;
+    std::vector<std::string> libraryFolders;
+    bool isChecked = false;
+    bool hasFactors = false;
+    Format format = Format::Text;
 };
 
 // The statements of a definition as they are written: "xbar = ...; y = ...".
-std::string formulaOf(const mfProfile_c& profile)
+std::string formulaOf(const mf::Law& law)
 {
-    const std::string& text = profile.definitionText;
-    const std::size_t first = text.find(')') + 1;
-    const std::size_t last = text.rfind("return");
+    const std::size_t first = law.text.find(')') + 1;
+    const std::size_t last = law.text.rfind("return");
     std::string formula;
-    for (const std::string& statement : splitText(text.substr(first, last - first), ';')) {
+    for (const std::string& statement : splitText(law.text.substr(first, last - first), ';')) {
         if (!statement.empty())
             formula += (formula.empty() ? "" : "; ") + statement;
     }
     return formula;
 }
 
-// The key that a listed name stands for. The mark of an index, <1>, is not read
-// back by the registry.
-mfProfileKey_c keyOf(const CString& displayName)
+std::string problemText(const mf::CurveError& error)
 {
-    mfProfileKey_c key = profileManager().getProfileKeyFromDisplayName(displayName);
-    const int mark = displayName.Find(L")<");
-    if (mark >= 0)
-        key.index = mf::platform::readInteger(toUtf8(displayName.Mid(mark + 2)));
-    return key;
+    std::string text;
+    for (const mf::Problem& problem : error.problems())
+        text += (text.empty() ? "" : "; ") + problem.message;
+    return text;
 }
 
-// One row from (0, 0) to (1, 1) of that law.
-Curve unitRise(const mfProfileKey_c& key)
+// Prints what the check of one law found; false when it is not a law from 0 to 1.
+bool printCheck(const mf::Law& law)
 {
-    Curve curve(mf::FunctionType_Segments);
-    for (int row = 0; row < 2; ++row) {
-        auto segment = std::make_unique<mfSegment_c>(0.0, row, row, key.name);
-        segment->setProfileKey(key);
-        curve.segments().addSegment(segment.get());
-        static_cast<void>(segment.release());  // the table owns it now
+    const LawCheck check = checkLaw(law);
+    print(fmt::format("    {}   {}\n", check.isSound ? "ok    " : "FAILED", check.text));
+    return check.isSound;
+}
+
+std::string jsonFactors(const mf::Law& law, const mf::analysis::LawFactors& factors)
+{
+    return jsonObject({{"profile", jsonText(law.name)},
+                       {"cv", jsonNumber(factors.cv)},
+                       {"ca", jsonNumber(factors.ca)},
+                       {"cj", jsonNumber(factors.cj)},
+                       {"cv_at", jsonNumber(factors.cvAt)},
+                       {"ca_at", jsonNumber(factors.caAt)},
+                       {"cj_at", jsonNumber(factors.cjAt)},
+                       {"power", jsonNumber(factors.power)},
+                       {"rms_acceleration", jsonNumber(factors.rmsAcceleration)},
+                       {"continuity_start", std::to_string(factors.startContinuity)},
+                       {"continuity_end", std::to_string(factors.endContinuity)},
+                       {"continuity_inside", std::to_string(factors.innerContinuity)},
+                       {"guaranteed", jsonTruth(factors.guaranteed)}});
+}
+
+void printFactors(const mf::Law& law, const mf::analysis::LawFactors& factors)
+{
+    print(fmt::format("{:<28} {:>9} {:>9} {:>9} {:>9} {:>9}  {:>5} {:>6} {:>3}\n", law.name,
+                      shortNumberText(factors.cv, 5), shortNumberText(factors.ca, 5),
+                      shortNumberText(factors.cj, 5), shortNumberText(factors.power, 5),
+                      shortNumberText(factors.rmsAcceleration, 5), factors.startContinuity,
+                      factors.innerContinuity, factors.endContinuity));
+}
+
+int runFactors(const ProfilesOptions& options)
+{
+    int status = kDone;
+    std::vector<std::string> objects;
+    if (options.format == Format::Text)
+        print(fmt::format("{:<28} {:>9} {:>9} {:>9} {:>9} {:>9}  {}\n", "profile", "Cv", "Ca", "Cj", "power",
+                          "rms a", "start inside end"));
+    for (const mf::Law& law : knownLaws(options.libraryFolders)) {
+        try {
+            const mf::analysis::LawFactors factors = mf::analysis::factors({law.name, law.text});
+            if (options.format == Format::Text)
+                printFactors(law, factors);
+            objects.push_back(jsonFactors(law, factors));
+        } catch (const mf::CurveError& error) {
+            report({mf::Problem::Level::Error, "profile " + law.name, problemText(error)});
+            status = kFailed;
+        }
     }
-    curve.segments().parseExpression(1);
-    return curve;
-}
-
-std::string vanishingOrders(const Sample& sample)
-{
-    std::string orders;
-    for (int order = 1; order < kOrders; ++order) {
-        if (std::fabs(sample.y[order]) < kNothing)
-            orders += " d" + std::to_string(order);
-    }
-    return orders.empty() ? " none" : orders;
-}
-
-std::string endText(const char* verb, const Sample& sample, double wanted)
-{
-    const double value = sample.y[0];
-    if (std::fabs(value - wanted) < kNothing)
-        return std::string(verb) + " at " + shortNumberText(wanted);
-    return std::string(verb) + " at " + shortNumberText(value) + " and not at " + shortNumberText(wanted);
-}
-
-// Prints what the check of one law found; false when it is no law from 0 to 1.
-bool printCheck(const mfProfileKey_c& key)
-{
-    Curve curve = unitRise(key);
-    mfSegment_c& row = rowOf(curve.segments(), 1);
-    if (const auto problem = lawProblem(row)) {
-        print("    FAILED   " + *problem + "\n");
-        return false;
-    }
-    const Sample start = curve.atRow(1, 0.0);
-    const Sample end = curve.atRow(1, 1.0);
-    const bool passed = std::fabs(start.y[0]) < kNothing && std::fabs(end.y[0] - 1.0) < kNothing;
-    print(std::string(passed ? "    ok       " : "    FAILED   ") + "compiles, " +
-          endText("starts", start, 0.0) + ", " + endText("ends", end, 1.0) +
-          "; vanish at the start:" + vanishingOrders(start) + ", at the end:" + vanishingOrders(end) + "\n");
-    return passed;
+    if (options.format == Format::Json)
+        print(jsonDocument(objects));
+    return status;
 }
 
 int runProfiles(const ProfilesOptions& options)
 {
-    const Host host(options.library, {});
-    for (const std::string& remark : host.definitionRemarks())
-        warn(remark);
-    std::vector<CString> names;
-    profileManager().getAllProfileNames(names);
-    const std::string source = host.definitionFile().empty() ? "built-in table" : host.definitionFile();
+    if (options.hasFactors)
+        return runFactors(options);
+    if (options.format == Format::Json)
+        throw UsageError("--format json goes with --factors");
     int status = kDone;
-    for (const CString& name : names) {
-        const mfProfileKey_c key = keyOf(name);
-        const mfProfile_c& profile = *profileManager().findProfile(key);
-        print(toUtf8(name) + "\n    source   " + source + "\n    formula  " + formulaOf(profile) + "\n");
-        if (options.check && !printCheck(key))
+    for (const mf::Law& law : knownLaws(options.libraryFolders)) {
+        print(fmt::format("{}\n    source   {}\n    formula  {}\n", law.name, law.source, formulaOf(law)));
+        if (options.isChecked && !printCheck(law))
             status = kFailed;
     }
     return status;
@@ -130,18 +122,21 @@ void declareProfiles(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ProfilesOptions>();
     CLI::App& command = *app.add_subcommand("profiles", "Lists the profiles that rows can name");
-    command
-        .add_option("--library", options->library,
-                    "folders with a SegmentTypes.txt, separated by ';'; the first readable one replaces the "
-                    "built-in profiles")
-        ->type_name("DIR;DIR");
-    command.add_flag("--check", options->check,
+    declareLibraryOption(command, options->libraryFolders);
+    command.add_flag("--check", options->isChecked,
                      "evaluate each law from (0, 0) to (1, 1): does it compile, where does it start and end, "
-                     "which derivatives vanish there");
+                     "which derivatives vanish there, does it jump inside");
+    command.add_flag(
+        "--factors", options->hasFactors,
+        "prints the largest velocity (Cv), acceleration (Ca) and jerk (Cj) of each law for a stroke of 1 "
+        "in a time of 1, and how continuous it is from rest to rest");
+    addFormat(command, options->format);
     command.footer(
-        "Each profile is listed by its key, which is how rows name it, with where it comes from and its\n"
-        "formula. Examples:\n"
+        "Each profile is listed by its name, which is how rows name it, with where it comes from and its "
+        "formula.\n"
+        "Continuity N means that orders 0 to N do not jump. Examples:\n"
         "  mfcurve profiles\n"
+        "  mfcurve profiles --factors --format json\n"
         "  mfcurve profiles --library share/mfcurves --check");
     command.callback([options, &action] { action = [options] { return runProfiles(*options); }; });
 }

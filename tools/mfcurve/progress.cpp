@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/progress.h"
 
 #include <cstdio>
+#include <unistd.h>
 #include <utility>
-
-#include "mfcurves/platform/terminal.h"
 
 namespace mfcurve {
 
@@ -20,7 +18,7 @@ constexpr std::chrono::milliseconds kInterval{100};
 Progress::Progress(std::string label, std::size_t total)
     : label_(std::move(label)),
       total_(total),
-      onTerminal_(mf::platform::isErrorOutputTerminal()),
+      onTerminal_(isatty(STDERR_FILENO) != 0),
       nextShow_(Clock::now() + kPatience)
 {
 }

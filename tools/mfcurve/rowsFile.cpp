@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/rowsFile.h"
 
 #include <fmt/format.h>

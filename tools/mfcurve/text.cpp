@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-
 #include "tools/mfcurve/text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <fmt/compile.h>
 #include <fmt/format.h>
+#include <iterator>
 #include <limits>
-
-#include "mfcurves/platform/encoding.h"
 
 namespace mfcurve {
 
@@ -47,9 +46,17 @@ std::string withoutSignOfZero(std::string text)
 
 std::string numberText(double number)
 {
+    std::string text;
+    addNumberText(text, number);
+    return text;
+}
+
+void addNumberText(std::string& text, double number)
+{
     if (std::isnan(number))
-        return "nan";
-    return fmt::format("{}", number == 0.0 ? 0.0 : number);
+        text += "nan";
+    else
+        fmt::format_to(std::back_inserter(text), FMT_COMPILE("{}"), number == 0.0 ? 0.0 : number);
 }
 
 std::string shortNumberText(double number, int digits)
@@ -93,16 +100,6 @@ std::vector<std::string> splitText(std::string_view text, char separator)
             return pieces;
         text.remove_prefix(end + 1);
     }
-}
-
-CString toCString(std::string_view utf8)
-{
-    return CString(mf::platform::widen(utf8));
-}
-
-std::string toUtf8(const CString& text)
-{
-    return mf::platform::toUtf8(text.View());
 }
 
 }  // namespace mfcurve

@@ -6,13 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include "mfcurves/interfaces/CString.h"
-
 namespace mfcurve {
 
 /// The fewest digits that read back as the same double; zero has no sign. Independent of the locale, like all
 /// numbers here.
 std::string numberText(double number);
+/// The same at the end of a text.
+void addNumberText(std::string& text, double number);
 
 /// A number with that many significant digits, trailing zeros dropped.
 std::string shortNumberText(double number, int digits = 6);
@@ -29,9 +29,5 @@ std::string_view trimmed(std::string_view text);
 
 /// The pieces between separators, each trimmed; one empty piece for empty text.
 std::vector<std::string> splitText(std::string_view text, char separator);
-
-/// UTF-8 to the text of the library and back.
-CString toCString(std::string_view utf8);
-std::string toUtf8(const CString& text);
 
 }  // namespace mfcurve

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "mfcurves/drawing/diagram.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "mfcurves/analysis/analysis.h"
+#include "mfcurves/drawing/sampling.h"
+
+namespace mf::drawing {
+
+namespace {
+
+std::vector<int> ordersOf(const std::vector<Curve>& curves, const Contents& contents)
+{
+    if (!contents.orders.empty())
+        return contents.orders;
+    int count = 0;
+    for (const Curve& curve : curves)
+        count = std::max(count, namedOrders(curve.definition()));
+    std::vector<int> orders;
+    for (int order = 0; order < count; ++order)
+        orders.push_back(order);
+    return orders;
+}
+
+Range rangeOf(const std::vector<Curve>& curves, const Contents& contents)
+{
+    if (contents.range || curves.empty())
+        return contents.range.value_or(Range{0.0, 1.0});
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    Range range{kInfinity, -kInfinity};
+    for (const Curve& curve : curves)
+        range = {std::min(range.from, curve.firstX()), std::max(range.to, curve.lastX())};
+    return range;
+}
+
+// Adds samples in ascending x to the last line of a trace, and begins another one after a gap.
+class TraceBuilder {
+public:
+    TraceBuilder(Trace& trace, int order, double rate)
+        : trace_(trace), order_(order), factor_(std::pow(rate, order))
+    {
+    }
+
+    void add(const Sample& sample)
+    {
+        const double y = sample.values[order_] * factor_;
+        if (std::isfinite(y) && !isOpen_)
+            trace_.lines.emplace_back();
+        isOpen_ = std::isfinite(y);
+        if (isOpen_)
+            trace_.lines.back().push_back({sample.x, y});
+    }
+
+private:
+    Trace& trace_;
+    int order_;
+    double factor_;
+    bool isOpen_ = false;
+};
+
+// What rounding leaves of 0, measured by the whole curve, is 0.
+Point withoutRounding(Point point, double size)
+{
+    constexpr double kRounding = 1e-12;
+    return std::fabs(point.y) <= kRounding * size ? Point{point.x, 0.0} : point;
+}
+
+// The extremes of what is drawn, and those of the formulas where they go further.
+void addExtremes(Trace& trace, const analysis::Summary& summary, double factor)
+{
+    const auto take = [&](const Point& point) {
+        if (!std::isfinite(point.y))
+            return;
+        if (!trace.least || point.y < trace.least->y)
+            trace.least = point;
+        if (!trace.greatest || point.y > trace.greatest->y)
+            trace.greatest = point;
+    };
+    take({summary.least.x, summary.least.y * factor});
+    take({summary.greatest.x, summary.greatest.y * factor});
+    if (!summary.guaranteed) {
+        for (const Line& line : trace.lines)
+            std::for_each(line.begin(), line.end(), take);
+    }
+    if (!trace.least || !trace.greatest)
+        return;
+    const double size = std::max(std::fabs(trace.least->y), std::fabs(trace.greatest->y));
+    trace.least = withoutRounding(*trace.least, size);
+    trace.greatest = withoutRounding(*trace.greatest, size);
+}
+
+// An expression goes on beyond its range, a question about it does not.
+Curve examined(const Curve& curve, Range range)
+{
+    CurveDefinition definition = curve.definition();
+    auto* expression = std::get_if<CurveDefinition::Expression>(&definition.shape);
+    if (expression == nullptr || (expression->from == range.from && expression->to == range.to))
+        return curve;
+    expression->from = range.from;
+    expression->to = range.to;
+    return Curve(definition);
+}
+
+// What a picture marks: extremes and impulses, those of the formulas and not of the drawn points.
+void addMarks(Diagram& diagram, const Curve& curve, double rate)
+{
+    const Range range{diagram.from, diagram.to};
+    const std::array<analysis::Summary, 4> summaries = analysis::summarize(examined(curve, range), range);
+    for (Panel& panel : diagram.panels) {
+        Trace& trace = panel.traces.back();
+        const analysis::Summary& summary = summaries[static_cast<std::size_t>(panel.order)];
+        addExtremes(trace, summary, std::pow(rate, panel.order));
+        for (double x : summary.impulses) {
+            const double rise =
+                curve.at(x, Side::Right)[panel.order - 1] - curve.at(x, Side::Left)[panel.order - 1];
+            trace.impulses.push_back({x, rise > 0.0});
+        }
+    }
+}
+
+std::string withoutSource(const std::string& profile)
+{
+    return profile.substr(0, profile.rfind(" ("));
+}
+
+bool isConstant(const std::vector<Sample>& samples, double value)
+{
+    return std::all_of(samples.begin(), samples.end(),
+                       [&](const Sample& sample) { return sample.values.y == value; });
+}
+
+void addRow(Diagram& diagram, const Curve& curve, const Piece& piece, const std::vector<Sample>& samples)
+{
+    const CurveDefinition& definition = curve.definition();
+    const CurveRow& row =
+        std::get<CurveDefinition::Segments>(definition.shape).rows[static_cast<std::size_t>(piece.row) - 1];
+    const char* constantName = quantityName(definition, 0) == "Displacement" ? "Dwell" : "Constant";
+    diagram.stretches.push_back(
+        {piece.from, piece.to, isConstant(samples, row.value) ? constantName : withoutSource(row.profile)});
+    if (diagram.stretches.size() > 1)
+        diagram.seams.push_back(piece.from);
+}
+
+void addCurve(Diagram& diagram, const Curve& curve, const Contents& contents)
+{
+    std::vector<TraceBuilder> builders;
+    for (Panel& panel : diagram.panels)
+        builders.emplace_back(panel.traces.emplace_back(), panel.order, contents.rate);
+    const std::vector<Piece> pieces = piecesWithin(curve, {diagram.from, diagram.to});
+    for (const Piece& piece : pieces) {
+        const std::vector<Sample> samples =
+            samplesOf(curve, piece, cellsOf(piece, pieces.size(), diagram.to - diagram.from));
+        for (TraceBuilder& builder : builders)
+            std::for_each(samples.begin(), samples.end(), [&](const Sample& sample) { builder.add(sample); });
+        if (piece.row > 0 && diagram.names.size() == 1)
+            addRow(diagram, curve, piece, samples);
+    }
+    addMarks(diagram, curve, contents.rate);
+}
+
+void addKnots(Diagram& diagram, const Curve& curve)
+{
+    const auto* points = std::get_if<CurveDefinition::Points>(&curve.definition().shape);
+    if (points == nullptr || diagram.panels.empty() || diagram.panels.front().order != 0)
+        return;
+    for (std::size_t i = 0; i < points->x.size(); ++i) {
+        if (points->x[i] >= diagram.from && points->x[i] <= diagram.to)
+            diagram.panels.front().traces.back().knots.push_back({points->x[i], points->y[i]});
+    }
+}
+
+}  // namespace
+
+Diagram diagramOf(const std::vector<Curve>& curves, const Contents& contents)
+{
+    Diagram diagram;
+    if (curves.empty())
+        return diagram;
+    const CurveDefinition& first = curves.front().definition();
+    const Units units = contents.units.value_or(usualUnits(first));
+    const Range range = rangeOf(curves, contents);
+    diagram.title = !contents.title.empty() || curves.size() > 1 ? contents.title : first.name;
+    diagram.variable = variableName(first);
+    diagram.variableUnit = units.variable;
+    diagram.from = range.from;
+    diagram.to = range.to;
+    for (const Curve& curve : curves)
+        diagram.names.push_back(curve.definition().name);
+    for (int order : ordersOf(curves, contents))
+        diagram.panels.push_back({order, quantityName(first, order), derivativeUnit(units, order), {}});
+    for (const Curve& curve : curves) {
+        addCurve(diagram, curve, contents);
+        addKnots(diagram, curve);
+    }
+    return diagram;
+}
+
+}  // namespace mf::drawing

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mfcurves/curve/Curve.h"
+#include "mfcurves/drawing/quantities.h"
+#include "mfcurves/platform/mfExport.h"
+
+/// Pictures of curves: what a picture shows as plain data, and that as SVG.
+///
+///     const mf::Curve cam = mf::Curve::read("cam.xml");
+///     const std::string svg = mf::drawing::toSvg(mf::drawing::diagramOf({cam}));
+namespace mf::drawing {
+
+struct Point {
+    double x;
+    double y;
+};
+
+/// A run of points joined by a line, ascending in x. Two points of one x are a jump.
+using Line = std::vector<Point>;
+
+/// Where a lower order jumps, so that this one is infinite.
+struct Impulse {
+    double x;
+    bool isUpward;  ///< the lower order jumps to a greater value
+};
+
+/// One curve in one panel. A gap between two lines is a stretch without a finite value.
+struct Trace {
+    std::vector<Line> lines;
+    std::vector<Point> knots;  ///< the points of a curve through points; only in the panel of the value
+    std::optional<Point> least;
+    std::optional<Point> greatest;
+    std::vector<Impulse> impulses;
+};
+
+/// One quantity over the variable.
+struct Panel {
+    int order = 0;
+    std::string quantity;       ///< "Velocity"
+    std::string unit;           ///< "mm/s", empty for none
+    std::vector<Trace> traces;  ///< one for each curve
+};
+
+/// A stretch of the variable that has a name.
+struct Stretch {
+    double from;
+    double to;
+    std::string name;
+};
+
+/// What a picture shows: the stacked panels of a cam designer, which share one horizontal axis.
+struct Diagram {
+    std::string title;
+    std::string variable;  ///< "Cycle angle"
+    std::string variableUnit;
+    double from = 0.0;
+    double to = 1.0;
+    std::vector<std::string> names;  ///< of the curves, in the order of traces
+    std::vector<Panel> panels;
+    std::vector<double> seams;       ///< where rows meet; of a single curve
+    std::vector<Stretch> stretches;  ///< its rows, named by their laws
+};
+
+/// What of the curves is drawn.
+struct Contents {
+    std::optional<Range> range;  ///< of x; else from the first x of all curves to the last one
+    std::optional<Units> units;  ///< labels; else the usual ones of the first curve
+    std::vector<int> orders;     ///< 0 to 3; none: those that have a name
+    double rate = 1.0;           ///< order k is drawn times rate to the power of k
+    std::string title;           ///< else the name of a single curve
+};
+
+/// What the picture of one or several curves shows. The least and greatest values and the impulses are those
+/// of mf::analysis and not of the drawn points. Several curves share each panel.
+MFCURVES_API Diagram diagramOf(const std::vector<Curve>& curves, const Contents& contents = {});
+
+/// How a picture looks.
+struct Style {
+    int width = 920;  ///< pixels, 300 at least
+    int height = 0;   ///< pixels; 0: what the panels need. Panels are 40 high at least, whatever it says
+    bool isDark = false;
+};
+
+/// The picture as a complete SVG document in UTF-8, with a title and a description for those who cannot see
+/// it.
+MFCURVES_API std::string toSvg(const Diagram& diagram, const Style& style = {});
+
+}  // namespace mf::drawing

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "mfcurves/drawing/diagram.h"
+
+namespace mf::drawing {
+
+/// A line with many points to a pixel, by the first, lowest, highest and last point of each of `columns`
+/// equal parts of [from, to]: they leave the picture the same, however fast the curve is.
+Line thinned(const Line& line, double from, double to, std::size_t columns);
+
+/// The line, in pixels, without the points that are not needed to keep it within a tenth of a pixel.
+Line simplified(const Line& line);
+
+/// "M1 2L3 4": a line, in pixels, as the data of an SVG path, rounded to hundredths.
+std::string pathData(const Line& line);
+
+/// A length in pixels, rounded to hundredths.
+std::string pixels(double length);
+
+}  // namespace mf::drawing

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "mfcurves/interfaces/CString.h"
+#include "mfcurves/interfaces/MMEP_WString.h"
+#include "mfcurves/interfaces/MotionMEParser.h"
+#include "mfcurves/platform/encoding.h"
+#include "tools/mfcurve/failure.h"
+#include "tools/mfcurve/options.h"
+#include "tools/mfcurve/sources.h"
+#include "tools/mfcurve/text.h"
+
+namespace mfcurve {
+
+namespace {
+
+bool isLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// How many characters the name or number at the start of a text has; 1 for anything else. What is in braces
+// is one name.
+std::size_t wordLength(std::string_view text)
+{
+    std::size_t i = 1;
+    if (text.front() == '{')
+        return std::min(text.find('}'), text.size() - 1) + 1;
+    if (isLetter(text.front())) {
+        while (i < text.size() && (isLetter(text[i]) || isDigit(text[i])))
+            ++i;
+        return i;
+    }
+    if (!isDigit(text.front()) && text.front() != '.')
+        return 1;
+    while (i < text.size() && (isDigit(text[i]) || text[i] == '.'))
+        ++i;
+    std::size_t exponent = i + 1;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-'))
+            ++exponent;
+        if (exponent < text.size() && isDigit(text[exponent]))
+            i = exponent;
+        while (i < text.size() && isDigit(text[i]))
+            ++i;
+    }
+    return i;
+}
+
+// The text with a number in place of each name that --let gives. A name before a bracket is a function's.
+std::string withConstants(std::string_view text, const std::vector<Constant>& constants)
+{
+    std::string result;
+    std::vector<bool> isUsed(constants.size(), false);
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, wordLength(text));
+        text.remove_prefix(word.size());
+        const auto found = std::find_if(constants.begin(), constants.end(),
+                                        [&](const Constant& c) { return c.name == word; });
+        const bool isCall = trimmed(text).starts_with('(');
+        if (found == constants.end() || isCall) {
+            result += word;
+            continue;
+        }
+        isUsed[static_cast<std::size_t>(found - constants.begin())] = true;
+        result += "(" + numberText(found->value) + ")";
+    }
+    for (std::size_t i = 0; i < constants.size(); ++i) {
+        if (!isUsed[i])
+            throw UsageError("--let " + constants[i].name + ": the expression has no such name");
+    }
+    return result;
+}
+
+// What x stands for follows from the name in the text; a name of its own, such as x, counts as the time.
+Variable variableOf(const std::string& text)
+{
+    MotionMEParser parser;
+    if (!parser.parse(CString(mf::platform::widen(text)), nullptr, nullptr) || parser.getParamsNum() != 1)
+        return {};
+    const MMEP_WString& parameter = parser.getParam(0);
+    if (parameter.isCycleAngle())
+        return {mf::Over::CycleAngle, ""};
+    if (!parameter.isResultObject())
+        return {};
+    CString name = parameter.text;
+    name.TrimLeft(L'{');
+    name.TrimRight(L'}');
+    return {mf::Over::MotionResult, mf::platform::toUtf8(name.View())};
+}
+
+}  // namespace
+
+Description describedExpression(const CurveOptions& options)
+{
+    Description description;
+    mf::CurveDefinition::Expression shape;
+    shape.text = withConstants(*options.expression, options.constants);
+    if (options.from && options.to) {
+        const mf::Range range = chosenRange(options, {0.0, 0.0});
+        shape.from = range.from;
+        shape.to = range.to;
+    }
+    const Variable variable = variableOf(shape.text);
+    description.definition.shape = shape;
+    description.definition.over = variable.over;
+    description.definition.motionResult = variable.motionResult;
+    description.definition.name = *options.expression;
+    description.place = "--expression";
+    return description;
+}
+
+}  // namespace mfcurve

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "mfcurves/curve/laws.h"
+
+namespace mfcurve {
+
+/// Whether a law runs from (0, 0) to (1, 1) without a jump, with finite derivatives at its ends.
+struct LawCheck {
+    bool isSound;
+    std::string text;  ///< what was found
+};
+
+LawCheck checkLaw(const mf::Law& law);
+
+}  // namespace mfcurve

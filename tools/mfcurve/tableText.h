@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "mfcurves/curve/Curve.h"
+
+namespace mfcurve {
+
+/// A column of a table: x or an order.
+struct Column {
+    const char* name;
+    int order;  ///< -1: x
+};
+
+/// How numbers and columns are written.
+struct TableStyle {
+    char delimiter = ',';
+    char decimalMark = '.';
+    std::optional<int> decimals;  ///< none: the fewest digits that read back as the same number
+};
+
+/// x, value, d1, d2, d3.
+std::array<Column, 5> allColumns();
+
+/// "value,d1". Throws UsageError for a name that is not a column.
+std::vector<Column> readColumns(const std::string& text);
+/// One character, or "tab". Throws UsageError for more.
+char readDelimiter(const std::string& text);
+
+std::string tableHeader(const std::vector<Column>& columns, const TableStyle& style);
+void addTableLine(std::string& text, double x, const mf::CurveValues& values,
+                  const std::vector<Column>& columns, const TableStyle& style);
+/// An object with a key for each column, on a line of its own.
+void addJsonLine(std::string& text, double x, const mf::CurveValues& values,
+                 const std::vector<Column>& columns, bool isFirst);
+
+}  // namespace mfcurve
