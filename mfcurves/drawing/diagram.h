@@ -15,9 +15,10 @@
 ///     const std::string svg = mf::drawing::toSvg(mf::drawing::diagramOf({cam}));
 namespace mf::drawing {
 
+/// A place in a diagram, in the units of the curve.
 struct Point {
-    double x;
-    double y;
+    double x;  ///< of the variable
+    double y;  ///< of the value or derivative
 };
 
 /// A run of points joined by a line, ascending in x. Two points of one x are a jump.
@@ -25,22 +26,22 @@ using Line = std::vector<Point>;
 
 /// Where a lower order jumps, so that this one is infinite.
 struct Impulse {
-    double x;
+    double x;       ///< its place
     bool isUpward;  ///< the lower order jumps to a greater value
 };
 
 /// One curve in one panel. A gap between two lines is a stretch without a finite value.
 struct Trace {
-    std::vector<Line> lines;
-    std::vector<Point> knots;  ///< the points of a curve through points; only in the panel of the value
-    std::optional<Point> least;
-    std::optional<Point> greatest;
-    std::vector<Impulse> impulses;
+    std::vector<Line> lines;        ///< in ascending x
+    std::vector<Point> knots;       ///< the points of a curve through points; only in the panel of the value
+    std::optional<Point> least;     ///< the first of equal ones; none without a finite value
+    std::optional<Point> greatest;  ///< likewise
+    std::vector<Impulse> impulses;  ///< ascending in x
 };
 
 /// One quantity over the variable.
 struct Panel {
-    int order = 0;
+    int order = 0;              ///< 0 the value, 1 to 3 its derivatives
     std::string quantity;       ///< "Velocity"
     std::string unit;           ///< "mm/s", empty for none
     std::vector<Trace> traces;  ///< one for each curve
@@ -48,20 +49,20 @@ struct Panel {
 
 /// A stretch of the variable that has a name.
 struct Stretch {
-    double from;
-    double to;
-    std::string name;
+    double from;       ///< its start
+    double to;         ///< its end
+    std::string name;  ///< a law, "Dwell" or "Constant"
 };
 
 /// What a picture shows: the stacked panels of a cam designer, which share one horizontal axis.
 struct Diagram {
-    std::string title;
-    std::string variable;  ///< "Cycle angle"
-    std::string variableUnit;
-    double from = 0.0;
-    double to = 1.0;
+    std::string title;               ///< may be empty
+    std::string variable;            ///< "Cycle angle"
+    std::string variableUnit;        ///< "deg", empty for none
+    double from = 0.0;               ///< start of the shared axis
+    double to = 1.0;                 ///< its end, not below `from`
     std::vector<std::string> names;  ///< of the curves, in the order of traces
-    std::vector<Panel> panels;
+    std::vector<Panel> panels;       ///< from top to bottom
     std::vector<double> seams;       ///< where rows meet; of a single curve
     std::vector<Stretch> stretches;  ///< its rows, named by their laws
 };
@@ -81,9 +82,9 @@ MFCURVES_API Diagram diagramOf(const std::vector<Curve>& curves, const Contents&
 
 /// How a picture looks.
 struct Style {
-    int width = 920;  ///< pixels, 300 at least
-    int height = 0;   ///< pixels; 0: what the panels need. Panels are 40 high at least, whatever it says
-    bool isDark = false;
+    int width = 920;      ///< pixels, 300 at least
+    int height = 0;       ///< pixels; 0: what the panels need. Panels are 40 high at least, whatever it says
+    bool isDark = false;  ///< light letters on a dark ground
 };
 
 /// The picture as a complete SVG document in UTF-8, with a title and a description for those who cannot see

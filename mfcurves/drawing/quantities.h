@@ -11,9 +11,9 @@ namespace mf::drawing {
 
 /// Units as texts: "deg", "mm". Empty where there is none.
 struct Units {
-    std::string variable;
-    std::string value;
-    std::string rate;  ///< what derivatives are by; empty: `variable`
+    std::string variable;  ///< of x
+    std::string value;     ///< of the value
+    std::string rate;      ///< what derivatives are by; empty: `variable`
 };
 
 /// How many orders of a curve have a name of their own: the value and its derivatives down to the jerk, of a
