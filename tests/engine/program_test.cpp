@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A text, and the steps of the program that computes it.
 
 #include "mfcurves/engine/program.h"
