@@ -98,7 +98,8 @@ double mfFunctionExpression_c::evaluate(double x, int order)
     double values[kOrderCount] = {};
     if (order < 0 || order >= kOrderCount || iEvaluate(x, order, values) == 0)
         return 0.0;
-    return values[order] / iUnitFactor();
+    const double factor = iUnitFactor();
+    return factor == 1.0 ? values[order] : values[order] / factor;  // mostly there is nothing to convert
 }
 
 // A host without services takes the values as they are.
