@@ -204,7 +204,8 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
     else
         definition = definitionFrom(function, laws, std::move(library), problems);
     if (outcome.reason.empty() && outcome.objectType == MotionObjectType_None)
-        problems.push_back({Problem::Level::Warning, "", "it is for neither a motor nor a force nor a torque"});
+        problems.push_back(
+            {Problem::Level::Warning, "", "it is for neither a motor nor a force nor a torque"});
     if (hasError(problems))
         throw errorOf(std::move(problems));
     warnings.insert(warnings.end(), problems.begin(), problems.end());
