@@ -16,6 +16,7 @@
 
 #include "bench/handwritten.h"
 #include "mfcurves/engine/evaluateMany.h"
+#include "mfcurves/engine/formula.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
@@ -25,7 +26,7 @@ namespace {
 
 struct Subject {
     std::string name;
-    const Handwritten& handwritten;
+    const Handwritten* handwritten;  ///< null for a law that is compared with another law
     /// The text with numbers filled in. Each `variant` has other numbers of the
     /// same length; variant 0 is what the hand-written function computes.
     std::string (*text)(int variant);
@@ -50,6 +51,19 @@ std::string polynomialText(int variant)
     return "(3.000000+(-5.000000-3.000000)*(10*" + u + "^3-15*" + u + "^4+6*" + u + "^5))";
 }
 
+std::string law4567Text(int variant)
+{
+    const std::string u = formatted("((x-%f)/(2.250000-0.500000))", startOf(variant));
+    return "(3.000000+(-5.000000-3.000000)*(35*" + u + "^4-84*" + u + "^5+70*" + u + "^6-20*" + u + "^7))";
+}
+
+std::string law56789Text(int variant)
+{
+    const std::string u = formatted("((x-%f)/(2.250000-0.500000))", startOf(variant));
+    return "(3.000000+(-5.000000-3.000000)*(126*" + u + "^5-420*" + u + "^6+540*" + u + "^7-315*" + u +
+           "^8+70*" + u + "^9))";
+}
+
 std::string quarterCosineText(int variant)
 {
     const std::string u = formatted("((x-%f)/(2.250000-0.500000))", startOf(variant));
@@ -64,9 +78,9 @@ std::string generalText(int variant)
 }
 
 const Subject kSubjects[] = {
-    {"polynomial", kPolynomial, polynomialText},
-    {"quarter_cosine", kQuarterCosine, quarterCosineText},
-    {"general", kGeneral, generalText},
+    {"polynomial", &kPolynomial, polynomialText}, {"quarter_cosine", &kQuarterCosine, quarterCosineText},
+    {"general", &kGeneral, generalText},          {"law_4567", nullptr, law4567Text},
+    {"law_56789", nullptr, law56789Text},
 };
 
 /// Many x of the law's stretch in no order, so that no x comes twice in a row and
@@ -147,7 +161,7 @@ void handwrittenValue(benchmark::State& state, const Subject& subject)
 {
     Inputs inputs;
     for (auto _ : state)
-        benchmark::DoNotOptimize(subject.handwritten.value(inputs.next()));
+        benchmark::DoNotOptimize(subject.handwritten->value(inputs.next()));
 }
 
 void engineValue(benchmark::State& state, const Subject& subject)
@@ -176,7 +190,7 @@ void handwrittenOrders(benchmark::State& state, const Subject& subject)
 {
     Inputs inputs;
     for (auto _ : state) {
-        Orders orders = subject.handwritten.orders(inputs.next());
+        Orders orders = subject.handwritten->orders(inputs.next());
         benchmark::DoNotOptimize(orders);
     }
 }
@@ -192,13 +206,28 @@ void engineOrders(benchmark::State& state, const Subject& subject)
     }
 }
 
+// The engine's own call, which has all orders of a point in one run.
+void formulaOrders(benchmark::State& state, const Subject& subject)
+{
+    Inputs inputs;
+    const std::string text = subject.text(0);
+    const auto result = mf::engine::Formula::compile(std::wstring(text.begin(), text.end()), L"x");
+    const auto& formula = std::get<std::shared_ptr<const mf::engine::Formula>>(result);
+    std::vector<double> registers(formula->registerCount());
+    for (auto _ : state) {
+        double orders[4];
+        formula->evaluate(inputs.next(), 3, registers.data(), orders);
+        benchmark::DoNotOptimize(orders);
+    }
+}
+
 void handwrittenSamples(benchmark::State& state, const Subject& subject)
 {
     const Inputs inputs;
     const SampleBlock block;
     std::size_t i = 0;
     for (auto _ : state) {
-        subject.handwritten.samples(inputs.from(i++), Inputs::kBlock, block.samples);
+        subject.handwritten->samples(inputs.from(i++), Inputs::kBlock, block.samples);
         benchmark::ClobberMemory();
     }
 }
@@ -259,21 +288,28 @@ const struct {
     const char* name;
     void (*run)(benchmark::State& state, const Subject& subject);
 } kWorks[] = {
-    {"value/handwritten", handwrittenValue}, {"value/engine", engineValue},
-    {"value/muparser", muparserValue},       {"orders/handwritten", handwrittenOrders},
-    {"orders/engine", engineOrders},         {"samples/handwritten", handwrittenSamples},
-    {"samples/engine", engineSamples},       {"compile/engine", engineCompile},
+    {"value/handwritten", handwrittenValue},
+    {"value/engine", engineValue},
+    {"value/muparser", muparserValue},
+    {"orders/handwritten", handwrittenOrders},
+    {"orders/engine", engineOrders},
+    {"orders/formula", formulaOrders},
+    {"samples/handwritten", handwrittenSamples},
+    {"samples/engine", engineSamples},
+    {"compile/engine", engineCompile},
     {"compile/muparser", muparserCompile},
 };
 
 // The hand-written functions and the texts must be the same functions.
 void checkAgreement(const Subject& subject)
 {
+    if (subject.handwritten == nullptr)
+        return;
     Inputs inputs;
     const Compiled compiled(subject.text(0));
     for (int i = 0; i < 100; ++i) {
         const double x = inputs.next();
-        const Orders orders = subject.handwritten.orders(x);
+        const Orders orders = subject.handwritten->orders(x);
         const double expected[] = {orders.value, orders.first, orders.second, orders.third};
         for (int order = 0; order < 4; ++order) {
             if (std::abs(compiled.at(order, x) - expected[order]) > 1e-9 * (1 + std::abs(expected[order]))) {
@@ -282,7 +318,7 @@ void checkAgreement(const Subject& subject)
                 std::abort();
             }
         }
-        if (std::abs(subject.handwritten.value(x) - orders.value) > 1e-12 * (1 + std::abs(orders.value)))
+        if (std::abs(subject.handwritten->value(x) - orders.value) > 1e-12 * (1 + std::abs(orders.value)))
             std::abort();
     }
 }
@@ -295,6 +331,8 @@ int main(int argc, char** argv)
     for (const bench::Subject& subject : bench::kSubjects) {
         bench::checkAgreement(subject);
         for (const auto& work : bench::kWorks) {
+            if (subject.handwritten == nullptr && std::string(work.name).ends_with("/handwritten"))
+                continue;
             benchmark::RegisterBenchmark((subject.name + "/" + work.name).c_str(),
                                          [&](benchmark::State& state) { work.run(state, subject); });
         }

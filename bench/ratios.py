@@ -4,32 +4,52 @@
 
     ratios.py RESULTS.json...
 
-RESULTS are files written with --benchmark_out_format=json and repetitions; the
-medians count. A line without a target only tells. Exit status: 1 when a ratio
-misses its target, 2 when a benchmark of the list did not run.
+RESULTS are files written with --benchmark_out_format=json and repetitions. A ratio is
+that of the medians. Beside it is its spread: half the distance of the quartiles of either
+side, in percent of the median, both sides added as squares. A ratio misses its target
+when it is above it by more than the spread. A line without a target only informs. Exit
+status: 1 when a ratio misses its target, 2 when a benchmark of the list did not run.
 """
 
 import csv
 import json
+import math
 import pathlib
+import statistics
 import sys
 
 
-def medians(paths):
-    """Median time in nanoseconds of each benchmark."""
+def repetitions(paths):
+    """Times in nanoseconds of all repetitions of each benchmark."""
     times = {}
     for path in paths:
         for result in json.loads(pathlib.Path(path).read_text())["benchmarks"]:
-            if result.get("aggregate_name") == "median":
+            if result["run_type"] == "iteration":
                 assert result["time_unit"] == "ns", result["name"]
-                times[result["run_name"]] = result["cpu_time"]
+                times.setdefault(result["run_name"], []).append(result["cpu_time"])
     return times
+
+
+def spread(times):
+    """Half the distance of the quartiles, as a part of the median."""
+    if len(times) < 2:
+        return 0.0
+    lower, median, upper = statistics.quantiles(times, n=4, method="inclusive")
+    return (upper - lower) / 2 / median
+
+
+def outcome(ratio, ratio_spread, target):
+    if not target:
+        return ""
+    if ratio <= float(target):
+        return "reached"
+    return "MISSED" if ratio > float(target) * (1 + ratio_spread) else "within the spread"
 
 
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    times = medians(sys.argv[1:])
+    times = repetitions(sys.argv[1:])
     with open(pathlib.Path(__file__).with_name("ratios.csv"), encoding="utf-8", newline="") as file:
         rows = list(csv.DictReader(file))
     missing = {row[side] for row in rows for side in ("numerator", "denominator")} - times.keys()
@@ -37,18 +57,17 @@ def main():
         print("did not run:", *sorted(missing), file=sys.stderr)
         sys.exit(2)
 
-    print("| work | of | ns | baseline ns | ratio | target | |")
-    print("|---|---|---:|---:|---:|---:|---|")
+    print("| work | of | ns | baseline ns | ratio | spread | target | |")
+    print("|---|---|---:|---:|---:|---:|---:|---|")
     missed = False
     for row in rows:
-        time, baseline = times[row["numerator"]], times[row["denominator"]]
-        ratio = time / baseline
-        outcome = ""
-        if row["target"]:
-            outcome = "reached" if ratio <= float(row["target"]) else "MISSED"
-        missed |= outcome == "MISSED"
-        print(f"| {row['work']} | {row['subject']} | {time:.1f} | {baseline:.1f} | {ratio:.2f} "
-              f"| {row['target']} | {outcome} |")
+        sides = [times[row["numerator"]], times[row["denominator"]]]
+        time, baseline = map(statistics.median, sides)
+        ratio_spread = math.hypot(*map(spread, sides))
+        result = outcome(time / baseline, ratio_spread, row["target"])
+        missed |= result == "MISSED"
+        print(f"| {row['work']} | {row['subject']} | {time:.1f} | {baseline:.1f} | {time / baseline:.2f} "
+              f"| {100 * ratio_spread:.0f} % | {row['target']} | {result} |")
     sys.exit(1 if missed else 0)
 
 
