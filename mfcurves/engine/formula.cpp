@@ -45,6 +45,8 @@ Formula::Result Formula::compile(std::wstring_view text, const std::optional<std
     formula->programs_.all =
         compilation.highestOrder() == 0 ? formula->programs_.value : compilation.program();
     const Program& all = *formula->programs_.all;
+    formula->runValue_ = runFor(formula->programs_.value->steps(0));
+    formula->runAll_ = runFor(all.steps(all.highestOrder()));
     formula->hasBranches_ = std::ranges::any_of(all.steps(all.highestOrder()), mayBranch);
     return formula;
 }
@@ -75,7 +77,8 @@ void Formula::evaluate(double x, int order, double* registers, double* values) c
     const Program& program = programs_.upTo(highest);
     registers[0] = x;
     fillConstants(program, registers);
-    run(program.steps(highest), registers);
+    const RunProgram runProgram = highest == 0 ? runValue_ : runAll_;
+    runProgram(x, program.steps(highest), registers, program.result(0), values[0]);
     takeValues(program, highest, registers, values);
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <variant>
 
+#include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/parseError.h"
 #include "mfcurves/engine/program.h"
@@ -67,6 +68,8 @@ private:
     int iHighest(int order) const;
 
     Programs programs_;
+    RunProgram runValue_ = nullptr;  // the quickest for each program
+    RunProgram runAll_ = nullptr;
     bool hasBranches_ = false;
 };
 
