@@ -16,6 +16,21 @@ Interval shifted(const Interval& y, double value)
     return value == 0.0 ? y : y - Interval(value);
 }
 
+// How far the zero may be from an x where the function is at most `size`: in a box where it
+// rises or falls throughout by `slope`, which is part of [from, to]. The slope beside x is
+// nearer to its own than that of the whole box, which may come close to 0 elsewhere.
+double reachOf(BoxEvaluator& function, std::size_t k, double x, double size, const Interval& slope,
+               double from, double to)
+{
+    const double reach = size / slope.smallest();
+    const double guess = 2.0 * size / function.pairAt(x, k)[k + 1].smallest();
+    if (!(guess < reach))
+        return reach;
+    const Interval beside = function.plainly(std::max(x - guess, from), std::min(x + guess, to))[k + 1];
+    const double near = size / beside.smallest();
+    return near <= guess ? near : reach;
+}
+
 class ZeroSearch {
 public:
     ZeroSearch(BoxEvaluator& function, int k, double value, double from, double to)
@@ -100,22 +115,9 @@ private:
         const bool atFrom =
             !first.excludesZero() && (last.excludesZero() || first.largest() <= last.largest());
         const double x = atFrom ? from : to;
-        const double reach = reachOf(x, atFrom ? first : last, slope);
+        const double size = (atFrom ? first : last).largest();
+        const double reach = reachOf(function_, k_, x, size, slope, from_, to_);
         note(x - reach, x + reach, x);
-    }
-
-    // How far the zero may be from an x where the function is 0 but for rounding. The slope
-    // beside x is nearer to its own than that of the whole box.
-    double reachOf(double x, const Interval& y, const Interval& slope)
-    {
-        const double reach = y.largest() / slope.smallest();
-        const double guess = 2.0 * y.largest() / function_.at(x)[k_ + 1].smallest();
-        if (!(guess < reach))
-            return reach;
-        const Interval beside =
-            function_.plainly(std::max(x - guess, from_), std::min(x + guess, to_))[k_ + 1];
-        const double near = y.largest() / beside.smallest();
-        return near <= guess ? near : reach;
     }
 
     void note(double from, double to) { note(from, to, std::nan("")); }
@@ -203,24 +205,26 @@ Zero zeroBetween(BoxEvaluator& function, int k, double value, double from, doubl
     constexpr int kMostSteps = 100;
     const auto order = static_cast<std::size_t>(k);
     const bool rises = slope.lo > 0.0;
+    const double first = from;
+    const double last = to;
     double x = 0.5 * from + 0.5 * to;
     double best = x;
     double least = engine::kUnbounded;
-    bool last = false;
+    bool isClose = false;
     for (int i = 0; i < kMostSteps; ++i) {
         const Enclosures at = function.pairAt(x, order);
         const Interval y = shifted(at[order], value);
         if (!(y.largest() >= least)) {
             least = y.largest();
             best = x;
-        } else if (last) {
+        } else if (isClose) {
             break;
         }
-        if (y.isZero() || (last && !y.excludesZero()))
+        if (y.isZero() || (isClose && !y.excludesZero()))
             break;
         if (y.excludesZero())
             ((y.lo > 0.0) == rises ? to : from) = x;
-        last = !y.excludesZero();
+        isClose = !y.excludesZero();
         double next = x - y.middle() / at[order + 1].middle();
         if (!(next > from && next < to))
             next = 0.5 * from + 0.5 * to;
@@ -229,11 +233,8 @@ Zero zeroBetween(BoxEvaluator& function, int k, double value, double from, doubl
         x = next;
     }
 
-    // The slope beside the zero is nearer to its own than that of the whole box.
-    double reach = least / slope.smallest();
-    const Interval beside = function.plainly(best - reach, best + reach)[order + 1];
-    if (beside.excludesZero())
-        reach = std::min(reach, least / beside.smallest());
+    const double reach =
+        std::min(reachOf(function, order, best, least, slope, first, last), std::max(best - from, to - best));
     return {best, reach + std::fabs(best) * 0x1p-52};
 }
 

@@ -82,6 +82,19 @@ TEST(StationaryPoints, OfPointsAreInClosedForm)
     EXPECT_TRUE(stationaryPoints(curve, 4).empty());
 }
 
+// The slope of the box from 0 to the top is 0 at the top, but for rounding.
+TEST(Crossings, BesideATopInTheMiddleOfTheRange)
+{
+    expectPlaces(crossings(expression("sin(pi*x)", 0.0, 1.0), 0, 0.5), {1.0 / 6.0, 5.0 / 6.0});
+    expectPlaces(crossings(expression("10*sin(2*pi*x)", 0.0, 1.0), 0, 5.0), {1.0 / 12.0, 5.0 / 12.0});
+    expectPlaces(crossings(expression("10*sin(2*pi*x)", 0.0, 1.0), 0, -5.0), {7.0 / 12.0, 11.0 / 12.0});
+}
+
+TEST(Beyond, BesideATopInTheMiddleOfTheRange)
+{
+    expectRanges(beyond(expression("sin(pi*x)", 0.0, 1.0), 0, -kInfinity, 0.5), {{1.0 / 6.0, 5.0 / 6.0}});
+}
+
 TEST(Crossings, AreWhereAnOrderTakesAValue)
 {
     expectPlaces(crossings(expression("sin(x)", 0.0, 7.0), 0, 0.5),
