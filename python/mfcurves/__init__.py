@@ -1,0 +1,54 @@
+# SPDX-License-Identifier: MIT
+"""Motion functions: curves with a value and three exact derivatives.
+
+>>> import mfcurves as mf
+>>> cam = mf.segments([(90, 25, "3-4-5-Polynomial"), (150, 25, "Linear")], over="angle")
+>>> cam(45.0)
+12.5
+"""
+
+from mfcurves._curve import (
+    Curve,
+    Derivative,
+    Row,
+    expression,
+    parse,
+    points,
+    read,
+    segments,
+)
+from mfcurves._errors import CurveError, CurveWarning, Problem
+from mfcurves._laws import Law, Move, fastest, laws
+from mfcurves._mfcurves import __version__
+from mfcurves._results import Break, CamTable, Check, Peak, Summary, Violation
+
+__all__ = [
+    "Break",
+    "CamTable",
+    "Check",
+    "Curve",
+    "CurveError",
+    "CurveWarning",
+    "Derivative",
+    "Law",
+    "Move",
+    "Peak",
+    "Problem",
+    "Row",
+    "Summary",
+    "Violation",
+    "__version__",
+    "expression",
+    "fastest",
+    "laws",
+    "parse",
+    "points",
+    "read",
+    "segments",
+]
+
+# Everything is known by the name that users write.
+for _name in __all__:
+    if isinstance(globals()[_name], type):
+        globals()[_name].__module__ = __name__
+del _name

@@ -1,0 +1,86 @@
+# SPDX-License-Identifier: MIT
+"""Motion laws: what there is, what each costs, and which one is fastest."""
+
+from __future__ import annotations
+
+from typing import List, NamedTuple, Optional
+
+from mfcurves import _mfcurves
+from mfcurves._curve import _limit, _number
+from mfcurves._errors import CurveError
+
+
+class Law(NamedTuple):
+    """A motion law and its factors.
+
+    For a stroke H in a time T the largest velocity is ``cv`` H/T, the largest acceleration
+    ``ca`` H/T^2, the largest jerk ``cj`` H/T^3. ``continuity`` is the highest order such
+    that it and all lower ones do not jump, at the ends against rest or inside.
+    """
+
+    name: str
+    formula: str
+    cv: float
+    ca: float
+    cj: float
+    continuity: int
+
+
+class Move(NamedTuple):
+    """How long a law needs for a move, and which limit makes it so long."""
+
+    profile: str
+    duration: float
+    limited_by: str
+
+
+def laws() -> List[Law]:
+    """The motion laws that rows can name without a library: built in and shipped.
+
+    Examples
+    --------
+    >>> import mfcurves as mf
+    >>> {law.name: law.cv for law in mf.laws()}["3-4-5-Polynomial"]
+    1.875
+    """
+    return [Law(*law) for law in _mfcurves.laws()]
+
+
+def fastest(
+    stroke: float,
+    max_velocity: Optional[float] = None,
+    max_acceleration: Optional[float] = None,
+    max_jerk: Optional[float] = None,
+) -> List[Move]:
+    """The laws that make a move from rest to rest, the fastest first.
+
+    Parameters
+    ----------
+    stroke : float
+        Not 0; its sign does not count.
+    max_velocity, max_acceleration, max_jerk : float above 0, optional
+        At least one, in the unit of the stroke and seconds.
+
+    Returns
+    -------
+    list of Move
+        Only laws that keep the limits without an impulse, at their ends too.
+
+    Examples
+    --------
+    >>> import mfcurves as mf
+    >>> moves = mf.fastest(0.2, max_velocity=1.0)
+    >>> moves[0].duration <= moves[-1].duration
+    True
+    """
+    stroke = _number(stroke, "stroke")
+    limits = [
+        _limit(max_velocity, "max_velocity"),
+        _limit(max_acceleration, "max_acceleration"),
+        _limit(max_jerk, "max_jerk"),
+    ]
+    if all(limit is None for limit in limits):
+        raise CurveError("at least one of max_velocity, max_acceleration and max_jerk is needed")
+    if not abs(stroke) > 0.0 or stroke in (float("inf"), -float("inf")):
+        raise CurveError(f"stroke must be finite and not 0, not {stroke!r}")
+    return [Move(*move) for move in _mfcurves.fastest(stroke, *limits)]

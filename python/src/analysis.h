@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include "mfcurves/curve/Curve.h"
+
+namespace mfpython {
+
+namespace py = pybind11;
+
+/// Adds the questions about a curve: operations of its class that return plain tuples, and
+/// the functions about motion laws.
+void addAnalysis(py::module_& module, py::class_<mf::Curve>& curve);
+
+}  // namespace mfpython

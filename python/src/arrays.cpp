@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+
+#include "python/src/arrays.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace mfpython {
+namespace {
+
+// The global interpreter lock is given back while this many points are computed; between
+// two such runs Python sees its signals. 65,536 points take a millisecond or so.
+constexpr py::ssize_t kRun = 65'536;
+
+// Calls compute(first, count) for runs of points, without the lock.
+void inRuns(py::ssize_t count, const auto& compute)
+{
+    for (py::ssize_t first = 0; first < count; first += kRun) {
+        {
+            const py::gil_scoped_release released;
+            compute(first, std::min(kRun, count - first));
+        }
+        if (PyErr_CheckSignals() != 0)
+            throw py::error_already_set();
+    }
+}
+
+}  // namespace
+
+double valueAt(const mf::Curve& curve, double x, int order)
+{
+    if (order < 0 || order > 3)
+        throw mf::CurveError(
+            {{mf::Problem::Level::Error, "", "nu must be from 0 to 3, not " + std::to_string(order)}});
+    return curve(x, order);
+}
+
+py::array_t<double> valuesAt(const mf::Curve& curve, const py::array_t<double, py::array::c_style>& x,
+                             int order, mf::Side side)
+{
+    py::array_t<double> y(std::vector<py::ssize_t>(x.shape(), x.shape() + x.ndim()));
+    const double* from = x.data();
+    double* to = y.mutable_data();
+    inRuns(x.size(), [&](py::ssize_t first, py::ssize_t count) {
+        if (side == mf::Side::Plain)
+            return curve.evaluate(from + first, static_cast<std::size_t>(count), order, to + first);
+        for (py::ssize_t i = first; i < first + count; ++i)
+            to[i] = curve.at(from[i], side)[order];
+    });
+    return y;
+}
+
+py::array_t<double> allValuesAt(const mf::Curve& curve, const py::array_t<double, py::array::c_style>& x,
+                                mf::Side side)
+{
+    std::vector<py::ssize_t> shape{4};
+    shape.insert(shape.end(), x.shape(), x.shape() + x.ndim());
+    py::array_t<double> y(shape);
+    const py::ssize_t points = x.size();
+    const double* from = x.data();
+    double* to = y.mutable_data();
+    // Small enough to stay close to the processor until its orders are laid apart.
+    constexpr py::ssize_t kPart = 512;
+    inRuns(points, [&](py::ssize_t first, py::ssize_t count) {
+        mf::CurveValues values[kPart];
+        for (py::ssize_t part = first; part < first + count; part += kPart) {
+            const py::ssize_t size = std::min(kPart, first + count - part);
+            if (side == mf::Side::Plain) {
+                curve.evaluate(from + part, static_cast<std::size_t>(size), values);
+            } else {
+                for (py::ssize_t i = 0; i < size; ++i)
+                    values[i] = curve.at(from[part + i], side);
+            }
+            for (py::ssize_t i = 0; i < size; ++i) {
+                to[part + i] = values[i].y;
+                to[points + part + i] = values[i].d1;
+                to[2 * points + part + i] = values[i].d2;
+                to[3 * points + part + i] = values[i].d3;
+            }
+        }
+    });
+    return y;
+}
+
+}  // namespace mfpython

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+
+#include <new>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+#include <string>
+#include <vector>
+
+#include "mfcurves/curve/Curve.h"
+#include "mfcurves/curve/Problem.h"
+#include "mfcurves/version.h"
+#include "python/src/analysis.h"
+#include "python/src/arrays.h"
+#include "python/src/definitions.h"
+
+namespace py = pybind11;
+
+namespace mfpython {
+namespace {
+
+py::list problemsOf(const std::vector<mf::Problem>& problems)
+{
+    py::list list;
+    for (const mf::Problem& problem : problems)
+        list.append(py::make_tuple(problem.level == mf::Problem::Level::Error ? "error" : "warning",
+                                   problem.place, problem.message));
+    return list;
+}
+
+// The exception class is Python's own, so that it survives pickling.
+void raise(const mf::CurveError& error)
+{
+    const py::object type = py::module_::import("mfcurves._errors").attr("CurveError");
+    PyErr_SetObject(type.ptr(), type(error.what(), problemsOf(error.problems())).ptr());
+}
+
+mf::Side sideNamed(const std::string& name)
+{
+    if (name == "plain")
+        return mf::Side::Plain;
+    if (name == "left")
+        return mf::Side::Left;
+    if (name == "right")
+        return mf::Side::Right;
+    throw py::value_error("side must be 'plain', 'left' or 'right', not '" + name + "'");
+}
+
+constexpr const char* kOutsides[] = {"extend", "hold", "repeat", "undefined"};
+
+mf::Outside outsideNamed(const std::string& name)
+{
+    for (int i = 0; i < 4; ++i) {
+        if (name == kOutsides[i])
+            return static_cast<mf::Outside>(i);
+    }
+    throw py::value_error("rule must be 'extend', 'hold', 'repeat' or 'undefined', not '" + name + "'");
+}
+
+using Array = py::array_t<double, py::array::c_style>;
+
+// Its operations get their sentences of help, their checks of types and their results
+// with names in mfcurves/_curve.py.
+py::class_<mf::Curve> addCurve(py::module_& module)
+{
+    return py::class_<mf::Curve>(module, "CurveCore", "What mfcurves.Curve is made of.")
+        .def(py::init<const mf::Curve&>(), py::arg("core"))
+        .def(py::init([](const py::dict& state) { return mf::Curve(definitionFrom(state)); }),
+             py::arg("state"))
+        // A positional float comes first, as one number is what a simulation asks for at
+        // each step; everything else takes the road through Python's checks.
+        .def("__call__", &valueAt, py::arg("x").noconvert(), py::arg("nu") = 0)
+        .def(
+            "__call__",
+            [](const py::object& curve, const py::object& x, const py::object& nu, const py::object& side) {
+                return py::module_::import("mfcurves._curve").attr("_values")(curve, x, nu, side);
+            },
+            py::arg("x"), py::arg("nu") = 0, py::arg("side") = "plain")
+        .def("values", [](const mf::Curve& curve, const Array& x, int nu,
+                          const std::string& side) { return valuesAt(curve, x, nu, sideNamed(side)); })
+        .def("all_values", [](const mf::Curve& curve, const Array& x,
+                              const std::string& side) { return allValuesAt(curve, x, sideNamed(side)); })
+        .def_property_readonly("first_x", &mf::Curve::firstX)
+        .def_property_readonly("last_x", &mf::Curve::lastX)
+        .def_property_readonly(
+            "outside", [](const mf::Curve& curve) { return kOutsides[static_cast<int>(curve.outside())]; })
+        .def("state", [](const mf::Curve& curve) { return stateOf(curve.definition()); })
+        .def("found_odd", [](const mf::Curve& curve) { return problemsOf(curve.warnings()); })
+        .def("with_rule",
+             [](const mf::Curve& curve, const std::string& rule) { return curve.with(outsideNamed(rule)); })
+        .def("equals", [](const mf::Curve& a, const mf::Curve& b) { return a == b; })
+        .def("document",
+             [](const mf::Curve& curve) {
+                 std::vector<mf::Problem> losses;
+                 const std::string xml = curve.toXml(&losses);
+                 return py::make_tuple(xml, problemsOf(losses));
+             })
+        .def("save", &mf::Curve::write);
+}
+
+void fill(py::module_& module)
+{
+    py::register_exception_translator([](std::exception_ptr thrown) {
+        try {
+            std::rethrow_exception(thrown);
+        } catch (const mf::CurveError& error) {
+            raise(error);
+        }
+    });
+    module.attr("__version__") = mf::version();
+    py::class_<mf::Curve> curve = addCurve(module);
+    addAnalysis(module, curve);
+    // The lock is kept while a curve is made or read: no other thread of Python can then
+    // fork this process with a lock of the library held.
+    module.def("read", [](const std::string& path, const std::vector<std::string>& library,
+                          const std::vector<std::string>& results) {
+        return mf::Curve::read(path, {library, results});
+    });
+    module.def("parse", [](const std::string& text, const std::vector<std::string>& library,
+                           const std::vector<std::string>& results) {
+        return mf::Curve::parse(text, {library, results});
+    });
+}
+
+}  // namespace
+}  // namespace mfpython
+
+// What PYBIND11_MODULE makes, after a check that has to come before all that pybind11 does:
+// in an interpreter other than the main one its first call would wait forever.
+extern "C" PYBIND11_EXPORT PyObject* PyInit__mfcurves()
+{
+    if (PyInterpreterState_Get() != PyInterpreterState_Main()) {
+        PyErr_SetString(PyExc_ImportError, "mfcurves works in the main interpreter only");
+        return nullptr;
+    }
+    PYBIND11_ENSURE_INTERNALS_READY
+    static py::module_::module_def definition;
+    auto module = py::module_::create_extension_module("_mfcurves", nullptr, &definition);
+    try {
+        mfpython::fill(module);
+        return module.ptr();
+    }
+    PYBIND11_CATCH_INIT_EXCEPTIONS
+}

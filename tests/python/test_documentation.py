@@ -1,0 +1,41 @@
+# SPDX-License-Identifier: MIT
+"""The examples of docstrings and of docs/python.md run and print what they say."""
+
+import doctest
+import pathlib
+
+import pytest
+
+import mfcurves
+from mfcurves import _curve, _errors, _laws, _results
+
+PAGE = pathlib.Path(__file__).resolve().parents[2] / "docs" / "python.md"
+OPTIONS = doctest.ELLIPSIS | doctest.IGNORE_EXCEPTION_DETAIL
+
+
+@pytest.mark.parametrize("module", [mfcurves, _curve, _errors, _laws, _results], ids=lambda m: m.__name__)
+def test_docstrings(module):
+    finder = doctest.DocTestFinder()
+    failed = 0
+    runner = doctest.DocTestRunner(optionflags=OPTIONS)
+    for name, item in vars(module).items():
+        is_ours = str(getattr(item, "__module__", "")).startswith("mfcurves")
+        if callable(item) and is_ours and item.__doc__ and not name.startswith("_"):
+            for test in finder.find(item, name, module=False, globs={}):
+                failed += runner.run(test).failed
+    if module.__doc__ and ">>>" in module.__doc__:
+        test = doctest.DocTestParser().get_doctest(module.__doc__, {}, module.__name__, None, 0)
+        failed += runner.run(test).failed
+    assert failed == 0
+
+
+def test_every_public_name_has_a_docstring():
+    for name in mfcurves.__all__:
+        item = getattr(mfcurves, name)
+        if callable(item):
+            assert item.__doc__, name
+
+
+def test_the_page():
+    outcome = doctest.testfile(str(PAGE), module_relative=False, optionflags=OPTIONS)
+    assert outcome.attempted > 20 and outcome.failed == 0
