@@ -13,6 +13,7 @@ namespace mf::curve {
 DocumentHost::DocumentHost(const std::vector<std::string>& motionResults)
 {
     std::vector<CString> names;
+    names.reserve(motionResults.size());
     for (const std::string& name : motionResults)
         names.emplace_back(platform::widen(name));
     services_.setMotionResultNames(std::move(names));

@@ -157,7 +157,7 @@ private:
 
 Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 {
-    const std::uint32_t count = std::ranges::max(roots).index + 1;
+    const std::uint32_t count = std::ranges::max(roots, {}, &NodeId::index).index + 1;
     PerNode<std::uint8_t> wantedBy;  // bit k: root k depends on the node
     wantedBy.assign(count, 0);
     for (std::size_t k = 0; k < roots.size(); ++k)

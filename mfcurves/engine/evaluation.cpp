@@ -307,7 +307,7 @@ constexpr auto runsOfLaws(std::index_sequence<i...>)
 // Nulls for a step that is not a law.
 RunsOfLaw runsOfLaw(const Step& step)
 {
-    using Indices = std::make_index_sequence<kMostTerms*(kMostTerms + 1)>;
+    using Indices = std::make_index_sequence<std::size_t{kMostTerms} * (kMostTerms + 1)>;
     static constexpr std::array kLaws = {runsOfLaws<Stretch::None>(Indices()),
                                          runsOfLaws<Stretch::Scaled>(Indices()),
                                          runsOfLaws<Stretch::Divided>(Indices())};

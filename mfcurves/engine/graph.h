@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -17,7 +16,8 @@ enum class FunctionId : std::uint8_t;
 struct NodeId {
     std::uint32_t index = 0;
 
-    friend auto operator<=>(NodeId, NodeId) = default;
+    friend bool operator==(NodeId, NodeId) = default;
+    friend bool operator<(NodeId a, NodeId b) { return a.index < b.index; }
 };
 
 /// Where there is no node; no graph grows so far.
