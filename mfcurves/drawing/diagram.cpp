@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/drawing/sampling.h"
@@ -20,9 +21,8 @@ std::vector<int> ordersOf(const std::vector<Curve>& curves, const Contents& cont
     int count = 0;
     for (const Curve& curve : curves)
         count = std::max(count, namedOrders(curve.definition()));
-    std::vector<int> orders;
-    for (int order = 0; order < count; ++order)
-        orders.push_back(order);
+    std::vector<int> orders(static_cast<std::size_t>(count));
+    std::iota(orders.begin(), orders.end(), 0);
     return orders;
 }
 
