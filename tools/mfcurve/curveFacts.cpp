@@ -121,6 +121,7 @@ std::string problemText(const mf::Problem& problem)
 std::string jsonProblems(const std::vector<mf::Problem>& problems)
 {
     std::vector<std::string> list;
+    list.reserve(problems.size());
     for (const mf::Problem& problem : problems)
         list.push_back(
             jsonObject({{"place", jsonText(problem.place)}, {"message", jsonText(problem.message)}}));
