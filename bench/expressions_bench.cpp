@@ -3,7 +3,7 @@
 // An expression curve through mfFunctionData_c::evaluate, as a simulator calls it, beside the
 // same function as hand-written C++ that is called through a pointer, which nobody can inline.
 //
-// Benchmarks are named CURVES/WORK/WHO; ratios.csv says which are compared.
+// Benchmarks are named CURVES:TASK:WHO, with slashes for the colons; ratios.csv says which are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>
