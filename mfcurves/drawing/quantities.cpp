@@ -78,21 +78,30 @@ std::string variableName(const CurveDefinition& definition)
     return isTime(name) ? "Time" : name;
 }
 
+namespace {
+
+std::string usualVariableUnit(const CurveDefinition& definition)
+{
+    if (definition.over == Over::CycleAngle)
+        return "deg";
+    return variableName(definition) == "Time" ? "s" : "";
+}
+
+std::string usualValueUnit(const CurveDefinition& definition, const std::string& variable)
+{
+    if (definition.quantity == Quantity::Torque)
+        return "N\u00b7m";
+    if (definition.quantity == Quantity::Force)
+        return "N";
+    return overVariable(definition.rotary ? "deg" : "mm", variable, motorStep(definition.quantity));
+}
+
+}  // namespace
+
 Units usualUnits(const CurveDefinition& definition)
 {
-    Units units;
-    if (definition.over == Over::CycleAngle)
-        units.variable = "deg";
-    else if (variableName(definition) == "Time")
-        units.variable = "s";
-    if (definition.quantity == Quantity::Torque)
-        units.value = "N\u00b7m";
-    else if (definition.quantity == Quantity::Force)
-        units.value = "N";
-    else
-        units.value =
-            overVariable(definition.rotary ? "deg" : "mm", units.variable, motorStep(definition.quantity));
-    return units;
+    const std::string variable = usualVariableUnit(definition);
+    return {variable, usualValueUnit(definition, variable), ""};
 }
 
 std::string derivativeUnit(const Units& units, int order)

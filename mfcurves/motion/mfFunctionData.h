@@ -125,8 +125,8 @@ public:
     /// of its quantity, and so are its derivatives; nothing else is converted.
     /// No value: 0.0, without a sign of it: where no kind is active, in row 0, for a text
     /// that does not compile, where a formula is not finite at x, and for another order
-    /// (of segments every other order counts as 3). A NaN x gives 0.0 in a table of
-    /// segments and in an expression; a table of points asks the spline.
+    /// (of segments every other order counts as 3). At a NaN a formula that depends on x
+    /// gives 0.0; a table of points asks the spline.
     /// Derivatives: 0.0 until the curve was sampled. For a row this is calculateValue
     /// after parseExpression; for an expression calculateValue after both
     /// setMathExpression and setParseExpression. A copy made by Copy is not sampled.
