@@ -45,7 +45,7 @@ has_package() {
         python3 | clang-format | lld | doxygen) has_command "$1" ;;
         pkgconf) has_command pkg-config ;;
         clang-tidy) has_command clang-tidy && has_command run-clang-tidy ;;
-        python3-* | pybind11-dev) dpkg -s "$1" >/dev/null 2>&1 ;;
+        python3-* | pybind11-dev | mypy) dpkg -s "$1" >/dev/null 2>&1 ;;
         *) fail "has_package knows nothing of $1" ;;
     esac
 }
@@ -101,4 +101,5 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 build_packages=(g++ cmake ninja-build libxml2-dev libfmt-dev libcli11-dev libgtest-dev libgmock-dev python3)
 python_packages=(python3-dev python3-numpy python3-pip python3-setuptools python3-venv python3-wheel pybind11-dev)
+python_test_packages=(python3-pytest python3-hypothesis python3-mpmath python3-scipy python3-matplotlib python3-distributed mypy)
 check_packages=(clang-format clang-tidy lld doxygen pkgconf libsimbody-dev)

@@ -7,18 +7,11 @@
 12.5
 """
 
-from mfcurves._curve import (
-    Curve,
-    Derivative,
-    Row,
-    expression,
-    parse,
-    points,
-    read,
-    segments,
-)
+from mfcurves._curve import Curve, Derivative
 from mfcurves._errors import CurveError, CurveWarning, Problem
+from mfcurves._inputs import Row
 from mfcurves._laws import Law, Move, fastest, laws
+from mfcurves._making import expression, parse, points, read, segments
 from mfcurves._mfcurves import __version__
 from mfcurves._results import Break, CamTable, Check, Peak, Summary, Violation
 

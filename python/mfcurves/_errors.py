@@ -3,10 +3,11 @@
 
 from __future__ import annotations
 
-from typing import Iterable, NamedTuple, Tuple
+import warnings
+import typing as t
 
 
-class Problem(NamedTuple):
+class Problem(t.NamedTuple):
     """One thing that is wrong or odd.
 
     Attributes
@@ -40,10 +41,10 @@ class CurveError(ValueError):
     character 9
     """
 
-    def __init__(self, message: str, problems: Iterable[Tuple[str, str, str]] = ()) -> None:
+    def __init__(self, message: str, problems: t.Iterable[t.Tuple[str, str, str]] = ()) -> None:
         found = tuple(Problem(*problem) for problem in problems) or (Problem("error", "", message),)
         super().__init__(message, found)
-        self.problems: Tuple[Problem, ...] = found
+        self.problems: t.Tuple[Problem, ...] = found
 
     def __str__(self) -> str:
         return str(self.args[0])
@@ -51,3 +52,8 @@ class CurveError(ValueError):
 
 class CurveWarning(UserWarning):
     """A document says something oddly: the curve is not quite what its text suggests."""
+
+
+def warn(problems: t.Iterable[t.Tuple[str, str, str]]) -> None:
+    for _, place, message in problems:
+        warnings.warn(f"{place}: {message}" if place else message, CurveWarning, stacklevel=3)

@@ -3,14 +3,14 @@
 
 from __future__ import annotations
 
-from typing import List, NamedTuple, Optional
+import typing as t
 
 from mfcurves import _mfcurves
-from mfcurves._curve import _limit, _number
 from mfcurves._errors import CurveError
+from mfcurves._inputs import as_limit, as_number
 
 
-class Law(NamedTuple):
+class Law(t.NamedTuple):
     """A motion law and its factors.
 
     For a stroke H in a time T the largest velocity is ``cv`` H/T, the largest acceleration
@@ -26,7 +26,7 @@ class Law(NamedTuple):
     continuity: int
 
 
-class Move(NamedTuple):
+class Move(t.NamedTuple):
     """How long a law needs for a move, and which limit makes it so long."""
 
     profile: str
@@ -34,7 +34,7 @@ class Move(NamedTuple):
     limited_by: str
 
 
-def laws() -> List[Law]:
+def laws() -> t.List[Law]:
     """The motion laws that rows can name without a library: built in and shipped.
 
     Examples
@@ -48,10 +48,10 @@ def laws() -> List[Law]:
 
 def fastest(
     stroke: float,
-    max_velocity: Optional[float] = None,
-    max_acceleration: Optional[float] = None,
-    max_jerk: Optional[float] = None,
-) -> List[Move]:
+    max_velocity: t.Optional[float] = None,
+    max_acceleration: t.Optional[float] = None,
+    max_jerk: t.Optional[float] = None,
+) -> t.List[Move]:
     """The laws that make a move from rest to rest, the fastest first.
 
     Parameters
@@ -73,11 +73,11 @@ def fastest(
     >>> moves[0].duration <= moves[-1].duration
     True
     """
-    stroke = _number(stroke, "stroke")
+    stroke = as_number(stroke, "stroke")
     limits = [
-        _limit(max_velocity, "max_velocity"),
-        _limit(max_acceleration, "max_acceleration"),
-        _limit(max_jerk, "max_jerk"),
+        as_limit(max_velocity, "max_velocity"),
+        as_limit(max_acceleration, "max_acceleration"),
+        as_limit(max_jerk, "max_jerk"),
     ]
     if all(limit is None for limit in limits):
         raise CurveError("at least one of max_velocity, max_acceleration and max_jerk is needed")

@@ -3,14 +3,14 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Iterable, List, Tuple
+import typing as t
 
 import numpy as np
+from numpy.typing import NDArray
 
+from mfcurves._curve import Curve
 from mfcurves._errors import CurveError
-
-if TYPE_CHECKING:
-    from mfcurves._curve import Curve
+from mfcurves._inputs import ORDERS
 
 _SAMPLES = 1001
 _NAMES = {
@@ -22,7 +22,7 @@ _NAMES = {
 }
 
 
-def _samples(curve: "Curve") -> np.ndarray:
+def _samples(curve: Curve) -> NDArray[np.float64]:
     """x over the domain; twice where something jumps, for the two sides of it."""
     first, last = curve.domain
     x = np.linspace(first, last, _SAMPLES)
@@ -30,7 +30,7 @@ def _samples(curve: "Curve") -> np.ndarray:
     return np.sort(np.concatenate([x[~np.isin(x, inside)], np.repeat(inside, 2)]))
 
 
-def _line(curve: "Curve") -> Tuple[np.ndarray, np.ndarray]:
+def _line(curve: Curve) -> t.Tuple[NDArray[np.float64], NDArray[np.float64]]:
     x = _samples(curve)
     y = curve.svaj(x)
     second = np.flatnonzero(x[1:] == x[:-1])
@@ -39,16 +39,16 @@ def _line(curve: "Curve") -> Tuple[np.ndarray, np.ndarray]:
     return x, y
 
 
-def plot(curve: "Curve", ax: Any, orders: Iterable[int]) -> Any:
+def plot(curve: Curve, ax: t.Any, orders: t.Iterable[int]) -> t.Any:
     """Draws orders of a curve, one panel each or all into `ax`; returns the axes."""
-    import matplotlib.pyplot as plt
+    import matplotlib.pyplot as plt  # type: ignore[import]
 
     wanted = list(orders)
-    if not wanted or any(order not in (0, 1, 2, 3) for order in wanted):
+    if not wanted or any(order not in ORDERS for order in wanted):
         raise CurveError(f"orders must be some of 0, 1, 2, 3, not {wanted!r}")
     if ax is None:
         figure, panels = plt.subplots(len(wanted), 1, sharex=True, squeeze=False, figsize=(8, 2 * len(wanted)))
-        axes: List[Any] = list(panels[:, 0])
+        axes: t.List[t.Any] = list(panels[:, 0])
         figure.suptitle(curve.name)
     else:
         axes = [ax] * len(wanted)

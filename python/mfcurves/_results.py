@@ -3,14 +3,15 @@
 
 from __future__ import annotations
 
-from typing import Any, Iterable, List, NamedTuple, Optional, Tuple
+import typing as t
 
 import numpy as np
+from numpy.typing import NDArray
 
-Values = Tuple[float, float, float, float]
+Values = t.Tuple[float, float, float, float]
 
 
-class Break(NamedTuple):
+class Break(t.NamedTuple):
     """A place where the value or a derivative jumps.
 
     ``lowest`` is the lowest order that jumps; ``left`` and ``right`` are the value and
@@ -26,7 +27,7 @@ class Break(NamedTuple):
     right: Values
 
 
-class Peak(NamedTuple):
+class Peak(t.NamedTuple):
     """An extreme: the place, the value, the side of x it lies on, and a bound of its error."""
 
     x: float
@@ -35,7 +36,7 @@ class Peak(NamedTuple):
     error: float
 
 
-class Summary(NamedTuple):
+class Summary(t.NamedTuple):
     """What one order does over the range.
 
     ``impulses`` are the places where the order below jumps; the extremes are those beside
@@ -46,56 +47,56 @@ class Summary(NamedTuple):
     greatest: Peak
     rms: float
     mean: float
-    impulses: Tuple[float, ...]
+    impulses: t.Tuple[float, ...]
     guaranteed: bool
 
 
-class Violation(NamedTuple):
+class Violation(t.NamedTuple):
     """A stretch where a limit is broken, or a jump where there should be none.
 
     ``limit``, ``worst`` and ``worst_x`` are None for a jump, the last two for an impulse.
     """
 
     order: int
-    limit: Optional[float]
+    limit: t.Optional[float]
     start: float
     end: float
-    worst: Optional[float]
-    worst_x: Optional[float]
+    worst: t.Optional[float]
+    worst_x: t.Optional[float]
 
 
-class Check(NamedTuple):
+class Check(t.NamedTuple):
     """Whether a curve keeps its limits, and where it does not."""
 
     ok: bool
-    violations: Tuple[Violation, ...]
+    violations: t.Tuple[Violation, ...]
 
 
-class CamTable(NamedTuple):
+class CamTable(t.NamedTuple):
     """A curve as a table: its rows, and the proved bound of what the table changes.
 
     ``d1`` and ``d2`` are empty for forms without them.
     """
 
-    x: np.ndarray
-    y: np.ndarray
-    d1: np.ndarray
-    d2: np.ndarray
+    x: NDArray[np.float64]
+    y: NDArray[np.float64]
+    d1: NDArray[np.float64]
+    d2: NDArray[np.float64]
     bound: float
     guaranteed: bool
 
 
-def breaks_from(items: Iterable[Tuple[Any, ...]]) -> List[Break]:
+def breaks_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> t.List[Break]:
     return [Break(*item) for item in items]
 
 
-def summaries_from(items: Iterable[Tuple[Any, ...]]) -> List[Summary]:
+def summaries_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> t.List[Summary]:
     return [
         Summary(Peak(*least), Peak(*greatest), rms, mean, tuple(impulses), guaranteed)
         for least, greatest, rms, mean, impulses, guaranteed in items
     ]
 
 
-def check_from(items: Iterable[Tuple[Any, ...]]) -> Check:
+def check_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> Check:
     violations = tuple(Violation(*item) for item in items)
     return Check(not violations, violations)

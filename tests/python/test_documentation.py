@@ -7,13 +7,13 @@ import pathlib
 import pytest
 
 import mfcurves
-from mfcurves import _curve, _errors, _laws, _results
+from mfcurves import _curve, _errors, _inputs, _laws, _making, _results
 
 PAGE = pathlib.Path(__file__).resolve().parents[2] / "docs" / "python.md"
 OPTIONS = doctest.ELLIPSIS | doctest.IGNORE_EXCEPTION_DETAIL
 
 
-@pytest.mark.parametrize("module", [mfcurves, _curve, _errors, _laws, _results], ids=lambda m: m.__name__)
+@pytest.mark.parametrize("module", [mfcurves, _curve, _errors, _inputs, _laws, _making, _results], ids=lambda m: m.__name__)
 def test_docstrings(module):
     finder = doctest.DocTestFinder()
     failed = 0

@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: MIT
+"""What users give, checked: each function returns it in one form, or raises an error with a sentence."""
+
+from __future__ import annotations
+
+import errno
+import os
+import typing as t
+
+import numpy as np
+from numpy.typing import NDArray
+
+from mfcurves._errors import CurveError
+
+SIDES = ("plain", "left", "right")
+OUTSIDES = ("extend", "hold", "repeat", "undefined")
+INTERPOLATIONS = ("linear", "cubic", "akima")
+FORMS = ("linear", "points", "xyva")
+DRIVES = ("displacement", "velocity", "acceleration", "force", "torque")
+ORDERS = (0, 1, 2, 3)
+
+One = t.TypeVar("One")
+
+
+class Row(t.NamedTuple):
+    """One stretch of a curve made of rows: it ends at ``end`` with ``value``, shaped by ``profile``."""
+
+    end: float
+    value: float
+    profile: str
+
+
+def as_number(value: t.Any, name: str) -> float:
+    if isinstance(value, (str, bytes)) or np.iscomplexobj(value) or not hasattr(value, "__float__"):
+        raise TypeError(f"{name} must be a real number, not {type(value).__name__}")
+    try:
+        return float(value)
+    except OverflowError:
+        raise CurveError(f"{name} is too large for a number") from None
+
+
+def as_text(value: t.Any, name: str) -> str:
+    if not isinstance(value, str):
+        raise TypeError(f"{name} must be a str, not {type(value).__name__}")
+    if "\0" in value:
+        raise CurveError(f"{name} must not contain a zero character")
+    return value
+
+
+def one_of(value: t.Any, name: str, choices: t.Sequence[One]) -> One:
+    for choice in choices:
+        if value == choice:
+            return choice
+    expected = ", ".join(repr(choice) for choice in choices[:-1])
+    raise CurveError(f"{name} must be {expected} or {choices[-1]!r}, not {value!r}")
+
+
+def as_choice(value: t.Any, name: str, choices: t.Sequence[One]) -> One:
+    return one_of(as_text(value, name), name, choices)
+
+
+def as_order(value: t.Any, name: str = "nu", orders: t.Sequence[int] = ORDERS) -> int:
+    if isinstance(value, (str, bytes)) or not hasattr(value, "__index__"):
+        raise TypeError(f"{name} must be a whole number, not {type(value).__name__}")
+    return one_of(int(value), name, orders)
+
+
+def as_array(values: t.Any, name: str) -> NDArray[np.float64]:
+    """Any array of real numbers as doubles in C order."""
+    array = np.asarray(values)
+    if array.dtype.kind not in "biuf":
+        if array.size == 0:
+            return np.zeros(array.shape)
+        raise TypeError(f"{name} must hold real numbers, not {array.dtype}")
+    return np.require(array, np.float64, ["C", "A"])
+
+
+def as_limit(value: t.Any, name: str) -> t.Optional[float]:
+    """A limit above 0, or None for none."""
+    if value is None:
+        return None
+    limit = as_number(value, name)
+    if not limit > 0.0:
+        raise CurveError(f"{name} must be above 0, not {limit!r}")
+    return limit
+
+
+def as_pair(value: t.Any, name: str) -> t.Tuple[float, float]:
+    try:
+        first, second = value
+    except (TypeError, ValueError):
+        raise TypeError(f"{name} must be a pair of numbers, not {value!r}") from None
+    return as_number(first, f"{name}[0]"), as_number(second, f"{name}[1]")
+
+
+def as_row(row: t.Any, number: int) -> Row:
+    try:
+        end, value, profile = row
+    except (TypeError, ValueError):
+        raise TypeError(f"row {number} must be (end, value, profile), not {row!r}") from None
+    return Row(
+        as_number(end, f"the end of row {number}"),
+        as_number(value, f"the value of row {number}"),
+        as_text(profile, f"the profile of row {number}"),
+    )
+
+
+def as_rows(rows: t.Any) -> t.List[Row]:
+    if isinstance(rows, (str, bytes)) or not hasattr(rows, "__iter__"):
+        raise TypeError(f"rows must be a list of (end, value, profile), not {type(rows).__name__}")
+    return [as_row(row, number) for number, row in enumerate(rows, 1)]
+
+
+def as_texts(values: t.Any, name: str) -> t.List[str]:
+    if isinstance(values, (str, bytes)) or not hasattr(values, "__iter__"):
+        raise TypeError(f"{name} must be a list of str, not {type(values).__name__}")
+    return [as_text(os.fspath(value) if isinstance(value, os.PathLike) else value, name) for value in values]
+
+
+def as_path(path: t.Any) -> str:
+    path = os.fspath(path)
+    return as_text(os.fsdecode(path) if isinstance(path, bytes) else path, "path")
+
+
+def check_writable(path: str) -> None:
+    """Raises the `OSError` that opening the file for writing would raise, without making it."""
+    folder = os.path.dirname(path) or "."
+    if os.path.isdir(path):
+        raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), path)
+    if not os.path.isdir(folder):
+        raise FileNotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), path)
+    if not os.access(path if os.path.exists(path) else folder, os.W_OK):
+        raise PermissionError(errno.EACCES, os.strerror(errno.EACCES), path)
