@@ -10,6 +10,7 @@
 
 #include "mfcurves/curve/lawFormula.h"
 #include "mfcurves/curve/problems.h"
+#include "mfcurves/engine/limits.h"
 
 namespace mf::curve {
 namespace {
@@ -21,6 +22,13 @@ bool areFinite(std::initializer_list<double> numbers)
 
 }  // namespace
 
+// Each row may have about a thousand characters, which is more than any ordinary law has, and
+// a few rows may have the longest text that the engine takes.
+std::size_t RowFreezer::charactersAllowed(std::size_t rows)
+{
+    return 4 * engine::kLongestText + 1024 * rows;
+}
+
 FrozenRows RowFreezer::freeze()
 {
     checkNumber(problems_, place("row", 0), "the start x", shape_.startX);
@@ -29,7 +37,7 @@ FrozenRows RowFreezer::freeze()
         report(problems_, "", "the curve has no rows");
     startX_ = shape_.startX;
     startValue_ = shape_.startValue;
-    for (std::size_t i = 0; i < shape_.rows.size(); ++i) {
+    for (std::size_t i = 0; i < shape_.rows.size() && !isTooLong_; ++i) {
         const CurveRow& row = shape_.rows[i];
         iFreezeRow(row, place("row", i + 1));
         startX_ = row.endX;
@@ -62,15 +70,34 @@ void RowFreezer::iFreezeRow(const CurveRow& row, const std::string& where)
 void RowFreezer::iCompile(const Law& law, const CurveRow& row, const std::string& where)
 {
     FormulaText text;
-    if (!lawFormula(law, startX_, startValue_, row, shape_.sixDecimals, text)) {
-        report(problems_, where, "the formula of \"" + row.profile + "\" is longer than the engine takes");
+    const bool fits = lawFormula(law, startX_, startValue_, row, shape_.sixDecimals, text);
+    if (!iPayFor(fits ? text.text.size() : engine::kLongestText)) {
+        report(problems_, where,
+               "the formulas of the rows up to this one are too long together: " +
+                   std::to_string(charactersAllowed(shape_.rows.size())) + " characters are allowed for " +
+                   std::to_string(shape_.rows.size()) + " rows");
+        return;
+    }
+    if (!fits) {
+        report(problems_, where,
+               "the formula of " + quoted(row.profile) + " is longer than the engine takes");
         return;
     }
     engine::Formula::Result formula = engine::Formula::compile(text.text, text.variable);
     if (const auto* error = std::get_if<engine::ParseError>(&formula))
-        report(problems_, where, "the law \"" + row.profile + "\" does not compile: " + messageOf(*error));
+        report(problems_, where,
+               "the law " + quoted(row.profile) + " does not compile: " + messageOf(*error));
     else
         iKeep(std::get<std::shared_ptr<const engine::Formula>>(std::move(formula)));
+}
+
+// What cannot be paid ends the work.
+bool RowFreezer::iPayFor(std::size_t characters)
+{
+    isTooLong_ = characters > charactersLeft_;
+    if (!isTooLong_)
+        charactersLeft_ -= characters;
+    return !isTooLong_;
 }
 
 // Of a law of a known form the numbers are kept, of any other the formula.

@@ -193,4 +193,66 @@ TEST(BadDefinition, HasOneLineForEachProblemInWhat)
     }
 }
 
+/// `count` rows of a law whose formula has 131,071 characters and says x.
+CurveDefinition rowsOfALongLaw(int count)
+{
+    std::string formula = "x";
+    for (int i = 0; i < 65'535; ++i)
+        formula += "+0";
+    CurveDefinition definition = lawed(law("y = " + formula + "; return y;"));
+    auto& shape = std::get<CurveDefinition::Segments>(definition.shape);
+    shape.rows.clear();
+    for (int i = 1; i <= count; ++i)
+        shape.rows.push_back({static_cast<double>(i), static_cast<double>(i), "Own"});
+    return definition;
+}
+
+// 4 * 2^20 characters, and 1,024 for each row: that is 32 and a quarter of those formulas.
+TEST(CurveProblems, FewRowsMayHaveALongLaw)
+{
+    const Curve curve(rowsOfALongLaw(32));
+    EXPECT_EQ(curve(31.5), 31.5);
+}
+
+TEST(CurveProblems, ManyRowsOfALongLawAreTooLongTogether)
+{
+    EXPECT_THAT(problemsOf(rowsOfALongLaw(33)),
+                ElementsAre("row 33: the formulas of the rows up to this one are too long together: 4228096 "
+                            "characters are allowed for 33 rows"));
+}
+
+// The rows after it are not looked at: 20,000 of these would take minutes.
+TEST(CurveProblems, TheWorkEndsAtTheRowThatIsTooLong)
+{
+    EXPECT_THAT(problemsOf(rowsOfALongLaw(3000)), ElementsAre(HasSubstr("row 56: the formulas")));
+}
+
+// A formula that outgrows the engine's limit costs as much as the longest one that does not.
+TEST(CurveProblems, FormulasThatOutgrowTheEngineCountToo)
+{
+    std::string sum = "x1";
+    for (int i = 0; i < 20'000; ++i)
+        sum += "+x1";
+    CurveDefinition definition = lawed(law("y = x+" + sum + "; return y;"));
+    auto& shape = std::get<CurveDefinition::Segments>(definition.shape);
+    shape.startX = 1e-300;
+    shape.rows.clear();
+    for (int i = 2; i <= 1000; ++i)
+        shape.rows.push_back({i * 1e-300, 1.0, "Own"});
+    const std::vector<std::string> problems = problemsOf(definition);
+    ASSERT_EQ(problems.size(), 5u);
+    EXPECT_EQ(problems[3], "row 4: the formula of \"Own\" is longer than the engine takes");
+    EXPECT_THAT(problems[4], HasSubstr("row 5: the formulas of the rows up to this one are too long"));
+}
+
+TEST(CurveProblems, TheNameOfALawIsQuotedOnOneLine)
+{
+    CurveDefinition definition = lawed(law("y = log(-1)+sin(; return y;"));
+    auto& shape = std::get<CurveDefinition::Segments>(definition.shape);
+    const std::string name = "Own\n" + std::string(100, 'n');
+    shape.laws.front().name = name;
+    shape.rows.front().profile = name;
+    EXPECT_THAT(problemsOf(definition), ElementsAre(HasSubstr("\"Own " + std::string(56, 'n') + "...\"")));
+}
+
 }  // namespace
