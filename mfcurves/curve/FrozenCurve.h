@@ -49,7 +49,7 @@ public:
     /// is not finite. `values` has room for four.
     void evaluate(double x, Side side, Outside outside, int order, double* values) const noexcept;
 
-    /// The value at x between the ends of a table; NaN for every other curve and x.
+    /// The value at x between the ends of rows or an expression; NaN for points and every other x.
     double valueInside(double x) const noexcept;
 
     /// How many of `count` x, the first and those after it, one piece computes together: at

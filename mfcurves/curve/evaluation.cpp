@@ -74,15 +74,21 @@ void evaluateInside(const host::SplinePieces& spline, double x, Side side, int, 
     }
 }
 
-// A derivative only where there is a value.
+// A derivative only where there is a value and every lower one.
+[[gnu::noinline]] void takeOutAboveNaN(int order, double* values)
+{
+    for (int k = 1; k <= order; ++k)
+        values[k] = std::isnan(values[k - 1]) ? kNaN : values[k];
+}
+
 void evaluateInside(const FrozenExpression& expression, double x, Side side, int order, double* values)
 {
     if (side == Side::Plain)
         evaluateFormula(*expression.formula, x, order, values);
     else
         evaluateFormulaBeside(*expression.formula, x, side == Side::Left, order, values);
-    for (int k = 1; k <= order; ++k)
-        values[k] = std::isnan(values[k - 1]) ? kNaN : values[k];
+    if (!areFinite(values, order)) [[unlikely]]
+        takeOutAboveNaN(order, values);
 }
 
 }  // namespace
@@ -145,14 +151,19 @@ void FrozenCurve::iRepeated(double x, Side side, int order, double* values) cons
     }
 }
 
-// The usual case by the shortest way: the value of a row. Anything else is NaN here.
+// The usual cases by the shortest way. Anything else is NaN here.
 inline double FrozenCurve::valueInside(double x) const noexcept
 {
-    const auto* rows = std::get_if<FrozenRows>(&pieces_);
-    if (rows == nullptr || !(x >= firstX_ && x <= lastX_))
+    if (!(x >= firstX_ && x <= lastX_))
         return kNaN;
-    const FrozenRows::Row& row = rows->rows[rows->starts.at(x)];
-    return row.form->value(row.data, x);
+    if (const auto* rows = std::get_if<FrozenRows>(&pieces_)) {
+        const FrozenRows::Row& row = rows->rows[rows->starts.at(x)];
+        return row.form->value(row.data, x);
+    }
+    double value = kNaN;
+    if (const auto* expression = std::get_if<FrozenExpression>(&pieces_))
+        evaluateFormula(*expression->formula, x, 0, &value);
+    return value;
 }
 
 void FrozenCurve::evaluate(double x, Side side, Outside outside, int order, double* values) const noexcept
