@@ -85,11 +85,11 @@ inline double productError(double a, double b, double p)
 {
     constexpr double kSplitter = 134217729.0;  // 2^27 + 1
     constexpr double kLeast = 1e-280;          // below it the halves may underflow
-    constexpr double kMost = 1e290;            // above it they may overflow
-    if (a == 0.0 || b == 0.0)
-        return 0.0;
-    if (!(std::fabs(p) >= kLeast) || !(std::fabs(a) <= kMost) || !(std::fabs(b) <= kMost))
-        return std::nan("");
+    constexpr double kMost = 1e290;            // above it their product may overflow
+    const double size = std::fabs(p);
+    if (!(size >= kLeast && size <= kMost))
+        return a == 0.0 || b == 0.0 ? 0.0 : std::nan("");
+    // A factor too large to split makes NaN.
     const double aScaled = kSplitter * a;
     const double bScaled = kSplitter * b;
     const double aHigh = aScaled - (aScaled - a);

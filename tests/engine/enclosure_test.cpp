@@ -293,6 +293,19 @@ TEST(Interval, ArithmeticThatIsExactStaysExact)
     EXPECT_LE(third.width(), 0x1p-53);
 }
 
+// Products just below the largest double, whose halves would overflow; long double holds them.
+TEST(Interval, ProductsNearTheLargestNumberAreBounded)
+{
+    Boxes boxes(5);
+    for (int i = 0; i < kBoxes; ++i) {
+        const double a = 0x1p511 * boxes.uniform(1.0, 2.0);
+        const double b = std::numeric_limits<double>::max() / a * (1.0 - 0x1p-30 * boxes.uniform(0.0, 1.0));
+        const long double product = static_cast<long double>(a) * b;
+        ASSERT_LE(mf::engine::productDown(a, b), product);
+        ASSERT_GE(mf::engine::productUp(a, b), product);
+    }
+}
+
 TEST(Interval, DividingByWhatMayBeZeroLeavesPointsWithoutValue)
 {
     const Interval pole = Interval(1.0, 2.0) / Interval(-1.0, 1.0);
