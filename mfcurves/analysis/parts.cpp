@@ -13,30 +13,39 @@ using engine::Interval;
 
 namespace {
 
-// The largest magnitude from a few places; a jump is judged by its power of ten alone.
-double sizeOf(const EndValues& end, std::size_t k)
+// Whether a step is no jump against the magnitude of an order, as a few places have it; a jump is
+// judged by its power of ten alone.
+bool isSmall(double step, const EndValues& end, std::size_t k)
 {
     constexpr int kPlaces = 8;
     if (end.part == nullptr)
-        return end.size[k];
+        return step <= kJump * end.size[k];
     const Part& part = *end.part;
     BoxEvaluator evaluator = part.evaluator();
-    double size = 0.0;
-    for (int i = 0; i <= kPlaces; ++i) {
+    for (int i = kPlaces; i >= 0; --i) {
         const double share = static_cast<double>(i) / kPlaces;
         const Interval y =
             evaluator.at(i == kPlaces ? part.to : part.from + share * (part.to - part.from))[k];
-        if (y.isFinite())
-            size = std::max(size, std::fabs(y.middle()));
+        if (y.isFinite() && step <= kJump * std::fabs(y.middle()))
+            return true;
     }
-    return size;
+    return false;
 }
 
-EndValues valuesAt(const Part& part, double x)
+// A bound of the magnitude; infinite where none is known.
+double boundOf(const EndValues& end, std::size_t k)
+{
+    if (end.part == nullptr)
+        return end.size[k];
+    const Part& part = *end.part;
+    const Interval y = part.evaluator().plainly(part.from, part.to)[k];
+    return y.isFinite() ? y.largest() : engine::kUnbounded;
+}
+
+EndValues valuesAt(const Part& part, BoxEvaluator& evaluator, double x)
 {
     EndValues values;
     values.values.fill(Interval::nothing());
-    BoxEvaluator evaluator = part.evaluator();
     const Enclosures at = evaluator.at(x);
     std::copy_n(at.begin(), evaluator.highest() + 1, values.values.begin());
     values.part = &part;
@@ -91,14 +100,26 @@ std::vector<Part> partsOf(const Curve& curve, Range range)
     return parts;
 }
 
+EndValues startOf(const Part& part, BoxEvaluator& evaluator)
+{
+    return valuesAt(part, evaluator, part.from);
+}
+
+EndValues endOf(const Part& part, BoxEvaluator& evaluator)
+{
+    return valuesAt(part, evaluator, part.to);
+}
+
 EndValues startOf(const Part& part)
 {
-    return valuesAt(part, part.from);
+    BoxEvaluator evaluator = part.evaluator();
+    return startOf(part, evaluator);
 }
 
 EndValues endOf(const Part& part)
 {
-    return valuesAt(part, part.to);
+    BoxEvaluator evaluator = part.evaluator();
+    return endOf(part, evaluator);
 }
 
 // Where rounding cannot tell the two sides apart there is no jump.
@@ -113,7 +134,10 @@ bool jumps(const EndValues& left, const EndValues& right, int order)
     const bool apart = a.hi < b.lo || b.hi < a.lo;
     if (!apart || !(step > kJump * std::max(std::fabs(a.middle()), std::fabs(b.middle()))))
         return false;
-    return step > kJump * std::max(sizeOf(left, k), sizeOf(right, k));
+    // Most jumps are large against bounds, which cost less.
+    if (step > kJump * std::max(boundOf(left, k), boundOf(right, k)))
+        return true;
+    return !isSmall(step, left, k) && !isSmall(step, right, k);
 }
 
 int lowestJump(const EndValues& left, const EndValues& right, int upTo)

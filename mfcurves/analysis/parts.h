@@ -49,6 +49,9 @@ struct EndValues {
 };
 EndValues startOf(const Part& part);
 EndValues endOf(const Part& part);
+/// The same by an evaluator of the part.
+EndValues startOf(const Part& part, BoxEvaluator& evaluator);
+EndValues endOf(const Part& part, BoxEvaluator& evaluator);
 
 /// The smallest jump, relative to the largest magnitude beside it.
 constexpr double kJump = 1e-9;

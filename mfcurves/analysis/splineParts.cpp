@@ -59,23 +59,6 @@ double zeroBetween(const SplinePart& part, int order, double value, double low, 
 
 }  // namespace
 
-double SplinePart::size(int order) const
-{
-    const double t = std::max(std::fabs(from), std::fabs(to));
-    switch (order) {
-        case 0:
-            return std::fabs(c.a) + t * (std::fabs(c.b) + t * (std::fabs(c.c) + t * std::fabs(c.d)));
-        case 1:
-            return std::fabs(c.b) + t * (2.0 * std::fabs(c.c) + t * (3.0 * std::fabs(c.d)));
-        case 2:
-            return 2.0 * std::fabs(c.c) + t * (6.0 * std::fabs(c.d));
-        case 3:
-            return 6.0 * std::fabs(c.d);
-        default:
-            return 0.0;
-    }
-}
-
 // Between its stationary points the polynomial rises or falls throughout. A place where
 // it only touches the value is one of them.
 int SplinePart::zeros(int order, double value, std::array<double, 3>& t) const

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "mfcurves/analysis/parts.h"
 #include "mfcurves/host/SplinePieces.h"
@@ -30,7 +32,12 @@ struct SplinePart {
         }
     }
     /// Bounds the magnitude of an order, and what its rounding is small against.
-    double size(int order) const;
+    double size(int order) const
+    {
+        const double t = std::max(std::fabs(from), std::fabs(to));
+        const SplinePart sizes{{std::fabs(c.a), std::fabs(c.b), std::fabs(c.c), std::fabs(c.d)}, knot, t, t};
+        return sizes.at(order, t);
+    }
     /// Where the order is `value` on (from, to): up to three t, ascending; how many.
     int zeros(int order, double value, std::array<double, 3>& t) const;
 };

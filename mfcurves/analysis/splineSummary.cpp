@@ -12,16 +12,64 @@ namespace {
 
 using engine::kUnbounded;
 
-// The integral of (a + b t + c t^2 + d t^3)^2 and of the polynomial itself from 0 to h.
+using Polynomial = host::SplinePiece;
+using AllIntegrals = std::array<Integrals, kOrders>;
+
+constexpr double kThird = 1.0 / 3.0;
+
+// The integrals of polynomials and of their squares from 0 to h: of a + b t + c t^2 + d t^3 and of
+// those of lower degree.
+Integrals integralsOf(double a, double h)
+{
+    return {h * a, h * (a * a)};
+}
+
+Integrals integralsOf(double a, double b, double h)
+{
+    return {h * (a + h * (0.5 * b)), h * (a * a + h * (a * b + h * (kThird * (b * b))))};
+}
+
+Integrals integralsOf(double a, double b, double c, double h)
+{
+    const double square =
+        a * a +
+        h * (a * b + h * (kThird * (b * b + 2.0 * (a * c)) + h * (0.5 * (b * c) + h * (0.2 * (c * c)))));
+    return {h * (a + h * (0.5 * b + h * (kThird * c))), h * square};
+}
+
 Integrals integralsOf(double a, double b, double c, double d, double h)
 {
-    const double h2 = h * h;
-    Integrals sum;
-    sum.value = h * (a + h * (b / 2.0 + h * (c / 3.0 + h * (d / 4.0))));
-    sum.square = h * (a * a + h * (a * b) + h2 * ((b * b + 2.0 * a * c) / 3.0) +
-                      h2 * h * ((a * d + b * c) / 2.0) + h2 * h2 * ((c * c + 2.0 * b * d) / 5.0) +
-                      h2 * h2 * h * (c * d / 3.0) + h2 * h2 * h2 * (d * d / 7.0));
-    return sum;
+    constexpr double kSeventh = 1.0 / 7.0;
+    const double highest = 0.2 * (c * c + 2.0 * (b * d)) + h * (kThird * (c * d) + h * (kSeventh * (d * d)));
+    const double square =
+        a * a +
+        h * (a * b + h * (kThird * (b * b + 2.0 * (a * c)) + h * (0.5 * (a * d + b * c) + h * highest)));
+    return {h * (a + h * (0.5 * b + h * (kThird * c + h * (0.25 * d)))), h * square};
+}
+
+// Adds the integrals of all orders of a polynomial from 0 to h. `scaled` divides by the scale of
+// an order.
+template <class Scaled>
+void addIntegrals(const Polynomial& p, double h, const Scaled& scaled, AllIntegrals& totals)
+{
+    const auto add = [&](std::size_t k, auto... coefficients) {
+        const Integrals part = integralsOf(scaled(k, coefficients)..., h);
+        totals[k].value += part.value;
+        totals[k].square += part.square;
+    };
+    add(0, p.a, p.b, p.c, p.d);
+    add(1, p.b, 2.0 * p.c, 3.0 * p.d);
+    add(2, 2.0 * p.c, 6.0 * p.d);
+    add(3, 6.0 * p.d);
+}
+
+// The polynomial of a part in the distance from where the part begins.
+Polynomial fromStart(const SplinePart& part)
+{
+    if (part.from == 0.0)
+        return part.c;
+    const double t = part.from;
+    return {part.at(0, t), part.at(1, t), 0.5 * part.at(2, t), part.c.d};
 }
 
 class PointSummary {
@@ -35,43 +83,78 @@ public:
     {
         for (std::size_t i = points_.first; i <= points_.last; ++i)
             examine(i);
-        std::array<Integrals, kOrders> totals = integrals({1.0, 1.0, 1.0, 1.0});
         std::array<double, kOrders> scales;
         scales.fill(1.0);
-        if (isOutOfScale(totals)) {
+        if (isOutOfScale()) {
             for (std::size_t k = 0; k < kOrders; ++k)
                 scales[k] = size_[k] > 0.0 && std::isfinite(size_[k]) ? size_[k] : 1.0;
-            totals = integrals(scales);
+            integrateScaled(scales);
         }
         std::array<Summary, 4> summaries;
         for (std::size_t k = 0; k < kOrders; ++k) {
             settle(k);
-            summaries[k] = summaryOf(extremes_[k], totals[k], scales[k], range_);
+            summaries[k] = summaryOf(extremes_[k], totals_[k], scales[k], range_);
             summaries[k].impulses = std::move(impulses_[k]);
         }
         return summaries;
     }
 
 private:
+    // A part that was examined, and its slope and second derivative where it ends.
+    struct End {
+        SplinePart part;
+        std::array<double, kOrders> sizes;
+        double slope;
+        double bend;
+    };
+
     void examine(std::size_t i)
     {
         const SplinePart part = splinePart(spline_, i, range_);
-        if (i > points_.first)
-            noteImpulses(part);
-        const Side first = part.from == 0.0 ? Side::Right : Side::Plain;
-        const bool endsAtPoint = part.knot + part.to < range_.to || range_.to == curve_.lastX();
-        const Side last = endsAtPoint ? Side::Left : Side::Plain;
-        for (int order = 0; order < kOrders; ++order) {
-            const auto k = static_cast<std::size_t>(order);
-            const double atFrom = part.at(order, part.from);
-            const double atTo = part.at(order, part.to);
-            seen(k, part, part.from, atFrom, first);
-            seen(k, part, part.to, atTo, last);
-            size_[k] = std::max(size_[k], part.size(order));
-            if (order < 2)
-                examineInside(part, order);
+        const Polynomial p = fromStart(part);
+        const double h = part.to - part.from;
+        addIntegrals(
+            p, h, [](std::size_t, double number) { return number; }, totals_);
+
+        // Each order lies between the least and the greatest of its control points (Farin, Curves
+        // and Surfaces for CAGD). Few pieces hold an extreme, and only those are looked at closely.
+        const double value = part.at(0, part.to), slope = part.at(1, part.to), bend = part.at(2, part.to);
+        const double third = kThird * h;
+        if (mayLeave(0, p.a, value, p.a + third * p.b, value - third * slope))
+            seeOrder(0, part);
+        if (mayLeave(1, p.b, slope, p.b + h * p.c))
+            seeOrder(1, part);
+        if (mayLeave(2, 2.0 * p.c, bend))
+            seeOrder(2, part);
+        if (mayLeave(3, 6.0 * p.d))
+            seeOrder(3, part);
+        const End end{part, {part.size(0), part.size(1), part.size(2), part.size(3)}, slope, bend};
+        for (std::size_t k = 0; k < kOrders; ++k)
+            size_[k] = std::max(size_[k], end.sizes[k]);
+        if (i > points_.first) {
+            noteImpulse(1, previous_, end, previous_.slope, p.b);
+            noteImpulse(2, previous_, end, previous_.bend, 2.0 * p.c);
         }
-        previous_ = part;
+        previous_ = end;
+    }
+
+    // Whether one of the numbers, or a NaN among them, is outside of what was seen so far.
+    template <class... Numbers>
+    bool mayLeave(std::size_t k, Numbers... numbers) const
+    {
+        const double least = extremes_[k].least.y;
+        const double greatest = extremes_[k].greatest.y;
+        return !(... & ((numbers >= least) & (numbers <= greatest)));
+    }
+
+    void seeOrder(int order, const SplinePart& part)
+    {
+        const auto k = static_cast<std::size_t>(order);
+        const bool endsAtPoint = part.knot + part.to < range_.to || range_.to == curve_.lastX();
+        seen(k, part, part.from, part.at(order, part.from), part.from == 0.0 ? Side::Right : Side::Plain);
+        seen(k, part, part.to, part.at(order, part.to), endsAtPoint ? Side::Left : Side::Plain);
+        if (order < 2)
+            examineInside(part, order);
     }
 
     void examineInside(const SplinePart& part, int order)
@@ -98,59 +181,43 @@ private:
         extremes_[k].offer(part.knot + t, y, side);
     }
 
-    // Where the order below jumps. A value does not, as the pieces meet in the point.
-    void noteImpulses(const SplinePart& part)
+    // Where an order jumps, from `left` to `right`. A value does not, as the pieces meet in the
+    // point.
+    void noteImpulse(int order, const End& before, const End& after, double left, double right)
     {
-        const double h = previous_.to;
-        for (int order = 1; order < kOrders - 1; ++order) {
-            const double left = previous_.at(order, h);
-            const double right = part.at(order, 0.0);
-            // Most knots are clear at once: a step that is small against the values beside it is
-            // none, one that is large against bounds of both pieces is one.
-            const double step = std::fabs(left - right);
-            if (step <= kJump * std::max(std::fabs(left), std::fabs(right)))
-                continue;
-            const bool isClear = step > kJump * std::max(previous_.size(order), part.size(order));
-            if (isClear || jumps(splineEnd(previous_, h), splineEnd(part, 0.0), order))
-                impulses_[static_cast<std::size_t>(order) + 1].push_back(part.knot);
-        }
+        // Most knots are clear at once: a step that is small against the values beside it is
+        // none, one that is large against bounds of both pieces is one.
+        const auto k = static_cast<std::size_t>(order);
+        const double step = std::fabs(left - right);
+        if (step <= kJump * std::max(std::fabs(left), std::fabs(right)))
+            return;
+        const bool isClear = step > kJump * std::max(before.sizes[k], after.sizes[k]);
+        if (isClear ||
+            jumps(splineEnd(before.part, before.part.to), splineEnd(after.part, after.part.from), order))
+            impulses_[k + 1].push_back(after.part.knot);
     }
 
     // Whether a square became too large or too small for a double.
-    bool isOutOfScale(const std::array<Integrals, kOrders>& totals) const
+    bool isOutOfScale() const
     {
         constexpr double kLeast = 1e-290;
         bool outOfScale = false;
         for (std::size_t k = 0; k < kOrders; ++k) {
-            const double square = totals[k].square;
+            const double square = totals_[k].square;
             outOfScale |= !(square < kUnbounded) || (square < kLeast && size_[k] > 0.0);
         }
         return outOfScale;
     }
 
-    std::array<Integrals, kOrders> integrals(const std::array<double, kOrders>& scales) const
+    void integrateScaled(const std::array<double, kOrders>& scales)
     {
-        std::array<Integrals, kOrders> totals{};
+        totals_ = {};
         for (std::size_t i = points_.first; i <= points_.last; ++i) {
             const SplinePart part = splinePart(spline_, i, range_);
-            const double t = part.from;
-            const double a = part.at(0, t) / scales[0];
-            const double b = part.at(1, t);
-            const double c = 0.5 * part.at(2, t);
-            const double d = part.c.d;
-            const double h = part.to - t;
-            add(totals[0], integralsOf(a, b / scales[0], c / scales[0], d / scales[0], h));
-            add(totals[1], integralsOf(b / scales[1], 2.0 * c / scales[1], 3.0 * d / scales[1], 0.0, h));
-            add(totals[2], integralsOf(2.0 * c / scales[2], 6.0 * d / scales[2], 0.0, 0.0, h));
-            add(totals[3], integralsOf(6.0 * d / scales[3], 0.0, 0.0, 0.0, h));
+            addIntegrals(
+                fromStart(part), part.to - part.from,
+                [&](std::size_t k, double number) { return number / scales[k]; }, totals_);
         }
-        return totals;
-    }
-
-    static void add(Integrals& total, const Integrals& part)
-    {
-        total.value += part.value;
-        total.square += part.square;
     }
 
     // The values as the curve computes them, and the rounding of the polynomials as bound.
@@ -170,13 +237,14 @@ private:
             found.bound(-kUnbounded, kUnbounded);
     }
 
+    End previous_{};
     const Curve& curve_;
     const host::SplinePieces& spline_;
     Range range_;
     PointRange points_;
-    SplinePart previous_{};
     std::array<Extremes, kOrders> extremes_;
     std::array<double, kOrders> size_{};
+    AllIntegrals totals_{};
     std::array<std::vector<double>, kOrders> impulses_;
     bool finite_ = true;
 };

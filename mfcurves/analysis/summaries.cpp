@@ -115,7 +115,7 @@ public:
         std::array<Summary, 4> summaries;
         for (std::size_t k = 0; k < kOrders; ++k)
             summaries[k] = summaryOf(extremes_[k], totals[k], scales_[k], range_);
-        noteImpulses(parts, summaries);
+        noteImpulses(summaries);
         return summaries;
     }
 
@@ -147,6 +147,8 @@ private:
         }
         if (part.beginsAtKink)
             examineKink(part);
+        starts_.push_back(startOf(part, evaluator));
+        ends_.push_back(endOf(part, evaluator));
     }
 
     // A condition may have a value of its own in one x, such as sign(0).
@@ -247,14 +249,14 @@ private:
         }
     }
 
-    void noteImpulses(const std::vector<Part>& parts, std::array<Summary, 4>& summaries)
+    void noteImpulses(std::array<Summary, 4>& summaries) const
     {
-        for (std::size_t i = 1; i < parts.size(); ++i)
-            noteImpulses(endOf(parts[i - 1]), startOf(parts[i]), parts[i].from, summaries);
-        const bool closes = curve_.outside() == Outside::Repeat && !parts.empty() &&
+        for (std::size_t i = 1; i < starts_.size(); ++i)
+            noteImpulses(ends_[i - 1], starts_[i], starts_[i].part->from, summaries);
+        const bool closes = curve_.outside() == Outside::Repeat && !starts_.empty() &&
                             range_.from <= curve_.firstX() && range_.to >= curve_.lastX();
         if (closes)
-            noteImpulses(endOf(parts.back()), startOf(parts.front()), curve_.lastX(), summaries);
+            noteImpulses(ends_.back(), starts_.front(), curve_.lastX(), summaries);
     }
 
     static void noteImpulses(const EndValues& left, const EndValues& right, double x,
@@ -270,6 +272,8 @@ private:
     Range range_;
     std::array<Extremes, kOrders> extremes_;
     std::array<double, kOrders> scales_;
+    std::vector<EndValues> starts_;  // of each part
+    std::vector<EndValues> ends_;
 };
 
 }  // namespace

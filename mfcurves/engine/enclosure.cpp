@@ -16,8 +16,22 @@ constexpr std::uint32_t kNoRegister = 0xffffffff;
 
 // --- Polynomials ---------------------------------------------------------------------
 
+// Horner's rule with u not below 0, where the sign of the sum alone says which ends meet in a product.
+Interval hornerAboveZero(const Interval& u, std::span<const double> c)
+{
+    double lo = c.back();
+    double hi = c.back();
+    for (std::size_t i = c.size() - 1; i-- > 0;) {
+        lo = sumDown(productDown(lo, lo >= 0.0 ? u.lo : u.hi), c[i]);
+        hi = sumUp(productUp(hi, hi >= 0.0 ? u.hi : u.lo), c[i]);
+    }
+    return {lo, hi, u.partial};
+}
+
 Interval horner(const Interval& u, std::span<const double> c)
 {
+    if (u.lo >= 0.0 && u.hi < kUnbounded)
+        return hornerAboveZero(u, c);
     Interval r(c.back());
     for (std::size_t i = c.size() - 1; i-- > 0;)
         r = r * u + Interval(c[i]);
