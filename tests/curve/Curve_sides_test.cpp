@@ -146,7 +146,7 @@ protected:
 TEST_F(Sides, OfRowsFollowTheRulesAtEverySeam)
 {
     RandomCurves random(11);
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 3400; ++i) {
         const CurveDefinition definition = random.segments();
         const Curve curve(definition);
         Oracle oracle(definition);
