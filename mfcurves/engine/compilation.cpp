@@ -22,9 +22,7 @@ bool Compilation::addOrder()
     const NodeId derivative = differentiate(graph_, root_);
     if (derivative == kNoNode)
         return false;
-    Translator translator = translator_;
-    translator.add(graph_, derivative);
-    translator_ = std::move(translator);
+    translator_.add(graph_, derivative);
     root_ = derivative;
     return true;
 }

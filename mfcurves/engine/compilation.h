@@ -18,7 +18,7 @@ public:
     explicit Compilation(ParsedText text);
 
     /// Adds the derivative of the highest order so far; false when it outgrows the limits.
-    /// When memory runs out, the orders stay as they are.
+    /// When memory runs out, the compilation is of no more use.
     bool addOrder();
 
     int highestOrder() const { return translator_.highestOrder(); }

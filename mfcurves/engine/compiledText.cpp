@@ -2,6 +2,7 @@
 
 #include "mfcurves/engine/compiledText.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "mfcurves/engine/parser.h"
@@ -9,12 +10,15 @@
 namespace mf::engine {
 namespace {
 
-constexpr int kUsualOrders = 3;  // derivatives that hosts ask for
+constexpr int kUsualOrders = 3;  // derivatives that hosts ask for, nearly always all of them
 
 // A text in little memory: each character in as many bytes as it has groups of seven
 // bits, the lowest first, with the top bit set in all but the last.
 std::string packed(std::wstring_view text)
 {
+    const auto isAscii = [](wchar_t character) { return character >= 0 && character < 0x80; };
+    if (std::ranges::all_of(text, isAscii))
+        return {text.begin(), text.end()};
     std::string bytes;
     bytes.reserve(text.size());
     for (const wchar_t character : text) {
@@ -61,41 +65,35 @@ CompiledText::Result CompiledText::compile(std::wstring_view text,
     compiled->compilation_ = std::make_unique<Compilation>(std::move(parsed));
     compiled->programs_.value = compiled->compilation_->program();
     compiled->programs_.all = compiled->programs_.value;
-    if (compiled->parameterCount() > 1)
-        compiled->iEnd();
+    if (compiled->parameterCount() > 1) {
+        compiled->hasAllOrders_ = true;
+        compiled->compilation_.reset();
+    }
     return compiled;
 }
 
 std::optional<Programs> CompiledText::programs(int order)
 {
     const std::lock_guard lock(mutex_);
-    while (programs_.all->highestOrder() < order) {
-        if (hasAllOrders_)
-            return std::nullopt;
-        iAddOrder();
-    }
+    if (programs_.all->highestOrder() < order && !hasAllOrders_)
+        iAddOrders(std::max(order, kUsualOrders));
+    if (programs_.all->highestOrder() < order)
+        return std::nullopt;
     return programs_;
 }
 
-// When memory runs out, the orders so far stay, and the next can be asked for again.
-void CompiledText::iAddOrder()
+// When memory runs out, the orders so far stay, and the others can be asked for again.
+void CompiledText::iAddOrders(int highest)
 {
-    if (compilation_ == nullptr)
-        compilation_ = iCompileAgain();
-    const bool isNew = compilation_->highestOrder() == programs_.all->highestOrder();
-    if (isNew && !compilation_->addOrder()) {
-        iEnd();
-        return;
-    }
-    programs_.all = compilation_->program();
-    if (programs_.all->highestOrder() == kUsualOrders)
-        compilation_.reset();
-}
-
-void CompiledText::iEnd()
-{
-    hasAllOrders_ = true;
-    compilation_.reset();
+    auto compilation = compilation_ != nullptr ? std::move(compilation_) : iCompileAgain();
+    bool isWithinLimits = true;
+    while (compilation->highestOrder() < highest && isWithinLimits)
+        isWithinLimits = compilation->addOrder();
+    if (compilation->highestOrder() > programs_.all->highestOrder())
+        programs_.all = compilation->program();
+    hasAllOrders_ = !isWithinLimits;
+    if (highest > kUsualOrders && isWithinLimits)
+        compilation_ = std::move(compilation);
 }
 
 // The same text under the same rules gives the same graph and the same registers.
@@ -105,10 +103,7 @@ std::unique_ptr<Compilation> CompiledText::iCompileAgain() const
     if (hasVariable_)
         variableName = parameterNames_.empty() ? std::wstring_view() : parameterNames_.front();
     auto result = parseText(unpacked(packedText_), variableName);
-    auto compilation = std::make_unique<Compilation>(std::move(std::get<ParsedText>(result)));
-    while (compilation->highestOrder() < programs_.all->highestOrder())
-        compilation->addOrder();
-    return compilation;
+    return std::make_unique<Compilation>(std::move(std::get<ParsedText>(result)));
 }
 
 std::size_t CompiledText::bytes()

@@ -17,12 +17,12 @@
 namespace mf::engine {
 
 /// One text, compiled: its parameters, the program of its value, and a program of all
-/// orders that were asked for so far.
+/// orders. The first derivative that is asked for brings the usual three.
 ///
 /// Threads: every thread may ask at any time. The programs that it hands out never
 /// change, so running them needs no lock.
-/// Memory: the graph of the text is kept until three derivatives are compiled, and made
-/// again from the text for a further one.
+/// Memory: the graph of the text is kept until its derivatives are compiled, and made
+/// again from the text for a fourth one.
 class CompiledText {
 public:
     using Result = std::variant<std::shared_ptr<CompiledText>, ParseError>;
@@ -41,8 +41,7 @@ public:
     std::size_t bytes();
 
 private:
-    void iAddOrder();
-    void iEnd();
+    void iAddOrders(int highest);
     std::unique_ptr<Compilation> iCompileAgain() const;
 
     std::vector<std::wstring> parameterNames_;  // fixed once compiled, like these

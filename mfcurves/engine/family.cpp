@@ -17,6 +17,8 @@ Family::Family(std::shared_ptr<CompiledText> text)
 // again at the next evaluation.
 bool Family::addOrder(int order)
 {
+    if (programs_.all != nullptr && order <= programs_.all->highestOrder())
+        return true;
     const auto programs = text_->programs(order);
     if (!programs)
         return false;

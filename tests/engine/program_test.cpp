@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "mfcurves/engine/compiledText.h"
+#include "mfcurves/engine/formula.h"
 #include "tests/engine/compiled.h"
 #include "tests/engine/program_listing.h"
 
@@ -33,9 +33,9 @@ class Programs : public testing::TestWithParam<ProgramCase> {};
 TEST_P(Programs, HaveTheseSteps)
 {
     const ProgramCase& c = GetParam();
-    const auto compiled = mf::engine::CompiledText::compile(wide(c.text), L"x");
-    const auto& text = std::get<std::shared_ptr<mf::engine::CompiledText>>(compiled);
-    EXPECT_EQ("\n" + listing(text->programs(c.order)->upTo(c.order)), c.listing);
+    const auto compiled = mf::engine::Formula::compile(wide(c.text), L"x", c.order);
+    const auto& formula = std::get<std::shared_ptr<const mf::engine::Formula>>(compiled);
+    EXPECT_EQ("\n" + listing(formula->program()), c.listing);
 }
 
 const ProgramCase kPrograms[] = {
