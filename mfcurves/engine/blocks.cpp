@@ -109,13 +109,13 @@ void binary(const Step& step, const Rows& rows, std::size_t count)
 }
 
 template <class Operation>
-void choice(const Step& step, const Rows& rows, std::size_t count)
+void listed(const Step& step, const Rows& rows, std::size_t count)
 {
     std::array<const double*, Operation::kOperands> operands;
     for (std::size_t j = 0; j < operands.size(); ++j)
         operands[j] = rows.operand(step.list[j]);
-    each(count, rows[step.value], [operands](std::size_t i) {
-        return std::apply([i](auto... operand) { return Operation()(operand[i]...); }, operands);
+    each(count, rows[step.value], [operands, operation = Operation(step)](std::size_t i) {
+        return std::apply([&](auto... operand) { return operation(operand[i]...); }, operands);
     });
 }
 
@@ -255,12 +255,20 @@ void runOperation(const Step& step, const Rows& rows, std::size_t count)
         case Code::SinCos:
         case Code::CosSin:
             return sineWithCosine(step, rows, count);
+        case Code::ProductPlus:
+            return listed<ProductPlus>(step, rows, count);
+        case Code::TwoProducts:
+            return listed<TwoProducts>(step, rows, count);
+        case Code::ProductOver:
+            return listed<ProductOver>(step, rows, count);
+        case Code::ProductPlusOver:
+            return listed<ProductPlusOver>(step, rows, count);
         case Code::ChooseLess:
-            return choice<ChooseLess>(step, rows, count);
+            return listed<ChooseLess>(step, rows, count);
         case Code::ChooseSign:
-            return choice<ChooseSign>(step, rows, count);
+            return listed<ChooseSign>(step, rows, count);
         case Code::ChooseStep:
-            return choice<ChooseStep>(step, rows, count);
+            return listed<ChooseStep>(step, rows, count);
     }
 }
 

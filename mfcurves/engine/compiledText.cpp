@@ -3,6 +3,7 @@
 #include "mfcurves/engine/compiledText.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "mfcurves/engine/parser.h"
@@ -22,7 +23,7 @@ std::string packed(std::wstring_view text)
     std::string bytes;
     bytes.reserve(text.size());
     for (const wchar_t character : text) {
-        auto rest = static_cast<std::uint32_t>(character);
+        auto rest = std::bit_cast<std::uint32_t>(character);
         for (; rest >= 0x80; rest >>= 7)
             bytes.push_back(static_cast<char>(0x80 | (rest & 0x7f)));
         bytes.push_back(static_cast<char>(rest));
@@ -111,7 +112,7 @@ std::size_t CompiledText::bytes()
     const std::lock_guard lock(mutex_);
     std::size_t total = sizeof *this + packedText_.capacity() + programs_.bytes();
     for (const std::wstring& name : parameterNames_)
-        total += sizeof name + name.capacity() * sizeof(wchar_t);
+        total += sizeof(std::wstring) + name.capacity() * sizeof(wchar_t);
     if (compilation_ != nullptr)
         total += compilation_->bytes();
     return total;

@@ -45,11 +45,11 @@ void runBinary(const Step& step, double* registers)
 }
 
 template <class Operation, Stage output>
-void runChoice(const Step& step, double* registers)
+void runListed(const Step& step, double* registers)
 {
     const double value = [&]<std::size_t... i>(std::index_sequence<i...>)
     {
-        return Operation()(registers[step.list[i]]...);
+        return Operation(step)(registers[step.list[i]]...);
     }
     (std::make_index_sequence<Operation::kOperands>());
     keep<output>(value, step, registers);
@@ -254,9 +254,9 @@ Step::Run binary(const Step& step)
 }
 
 template <class Operation>
-Step::Run choice(const Step& step)
+Step::Run listed(const Step& step)
 {
-    return withAnyStage(step.output, []<Stage output>() { return Step::Run(runChoice<Operation, output>); });
+    return withAnyStage(step.output, []<Stage output>() { return Step::Run(runListed<Operation, output>); });
 }
 
 Step::Run sineWithCosine(const Step& step)
@@ -348,12 +348,20 @@ Step::Run runFor(const Step& step)
         case Code::SinCos:
         case Code::CosSin:
             return sineWithCosine(step);
+        case Code::ProductPlus:
+            return listed<ProductPlus>(step);
+        case Code::TwoProducts:
+            return listed<TwoProducts>(step);
+        case Code::ProductOver:
+            return listed<ProductOver>(step);
+        case Code::ProductPlusOver:
+            return listed<ProductPlusOver>(step);
         case Code::ChooseLess:
-            return choice<ChooseLess>(step);
+            return listed<ChooseLess>(step);
         case Code::ChooseSign:
-            return choice<ChooseSign>(step);
+            return listed<ChooseSign>(step);
         case Code::ChooseStep:
-            return choice<ChooseStep>(step);
+            return listed<ChooseStep>(step);
     }
     return nullptr;
 }

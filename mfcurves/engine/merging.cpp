@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <utility>
@@ -32,6 +33,12 @@ bool isSine(const Step& step)
 bool isCosine(const Step& step)
 {
     return step.code == Code::Call1 && step.function == FunctionId::Cos;
+}
+
+// A step that does nothing.
+bool isIdle(const Draft::Entry& entry)
+{
+    return entry.step.code == Code::Move && entry.step.input == Stage::None;
 }
 
 bool isNeutral(double number, double neutral)
@@ -99,6 +106,117 @@ PolynomialForm nextDerivative(const Step& law)
     return form;
 }
 
+// --- Products ------------------------------------------------------------------------------
+
+// How often each register is used: by steps, and as the value of an order.
+std::vector<std::uint32_t> useCounts(const Draft& draft)
+{
+    std::vector<std::uint32_t> uses(draft.registers);
+    for (const Draft::Entry& entry : draft.entries) {
+        const Step& step = entry.step;
+        const bool computesB = step.code == Code::SinCos || step.code == Code::CosSin;
+        ++uses[step.a];
+        if (!computesB)
+            ++uses[step.b];
+        if (step.derivatives == 0) {
+            for (std::uint32_t i = 0; i < entry.listed; ++i)
+                ++uses[draft.lists[entry.firstInList + i]];
+        }
+    }
+    for (const std::uint32_t result : draft.results)
+        ++uses[result];
+    return uses;
+}
+
+// Merges steps of a draft into those that use them. What is merged stays behind as a Move
+// without stages, which does nothing.
+class ProductMerger {
+public:
+    explicit ProductMerger(Draft& draft)
+        : draft_(draft), uses_(useCounts(draft)), entryOf_(draft.registers, kNone)
+    {
+    }
+
+    void merge()
+    {
+        for (std::uint32_t i = 0; i < draft_.entries.size(); ++i) {
+            Draft::Entry& entry = draft_.entries[i];
+            if (entry.step.code == Code::Sum)
+                mergeIntoSum(entry);
+            else if (entry.step.code == Code::Quotient)
+                mergeIntoQuotient(entry);
+            entryOf_[entry.step.target] = i;
+        }
+        std::erase_if(draft_.entries, isIdle);
+    }
+
+private:
+    // The step that computes a register for this one use of it, if it is of that kind.
+    Draft::Entry* only(std::uint32_t number, Code code)
+    {
+        if (entryOf_[number] == kNone || uses_[number] != 1)
+            return nullptr;
+        Draft::Entry& entry = draft_.entries[entryOf_[number]];
+        return entry.step.code == code && entry.step.output == Stage::None ? &entry : nullptr;
+    }
+
+    // The sum of a product and another number does not depend on their order.
+    void mergeIntoSum(Draft::Entry& sum)
+    {
+        Step& step = sum.step;
+        Draft::Entry* first = only(step.a, Code::Product);
+        Draft::Entry* second = only(step.b, Code::Product);
+        if (first == nullptr && second != nullptr) {
+            std::swap(first, second);
+            std::swap(step.a, step.b);
+            std::swap(draft_.numbers[sum.firstNumber], draft_.numbers[sum.firstNumber + 1]);
+        }
+        if (first == nullptr)
+            return;
+        if (second == nullptr)
+            become(sum, Code::ProductPlus, {first->step.a, first->step.b, step.b});
+        else
+            become(sum, Code::TwoProducts, {first->step.a, first->step.b, second->step.a, second->step.b});
+        idle(*first);
+        if (second != nullptr)
+            idle(*second);
+    }
+
+    void mergeIntoQuotient(Draft::Entry& quotient)
+    {
+        const Step& step = quotient.step;
+        if (Draft::Entry* const product = only(step.a, Code::Product)) {
+            become(quotient, Code::ProductOver, {product->step.a, product->step.b, step.b});
+            idle(*product);
+        } else if (Draft::Entry* const sum = only(step.a, Code::ProductPlus)) {
+            const double* const k = &draft_.numbers[sum->firstNumber];
+            const std::array numbers = {k[0], k[1], draft_.numbers[quotient.firstNumber]};
+            const std::uint32_t* const list = &draft_.lists[sum->firstInList];
+            become(quotient, Code::ProductPlusOver, {list[0], list[1], list[2], step.b});
+            quotient.numbers = 0;
+            append<double>(numbers, draft_.numbers, quotient.firstNumber, quotient.numbers);
+            idle(*sum);
+        }
+    }
+
+    void become(Draft::Entry& entry, Code code, std::initializer_list<std::uint32_t> operands)
+    {
+        entry.step.code = code;
+        entry.step.a = entry.step.b = 0;
+        append<std::uint32_t>(operands, draft_.lists, entry.firstInList, entry.listed);
+    }
+
+    static void idle(Draft::Entry& entry)
+    {
+        entry.step.code = Code::Move;
+        entry.listed = entry.numbers = 0;
+    }
+
+    Draft& draft_;
+    std::vector<std::uint32_t> uses_;
+    std::vector<std::uint32_t> entryOf_;  // that computes a register
+};
+
 }  // namespace
 
 void mergeSinesAndCosines(Draft& draft)
@@ -129,9 +247,7 @@ void mergeSinesAndCosines(Draft& draft)
         step.a = step.value;
         step.value = step.moved = step.target;
     }
-    std::erase_if(entries, [](const Draft::Entry& entry) {
-        return entry.step.code == Code::Move && entry.step.input == Stage::None;
-    });
+    std::erase_if(entries, isIdle);
 }
 
 void mergeDerivatives(Draft& draft)
@@ -157,6 +273,13 @@ void mergeDerivatives(Draft& draft)
         draft.entries[kept++] = entry;
     }
     draft.entries.resize(kept);
+}
+
+void mergeProducts(Draft& draft)
+{
+    const auto isProduct = [](const Draft::Entry& entry) { return entry.step.code == Code::Product; };
+    if (std::ranges::any_of(draft.entries, isProduct))
+        ProductMerger(draft).merge();
 }
 
 }  // namespace mf::engine

@@ -14,4 +14,8 @@ void mergeSinesAndCosines(Draft& draft);
 /// becomes one step.
 void mergeDerivatives(Draft& draft);
 
+/// Where only a sum or a quotient uses a product, its step computes the product as well; and
+/// so does a quotient with the sum of a product, the form of every derivative of a quotient.
+void mergeProducts(Draft& draft);
+
 }  // namespace mf::engine

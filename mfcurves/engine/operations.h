@@ -72,8 +72,43 @@ struct Call2 {
 
 // Of a list of operands.
 
+struct ProductPlus {
+    static constexpr std::size_t kOperands = 3;
+    double k0, k1;
+    explicit ProductPlus(const Step& step) : k0(step.constants[0]), k1(step.constants[1]) {}
+    double operator()(double p, double q, double r) const { return k0 * (p * q) + k1 * r; }
+};
+
+struct TwoProducts {
+    static constexpr std::size_t kOperands = 4;
+    double k0, k1;
+    explicit TwoProducts(const Step& step) : k0(step.constants[0]), k1(step.constants[1]) {}
+    double operator()(double p, double q, double r, double s) const { return k0 * (p * q) + k1 * (r * s); }
+};
+
+struct ProductOver {
+    static constexpr std::size_t kOperands = 3;
+    double k0;
+    explicit ProductOver(const Step& step) : k0(step.constants[0]) {}
+    double operator()(double p, double q, double r) const { return p * q / (r + k0); }
+};
+
+struct ProductPlusOver {
+    static constexpr std::size_t kOperands = 4;
+    double k0, k1, k2;
+    explicit ProductPlusOver(const Step& step)
+        : k0(step.constants[0]), k1(step.constants[1]), k2(step.constants[2])
+    {
+    }
+    double operator()(double p, double q, double r, double s) const
+    {
+        return (k0 * (p * q) + k1 * r) / (s + k2);
+    }
+};
+
 struct ChooseLess {
     static constexpr std::size_t kOperands = 4;
+    explicit ChooseLess(const Step&) {}
     double operator()(double p, double q, double ifLess, double otherwise) const
     {
         return chooseLessValue(p, q, ifLess, otherwise);
@@ -82,6 +117,7 @@ struct ChooseLess {
 
 struct ChooseSign {
     static constexpr std::size_t kOperands = 4;
+    explicit ChooseSign(const Step&) {}
     double operator()(double c, double negative, double zero, double positive) const
     {
         return chooseSignValue(c, negative, zero, positive);
@@ -90,6 +126,7 @@ struct ChooseSign {
 
 struct ChooseStep {
     static constexpr std::size_t kOperands = 6;
+    explicit ChooseStep(const Step&) {}
     double operator()(double x, double x0, double x1, double before, double between, double after) const
     {
         return chooseStepValue(x, x0, x1, before, between, after);

@@ -25,9 +25,14 @@ enum class Code : std::uint8_t {
     Call2,       // function(a, b)
     SinCos,      // the sine of a, and into b its cosine
     CosSin,      // the cosine of a, and into b its sine
-    ChooseLess,  // on a list of four registers, as the node of that name
+    // On lists of three to six registers, here p, q, r, s:
+    ProductPlus,      // k0 * (p * q) + k1 * r
+    TwoProducts,      // k0 * (p * q) + k1 * (r * s)
+    ProductOver,      // p * q / (r + k0)
+    ProductPlusOver,  // (k0 * (p * q) + k1 * r) / (s + k2)
+    ChooseLess,       // as the node of that name
     ChooseSign,
-    ChooseStep  // on a list of six registers
+    ChooseStep
 };
 
 /// What constants do to a value v on its way into an operation or out of it. The last

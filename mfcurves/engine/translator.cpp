@@ -370,7 +370,11 @@ private:
             case Code::Move:
             case Code::SinCos:
             case Code::CosSin:
-                break;
+            case Code::ProductPlus:
+            case Code::TwoProducts:
+            case Code::ProductOver:
+            case Code::ProductPlusOver:
+                break;  // only stages, or not written but merged
         }
     }
 
@@ -437,6 +441,7 @@ Draft Translator::draft() const
     Draft merged = draft_;
     mergeSinesAndCosines(merged);
     mergeDerivatives(merged);
+    mergeProducts(merged);
     return merged;
 }
 

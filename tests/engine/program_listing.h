@@ -58,6 +58,9 @@ inline std::string operationText(const mf::engine::Step& step, const std::string
             text += " " + registerName(step.list[i]);
         return text;
     };
+    const auto constant = [&](int i) { return listed(k[i]) + " * "; };
+    const auto operand = [&](int i) { return registerName(step.list[i]); };
+    const auto product = [&](int i) { return "(" + operand(i) + " * " + operand(i + 1) + ")"; };
     const std::string function(mf::engine::function(step.function).name);
     switch (step.code) {
         case Code::Move:
@@ -80,6 +83,15 @@ inline std::string operationText(const mf::engine::Step& step, const std::string
             return "sin " + a + ", " + b + " = cos " + a;
         case Code::CosSin:
             return "cos " + a + ", " + b + " = sin " + a;
+        case Code::ProductPlus:
+            return constant(0) + product(0) + " + " + constant(1) + operand(2);
+        case Code::TwoProducts:
+            return constant(0) + product(0) + " + " + constant(1) + product(2);
+        case Code::ProductOver:
+            return product(0) + " / (" + operand(2) + " + " + listed(k[0]) + ")";
+        case Code::ProductPlusOver:
+            return "(" + constant(0) + product(0) + " + " + constant(1) + operand(2) + ") / (" + operand(3) +
+                   " + " + listed(k[2]) + ")";
         case Code::ChooseLess:
             return list("less", 4);
         case Code::ChooseSign:

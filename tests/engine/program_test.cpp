@@ -141,9 +141,43 @@ r2 = r0^2 * [1]
 r4 = r2 * 1 + 1; r3 = exp r4
 r1 = 1 * r2 + 1 * r3
 order 0: r1
-r6 = r0 * r3
-r5 = 2 * r0 + 2 * r6
+r5 = 2 * (r0 * r3) + 2 * r0
 order 1: r5
+)"},
+    {"SumOfAProduct", "3*x*exp(x)+2*sin(x)", 0, R"(
+r3 = sin r0
+r4 = r0 * 3 + -0
+r5 = exp r0
+r1 = 1 * (r4 * r5) + 2 * r3
+order 0: r1
+)"},
+    {"SumOfTwoProducts", "x*exp(x)-2*sin(x)*tan(x)", 0, R"(
+r5 = tan r0
+r7 = exp r0
+r6 = sin r0; r4 = r6 * 2 + -0
+r1 = 1 * (r0 * r7) + -1 * (r4 * r5)
+order 0: r1
+)"},
+    {"QuotientOfAProduct", "x*exp(x)/(x+1)", 0, R"(
+r3 = exp r0
+r1 = (r0 * r3) / (r0 + 1)
+order 0: r1
+)"},
+    {"DerivativeOfAQuotient", "x^2*exp(x)/(1+x)", 1, R"(
+r4 = exp r0
+r3 = r0^2 * [1]
+r1 = (r3 * r4) / (r0 + 1)
+order 0: r1
+r8 = r0^1 * [2, 1]
+r5 = (1 * (r4 * r8) + -1 * r1) / (r0 + 1)
+order 1: r5
+)"},
+    {"ProductOfTwoUses", "x*exp(x)+sin(x*exp(x))", 0, R"(
+r4 = exp r0
+r2 = r0 * r4
+r3 = sin r2
+r1 = 1 * r2 + 1 * r3
+order 0: r1
 )"},
 };
 
