@@ -20,3 +20,10 @@ if(CMAKE_EXE_LINKER_FLAGS MATCHES "mold")
   # there, and the program does not start.
   target_link_options(mfcurves_flags INTERFACE -Wl,-z,norelro)
 endif()
+
+# With MFCURVES_TIDY, a finding of clang-tidy in a source of the target stops the build.
+function(mfcurves_tidy target)
+  if(MFCURVES_TIDY)
+    set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "clang-tidy;--quiet")
+  endif()
+endfunction()

@@ -42,10 +42,10 @@ has_package() {
         libgtest-dev) has_header gtest/gtest.h ;;
         libgmock-dev) has_header gmock/gmock.h ;;
         libsimbody-dev) has_header simbody/Simbody.h ;;
-        python3 | clang-format | lld | doxygen) has_command "$1" ;;
+        python3 | clang | clang-format | lld | doxygen) has_command "$1" ;;
         pkgconf) has_command pkg-config ;;
         clang-tidy) has_command clang-tidy && has_command run-clang-tidy ;;
-        python3-* | pybind11-dev | mypy) dpkg -s "$1" >/dev/null 2>&1 ;;
+        python3-* | pybind11-dev | mypy | libclang-rt-dev) dpkg -s "$1" >/dev/null 2>&1 ;;
         *) fail "has_package knows nothing of $1" ;;
     esac
 }
@@ -102,4 +102,4 @@ jobs=$(nproc 2>/dev/null || echo 2)
 build_packages=(g++ cmake ninja-build libxml2-dev libfmt-dev libcli11-dev libgtest-dev libgmock-dev python3)
 python_packages=(python3-dev python3-numpy python3-pip python3-setuptools python3-venv python3-wheel pybind11-dev)
 python_test_packages=(python3-pytest python3-hypothesis python3-mpmath python3-scipy python3-matplotlib python3-distributed mypy)
-check_packages=(clang-format clang-tidy lld doxygen pkgconf libsimbody-dev)
+check_packages=(clang clang-format clang-tidy libclang-rt-dev lld doxygen pkgconf libsimbody-dev)

@@ -4,9 +4,10 @@
 #
 # Installs what is missing and runs every check: the layout of the sources, all
 # tests in a debug build with warnings as errors (the saved fuzz inputs are among
-# them), all but the packaging again under the address and undefined-behaviour
-# sanitizers, and clang-tidy over the library and the tool. A second run builds
-# and checks only what changed. The last line counts the tests.
+# them), and, compiled by clang, clang-tidy over the library and the tool and all
+# tests but the packaging again under the address and undefined-behaviour
+# sanitizers. A second run builds and checks only what changed. The last line counts
+# the tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
@@ -36,14 +37,14 @@ check_format() {
 }
 
 build() {
-    quietly cmake --preset "$1" && quietly cmake --build "build/$1" -j "$jobs" -- -k 0
+    quietly cmake --preset "$@" && quietly cmake --build "build/$1" -j "$jobs" -- -k 0
 }
 
 # Says nothing of the tests that pass; the whole log stays in the build folder.
 build_and_test() {
     local log=build/$1/ctest.log
-    rm -f "$log"
-    build "$1" || return 1
+    rm -f "$log" "build/$1/Testing/Temporary/LastTest.log"
+    build "$@" || return 1
     if ! ctest --test-dir "build/$1" -j "$jobs" --no-tests=error --output-on-failure >"$log" 2>&1; then
         sed -n -e '/\(Passed\|Start\) /!p' "$log"
         return 1
@@ -51,19 +52,24 @@ build_and_test() {
     tail -n 3 "$log"
 }
 
-# Prints the sum of the test runs as "N passed, N failed".
+# Prints the cases of all test programs as "N passed, N failed". A program that says
+# nothing of its cases is one; one that stops before its last case has failed once.
 count_tests() {
-    cat build/dev/ctest.log build/asan/ctest.log 2>/dev/null |
-        sed -n 's/.*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)/\1 \2/p' |
-        { total=0 wrong=0
-          while read -r failures tests; do total=$((total + tests)) wrong=$((wrong + failures)); done
-          echo "$((total - wrong)) passed, $wrong failed"; }
+    cat build/{dev,asan}/Testing/Temporary/LastTest.log 2>/dev/null | awk '
+        / Testing: /                  { cases = 1; good = -1 }
+        /^\[=+\] [0-9]+ tests? .* ran/ { cases = $2; good = 0 }
+        /^\[  PASSED  \] /            { good = $4 }
+        /^Ran [0-9]+ tests? in /      { cases = $2 }
+        /^Test Passed\./              { passed += cases }
+        /^Test Failed\./              { passed += good < 0 ? cases - 1 : good
+                                        failed += good < 0 ? 1 : cases - good }
+        END                           { print passed + 0 " passed, " failed + 0 " failed" }'
 }
 
 step "format of the sources (clang-format)" check_format
 step "debug build, warnings as errors, all tests" build_and_test dev
-step "the same tests under the address and undefined-behaviour sanitizers" build_and_test asan
-step "clang-tidy over the library and the tool" build tidy
+step "clang-tidy; the same tests under the address and undefined-behaviour sanitizers" \
+    build_and_test asan -DMFCURVES_TIDY=ON
 
 for title in "${failed[@]}"; do
     echo "FAILED: $title"

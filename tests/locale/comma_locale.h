@@ -18,13 +18,14 @@ public:
     CommaLocale() : streams_(std::locale::global(std::locale(std::locale::classic(), new Comma<char>)))
     {
         std::locale::global(std::locale(std::locale(), new Comma<wchar_t>));
+        // Only while it is loaded: newlocale of the C library leaks the path that it makes of LOCPATH.
         setenv("LOCPATH", COMMA_LOCALE_FOLDER, 1);
         std::setlocale(LC_NUMERIC, "comma");
+        unsetenv("LOCPATH");
     }
     ~CommaLocale()
     {
         std::locale::global(streams_);
-        unsetenv("LOCPATH");
         std::setlocale(LC_ALL, "C");
     }
     CommaLocale(const CommaLocale&) = delete;
