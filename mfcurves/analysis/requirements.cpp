@@ -116,11 +116,16 @@ Move moveBy(const std::string& profile, const LawFactors& law, double stroke, co
 
 std::vector<Move> fastest(double stroke, const Limits& limits)
 {
+    return fastest(stroke, limits, laws());
+}
+
+std::vector<Move> fastest(double stroke, const Limits& limits, const std::vector<Law>& laws)
+{
     std::vector<Move> moves;
     if (stroke == 0.0 || std::min({limits.velocity, limits.acceleration, limits.jerk}) == kInfinity)
         return moves;
     std::set<std::string> seen;  // of laws with one name the first counts
-    for (const Law& law : laws()) {
+    for (const Law& law : laws) {
         if (!seen.insert(law.name).second)
             continue;
         const LawFactors known = factors({law.name, law.text});

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mfcurves/analysis/analysis.h"
+#include "mfcurves/curve/laws.h"
 
 namespace mf::analysis {
 
@@ -45,5 +46,8 @@ struct Move {
 /// the fastest first. Without a finite limit, or for a stroke of 0, there is nothing to
 /// compare and the list is empty.
 MFCURVES_API std::vector<Move> fastest(double stroke, const Limits& limits);
+/// The same of other laws; of those with one name the first counts. Throws CurveError when a law does not
+/// compile.
+MFCURVES_API std::vector<Move> fastest(double stroke, const Limits& limits, const std::vector<Law>& laws);
 
 }  // namespace mf::analysis

@@ -40,8 +40,7 @@ Problem failureOf(const ReadOutcome& outcome, const Origin& origin)
     if (!outcome.missingResult.empty())
         return {Problem::Level::Error, origin.path,
                 "it runs over the motion result " + quoted(outcome.missingResult) +
-                    ", which is not among the motion results that were given "
-                    "(ReadSettings::motionResults, results=, --result)"};
+                    ", which is not among the motion results that were given"};
     return {Problem::Level::Error, origin.path, oneLine(messageOf(outcome.reason))};
 }
 

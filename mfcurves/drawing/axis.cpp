@@ -15,7 +15,7 @@ constexpr double kLargestEnd = 1e300;
 // Steps below this part of an end are lost among the digits of that end.
 constexpr double kSmallestStep = 1e-12;
 // What an axis of values shows on each side of the data, as a part of their span.
-constexpr double kRoom = 0.16;
+constexpr double kRoom = 0.2;
 // Labels of up to so many digits before the point, or zeros after it, read well.
 constexpr int kLargestPlainExponent = 4;
 constexpr int kSmallestPlainExponent = -2;

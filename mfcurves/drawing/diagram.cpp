@@ -72,6 +72,7 @@ Point withoutRounding(Point point, double size)
 // The extremes of what is drawn, and those of the formulas where they go further.
 void addExtremes(Trace& trace, const analysis::Summary& summary, double factor)
 {
+    trace.areExtremesProved = summary.guaranteed;
     const auto take = [&](const Point& point) {
         if (!std::isfinite(point.y))
             return;
@@ -91,6 +92,68 @@ void addExtremes(Trace& trace, const analysis::Summary& summary, double factor)
     const double size = std::max(std::fabs(trace.least->y), std::fabs(trace.greatest->y));
     trace.least = withoutRounding(*trace.least, size);
     trace.greatest = withoutRounding(*trace.greatest, size);
+}
+
+// Extremes that are not proved and far from nearly all values are those beside a pole, an accident of where
+// the curve was evaluated.
+bool hasPole(const Trace& trace, const Range& most)
+{
+    constexpr double kFar = 1e3;
+    if (trace.areExtremesProved || !trace.least || !trace.greatest)
+        return false;
+    const double farthest = std::max(std::fabs(trace.least->y), std::fabs(trace.greatest->y));
+    return farthest > kFar * std::max(std::fabs(most.from), std::fabs(most.to));
+}
+
+// The values without the highest and lowest twentieth, and a quarter more.
+Range mostValues(const std::vector<Line>& lines)
+{
+    std::vector<double> values;
+    for (const Line& line : lines) {
+        for (const Point& point : line)
+            values.push_back(point.y);
+    }
+    const auto at = [&](double part) {
+        const auto place = values.begin() + std::lround(part * static_cast<double>(values.size() - 1));
+        std::nth_element(values.begin(), place, values.end());
+        return *place;
+    };
+    const Range most{at(0.05), at(0.95)};
+    const double room = 0.25 * (most.to - most.from);
+    return {most.from - room, most.to + room};
+}
+
+// The stretches of a line within a range of values, each with its first point outside at either end.
+void addWithin(std::vector<Line>& lines, const Line& line, const Range& range)
+{
+    const auto isInside = [&](const Point& point) { return point.y >= range.from && point.y <= range.to; };
+    bool isOpen = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const bool inside = isInside(line[i]);
+        if (inside && !isOpen) {
+            lines.emplace_back();
+            if (i > 0)
+                lines.back().push_back(line[i - 1]);
+        }
+        if (inside || isOpen)
+            lines.back().push_back(line[i]);
+        isOpen = inside;
+    }
+}
+
+void cutPoles(Trace& trace)
+{
+    if (trace.areExtremesProved || trace.lines.empty())
+        return;
+    const Range most = mostValues(trace.lines);
+    if (!hasPole(trace, most))
+        return;
+    trace.beside = most;
+    const double room = 0.5 * (most.to - most.from);  // so that lines reach the edge of any axis
+    std::vector<Line> within;
+    for (const Line& line : trace.lines)
+        addWithin(within, line, {most.from - room, most.to + room});
+    trace.lines = std::move(within);
 }
 
 // An expression goes on beyond its range, a question about it does not.
@@ -114,6 +177,7 @@ void addMarks(Diagram& diagram, const Curve& curve, double rate)
         Trace& trace = panel.traces.back();
         const analysis::Summary& summary = summaries[static_cast<std::size_t>(panel.order)];
         addExtremes(trace, summary, std::pow(rate, panel.order));
+        cutPoles(trace);
         for (double x : summary.impulses) {
             const double rise =
                 curve.at(x, Side::Right)[panel.order - 1] - curve.at(x, Side::Left)[panel.order - 1];

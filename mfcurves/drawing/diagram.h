@@ -36,6 +36,9 @@ struct Trace {
     std::vector<Point> knots;       ///< the points of a curve through points; only in the panel of the value
     std::optional<Point> least;     ///< the first of equal ones; none without a finite value
     std::optional<Point> greatest;  ///< likewise
+    bool areExtremesProved = true;  ///< false: the curve may go beyond them
+    /// Where a pole would leave nothing else to see: the values that the axis shows. The lines end there.
+    std::optional<Range> beside;
     std::vector<Impulse> impulses;  ///< ascending in x
 };
 

@@ -17,6 +17,7 @@ constexpr double kRightRoom = 28.0;
 constexpr double kNaturalPlotHeight = 132.0;
 constexpr double kLeastPlotHeight = 40.0;
 constexpr double kTitleHeight = 52.0;
+constexpr double kUntitledHeight = 24.0;
 constexpr double kNamesHeight = 22.0;   // the row of law names
 constexpr double kPanelHeader = 26.0;   // above each plot: quantity, unit, extremes
 constexpr double kPanelGap = 14.0;      // below each plot
@@ -183,8 +184,9 @@ Layout layoutOf(const Diagram& diagram, const Style& style)
     if (diagram.names.size() > 1)
         layout.curveLegend = wrapped(diagram.names, layout.plotLeft, layout.plotRight, kSwatch);
     const auto lines = [](const auto& legend) { return kLegendLine * static_cast<double>(legend.size()); };
+    layout.titleHeight = diagram.title.empty() ? kUntitledHeight : kTitleHeight;
     layout.panelsTop =
-        kTitleHeight + lines(layout.curveLegend) + (layout.stretchLabels.empty() ? 0.0 : kNamesHeight);
+        layout.titleHeight + lines(layout.curveLegend) + (layout.stretchLabels.empty() ? 0.0 : kNamesHeight);
     const double below =
         kFooterHeight + (layout.seamLabels.empty() ? 0.0 : kSeamsHeight) + lines(layout.stretchLegend);
     const auto panels = static_cast<double>(std::max<std::size_t>(diagram.panels.size(), 1));

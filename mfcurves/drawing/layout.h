@@ -56,6 +56,7 @@ struct Frame {
 struct Layout {
     double width = 0.0;
     double height = 0.0;
+    double titleHeight = 0.0;
     double plotLeft = 0.0;
     double plotRight = 0.0;
     double plotHeight = 0.0;

@@ -42,7 +42,9 @@ std::string description(const Diagram& diagram)
         for (std::size_t i = 0; i < panel.traces.size(); ++i) {
             const Trace& trace = panel.traces[i];
             const std::string name = panel.traces.size() > 1 ? " of " + diagram.names[i] : "";
-            if (trace.least && trace.greatest)
+            if (trace.beside)
+                text += fmt::format(" {}{}: goes beyond the axis.", panel.quantity, name);
+            else if (trace.least && trace.greatest)
                 text += fmt::format(" {}{} [{}]: least {:.6g} at {:.6g}, greatest {:.6g} at {:.6g}.",
                                     panel.quantity, name, panel.unit, trace.least->y, trace.least->x,
                                     trace.greatest->y, trace.greatest->x);
@@ -69,6 +71,8 @@ std::string opening(const Diagram& diagram, const Layout& layout, const Theme& t
 
 std::string drawTitle(const Diagram& diagram, const Layout& layout)
 {
+    if (diagram.title.empty())
+        return "";
     const auto fits = static_cast<std::size_t>((layout.plotRight - layout.plotLeft) / (0.6 * kTitleLetter));
     return textAt(layout.plotLeft, 32.0, "class=\"title\"",
                   shortened(diagram.title, std::min(kLongestTitle, fits)));
@@ -77,7 +81,7 @@ std::string drawTitle(const Diagram& diagram, const Layout& layout)
 std::string drawCurveLegend(const Layout& layout, const Theme& theme)
 {
     std::string svg;
-    double baseline = 54.0;
+    double baseline = layout.titleHeight + 2.0;
     std::size_t curve = 0;
     for (const std::vector<Label>& line : layout.curveLegend) {
         for (const Label& label : line) {

@@ -36,10 +36,16 @@ Extremes extremesOf(const Panel& panel)
     return extremes;
 }
 
-// What the axis has to show: the extremes and where impulses start, which is 0.
+// What the axis has to show: the extremes, beside poles most values, and where impulses start, which is 0.
 Extremes shownBy(const Panel& panel)
 {
-    Extremes extremes = extremesOf(panel);
+    Extremes extremes;
+    for (const Trace& trace : panel.traces) {
+        if (!trace.least || !trace.greatest)
+            continue;
+        const Range shown = trace.beside.value_or(Range{trace.least->y, trace.greatest->y});
+        extremes = {std::min(extremes.low, shown.from), std::max(extremes.high, shown.to)};
+    }
     const bool hasImpulse = std::any_of(panel.traces.begin(), panel.traces.end(),
                                         [](const Trace& trace) { return !trace.impulses.empty(); });
     if (extremes.isEmpty())
@@ -143,35 +149,59 @@ std::string drawImpulses(const Trace& trace, const Frame& frame, const char* col
     return svg;
 }
 
+// The x of a label, and how it is anchored there.
+struct LabelPlace {
+    double x;
+    const char* anchor;
+};
+
+// Above or below its place, away from the edges and beside the arrow of an impulse.
+LabelPlace labelPlace(double x, double width, const Frame& frame, bool isBesideArrow)
+{
+    constexpr double kEdge = 4.0;
+    constexpr double kArrow = 8.0;  // from its middle
+    const double left = frame.left + kEdge;
+    const double right = frame.right - kEdge;
+    if (isBesideArrow)
+        return x + kArrow + width > right ? LabelPlace{x - kArrow, "end"} : LabelPlace{x + kArrow, "start"};
+    if (x - width / 2.0 < left)
+        return {std::max(x, left + 2.0), "start"};
+    if (x + width / 2.0 > right)
+        return {std::min(x, right - 2.0), "end"};
+    return {x, "middle"};
+}
+
+bool hasImpulseAt(const Trace& trace, double x, const Frame& frame)
+{
+    return std::any_of(trace.impulses.begin(), trace.impulses.end(), [&](const Impulse& impulse) {
+        return std::fabs(frame.toX(impulse.x) - frame.toX(x)) < 1.0;
+    });
+}
+
 // A dot, and beside it the value and its x.
-std::string drawMark(const Point& point, bool isGreatest, const Frame& frame, const char* colour)
+std::string drawMark(const Trace& trace, const Point& point, bool isGreatest, const Frame& frame,
+                     const char* colour)
 {
     const double x = frame.toX(point.x);
     const double y = frame.toY(point.y);
     const std::string label = pictureNumber(point.y) + " at " + pictureNumber(point.x, 5);
-    const double half = textWidth(label, kSmallLetter) / 2.0;
-    const bool isLeft = x - half < frame.left + 4.0;
-    const bool isRight = x + half > frame.right - 4.0;
-    const double labelX = isLeft    ? std::max(x, frame.left + 6.0)
-                          : isRight ? std::min(x, frame.right - 6.0)
-                                    : x;
+    const LabelPlace place =
+        labelPlace(x, textWidth(label, kSmallLetter), frame, hasImpulseAt(trace, point.x, frame));
     const double above = y - 6.0;
     const double below = y + kSmallLetter + 4.0;
     const bool isAbove = isGreatest ? above - kSmallLetter > frame.top - 3.0 : below > frame.bottom + 2.0;
     return fmt::format("<circle class=\"extreme\" r=\"2.6\" fill=\"{}\" cx=\"{}\" cy=\"{}\"/>\n", colour,
                        pixels(x), pixels(y)) +
-           textAt(labelX, isAbove ? above : below,
-                  fmt::format("class=\"mark\" text-anchor=\"{}\"", isLeft    ? "start"
-                                                                   : isRight ? "end"
-                                                                             : "middle"),
-                  label);
+           textAt(place.x, isAbove ? above : below,
+                  fmt::format("class=\"mark\" text-anchor=\"{}\"", place.anchor), label);
 }
 
 std::string drawMarks(const Trace& trace, const Frame& frame, const char* colour)
 {
-    if (!trace.least || !trace.greatest || trace.least->y == trace.greatest->y)
+    if (!trace.least || !trace.greatest || trace.least->y == trace.greatest->y || trace.beside)
         return "";
-    return drawMark(*trace.least, false, frame, colour) + drawMark(*trace.greatest, true, frame, colour);
+    return drawMark(trace, *trace.least, false, frame, colour) +
+           drawMark(trace, *trace.greatest, true, frame, colour);
 }
 
 std::string rangeText(const Panel& panel)
@@ -184,7 +214,13 @@ std::string rangeText(const Panel& panel)
         impulses == 0 ? "" : fmt::format("   {} impulse{}", impulses, impulses == 1 ? "" : "s");
     if (extremes.isEmpty())
         return "no finite value" + count;
-    return fmt::format("min {}   max {}{}", pictureNumber(extremes.low), pictureNumber(extremes.high), count);
+    const auto any = [&](auto holds) { return std::any_of(panel.traces.begin(), panel.traces.end(), holds); };
+    if (any([](const Trace& trace) { return trace.beside.has_value(); }))
+        return "goes beyond the axis" + count;
+    const char* remark =
+        any([](const Trace& trace) { return !trace.areExtremesProved; }) ? ", not proved" : "";
+    return fmt::format("min {}   max {}{}{}", pictureNumber(extremes.low), pictureNumber(extremes.high),
+                       remark, count);
 }
 
 std::string drawHeader(const Panel& panel, const Frame& frame, const char* colour)

@@ -398,7 +398,7 @@ TEST(ReadDocument, MotionResultHasToBeGiven)
     EXPECT_THAT(
         problemsOf(document),
         ElementsAre("it runs over the motion result \"Slip Speed\", which is not among the motion results "
-                    "that were given (ReadSettings::motionResults, results=, --result)"));
+                    "that were given"));
     const Curve curve = Curve::parse(document.xml(), {{}, {"Other", "Slip Speed"}});
     EXPECT_EQ(curve.definition().over, Over::MotionResult);
     EXPECT_EQ(curve.definition().motionResult, "Slip Speed");

@@ -95,6 +95,48 @@ TEST(Diagram, HasAGapWhereThereIsNoFiniteValue)
     EXPECT_EQ(diagram.panels[0].traces.front().lines.size(), 2u);
 }
 
+// tan has poles at pi/2, 3 pi/2 and 5 pi/2. Beside them any value is an accident of where it is computed.
+TEST(Diagram, ShowsWhatIsBesideAPole)
+{
+    const Diagram diagram = diagramOf({formula("tan(x)", 0.0, 10.0)});
+    const mf::drawing::Trace& value = diagram.panels[0].traces.front();
+    ASSERT_TRUE(value.beside);
+    EXPECT_LT(value.beside->from, -1.0);
+    EXPECT_GT(value.beside->from, -100.0);
+    EXPECT_GT(value.beside->to, 1.0);
+    EXPECT_LT(value.beside->to, 100.0);
+    ASSERT_EQ(value.lines.size(), 4u);
+    for (const mf::drawing::Line& line : value.lines) {
+        for (std::size_t i = 1; i < line.size(); ++i)
+            EXPECT_LT(line[i - 1].y, line[i].y) << "tan rises between its poles";
+    }
+}
+
+TEST(Diagram, ShowsAHighPeakWhole)
+{
+    const Diagram diagram = diagramOf({formula("1/((x-0.5)^2+1e-9)", 0.0, 1.0)});
+    const mf::drawing::Trace& value = diagram.panels[0].traces.front();
+    EXPECT_FALSE(value.beside);
+    EXPECT_NEAR(value.greatest->y, 1e9, 1.0);
+}
+
+TEST(Svg, NamesNoExtremesBesideAPole)
+{
+    const std::string svg = toSvg(diagramOf({formula("tan(x)", 0.0, 10.0)}));
+    EXPECT_NE(svg.find("goes beyond the axis"), std::string::npos);
+    EXPECT_EQ(svg.find("e+"), std::string::npos);
+}
+
+// The velocity falls from 1 to 0 where the acceleration is greatest, 6: its label would hide the arrow.
+TEST(Svg, WritesALabelBesideAnArrow)
+{
+    const std::string svg = toSvg(diagramOf({rows({{1.0, 1.0, "Linear"}, {2.0, 2.0, "Cubic"}})}));
+    const std::size_t label = svg.find(">6 at 1</text>");
+    ASSERT_NE(label, std::string::npos);
+    const std::size_t anchor = svg.rfind("text-anchor=", label);
+    EXPECT_EQ(svg.substr(anchor, 19), "text-anchor=\"start\"");
+}
+
 TEST(Diagram, IsEmptyWithoutCurves)
 {
     EXPECT_TRUE(diagramOf({}).panels.empty());

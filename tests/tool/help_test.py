@@ -7,7 +7,7 @@ import subprocess
 
 from tooltest import DONE, PROJECT, TOOL, ToolTest, WRONG, run
 
-COMMANDS = ["eval", "table", "plot", "peaks", "breaks", "check", "info", "profiles", "fastest", "convert", "edit"]
+COMMANDS = ["eval", "table", "plot", "peaks", "breaks", "check", "info", "profiles", "fastest", "convert", "export", "edit"]
 
 
 class Help(ToolTest):

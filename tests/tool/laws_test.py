@@ -17,11 +17,23 @@ class Profiles(ToolTest):
         self.assertEqual(sum(line == "    source   built-in" for line in lines), 10)
         self.assertIn("Modified-Sine", lines)  # the shipped laws need no --library
 
+    def test_how_laws_begin_and_end(self):
+        laws = self.done("profiles").split("    motion   ")
+        motion = {before.splitlines()[-3]: after.splitlines()[0] for before, after in zip(laws, laws[1:])}
+        self.assertEqual(motion["3-4-5-Polynomial"], "from rest to rest")
+        self.assertEqual(motion["Half-Cosine"], "from rest with an acceleration to rest with an acceleration")
+        self.assertEqual(motion["Cycloidal"], "from rest with an acceleration to a velocity")  # a quarter cosine
+        self.assertEqual(motion["Linear"], "from a velocity to a velocity")
+        self.assertEqual(motion["Parabolic"],
+                         "from rest with an acceleration to rest with an acceleration; the acceleration jumps inside")
+        library = self.library(LAW.format(name="Open", formula="sin("))
+        self.assertIn("    motion   does not compile: ", self.done("profiles", "--library", library))
+
     def test_the_built_in_laws_pass_their_check(self):
         text = self.done("profiles", "--check")
         self.assertEqual(text.count("    ok       compiles, starts at 0, ends at 1"), text.count("    source "))
         # 4-5-6-7: all three derivatives vanish at both ends.
-        law = text.split("4-5-6-7-Polynomial\n")[1].splitlines()[2]
+        law = text.split("4-5-6-7-Polynomial\n")[1].splitlines()[3]
         self.assertIn("at the start: d1 d2 d3, at the end: d1 d2 d3", law)
 
     def test_the_shipped_laws_pass_their_check(self):

@@ -7,94 +7,13 @@
 #include <fmt/format.h>
 #include <numeric>
 
+#include "tools/mfcurve/columnLine.h"
 #include "tools/mfcurve/nearest.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \t\v\f";
-
-std::string_view withoutBlanks(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// The text up to a "#" that is not within quotes.
-std::string_view withoutComment(std::string_view line)
-{
-    bool isQuoted = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"')
-            isQuoted = !isQuoted;
-        else if (line[i] == '#' && !isQuoted)
-            return line.substr(0, i);
-    }
-    return line;
-}
-
-std::string_view takeLine(std::string_view& text)
-{
-    const std::size_t end = text.find_first_of("\r\n");
-    const std::string_view line = text.substr(0, end);
-    if (end == std::string_view::npos)
-        text = {};
-    else
-        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
-    return line;
-}
-
-// Calls `see` with each character outside quotes and its place.
-template <class See>
-bool anyUnquoted(std::string_view line, See see)
-{
-    bool isQuoted = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"')
-            isQuoted = !isQuoted;
-        else if (!isQuoted && see(line[i], i))
-            return true;
-    }
-    return false;
-}
-
-bool hasUnquoted(std::string_view line, char wanted)
-{
-    return anyUnquoted(line, [&](char c, std::size_t) { return c == wanted; });
-}
-
-// A tab beside a comma only lines the columns up.
-bool hasTabBesideComma(std::string_view line)
-{
-    return anyUnquoted(line, [&](char c, std::size_t i) {
-        return c == '\t' && (withoutBlanks(line.substr(0, i)).ends_with(',') ||
-                             withoutBlanks(line.substr(i)).starts_with(','));
-    });
-}
-
-std::vector<std::string_view> splitAtBlanks(std::string_view line)
-{
-    std::vector<std::string_view> fields;
-    for (line = withoutBlanks(line); !line.empty(); line = withoutBlanks(line)) {
-        const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
-        fields.push_back(line.substr(0, end));
-        line.remove_prefix(end);
-    }
-    return fields;
-}
-
-// "1,5 2,5": a comma that separates would leave "5 2" as a field, which is not a number.
-bool hasDecimalCommasBetweenBlanks(std::string_view line)
-{
-    const std::vector<std::string_view> fields = splitAtBlanks(line);
-    const auto isCut = [](std::string_view field) { return field.starts_with(',') || field.ends_with(','); };
-    return fields.size() >= 2 && line.find(',') != std::string_view::npos && readDecimal(fields[0]) &&
-           readDecimal(fields[1]) && std::none_of(fields.begin(), fields.end(), isCut);
-}
 
 bool beginsWithDigit(std::string_view field)
 {
@@ -106,18 +25,6 @@ bool beginsWithDigit(std::string_view field)
 }
 
 }  // namespace
-
-std::optional<double> readDecimal(std::string_view text)
-{
-    const std::size_t comma = text.find(',');
-    if (comma == std::string_view::npos)
-        return readNumber(text);
-    if (text.find('.') != std::string_view::npos)
-        return std::nullopt;
-    std::string number(text);
-    number[comma] = '.';
-    return readNumber(number);
-}
 
 std::string inQuotes(std::string_view text)
 {
@@ -135,10 +42,10 @@ std::string inQuotes(std::string_view text)
 ColumnText::ColumnText(std::string_view bytes, const ColumnForm& form, const ColumnSettings& settings)
     : form_(form), text_(decodedText(bytes))
 {
-    const std::vector<RawLine> lines = rawLines(settings);
+    const std::vector<TextLine> lines = linesWithContent(settings);
     if (!isSeparatorStated_)
         separator_ = separatorOf(lines);
-    for (const RawLine& line : lines) {
+    for (const TextLine& line : lines) {
         std::vector<std::string_view> fields = split(line);
         if (std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); }))
             continue;
@@ -152,9 +59,9 @@ ColumnText::ColumnText(std::string_view bytes, const ColumnForm& form, const Col
     }
 }
 
-std::vector<ColumnText::RawLine> ColumnText::rawLines(const ColumnSettings& settings)
+std::vector<TextLine> ColumnText::linesWithContent(const ColumnSettings& settings)
 {
-    std::vector<RawLine> lines;
+    std::vector<TextLine> lines;
     std::string_view rest = text_;
     for (int number = 1; !rest.empty(); ++number) {
         const std::string_view line = takeLine(rest);
@@ -170,23 +77,6 @@ std::vector<ColumnText::RawLine> ColumnText::rawLines(const ColumnSettings& sett
         }
     }
     return lines;
-}
-
-char ColumnText::separatorOf(const std::vector<RawLine>& lines) const
-{
-    const auto any = [&](auto holds) {
-        return std::any_of(lines.begin(), lines.end(),
-                           [&](const RawLine& line) { return holds(line.content); });
-    };
-    if (any([](std::string_view line) { return hasUnquoted(line, ';'); }))
-        return ';';
-    if (any([](std::string_view line) { return hasUnquoted(withoutBlanks(line), '\t'); }) &&
-        !any(hasTabBesideComma))
-        return '\t';
-    if (any([](std::string_view line) { return hasUnquoted(line, ','); }) &&
-        !any(hasDecimalCommasBetweenBlanks))
-        return ',';
-    return ' ';
 }
 
 std::string_view ColumnText::takeQuoted(std::string_view& rest, int line)
@@ -206,7 +96,7 @@ std::string_view ColumnText::takeQuoted(std::string_view& rest, int line)
     return withoutBlanks(unquoted_.emplace_back(std::move(field)));
 }
 
-std::vector<std::string_view> ColumnText::split(const RawLine& line)
+std::vector<std::string_view> ColumnText::split(const TextLine& line)
 {
     // A line without a tab among lines with tabs is separated by blanks.
     const bool isAtBlanks = separator_ == ' ' || (separator_ == '\t' && !hasUnquoted(line.content, '\t'));
@@ -304,9 +194,8 @@ ColumnLine ColumnText::wantedFields(int number, const std::vector<std::string_vi
     const auto isTooMuch = [](std::string_view field) { return !field.empty(); };
     if (areColumnsFirst_ && fields.size() > columns_.size() &&
         std::any_of(fields.begin() + static_cast<std::ptrdiff_t>(columns_.size()), fields.end(), isTooMuch))
-        throw TextError(number,
-                        fmt::format("{} of {} fields; {}; --csv-columns chooses among more, such as 2,3",
-                                    fields.size(), columns_.size(), form_.expected));
+        throw TextError(number, fmt::format("{} of {} fields; {}{}", fields.size(), columns_.size(),
+                                            form_.expected, form_.advice));
     return line;
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/mfcurve/columnLine.h"
 #include "tools/mfcurve/textDecoding.h"
 
 namespace mfcurve {
@@ -23,6 +24,7 @@ struct ColumnForm {
     std::vector<std::string> names;  ///< one for each column: "x", "y"
     std::vector<std::string> also;   ///< the same columns in the output of `table`: "x", "value"
     std::string expected;            ///< "a point is ...", the end of messages
+    std::string advice;              ///< to lines with more columns, the end of a message; may be empty
     std::function<bool(std::string_view)> isData;  ///< a text that, like a number, makes a line no header
 };
 
@@ -54,18 +56,13 @@ public:
     double number(const ColumnLine& line, std::size_t column);
 
 private:
-    struct RawLine {
-        int number;
-        std::string_view content;
-    };
     struct DecimalMark {
         char mark = 0;
         int line = 0;
     };
 
-    std::vector<RawLine> rawLines(const ColumnSettings& settings);
-    char separatorOf(const std::vector<RawLine>& lines) const;
-    std::vector<std::string_view> split(const RawLine& line);
+    std::vector<TextLine> linesWithContent(const ColumnSettings& settings);
+    std::vector<std::string_view> split(const TextLine& line);
     std::string_view takeQuoted(std::string_view& rest, int line);
     bool isHeader(const std::vector<std::string_view>& fields) const;
     std::vector<std::size_t> chosenColumns(const ColumnSettings& settings);
@@ -84,9 +81,6 @@ private:
     std::vector<ColumnLine> lines_;
     DecimalMark decimal_;
 };
-
-/// A number with a decimal point or, if there is no point, with a decimal comma.
-std::optional<double> readDecimal(std::string_view text);
 
 /// A text as a message can show it: not too long, on one line, its characters whole, in quotes.
 std::string inQuotes(std::string_view text);

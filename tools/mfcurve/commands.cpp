@@ -15,6 +15,7 @@ void declareCommands(CLI::App& app, Action& action)
     declareProfiles(app, action);
     declareFastest(app, action);
     declareConvert(app, action);
+    declareExport(app, action);
     declareEdit(app, action);
 }
 

@@ -19,6 +19,7 @@ void declarePlot(CLI::App& app, Action& action);
 void declareProfiles(CLI::App& app, Action& action);
 void declareInfo(CLI::App& app, Action& action);
 void declareConvert(CLI::App& app, Action& action);
+void declareExport(CLI::App& app, Action& action);
 void declareEdit(CLI::App& app, Action& action);
 void declarePeaks(CLI::App& app, Action& action);
 void declareBreaks(CLI::App& app, Action& action);

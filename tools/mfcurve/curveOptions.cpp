@@ -52,14 +52,6 @@ Constant readConstant(const std::string& text)
     return {name, finiteNumber(std::string_view(text).substr(sign + 1), "--let " + name)};
 }
 
-double positive(const std::string& text, const std::string& option)
-{
-    const double number = finiteNumber(text, option);
-    if (!(number > 0.0))
-        throw UsageError(option + " takes a number above 0, not \"" + text + "\"");
-    return number;
-}
-
 void declareShapeOptions(CLI::App& command, CurveOptions& options)
 {
     addText(command, "--expression", "TEXT", "a formula of one variable, such as 'sin(2*pi*x)'",

@@ -19,6 +19,16 @@ mf::Curve read(const std::string& path, const mf::ReadSettings& settings)
                                   : mf::Curve::read(path, settings);
 }
 
+// The library says what is missing, and the tool how to give it.
+std::vector<mf::Problem> withAdvice(std::vector<mf::Problem> problems)
+{
+    for (mf::Problem& problem : problems) {
+        if (problem.message.starts_with("it runs over the motion result"))
+            problem.message += "; --result names one that exists";
+    }
+    return problems;
+}
+
 }  // namespace
 
 mf::Curve readDocument(const std::string& path, const CurveOptions& options,
@@ -37,7 +47,7 @@ mf::Curve readDocument(const std::string& path, const CurveOptions& options,
             throw Failure(kFailed, placed(path, odd));
         return curve;
     } catch (const mf::CurveError& error) {
-        throw Failure(kFailed, placed(path, error.problems()));
+        throw Failure(kFailed, placed(path, withAdvice(error.problems())));
     }
 }
 

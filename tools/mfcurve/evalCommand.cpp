@@ -4,6 +4,7 @@
 
 #include "mfcurves/drawing/quantities.h"
 #include "tools/mfcurve/commands.h"
+#include "tools/mfcurve/expressionText.h"
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/json.h"
 #include "tools/mfcurve/options.h"
@@ -27,7 +28,8 @@ struct EvalOptions {
 // The first column of a file, or its column x.
 void addPlaces(EvalOptions& options, const std::string& path)
 {
-    const ColumnForm form{{"x"}, {"x"}, "a line is one x, such as \"12.5\"", {}};
+    const ColumnForm form{
+        {"x"}, {"x"}, "a line is one x, such as \"12.5\"", "; a header may name the column x", {}};
     try {
         ColumnText text(readInput(path), form, {});
         for (const ColumnLine& line : text.lines())
@@ -92,7 +94,8 @@ std::string evaluate(const EvalOptions& options, const Input& input, int& status
             print(textLine(x, values));
         if (isFinite(values, mf::drawing::namedOrders(input.curve.definition())))
             continue;
-        warn(input.place, "the curve has no finite value or derivative at x = " + numberText(x));
+        warn(input.place, fmt::format("the curve has no finite value or derivative at x = {}{}",
+                                      numberText(x), zeroDivisor(input.curve, x)));
         status = kFailed;
     }
     return jsonObject({{"file", jsonFile(input)}, {"points", jsonArray(points)}});

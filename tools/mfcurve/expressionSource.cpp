@@ -6,52 +6,14 @@
 #include "mfcurves/interfaces/MMEP_WString.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/platform/encoding.h"
+#include "tools/mfcurve/expressionText.h"
 #include "tools/mfcurve/failure.h"
-#include "tools/mfcurve/options.h"
 #include "tools/mfcurve/sources.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
 
 namespace {
-
-bool isLetter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-// How many characters the name or number at the start of a text has; 1 for anything else. What is in braces
-// is one name.
-std::size_t wordLength(std::string_view text)
-{
-    std::size_t i = 1;
-    if (text.front() == '{')
-        return std::min(text.find('}'), text.size() - 1) + 1;
-    if (isLetter(text.front())) {
-        while (i < text.size() && (isLetter(text[i]) || isDigit(text[i])))
-            ++i;
-        return i;
-    }
-    if (!isDigit(text.front()) && text.front() != '.')
-        return 1;
-    while (i < text.size() && (isDigit(text[i]) || text[i] == '.'))
-        ++i;
-    std::size_t exponent = i + 1;
-    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
-        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-'))
-            ++exponent;
-        if (exponent < text.size() && isDigit(text[exponent]))
-            i = exponent;
-        while (i < text.size() && isDigit(text[i]))
-            ++i;
-    }
-    return i;
-}
 
 // The text with a number in place of each name that --let gives. A name before a bracket is a function's.
 std::string withConstants(std::string_view text, const std::vector<Constant>& constants)

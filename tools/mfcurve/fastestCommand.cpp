@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <cmath>
-#include <limits>
 #include <memory>
 
-#include "mfcurves/analysis/analysis.h"
+#include "mfcurves/analysis/requirements.h"
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/curveOptions.h"
 #include "tools/mfcurve/files.h"
@@ -24,58 +22,25 @@ struct FastestOptions {
     Format format = Format::Text;
 };
 
-struct Move {
-    std::string profile;
-    double duration;
-    const char* limitedBy;
-};
-
-// How continuous a law has to be so that no limited order has an impulse, its ends from rest to rest
-// included.
-int neededContinuity(const mf::analysis::Limits& limits)
+const char* nameOf(mf::analysis::Move::Limit limit)
 {
-    return std::isfinite(limits.jerk) ? 2 : std::isfinite(limits.acceleration) ? 1 : 0;
+    constexpr const char* kNames[] = {"velocity", "acceleration", "jerk"};
+    return kNames[static_cast<int>(limit)];
 }
 
-Move moveOf(const std::string& profile, const mf::analysis::LawFactors& factors,
-            const FastestOptions& options)
+// The laws without those that do not compile, which are reported.
+std::vector<mf::Law> usableLaws(const std::vector<std::string>& folders)
 {
-    const mf::analysis::Limits& limits = options.limits;
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const double stroke = std::fabs(*options.stroke);
-    const double total = mf::analysis::shortestDuration(factors, stroke, limits);
-    const double byVelocity =
-        mf::analysis::shortestDuration(factors, stroke, {limits.velocity, kInfinity, kInfinity});
-    const double byAcceleration =
-        mf::analysis::shortestDuration(factors, stroke, {kInfinity, limits.acceleration, kInfinity});
-    return {profile, total,
-            total == byVelocity       ? "velocity"
-            : total == byAcceleration ? "acceleration"
-                                      : "jerk"};
-}
-
-std::vector<Move> movesOf(const FastestOptions& options)
-{
-    std::vector<Move> moves;
-    std::vector<std::string> seen;
-    for (const mf::Law& law : knownLaws(options.libraryFolders)) {
-        if (std::find(seen.begin(), seen.end(), law.name) != seen.end())
-            continue;
-        seen.push_back(law.name);
+    std::vector<mf::Law> usable;
+    for (const mf::Law& law : knownLaws(folders)) {
         try {
-            const mf::analysis::LawFactors factors = mf::analysis::factors({law.name, law.text});
-            const int continuity =
-                std::min({factors.startContinuity, factors.innerContinuity, factors.endContinuity});
-            const Move move = moveOf(law.name, factors, options);
-            if (continuity >= neededContinuity(options.limits) && std::isfinite(move.duration))
-                moves.push_back(move);
+            mf::analysis::factors({law.name, law.text});
+            usable.push_back(law);
         } catch (const mf::CurveError& error) {
             warn("profile " + law.name, error.problems().front().message + "; it is left out");
         }
     }
-    std::stable_sort(moves.begin(), moves.end(),
-                     [](const Move& a, const Move& b) { return a.duration < b.duration; });
-    return moves;
+    return usable;
 }
 
 int runFastest(const FastestOptions& options)
@@ -85,17 +50,18 @@ int runFastest(const FastestOptions& options)
         throw UsageError("--stroke takes a number that is not 0");
     if (!std::isfinite(limits.velocity) && !std::isfinite(limits.acceleration) && !std::isfinite(limits.jerk))
         throw UsageError("fastest needs a limit: --max-velocity, --max-acceleration or --max-jerk");
-    const std::vector<Move> moves = movesOf(options);
+    const std::vector<mf::analysis::Move> moves =
+        mf::analysis::fastest(*options.stroke, limits, usableLaws(options.libraryFolders));
     std::vector<std::string> objects;
     if (options.format == Format::Text)
         print(fmt::format("{:<28} {:>13}  {}\n", "profile", "duration", "limited by"));
-    for (const Move& move : moves) {
+    for (const mf::analysis::Move& move : moves) {
         if (options.format == Format::Text)
             print(fmt::format("{:<28} {:>13}  {}\n", move.profile, shortNumberText(move.duration, 9),
-                              move.limitedBy));
+                              nameOf(move.limitedBy)));
         objects.push_back(jsonObject({{"profile", jsonText(move.profile)},
                                       {"duration", jsonNumber(move.duration)},
-                                      {"limited_by", jsonText(move.limitedBy)}}));
+                                      {"limited_by", jsonText(nameOf(move.limitedBy))}}));
     }
     if (options.format == Format::Json)
         print(jsonDocument(objects));
@@ -110,11 +76,8 @@ void declareFastest(CLI::App& app, Action& action)
     CLI::App& command = *app.add_subcommand("fastest", "Ranks the laws by the shortest move within limits");
     addNumber(command, "--stroke", "H", "how far the move goes", options->stroke)->required();
     const auto addLimit = [&](const std::string& name, const char* help, double& target) {
-        addText(command, name, "NUMBER", help, [&target, name](const std::string& text) {
-            target = finiteNumber(text, name);
-            if (!(target > 0.0))
-                throw UsageError(name + " takes a number above 0, not \"" + text + "\"");
-        });
+        addText(command, name, "NUMBER", help,
+                [&target, name](const std::string& text) { target = positive(text, name); });
     };
     addLimit("--max-velocity", "the largest velocity", options->limits.velocity);
     addLimit("--max-acceleration", "the largest acceleration", options->limits.acceleration);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/mfcurve/lawCheck.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
 
@@ -44,7 +45,25 @@ std::string faultOf(const mf::Curve& curve, const mf::CurveValues& start, const 
     return "";
 }
 
+// The state at an end whose orders up to `continuity` are those of rest.
+const char* endState(int continuity)
+{
+    constexpr const char* kStates[] = {"a jump", "a velocity", "rest with an acceleration", "rest"};
+    return kStates[std::clamp(continuity, -1, 2) + 1];
+}
+
 }  // namespace
+
+std::string motionOf(const mf::Law& law)
+{
+    constexpr const char* kNames[] = {"value", "velocity", "acceleration"};
+    const mf::analysis::LawFactors factors = mf::analysis::factors({law.name, law.text});
+    std::string text =
+        fmt::format("from {} to {}", endState(factors.startContinuity), endState(factors.endContinuity));
+    if (factors.innerContinuity < 2)
+        text += fmt::format("; the {} jumps inside", kNames[factors.innerContinuity + 1]);
+    return text;
+}
 
 LawCheck checkLaw(const mf::Law& law)
 {

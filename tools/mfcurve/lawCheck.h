@@ -15,4 +15,8 @@ struct LawCheck {
 
 LawCheck checkLaw(const mf::Law& law);
 
+/// How a law begins and ends: "from rest with an acceleration to a velocity". Throws CurveError when it does
+/// not compile.
+std::string motionOf(const mf::Law& law);
+
 }  // namespace mfcurve

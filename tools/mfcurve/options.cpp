@@ -16,6 +16,14 @@ double finiteNumber(std::string_view text, const std::string& option)
     return *number;
 }
 
+double positive(std::string_view text, const std::string& option)
+{
+    const double number = finiteNumber(text, option);
+    if (!(number > 0.0))
+        throw UsageError(fmt::format("{} takes a number above 0, not \"{}\"", option, text));
+    return number;
+}
+
 long long wholeNumber(std::string_view text, const std::string& option, long long least, long long most)
 {
     long long number = 0;

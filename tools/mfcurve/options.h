@@ -3,21 +3,21 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "tools/mfcurve/choices.h"
 #include "tools/mfcurve/failure.h"
-#include "tools/mfcurve/nearest.h"
 
 /// Options of a command, each turned into its type where it is read. What is wrong with one is a UsageError.
 namespace mfcurve {
 
 /// A finite number out of an option. Throws UsageError with the option's name.
 double finiteNumber(std::string_view text, const std::string& option);
+/// A finite number above 0.
+double positive(std::string_view text, const std::string& option);
 /// A whole number from `least` to `most`.
 long long wholeNumber(std::string_view text, const std::string& option, long long least, long long most);
 
@@ -49,22 +49,6 @@ inline CLI::Option* addTexts(CLI::App& command, const std::string& name, const c
                              const std::string& help, std::vector<std::string>& target)
 {
     return command.add_option(name, target, help)->type_name(type)->allow_extra_args(false);
-}
-
-template <class Value>
-using Choices = std::vector<std::pair<std::string, Value>>;
-
-template <class Value>
-Value chosen(const std::string& text, const std::string& option, const Choices<Value>& choices)
-{
-    std::vector<std::string> names;
-    for (const auto& [name, value] : choices) {
-        if (text == name)
-            return value;
-        names.push_back(name);
-    }
-    throw UsageError(fmt::format("{} takes {}, not \"{}\"{}", option, fmt::join(names, ", "), text,
-                                 nearestAdvice(text, names)));
 }
 
 /// An option that takes one of several names.

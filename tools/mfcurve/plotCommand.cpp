@@ -6,6 +6,7 @@
 
 #include "mfcurves/drawing/diagram.h"
 #include "tools/mfcurve/commands.h"
+#include "tools/mfcurve/expressionText.h"
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/options.h"
 #include "tools/mfcurve/pictureFile.h"
@@ -102,8 +103,9 @@ void draw(const PlotOptions& options, const std::vector<Input>& inputs, const st
     };
     if (std::all_of(diagram.panels.begin(), diagram.panels.end(), isEmpty))
         throw Failure(kFailed, first.place,
-                      fmt::format("the curve has no finite value from {} to {}; nothing is drawn",
-                                  numberText(contents.range->from), numberText(contents.range->to)));
+                      fmt::format("the curve has no finite value from {} to {}{}; nothing is drawn",
+                                  numberText(contents.range->from), numberText(contents.range->to),
+                                  zeroDivisor(first.curve, contents.range->from)));
     writePicture(path, mf::drawing::toSvg(diagram, options.style));
     if (!isStandardStream(path))
         print(path + "\n");

@@ -12,8 +12,11 @@ namespace {
 
 const ColumnForm& pointForm()
 {
-    static const ColumnForm form{
-        {"x", "y"}, {"x", "value"}, "a point is \"x, y\", two finite numbers such as \"0.25, -1.5e3\"", {}};
+    static const ColumnForm form{{"x", "y"},
+                                 {"x", "value"},
+                                 "a point is \"x, y\", two finite numbers such as \"0.25, -1.5e3\"",
+                                 "; --csv-columns chooses among more, such as 2,3",
+                                 {}};
     return form;
 }
 

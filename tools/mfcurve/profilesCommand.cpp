@@ -44,6 +44,15 @@ std::string problemText(const mf::CurveError& error)
     return text;
 }
 
+std::string motionText(const mf::Law& law)
+{
+    try {
+        return motionOf(law);
+    } catch (const mf::CurveError& error) {
+        return "does not compile: " + problemText(error);
+    }
+}
+
 // Prints what the check of one law found; false when it is not a law from 0 to 1.
 bool printCheck(const mf::Law& law)
 {
@@ -109,7 +118,8 @@ int runProfiles(const ProfilesOptions& options)
         throw UsageError("--format json goes with --factors");
     int status = kDone;
     for (const mf::Law& law : knownLaws(options.libraryFolders)) {
-        print(fmt::format("{}\n    source   {}\n    formula  {}\n", law.name, law.source, formulaOf(law)));
+        print(fmt::format("{}\n    source   {}\n    formula  {}\n    motion   {}\n", law.name, law.source,
+                          formulaOf(law), motionText(law)));
         if (options.isChecked && !printCheck(law))
             status = kFailed;
     }
@@ -132,8 +142,9 @@ void declareProfiles(CLI::App& app, Action& action)
         "in a time of 1, and how continuous it is from rest to rest");
     addFormat(command, options->format);
     command.footer(
-        "Each profile is listed by its name, which is how rows name it, with where it comes from and its "
-        "formula.\n"
+        "Each profile is listed by its name, which is how rows name it, with where it comes from, its "
+        "formula\n"
+        "and how it begins and ends.\n"
         "Continuity N means that orders 0 to N do not jump. Examples:\n"
         "  mfcurve profiles\n"
         "  mfcurve profiles --factors --format json\n"

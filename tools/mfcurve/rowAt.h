@@ -5,7 +5,8 @@
 
 namespace mfcurve {
 
-/// The row of a table that a curve has at x, seen from that side, from 1; 0 for other curves.
+/// The row that a curve has at x, seen from that side, or the last of its points up to x, both from 1; 0 for
+/// an expression.
 int rowAt(const mf::Curve& curve, double x, mf::Side side);
 
 }  // namespace mfcurve

@@ -3,15 +3,18 @@
 
 #include <fmt/format.h>
 
+#include "tools/mfcurve/text.h"
+
 namespace mfcurve {
 
 namespace {
 
-ColumnForm rowForm(const std::function<bool(std::string_view)>& isProfile)
+ColumnForm rowForm(const std::function<bool(std::string_view)>& isProfile, const char* advice)
 {
     return {{"end x", "value", "profile"},
             {},
             "a row is \"end x, value, profile\", such as \"90, 10, Half-Cosine\"",
+            advice,
             isProfile};
 }
 
@@ -29,7 +32,7 @@ FileRow rowOf(ColumnText& text, const ColumnLine& line, const ColumnForm& form)
 RowList parseRows(std::string_view bytes, const std::function<bool(std::string_view)>& isProfile,
                   const ColumnSettings& settings)
 {
-    const ColumnForm form = rowForm(isProfile);
+    const ColumnForm form = rowForm(isProfile, "; --csv-columns chooses among more, such as 1,2,4");
     ColumnText text(bytes, form, settings);
     RowList list;
     for (const ColumnLine& line : text.lines()) {
@@ -46,7 +49,7 @@ RowList parseRows(std::string_view bytes, const std::function<bool(std::string_v
 
 FileRow parseRow(std::string_view row, const std::function<bool(std::string_view)>& isProfile)
 {
-    const ColumnForm form = rowForm(isProfile);
+    const ColumnForm form = rowForm(isProfile, "");
     ColumnText text(row, form, {});
     if (text.lines().size() != 1)
         throw TextError(0, inQuotes(row) + " is not a row; " + form.expected);

@@ -3,15 +3,13 @@
 #include <cmath>
 #include <memory>
 
-#include "mfcurves/drawing/quantities.h"
 #include "tools/mfcurve/commands.h"
+#include "tools/mfcurve/curveSamples.h"
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/json.h"
 #include "tools/mfcurve/options.h"
-#include "tools/mfcurve/progress.h"
-#include "tools/mfcurve/samples.h"
 #include "tools/mfcurve/sources.h"
-#include "tools/mfcurve/steps.h"
+#include "tools/mfcurve/stepOptions.h"
 #include "tools/mfcurve/tableText.h"
 #include "tools/mfcurve/text.h"
 
@@ -19,40 +17,17 @@ namespace mfcurve {
 
 namespace {
 
-constexpr std::size_t kMostSamples = 10'000'000;
-constexpr std::size_t kBlock = 4096;
-
 enum class TableFormat { Csv, Json };
 
 struct TableOptions {
     CurveOptions curve;
-    std::optional<std::size_t> samples;
-    std::optional<double> step;
-    bool isOpen = false;
+    StepOptions steps;
     TableStyle style;
     std::optional<std::vector<Column>> columns;
     bool hasHeader = true;
     TableFormat format = TableFormat::Csv;
     std::string output = "-";
 };
-
-Steps stepsOf(const TableOptions& options, mf::Range range)
-{
-    constexpr std::size_t kUsualCount = 101;
-    if (options.step && options.samples)
-        throw UsageError("--step and --samples exclude each other");
-    if (options.step)
-        return Steps::byStep(range, *options.step, options.isOpen, kMostSamples);
-    return Steps::byCount(range, options.samples.value_or(kUsualCount), options.isOpen);
-}
-
-std::vector<Column> columnsOf(const TableOptions& options, const mf::CurveDefinition& definition)
-{
-    if (options.columns)
-        return *options.columns;
-    const auto all = allColumns();
-    return {all.begin(), all.begin() + 1 + mf::drawing::namedOrders(definition)};
-}
 
 // Prints the samples of curves one after the other, in one of the two formats.
 class TablePrinter {
@@ -64,8 +39,8 @@ public:
         const mf::CurveDefinition& definition = input.curve.definition();
         const mf::Range range = chosenRange(options_.curve, domainOf(input.curve));
         warnOutside(range, input);
-        const Steps steps = stepsOf(options_, range);
-        const std::vector<Column> columns = columnsOf(options_, definition);
+        const Steps steps = stepsOf(options_.steps, range);
+        const std::vector<Column> columns = options_.columns.value_or(namedColumns(definition));
         addHead(input, columns);
         addLines(input, steps, columns, rateOf(options_.curve, definition, input.place));
         if (isJson())
@@ -101,35 +76,18 @@ private:
 
     void addLines(const Input& input, const Steps& steps, const std::vector<Column>& columns, double rate)
     {
-        Progress progress("table", steps.count());
-        std::vector<double> x(std::min(kBlock, steps.count()));
-        std::vector<mf::CurveValues> values(x.size());
-        const int orders = mf::drawing::namedOrders(input.curve.definition());
-        std::size_t undefined = 0;
-        double firstUndefined = 0.0;
-        for (std::size_t done = 0; done < steps.count(); done += kBlock) {
-            const std::size_t count = std::min(kBlock, steps.count() - done);
-            for (std::size_t i = 0; i < count; ++i)
-                x[i] = steps.at(done + i);
-            input.curve.evaluate(x.data(), count, values.data());
-            for (std::size_t i = 0; i < count; ++i) {
-                const mf::CurveValues sample = atRate(values[i], rate);
-                if (!isFinite(sample, orders) && undefined++ == 0)
-                    firstUndefined = x[i];
+        bool isFirst = true;
+        const int status = sampleCurve(input, steps, rate, "table", [&](const SampleBlock& block) {
+            for (std::size_t i = 0; i < block.x.size(); ++i) {
                 if (isJson())
-                    addJsonLine(text_, x[i], sample, columns, done + i == 0);
+                    addJsonLine(text_, block.x[i], block.values[i], columns, isFirst);
                 else
-                    addTableLine(text_, x[i], sample, columns, options_.style);
+                    addTableLine(text_, block.x[i], block.values[i], columns, options_.style);
+                isFirst = false;
             }
             flush();
-            progress.update(done);
-        }
-        if (undefined == 0)
-            return;
-        status_ = kFailed;
-        warn(input.place,
-             fmt::format("the curve has no finite value or derivative at {} of the samples, first at x = {}",
-                         undefined, numberText(firstUndefined)));
+        });
+        status_ = std::max(status_, status);
     }
 
     // A file is written whole, standard output as it comes.
@@ -186,18 +144,7 @@ void declareTable(CLI::App& app, Action& action)
     const auto options = std::make_shared<TableOptions>();
     CLI::App& command = *app.add_subcommand("table", "Prints evenly spaced samples as CSV or JSON");
     command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
-    addText(command, "--samples", "N", "how many samples, both ends included [101]",
-            [options](const std::string& text) {
-                options->samples = static_cast<std::size_t>(wholeNumber(text, "--samples", 1, kMostSamples));
-            });
-    addText(command, "--step", "H", "the distance of samples, in place of their number",
-            [options](const std::string& text) {
-                options->step = finiteNumber(text, "--step");
-                if (!(*options->step > 0.0))
-                    throw UsageError("--step takes a number above 0, not \"" + text + "\"");
-            });
-    command.add_flag("--open-end", options->isOpen,
-                     "the end is left out, as it is the start of the next cycle");
+    declareStepOptions(command, options->steps);
     declareLayout(command, *options);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);

@@ -3,8 +3,9 @@
 
 #include <cmath>
 
+#include "mfcurves/drawing/quantities.h"
+#include "tools/mfcurve/choices.h"
 #include "tools/mfcurve/json.h"
-#include "tools/mfcurve/options.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -35,6 +36,12 @@ void addNumber(std::string& text, double number, const TableStyle& style)
 std::array<Column, 5> allColumns()
 {
     return {{{"x", -1}, {"value", 0}, {"d1", 1}, {"d2", 2}, {"d3", 3}}};
+}
+
+std::vector<Column> namedColumns(const mf::CurveDefinition& definition)
+{
+    const auto all = allColumns();
+    return {all.begin(), all.begin() + 1 + mf::drawing::namedOrders(definition)};
 }
 
 std::vector<Column> readColumns(const std::string& text)

@@ -26,6 +26,9 @@ struct TableStyle {
 /// x, value, d1, d2, d3.
 std::array<Column, 5> allColumns();
 
+/// x, the value and as many derivatives as the curve has names for.
+std::vector<Column> namedColumns(const mf::CurveDefinition& definition);
+
 /// "value,d1". Throws UsageError for a name that is not a column.
 std::vector<Column> readColumns(const std::string& text);
 /// One character, or "tab". Throws UsageError for more.

@@ -82,6 +82,18 @@ std::optional<double> readNumber(std::string_view text)
     return result.ec == std::errc() ? number : beyondDoubles(text);
 }
 
+std::optional<double> readDecimal(std::string_view text)
+{
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos)
+        return readNumber(text);
+    if (text.find('.') != std::string_view::npos)
+        return std::nullopt;
+    std::string number(text);
+    number[comma] = '.';
+    return readNumber(number);
+}
+
 std::string_view trimmed(std::string_view text)
 {
     const std::size_t first = text.find_first_not_of(" \t\r");

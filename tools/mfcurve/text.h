@@ -24,6 +24,9 @@ std::string fixedText(double number, int decimals);
 /// it is not one. "inf" and "nan" are numbers here.
 std::optional<double> readNumber(std::string_view text);
 
+/// A number with a decimal point or, if there is no point, with a decimal comma.
+std::optional<double> readDecimal(std::string_view text);
+
 /// The text without blanks and tabs at its ends.
 std::string_view trimmed(std::string_view text);
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "mfcurves/analysis/analysis.h"
+#include "mfcurves/analysis/requirements.h"
 #include "tools/mfcurve/failure.h"
 
 namespace mfcurve {
@@ -27,22 +27,24 @@ int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::s
     return order;
 }
 
-// Where an order leaves [low, high], which are by the unit of the curve; what is stored is times `factor`.
-void addBeyond(std::vector<Violation>& violations, const mf::Curve& curve, int order, mf::Range limits,
-               double factor)
+mf::analysis::Limits limitOf(int motionOrder, double magnitude)
 {
-    for (const mf::Range& range : mf::analysis::beyond(curve, order, limits.from, limits.to)) {
-        Violation violation{order, kNone, range.from, range.to, kNone, kNone};
-        // An impulse alone is worse than any number.
-        if (range.from < range.to) {
-            const auto summary = mf::analysis::summarize(curve, range)[static_cast<std::size_t>(order)];
-            const bool isLow = limits.from - summary.least.y > summary.greatest.y - limits.to;
-            const mf::analysis::Peak& worst = isLow ? summary.least : summary.greatest;
-            violation.limit = (isLow ? limits.from : limits.to) * factor;
-            violation.worst = worst.y * factor;
-            violation.worstX = worst.x;
-        } else {
-            violation.limit = limits.to * factor;
+    mf::analysis::Limits limits;
+    (motionOrder == 1 ? limits.velocity : motionOrder == 2 ? limits.acceleration : limits.jerk) = magnitude;
+    return limits;
+}
+
+// Where a requirement is broken. Its numbers are by the unit of the curve; what is stored is times `factor`.
+void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
+               const mf::analysis::Requirements& required, double factor = 1.0)
+{
+    for (const mf::analysis::Violation& broken : mf::analysis::violations(curve, required)) {
+        Violation violation{broken.order, kNone, broken.where.from, broken.where.to, kNone, kNone};
+        if (broken.limit)
+            violation.limit = *broken.limit * factor;
+        if (broken.worst) {
+            violation.worst = broken.worst->y * factor;
+            violation.worstX = broken.worst->x;
         }
         violations.push_back(violation);
     }
@@ -55,19 +57,20 @@ std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& deman
 {
     std::vector<Violation> violations;
     if (demands.values)
-        addBeyond(violations, curve, 0, *demands.values, 1.0);
+        addBroken(violations, curve, {{}, demands.values, {}, false});
     const std::optional<double> limits[] = {demands.velocity, demands.acceleration, demands.jerk};
     for (int motionOrder = 1; motionOrder <= 3; ++motionOrder) {
-        if (const auto limit = limits[motionOrder - 1]) {
-            const int order = orderOf(curve.definition(), motionOrder, place);
-            const double factor = std::pow(rate, order);
-            addBeyond(violations, curve, order, {-*limit / factor, *limit / factor}, factor);
-        }
+        const std::optional<double> limit = limits[motionOrder - 1];
+        if (!limit)
+            continue;
+        const double factor = std::pow(rate, orderOf(curve.definition(), motionOrder, place));
+        const std::size_t first = violations.size();
+        addBroken(violations, curve, {limitOf(motionOrder, *limit / factor), {}, {}, false}, factor);
+        for (std::size_t i = first; i < violations.size(); ++i)
+            violations[i].limit = *limit;  // with the digits it was given with
     }
-    if (demands.continuity) {
-        for (const mf::analysis::Break& found : mf::analysis::breaks(curve, *demands.continuity))
-            violations.push_back({found.lowest, kNone, found.x, found.x, kNone, kNone});
-    }
+    if (demands.continuity)
+        addBroken(violations, curve, {{}, {}, demands.continuity, false});
     if (demands.areDerivativesChecked) {
         const mf::analysis::DerivativeCheck check = mf::analysis::checkDerivatives(curve);
         if (!check.ok)
