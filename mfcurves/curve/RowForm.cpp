@@ -172,8 +172,8 @@ struct PolynomialRow {
 };
 
 // Every normalised law up to the degree 9, such as 5-6-7-8-9, is among them.
-constexpr std::uint32_t kMostTerms = 5;
-constexpr unsigned kHighestLowest = 5;
+constexpr std::size_t kMostTerms = 5;
+constexpr std::size_t kHighestLowest = 5;
 
 template <bool divides, bool isFlat, std::size_t... i>
 constexpr auto polynomialForms(std::index_sequence<i...>)
@@ -208,7 +208,7 @@ struct SineRow {
     {
         if (k > 0 && isFlat)
             return 0.0;
-        n += 3 * k;
+        n += std::ptrdiff_t{3} * k;
         return ((k % 2 == 0 ? first : second) + n[kFirstShift]) * n[kFirstFactor] + n[kFirstAddend];
     }
 

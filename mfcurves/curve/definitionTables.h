@@ -7,8 +7,8 @@ namespace mf::curve {
 
 /// How the enumerations of a motion function say a quantity.
 struct QuantityRecord {
-    Quantity quantity;
     const char* name;  ///< for a message
+    Quantity quantity;
     MotionObjectType_e object;
     MotorDriveType_e motor;      ///< None for a force or torque
     ForceTorqueType_e force;     ///< None for a motor
@@ -17,15 +17,15 @@ struct QuantityRecord {
 };
 
 constexpr QuantityRecord kQuantities[] = {
-    {Quantity::Displacement, "a displacement", MotionObjectType_Motor, MotorDriveType_Displacment,
+    {"a displacement", Quantity::Displacement, MotionObjectType_Motor, MotorDriveType_Displacment,
      ForceTorqueType_None, MfXY_Disp_LinMotor, MfXY_Disp_RotMotor},
-    {Quantity::Velocity, "a velocity", MotionObjectType_Motor, MotorDriveType_Velocity, ForceTorqueType_None,
+    {"a velocity", Quantity::Velocity, MotionObjectType_Motor, MotorDriveType_Velocity, ForceTorqueType_None,
      MfXY_Vel_LinMotor, MfXY_Vel_RotMotor},
-    {Quantity::Acceleration, "an acceleration", MotionObjectType_Motor, MotorDriveType_Acceleration,
+    {"an acceleration", Quantity::Acceleration, MotionObjectType_Motor, MotorDriveType_Acceleration,
      ForceTorqueType_None, MfXY_Acc_LinMotor, MfXY_Acc_RotMotor},
-    {Quantity::Force, "a force", MotionObjectType_Force, MotorDriveType_None, ForceTorqueType_Force,
+    {"a force", Quantity::Force, MotionObjectType_Force, MotorDriveType_None, ForceTorqueType_Force,
      MfXY_Force, MfXY_Force},
-    {Quantity::Torque, "a torque", MotionObjectType_Torque, MotorDriveType_None, ForceTorqueType_Torque,
+    {"a torque", Quantity::Torque, MotionObjectType_Torque, MotorDriveType_None, ForceTorqueType_Torque,
      MfXY_Torque, MfXY_Torque},
 };
 

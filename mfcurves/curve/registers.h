@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
-#include <new>
+#include <exception>
+#include <vector>
 
 namespace mf::curve {
 
@@ -14,17 +14,13 @@ constexpr std::size_t kMostRegistersOnStack = 8192;
 
 /// Room for `count` doubles that the thread keeps; null when there is no memory for it.
 inline double* threadRegisters(std::size_t count) noexcept
-{
-    struct Buffer {
-        std::unique_ptr<double[]> registers;
-        std::size_t count = 0;
-    };
-    thread_local Buffer buffer;
-    if (buffer.count < count) {
-        buffer.registers.reset(new (std::nothrow) double[count]);
-        buffer.count = buffer.registers ? count : 0;
-    }
-    return buffer.registers.get();
+try {
+    thread_local std::vector<double> registers;
+    if (registers.size() < count)
+        registers.resize(count);
+    return registers.data();
+} catch (const std::exception&) {
+    return nullptr;
 }
 
 template <class Use>
