@@ -9,7 +9,7 @@
 
 #include "mfcurves/interfaces/CString.h"
 
-struct _xmlNode;  // of the XML engine
+struct _xmlNode;  // of the XML engine; NOLINT(bugprone-reserved-identifier)
 
 namespace mf::documents {
 
