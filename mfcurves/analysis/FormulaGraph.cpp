@@ -181,6 +181,14 @@ void FormulaGraph::differentiate(std::vector<NodeId>& orders, std::size_t count)
     }
 }
 
+std::size_t FormulaGraph::nodesOfOrders() const
+{
+    std::size_t nodes = 0;
+    for (const NodeId order : orders_)
+        nodes += order.index + 1;
+    return nodes;
+}
+
 // From the root down, so that the last one found has no open condition below it.
 std::optional<Condition> FormulaGraph::openCondition(NodeId root, const Decisions& decisions) const
 {

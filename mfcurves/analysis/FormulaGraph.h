@@ -52,6 +52,8 @@ public:
     int highest() const { return static_cast<int>(orders_.size()) - 1; }
     const std::vector<engine::NodeId>& orders() const { return orders_; }
     engine::Graph& graph() { return graph_; }
+    /// Nodes that are looked at for all orders: what `openCondition` and `decided` cost for them.
+    std::size_t nodesOfOrders() const;
 
     /// A condition in `root` that is not decided yet and depends on no other such
     /// condition. What no decision leads to is not looked at.

@@ -86,7 +86,9 @@ struct Summary {
     double rms;                    ///< root of the mean square over x
     double mean;                   ///< over x
     std::vector<double> impulses;  ///< where the order has an impulse; the peaks are those beside it
-    bool guaranteed;               ///< true: the errors of both peaks are proved
+    /// true: the errors of both peaks are proved, and rms and mean leave out nothing between the
+    /// places that they are taken from.
+    bool guaranteed;
 };
 
 /// Value, velocity, acceleration and jerk on a range.

@@ -48,7 +48,7 @@ std::array<double, kHighestOrder + 1> BoxEvaluator::rounding(double from, double
     std::array<double, kHighestOrder + 1> errors;
     errors.fill(kUnbounded);
     evaluate({from, to}, values);
-    budget_.spend(enclosure_.stepCount());
+    budget_.spend(cost());
     enclosure_.errorBounds(errors.data());
     return errors;
 }

@@ -27,6 +27,7 @@ public:
         return left_ > 0;
     }
     bool isSpent() const { return left_ == 0; }
+    std::size_t left() const { return left_; }
 
 private:
     std::size_t left_;
@@ -52,6 +53,7 @@ public:
     BoxEvaluator(const engine::Graph& graph, std::span<const engine::NodeId> orders, Budget& budget)
         : enclosure_(graph, orders), budget_(budget)
     {
+        budget_.spend(cost());
     }
 
     /// The highest derivative.
@@ -89,11 +91,13 @@ public:
     std::array<double, kHighestOrder + 1> rounding(double from, double to);
 
     Budget& budget() { return budget_; }
+    /// What an evaluation costs.
+    std::size_t cost() const { return enclosure_.cost() + 4; }
 
 private:
     void evaluate(const engine::Interval& x, Enclosures& values, unsigned wanted = ~0u)
     {
-        budget_.spend(enclosure_.stepCount() + 4);
+        budget_.spend(cost());
         enclosure_.evaluate(x, values.data(), wanted);
     }
 

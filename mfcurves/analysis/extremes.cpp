@@ -18,28 +18,38 @@ namespace {
 struct Box {
     double from, to;
     Enclosures atFrom, atTo;
-    unsigned open;  // bit k: the extremes of order k may lie in it
+    Enclosures around;  // over a box that holds this one
+    unsigned open;      // bit k: the extremes of order k may lie in it
+    unsigned unseen;    // bit k: order k may do there what its values do not show
 };
 
 // Below this, relative to the largest value, rounding is not worth a closer look.
 constexpr double kFineRounding = 1e-12;
 
-// An order as small as this, relative to the others, is 0 but for rounding.
-constexpr double kNothing = 1e-9;
+// A bound this near to the values seen, relative to the largest value, is a proof even where no
+// closer one was found. It is enough once most of the work is spent.
+constexpr double kLoose = 1e-6;
 
 // Branch and bound, for all orders at once: a box is done for an order when the order
 // cannot leave the values seen so far, when it rises or falls throughout, or when its
-// one stationary point in the box was found.
+// one stationary point in the box was found. Level by level, so that the orders that are done
+// early are not left open by one that takes all the work.
 class RangeSearch {
 public:
     RangeSearch(BoxEvaluator& function, int orders, double from, double to)
-        : function_(function), orders_(static_cast<std::size_t>(orders)), from_(from), to_(to)
+        : function_(function),
+          orders_(static_cast<std::size_t>(orders)),
+          from_(from),
+          to_(to),
+          budgetAtStart_(function.budget().left())
     {
     }
 
-    std::array<OrderRange, kHighestOrder> run()
+    StretchRanges run()
     {
-        const Box whole{from_, to_, function_.at(from_), function_.at(to_), (1u << orders_) - 1u};
+        const unsigned all = (1u << orders_) - 1u;
+        Box whole{from_, to_, function_.at(from_), function_.at(to_), {}, all, all};
+        whole.around.fill(Interval::everything());
         for (std::size_t k = 0; k < orders_; ++k) {
             Found& found = found_[k];
             found.least = found.greatest = {from_, whole.atFrom[k]};
@@ -48,24 +58,21 @@ public:
         }
         rounding_ = function_.rounding(from_, to_);
 
-        std::vector<Box> open{whole};
-        while (!open.empty() && !function_.budget().isSpent()) {
-            const Box box = open.back();
-            open.pop_back();
-            cut(box, open);
+        std::vector<Box> level{whole};
+        std::vector<Box> next;
+        while (!level.empty() && !function_.budget().isSpent()) {
+            next.clear();
+            for (const Box& box : level) {
+                if (function_.budget().isSpent())
+                    next.push_back(box);
+                else
+                    cut(box, next);
+            }
+            level.swap(next);
         }
-        std::array<OrderRange, kHighestOrder> ranges;
-        for (std::size_t k = 0; k < orders_; ++k) {
-            polish(k);
-            ranges[k] = {found_[k].least, found_[k].greatest};
-            const bool isOpen = std::any_of(open.begin(), open.end(),
-                                            [&](const Box& box) { return (box.open >> k & 1u) != 0; });
-            if (isOpen || found_[k].failed)
-                continue;
-            ranges[k].lowest = found_[k].bound.lo;
-            ranges[k].highest = found_[k].bound.hi;
-        }
-        return ranges;
+        for (const Box& box : level)
+            leave(box, kLoose);
+        return ranges();
     }
 
 private:
@@ -75,33 +82,106 @@ private:
         Interval seen{kUnbounded, -kUnbounded};   // from the least to the greatest value seen
         Interval bound{kUnbounded, -kUnbounded};  // of all boxes that are done, as computed
         bool failed = false;                      // some box has no bound
+        bool unseen = false;                      // some box may hold what its values do not show
         double seenLowAt = std::nan("");
         double seenHighAt = std::nan("");
     };
 
-    void cut(const Box& box, std::vector<Box>& open)
+    StretchRanges ranges()
+    {
+        StretchRanges all;
+        for (std::size_t k = 0; k < orders_; ++k) {
+            polish(k);
+            const Found& found = found_[k];
+            all.orders[k] = {found.least, found.greatest, -kUnbounded,
+                             kUnbounded,  rounding_[k],   !found.unseen};
+            if (!found.failed) {
+                all.orders[k].lowest = found.bound.lo;
+                all.orders[k].highest = found.bound.hi;
+            }
+        }
+        all.cuts = std::move(cuts_);
+        all.cuts.push_back(from_);
+        std::sort(all.cuts.begin(), all.cuts.end());
+        return all;
+    }
+
+    void cut(const Box& box, std::vector<Box>& next)
     {
         const double middle = 0.5 * box.from + 0.5 * box.to;
         const Enclosures atMiddle = function_.at(middle);
         const Enclosures over = function_.over(box.from, box.to, box.atFrom, middle, atMiddle, box.atTo);
         const bool narrow = isNarrow(box.from, box.to, to_ - from_);
-        unsigned left = 0;
+        unsigned open = 0;
+        unsigned unseen = 0;
         hasBoxRounding_ = false;
         for (std::size_t k = orders_; k-- > 0;) {
+            const unsigned bit = 1u << k;
+            if ((box.open & bit) != 0 && !found_[k].failed) {
+                see(k, middle, atMiddle[k]);
+                if (!isDone(k, box, atMiddle[k], over))
+                    open |= bit;
+            }
+            if ((box.unseen & bit) != 0 && !isSeen(k, box, atMiddle[k], over))
+                unseen |= bit;
+        }
+        if (box.unseen != 0 && (narrow || unseen == 0))
+            cuts_.push_back(box.to);
+        if (narrow)
+            return leave({box.from, box.to, box.atFrom, box.atTo, over, open, 0}, kUnbounded);
+        if (open == 0 && unseen == 0)
+            return;
+        next.push_back({box.from, middle, box.atFrom, atMiddle, over, open, unseen});
+        next.push_back({middle, box.to, atMiddle, box.atTo, over, open, unseen});
+    }
+
+    // Gives up a box. What is left open in it is known by bounds alone, which prove something
+    // where they are not beyond what was seen by more than a share of it.
+    void leave(const Box& box, double share)
+    {
+        hasBoxRounding_ = false;
+        for (std::size_t k = 0; k < orders_; ++k) {
+            Found& found = found_[k];
+            found.unseen |= (box.unseen >> k & 1u) != 0;
             if ((box.open >> k & 1u) == 0)
                 continue;
-            see(k, middle, atMiddle[k]);
-            if (isDone(k, box, atMiddle[k], over))
-                continue;
-            if (!narrow)
-                left |= 1u << k;
-            else if (!over[k].isFinite() || !settle(k, box, over[k].lo, over[k].hi))
-                found_[k].failed = true;
+            const Interval& y = box.around[k];
+            const bool isProof = y.isFinite() && isWithin(k, y, share) && settle(k, box, y.lo, y.hi);
+            found.failed |= !isProof;
         }
-        if (left == 0)
-            return;
-        open.push_back({middle, box.to, atMiddle, box.atTo, left});
-        open.push_back({box.from, middle, box.atFrom, atMiddle, left});
+        if (box.unseen != 0)
+            cuts_.push_back(box.to);
+    }
+
+    bool isWithin(std::size_t k, const Interval& y, double share) const
+    {
+        const Interval& seen = found_[k].seen;
+        const double room = isNothing(k) ? smallOf(k) : share * seen.largest();
+        return share == kUnbounded || (y.lo >= seen.lo - room && y.hi <= seen.hi + room);
+    }
+
+    // Whether the values at the ends and in the middle show what an order does in a box: most of
+    // its moves, and no more turns than the slope allows, or all but what matters neither to an
+    // integral nor to that of the square.
+    bool isSeen(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& all)
+    {
+        const Interval& over = all[k];
+        constexpr double kMost = 2.0;
+        constexpr double kMostTurning = 4.0;
+        constexpr double kLittle = 1e-20;
+        if (!over.isFinite())
+            return found_[k].failed;
+        const double first = box.atFrom[k].middle();
+        const double last = box.atTo[k].middle();
+        const double middle = atMiddle.middle();
+        const double moved = std::max({first, middle, last}) - std::min({first, middle, last});
+        const bool hasSlope = static_cast<int>(k) < function_.highest();
+        const double most = hasSlope ? all[k + 1].largest() * (box.to - box.from) : 0.0;
+        if (over.width() <= kMost * moved && most <= kMostTurning * over.width())
+            return true;
+        const double unseen = over.width() / found_[k].seen.largest();
+        return over.width() == 0.0 || unseen * unseen * (box.to - box.from) <= kLittle * (to_ - from_) ||
+               (isNothing(k) && over.largest() <= smallOf(k)) || isNoise(k, box, over);
     }
 
     bool isDone(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& over)
@@ -110,7 +190,8 @@ private:
         if (!over[k].isFinite())
             return false;
         // Nor does what rounding cannot tell apart in the middle of the box.
-        const double room = std::max(tolerance(k), 4.0 * atMiddle.width());
+        const double room =
+            std::max(tolerance(k), 4.0 * atMiddle.width()) + looseness() * found.seen.largest();
         if (over[k].lo >= found.seen.lo - room && over[k].hi <= found.seen.hi + room)
             return settle(k, box, over[k].lo, over[k].hi);
         if (isNoise(k, box, over[k]))
@@ -166,31 +247,41 @@ private:
     bool isNoise(std::size_t k, const Box& box, const Interval& over)
     {
         constexpr double kSmall = 1e-3;
-        return box.to - box.from < kSmall * (to_ - from_) &&
-               over.width() <= 4.0 * function_.rounding(box.from, box.to)[k];
+        return box.to - box.from < kSmall * (to_ - from_) && over.width() <= 4.0 * boxRounding(box)[k];
+    }
+
+    double looseness() const
+    {
+        constexpr double kLessLoose = 1e-9;
+        const std::size_t left = function_.budget().left();
+        return left > budgetAtStart_ / 2 ? 0.0 : left > budgetAtStart_ / 4 ? kLessLoose : kLoose;
     }
 
     // A difference that does not matter: what rounding makes of a value anyway.
     double tolerance(std::size_t k) const
     {
         const double size = found_[k].seen.largest();
-        const double usual = std::max(0x1p-51 * size, std::min(rounding_[k], kFineRounding * size));
-        const double scale = scaleOf(k);
-        return size < kNothing * scale ? std::max(usual, kFineRounding * scale) : usual;
+        return isNothing(k) ? rounding_[k]
+                            : std::max(0x1p-51 * size, std::min(rounding_[k], kFineRounding * size));
     }
 
-    // How large an order would be if it mattered: as the other derivatives have it over the
-    // length of the stretch. Beside it an order that is 0 but for rounding shows.
-    double scaleOf(std::size_t k) const
+    // Whether an order is 0 but for rounding, as far as it was seen.
+    bool isNothing(std::size_t k) const
     {
+        return found_[k].seen.largest() <= rounding_[k] && rounding_[k] <= smallOf(k);
+    }
+
+    // What is nothing of an order beside the orders below it over the length of the stretch.
+    double smallOf(std::size_t k) const
+    {
+        constexpr double kNothing = 1e-8;
         double scale = 0.0;
-        for (std::size_t j = 1; k > 0 && j < orders_; ++j) {
+        for (std::size_t j = 0; j < k; ++j) {
             const double size = found_[j].seen.largest();
             if (size < kUnbounded)
-                scale = std::max(
-                    scale, size * std::pow(to_ - from_, static_cast<double>(j) - static_cast<double>(k)));
+                scale = std::max(scale, size / std::pow(to_ - from_, static_cast<double>(k - j)));
         }
-        return scale;
+        return kNothing * scale;
     }
 
     // The rounding of computed values in a box. That of the whole stretch will do, unless it
@@ -199,11 +290,16 @@ private:
     {
         if (rounding_[k] <= kFineRounding * found_[k].seen.largest())
             return rounding_[k];
+        return std::min(rounding_[k], boxRounding(box)[k]);
+    }
+
+    const std::array<double, kHighestOrder + 1>& boxRounding(const Box& box)
+    {
         if (!hasBoxRounding_) {
             boxRounding_ = function_.rounding(box.from, box.to);
             hasBoxRounding_ = true;
         }
-        return std::min(rounding_[k], boxRounding_[k]);
+        return boxRounding_;
     }
 
     // Adds what an order may be in a box to its bound. False where rounding has none.
@@ -240,9 +336,11 @@ private:
             return;
         const double same = 0x1p-51 * y.largest();
         const bool unknown = !found.least.y.isFinite();
-        if (unknown || y.middle() < found.least.y.middle() - same)
+        const double below = found.least.y.middle() - y.middle();
+        const double above = y.middle() - found.greatest.y.middle();
+        if (unknown || below > same || (below >= -same && x < found.least.x))
             found.least = {x, y};
-        if (unknown || y.middle() > found.greatest.y.middle() + same)
+        if (unknown || above > same || (above >= -same && x < found.greatest.x))
             found.greatest = {x, y};
         see(k, x, y);
     }
@@ -287,15 +385,17 @@ private:
     std::size_t orders_;
     double from_;
     double to_;
+    std::size_t budgetAtStart_;
     std::array<Found, kHighestOrder> found_;
     std::array<double, kHighestOrder + 1> rounding_{};     // on the whole stretch
     std::array<double, kHighestOrder + 1> boxRounding_{};  // in the box at hand
     bool hasBoxRounding_ = false;
+    std::vector<double> cuts_;
 };
 
 }  // namespace
 
-std::array<OrderRange, kHighestOrder> rangesOf(BoxEvaluator& function, int orders, double from, double to)
+StretchRanges rangesOf(BoxEvaluator& function, int orders, double from, double to)
 {
     return RangeSearch(function, orders, from, to).run();
 }

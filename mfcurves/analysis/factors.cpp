@@ -62,7 +62,7 @@ Power powerOf(const std::vector<Part>& parts)
         std::vector<NodeId> orders{product.id()};
         part.piece->formula().differentiate(orders, 4);
         BoxEvaluator evaluator(graph, orders, part.piece->budget());
-        const OrderRange range = rangesOf(evaluator, 1, part.from, part.to)[0];
+        const OrderRange range = rangesOf(evaluator, 1, part.from, part.to).orders[0];
         power.largest = std::max({power.largest, -range.least.y.middle(), range.greatest.y.middle()});
         power.proved &= smooth.isSmooth && range.highest < kUnbounded;
     }

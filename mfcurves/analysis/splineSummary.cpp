@@ -13,7 +13,6 @@ namespace {
 using engine::kUnbounded;
 
 using Polynomial = host::SplinePiece;
-using AllIntegrals = std::array<Integrals, kOrders>;
 
 constexpr double kThird = 1.0 / 3.0;
 

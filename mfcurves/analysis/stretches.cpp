@@ -17,7 +17,6 @@ using Kind = Condition::Kind;
 namespace {
 
 constexpr std::size_t kMostStretches = 2000;
-constexpr std::size_t kMostOrdersAtOnce = kHighestOrder + 1;
 
 // The whole number that a condition makes of a value.
 double wholeOf(const Condition& condition, double value)
@@ -55,7 +54,7 @@ void FormulaPiece::iCut(double from, double to, double kinkError, Decisions deci
 {
     for (;;) {
         std::optional<Condition> open;
-        budget_.spend(formula_->graph().size());
+        budget_.spend(formula_->nodesOfOrders());
         for (const NodeId order : formula_->orders()) {
             open = formula_->openCondition(order, decisions);
             if (open)
@@ -122,7 +121,6 @@ Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double
     constexpr double kMostLevels = 2000.0;
     std::vector<NodeId> orders{function};
     formula_->differentiate(orders, 4);
-    budget_.spend(formula_->graph().size());
     BoxEvaluator evaluator(formula_->graph(), orders, budget_);
     if (condition.kind == Kind::Sign || condition.kind == Kind::Order)
         return zerosOf(evaluator, 0, 0.0, from, to);
@@ -148,7 +146,7 @@ void FormulaPiece::iAppend(double from, double to, double kinkError, const Decis
 {
     Stretch stretch{from, to, {}, isSmooth, !stretches_.empty(), kinkError};
     if (!decisions.empty())
-        budget_.spend(kMostOrdersAtOnce * formula_->graph().size());
+        budget_.spend(formula_->nodesOfOrders());
     for (const NodeId order : formula_->orders())
         stretch.orders.push_back(decisions.empty() ? order : formula_->decided(order, decisions));
     stretches_.push_back(std::move(stretch));

@@ -14,72 +14,6 @@ using engine::kUnbounded;
 
 namespace {
 
-// Gauss-Legendre with 10 points: the positive nodes and their weights.
-constexpr std::array<double, 5> kNodes = {0.14887433898163121088, 0.43339539412924719080,
-                                          0.67940956829902440623, 0.86506336668898451073,
-                                          0.97390652851717172008};
-constexpr std::array<double, 5> kWeights = {0.29552422471475287017, 0.26926671930999635509,
-                                            0.21908636251598204400, 0.14945134915058059315,
-                                            0.06667134430868813759};
-
-using AllIntegrals = std::array<Integrals, kOrders>;
-
-AllIntegrals gauss(const Curve& curve, double from, double to, const std::array<double, kOrders>& scales)
-{
-    constexpr std::size_t kPoints = 2 * kNodes.size();
-    const double middle = 0.5 * from + 0.5 * to;
-    const double half = 0.5 * to - 0.5 * from;
-    std::array<double, kPoints> x;
-    for (std::size_t i = 0; i < kNodes.size(); ++i) {
-        x[kNodes.size() - 1 - i] = middle - half * kNodes[i];
-        x[kNodes.size() + i] = middle + half * kNodes[i];
-    }
-    std::array<CurveValues, kPoints> values;
-    curve.evaluate(x.data(), kPoints, values.data());
-    AllIntegrals sums{};
-    for (std::size_t i = 0; i < kPoints; ++i) {
-        const double weight = half * kWeights[i < kNodes.size() ? kNodes.size() - 1 - i : i - kNodes.size()];
-        for (int k = 0; k < kOrders; ++k) {
-            const double y = values[i][k] / scales[static_cast<std::size_t>(k)];
-            sums[static_cast<std::size_t>(k)].value += weight * y;
-            sums[static_cast<std::size_t>(k)].square += weight * (y * y);
-        }
-    }
-    return sums;
-}
-
-// Whether two halves agree with the whole, for each order that has values at all.
-bool agree(const AllIntegrals& whole, const AllIntegrals& halves)
-{
-    constexpr double kSame = 1e-13;
-    for (std::size_t k = 0; k < kOrders; ++k) {
-        if (std::isfinite(whole[k].square) &&
-            std::fabs(whole[k].square - halves[k].square) > kSame * halves[k].square)
-            return false;
-    }
-    return true;
-}
-
-AllIntegrals refined(const Curve& curve, double from, double to, const std::array<double, kOrders>& scales,
-                     const AllIntegrals& whole, int depth)
-{
-    const double middle = 0.5 * from + 0.5 * to;
-    AllIntegrals left = gauss(curve, from, middle, scales);
-    AllIntegrals right = gauss(curve, middle, to, scales);
-    AllIntegrals halves = left;
-    for (std::size_t k = 0; k < kOrders; ++k) {
-        halves[k].value += right[k].value;
-        halves[k].square += right[k].square;
-    }
-    if (depth == 0 || agree(whole, halves))
-        return halves;
-    left = refined(curve, from, middle, scales, left, depth - 1);
-    right = refined(curve, middle, to, scales, right, depth - 1);
-    for (std::size_t k = 0; k < kOrders; ++k)
-        left[k] = {left[k].value + right[k].value, left[k].square + right[k].square};
-    return left;
-}
-
 Side sideAtStart(const Part& part)
 {
     return part.beginsPiece ? Side::Right : Side::Plain;
@@ -104,51 +38,85 @@ public:
             offerOwnValue(part.from);
             offerOwnValue(part.to);
         }
+        const AllIntegrals totals = integrals();
+        std::array<Summary, 4> summaries;
+        for (std::size_t k = 0; k < kOrders; ++k) {
+            summaries[k] = summaryOf(extremes_[k], totals[k], scales_[k], range_);
+            summaries[k].guaranteed &= isSeen_[k];
+        }
+        noteImpulses(summaries);
+        return summaries;
+    }
+
+private:
+    // What is known of a part.
+    struct Examined {
+        const Part& part;
+        StretchRanges ranges;
+        std::size_t cost;  // of an evaluation by intervals
+        EndValues start;
+        EndValues end;
+    };
+
+    AllIntegrals integrals()
+    {
+        constexpr std::size_t kOperations = kOperationsPerPiece / 4;
+        constexpr std::size_t kCheaper = 4;  // a number than an interval
         for (std::size_t k = 0; k < kOrders; ++k) {
             const Extremes& found = extremes_[k];
             const double size = std::max(std::fabs(found.least.y), std::fabs(found.greatest.y));
             scales_[k] = size > 0.0 && std::isfinite(size) ? size : 1.0;
         }
         AllIntegrals totals{};
-        for (const Part& part : parts)
-            add(totals, integrate(curve_, part.from, part.to, scales_));
-        std::array<Summary, 4> summaries;
-        for (std::size_t k = 0; k < kOrders; ++k)
-            summaries[k] = summaryOf(extremes_[k], totals[k], scales_[k], range_);
-        noteImpulses(summaries);
-        return summaries;
-    }
-
-private:
-    static void add(AllIntegrals& totals, const AllIntegrals& part)
-    {
-        for (std::size_t k = 0; k < kOrders; ++k) {
-            totals[k].value += part[k].value;
-            totals[k].square += part[k].square;
+        Budget budget(kOperations);
+        const FormulaPiece* piece = nullptr;
+        for (const Examined& examined : examined_) {
+            if (examined.part.piece.get() != piece)
+                budget = Budget(kOperations);
+            piece = examined.part.piece.get();
+            std::array<double, kOrders> noise;
+            for (std::size_t k = 0; k < kOrders; ++k) {
+                const double rounding = examined.ranges.orders[k].rounding / scales_[k];
+                noise[k] = std::isfinite(rounding) ? std::min(rounding, 1.0) : 0.0;
+            }
+            const AllIntegrals part =
+                integrate(curve_, examined.ranges.cuts, scales_, noise, examined.cost / kCheaper, budget);
+            for (std::size_t k = 0; k < kOrders; ++k) {
+                totals[k].value += part[k].value;
+                totals[k].square += part[k].square;
+            }
         }
+        return totals;
     }
 
     void examine(const Part& part)
     {
         BoxEvaluator evaluator = part.evaluator();
         const int orders = std::min(kOrders, evaluator.highest() + 1);
-        const auto ranges = rangesOf(evaluator, orders, part.from, part.to);
+        StretchRanges found;
+        if (part.smooth().isSmooth)
+            found = rangesOf(evaluator, orders, part.from, part.to);
+        else
+            found.cuts = {part.from, part.to};
+        const auto& ranges = found.orders;
+        std::array<bool, kOrders> isProved;
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) < orders;
-            if (known) {
+            if (known && part.smooth().isSmooth) {
                 offer(part, k, sharpened(part, evaluator, k, ranges[k].least));
                 offer(part, k, sharpened(part, evaluator, k, ranges[k].greatest));
             }
-            const bool proved = known && part.smooth().isSmooth && ranges[k].highest < kUnbounded;
-            if (proved)
+            isProved[k] = known && part.smooth().isSmooth && ranges[k].highest < kUnbounded;
+            if (isProved[k])
                 extremes_[k].bound(ranges[k].lowest, ranges[k].highest);
-            else
-                sample(part, k);
+            isSeen_[k] &= ranges[k].isSeen;
         }
+        if (!std::all_of(isProved.begin(), isProved.end(), [](bool proved) { return proved; }))
+            sample(part, isProved);
         if (part.beginsAtKink)
             examineKink(part);
-        starts_.push_back(startOf(part, evaluator));
-        ends_.push_back(endOf(part, evaluator));
+        examined_.push_back(
+            {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
     }
 
     // A condition may have a value of its own in one x, such as sign(0).
@@ -223,18 +191,25 @@ private:
     }
 
     // The best there is where nothing could be proved.
-    void sample(const Part& part, std::size_t k)
+    void sample(const Part& part, const std::array<bool, kOrders>& isProved)
     {
         constexpr std::size_t kSamples = 256;
+        constexpr std::size_t kSamplesOfPiece = 8 * kSamples;
+        const std::size_t count =
+            std::clamp<std::size_t>(kSamplesOfPiece / part.piece->stretches().size(), 1, kSamples);
         std::array<double, kSamples> x;
-        std::array<double, kSamples> y;
-        const double step = (part.to - part.from) / (kSamples + 1);
-        for (std::size_t i = 0; i < kSamples; ++i)
+        std::array<CurveValues, kSamples> y;
+        const double step = (part.to - part.from) / static_cast<double>(count + 1);
+        for (std::size_t i = 0; i < count; ++i)
             x[i] = part.from + static_cast<double>(i + 1) * step;
-        curve_.evaluate(x.data(), kSamples, static_cast<int>(k), y.data());
-        for (std::size_t i = 0; i < kSamples; ++i)
-            extremes_[k].offer(x[i], y[i], Side::Plain);
-        extremes_[k].bound(-kUnbounded, kUnbounded);
+        curve_.evaluate(x.data(), count, y.data());
+        for (std::size_t k = 0; k < kOrders; ++k) {
+            if (isProved[k])
+                continue;
+            for (std::size_t i = 0; i < count; ++i)
+                extremes_[k].offer(x[i], y[i][static_cast<int>(k)], Side::Plain);
+            extremes_[k].bound(-kUnbounded, kUnbounded);
+        }
     }
 
     // Near a kink, whose place is known to rounding, either branch may be the one.
@@ -251,12 +226,13 @@ private:
 
     void noteImpulses(std::array<Summary, 4>& summaries) const
     {
-        for (std::size_t i = 1; i < starts_.size(); ++i)
-            noteImpulses(ends_[i - 1], starts_[i], starts_[i].part->from, summaries);
-        const bool closes = curve_.outside() == Outside::Repeat && !starts_.empty() &&
+        for (std::size_t i = 1; i < examined_.size(); ++i) {
+            noteImpulses(examined_[i - 1].end, examined_[i].start, examined_[i].part.from, summaries);
+        }
+        const bool closes = curve_.outside() == Outside::Repeat && !examined_.empty() &&
                             range_.from <= curve_.firstX() && range_.to >= curve_.lastX();
         if (closes)
-            noteImpulses(ends_.back(), starts_.front(), curve_.lastX(), summaries);
+            noteImpulses(examined_.back().end, examined_.front().start, curve_.lastX(), summaries);
     }
 
     static void noteImpulses(const EndValues& left, const EndValues& right, double x,
@@ -272,18 +248,11 @@ private:
     Range range_;
     std::array<Extremes, kOrders> extremes_;
     std::array<double, kOrders> scales_;
-    std::vector<EndValues> starts_;  // of each part
-    std::vector<EndValues> ends_;
+    std::array<bool, kOrders> isSeen_{true, true, true, true};
+    std::vector<Examined> examined_;
 };
 
 }  // namespace
-
-std::array<Integrals, kOrders> integrate(const Curve& curve, double from, double to,
-                                         const std::array<double, kOrders>& scales)
-{
-    constexpr int kDeepest = 8;
-    return refined(curve, from, to, scales, gauss(curve, from, to, scales), kDeepest);
-}
 
 Summary summaryOf(const Extremes& found, const Integrals& integrals, double scale, Range range)
 {

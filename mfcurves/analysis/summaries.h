@@ -4,11 +4,10 @@
 #include <array>
 #include <cmath>
 
+#include "mfcurves/analysis/integrals.h"
 #include "mfcurves/analysis/parts.h"
 
 namespace mf::analysis {
-
-constexpr int kOrders = 4;
 
 /// The extremes of one order, part after part. Of equal ones the first counts.
 struct Extremes {
@@ -42,19 +41,6 @@ struct Extremes {
         highest = std::max(highest, to);
     }
 };
-
-/// Integrals of one order and of its square, both divided by powers of a scale that keeps
-/// the square from overflowing.
-struct Integrals {
-    double value = 0.0;
-    double square = 0.0;
-};
-
-/// The integrals over smooth parts, by Gauss's formula with 10 points, which is exact for
-/// polynomials up to degree 9 and their squares; a part where two halves give another result
-/// is halved.
-std::array<Integrals, kOrders> integrate(const Curve& curve, double from, double to,
-                                         const std::array<double, kOrders>& scales);
 
 /// What summarize returns for a curve through points.
 std::array<Summary, 4> summarizePoints(const Curve& curve, Range range);

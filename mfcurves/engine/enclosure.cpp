@@ -171,29 +171,35 @@ private:
 
 Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 {
+    // Graphs may be much larger than what the roots depend on, so the nodes are listed first.
+    constexpr std::uint32_t kListed = 1u << 31;
     const std::uint32_t count = std::ranges::max(roots, {}, &NodeId::index).index + 1;
-    PerNode<std::uint8_t> wantedBy;  // bit k: root k depends on the node
+    PerNode<std::uint32_t> wantedBy;  // bit k: root k depends on the node
     wantedBy.assign(count, 0);
+    std::vector<NodeId> wanted;
+    const auto list = [&](NodeId id) {
+        if (wantedBy[id] == 0) {
+            wantedBy[id] = kListed;
+            wanted.push_back(id);
+        }
+    };
+    std::ranges::for_each(roots, list);
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        graph.forEachOperand(graph[wanted[i]], list);
+    std::ranges::sort(wanted, {}, &NodeId::index);  // operands before what uses them
     for (std::size_t k = 0; k < roots.size(); ++k)
-        wantedBy[roots[k]] = static_cast<std::uint8_t>(wantedBy[roots[k]] | 1u << k);
-    for (std::uint32_t i = count; i-- > 0;) {
-        const std::uint8_t by = wantedBy[NodeId{i}];
-        if (by == 0)
-            continue;
-        graph.forEachOperand(graph[NodeId{i}], [&](NodeId operand) {
-            wantedBy[operand] = static_cast<std::uint8_t>(wantedBy[operand] | by);
-        });
+        wantedBy[roots[k]] |= 1u << k;
+    for (std::size_t i = wanted.size(); i-- > 0;) {
+        const std::uint32_t by = wantedBy[wanted[i]];
+        graph.forEachOperand(graph[wanted[i]], [&](NodeId operand) { wantedBy[operand] |= by; });
     }
 
     PerNode<std::uint32_t> registerOf;
     registerOf.assign(count, kNoRegister);
     std::uint32_t registers = 0;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const NodeId id{i};
-        if (wantedBy[id] == 0)
-            continue;
+    for (const NodeId id : wanted) {
         registerOf[id] = registers++;
-        iAppend(graph, graph[id], registerOf[id], wantedBy[id], registerOf);
+        iAppend(graph, graph[id], registerOf[id], wantedBy[id] & ~kListed, registerOf);
     }
     errors_.assign(registers, 0.0);
     for (const NodeId root : roots)
@@ -215,6 +221,26 @@ bool cancelsItself(const Graph& graph, const Node& node)
                graph[product.a].number == -1.0;
     };
     return isNegative(node.b, node.a) || isNegative(node.a, node.b);
+}
+
+}  // namespace
+
+namespace {
+
+// In sums of two intervals, as measured.
+std::size_t costOf(const Node& node)
+{
+    switch (node.op) {
+        case Op::Polynomial:
+        case Op::Chebyshev:
+            return 4 + 2 * node.count;
+        case Op::Call1:
+            return 6;
+        case Op::Call2:
+            return node.function == FunctionId::Power ? 16 : 6;
+        default:
+            return 1;
+    }
 }
 
 }  // namespace
@@ -268,6 +294,7 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
             step.b = registerOf[node.b];
     }
     steps_.push_back(step);
+    cost_ += costOf(node);
 }
 
 void Enclosure::evaluate(const Interval& x, Interval* values, unsigned wanted)

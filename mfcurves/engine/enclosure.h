@@ -26,8 +26,8 @@ public:
     Enclosure(const Graph& graph, std::span<const NodeId> roots);
 
     std::size_t rootCount() const { return roots_.size(); }
-    /// Steps of an evaluation of all roots: what it costs.
-    std::size_t stepCount() const { return steps_.size(); }
+    /// What an evaluation of all roots costs, in sums of two intervals.
+    std::size_t cost() const { return cost_; }
 
     /// values[k] encloses root k over x, for each root whose bit k is in `wanted`; the others
     /// mean nothing.
@@ -69,6 +69,7 @@ private:
     }
 
     std::vector<Step> steps_;
+    std::size_t cost_ = 0;
     std::vector<std::uint32_t> lists_;
     std::vector<double> coefficients_;
     std::vector<std::uint32_t> roots_;      // registers

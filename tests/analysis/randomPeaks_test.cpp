@@ -3,13 +3,13 @@
 // No sample of a curve made at random exceeds a peak that is called guaranteed, and few
 // peaks are not.
 //
-// The ordinary run takes a hundred curves of each kind. The whole one is a command of its own:
+// The ordinary run takes two hundred curves of each kind. The whole one is a command of its own:
 //
 //     MFCURVES_RANDOM_CURVES=10000 MFCURVES_RANDOM_SAMPLES=100000 randomPeaks_test
 
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <optional>
 
@@ -28,7 +28,7 @@ int setting(const char* name, int usual)
     return text != nullptr ? std::atoi(text) : usual;
 }
 
-const int kCurves = setting("MFCURVES_RANDOM_CURVES", 100);
+const int kCurves = setting("MFCURVES_RANDOM_CURVES", 200);
 const int kSamples = setting("MFCURVES_RANDOM_SAMPLES", 2000);
 constexpr double kMostNotGuaranteed = 0.05;
 
@@ -41,28 +41,54 @@ std::optional<Curve> curveOf(const mf::CurveDefinition& definition)
     }
 }
 
-bool isModerate(const mf::CurveValues& y)
+constexpr double kLarge = 1e8;  // what is beyond it has a pole nearby
+
+// The largest magnitude of an order at evenly spaced places, and where it is.
+double largest(const Curve& curve, int order, double from, double to, int places, double& at)
 {
-    constexpr double kLarge = 1e8;  // what is beyond it has a pole nearby
-    for (int order = 0; order < 4; ++order) {
-        if (!(std::fabs(y[order]) < kLarge))
-            return false;
+    double most = -1.0;
+    for (int i = 0; i <= places; ++i) {
+        const double x = from + (to - from) * i / static_cast<double>(places);
+        const double size = std::fabs(curve(x, order));
+        if (std::isnan(size))
+            return HUGE_VAL;
+        if (size > most) {
+            most = size;
+            at = x;
+        }
     }
-    return true;
+    return most;
 }
 
-// All four orders are finite, as far as can be seen: at many places, and at the halves, where
-// the numbers of these expressions put most of their poles.
-bool isFinite(const Curve& curve)
+// Whether an order stays moderate, closer and closer to where it is largest.
+bool isModerate(const Curve& curve, int order)
 {
     constexpr int kPlaces = 4000;
-    const double length = curve.lastX() - curve.firstX();
-    for (int i = 0; i <= kPlaces; ++i) {
-        if (!isModerate(curve.at(curve.firstX() + length * i / static_cast<double>(kPlaces))))
-            return false;
+    constexpr int kCloserPlaces = 16;
+    double at = 0.0;
+    double most = largest(curve, order, curve.firstX(), curve.lastX(), kPlaces, at);
+    double step = (curve.lastX() - curve.firstX()) / kPlaces;
+    for (; most < kLarge && step > 1e-13 * (1.0 + std::fabs(at)); step *= 0.125) {
+        most = largest(curve, order, std::max(at - step, curve.firstX()), std::min(at + step, curve.lastX()),
+                       kCloserPlaces, at);
     }
+    return most < kLarge;
+}
+
+// All four orders are finite, as far as can be seen: at many places, and on both sides of the
+// halves, where the numbers of these expressions put most of their poles.
+bool isFinite(const Curve& curve)
+{
     for (double x = std::ceil(2.0 * curve.firstX()) / 2.0; x <= curve.lastX(); x += 0.5) {
-        if (!isModerate(curve.at(x)))
+        for (const mf::Side side : {mf::Side::Plain, mf::Side::Left, mf::Side::Right}) {
+            for (int order = 0; order < 4; ++order) {
+                if (!(std::fabs(curve.at(x, side)[order]) < kLarge))
+                    return false;
+            }
+        }
+    }
+    for (int order = 0; order < 4; ++order) {
+        if (!isModerate(curve, order))
             return false;
     }
     return true;
@@ -72,15 +98,15 @@ struct Count {
     int curves = 0;
     int orders = 0;
     int notGuaranteed = 0;
-    double longest = 0.0;  // milliseconds
+    double longest = 0.0;  // milliseconds of processor time
 };
 
 void examine(const Curve& curve, const std::string& name, Count& count)
 {
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     const auto summary = summarize(curve);
-    const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
-    count.longest = std::max(count.longest, taken.count());
+    const double taken = 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    count.longest = std::max(count.longest, taken);
     ++count.curves;
     std::vector<double> x(static_cast<std::size_t>(kSamples));
     for (std::size_t i = 0; i < x.size(); ++i) {
@@ -127,9 +153,8 @@ TEST(RandomPeaks, OfPointsAreNotExceeded)
     report(count);
 }
 
-// Tables are proved without exception. Of expressions made at random some are not: those with
-// thousands of kinks, and those that are constant but for rounding.
-TEST(RandomPeaks, OfTablesAndExpressionsAreNotExceeded)
+// Tables are proved without exception.
+TEST(RandomPeaks, OfTablesAreNotExceeded)
 {
     curve_test::RandomCurves random(20);
     Count tables;
@@ -140,16 +165,21 @@ TEST(RandomPeaks, OfTablesAndExpressionsAreNotExceeded)
     }
     report(tables);
     EXPECT_EQ(tables.notGuaranteed, 0);
+}
 
-    curve_test::RandomCurves texts(22);
-    Count all = tables;
+// Of expressions made at random some are not proved: those with thousands of kinks, and those
+// that are constant but for rounding.
+TEST(RandomPeaks, OfExpressionsAreNotExceeded)
+{
+    curve_test::RandomCurves random(22);
+    Count count;
     for (int i = 0; i < kCurves && !HasFatalFailure(); ++i) {
-        const mf::CurveDefinition definition = texts.expression();
+        const mf::CurveDefinition definition = random.expression();
         const auto curve = curveOf(definition);
         if (curve && isFinite(*curve))
-            examine(*curve, std::get<mf::ExpressionShape>(definition.shape).text, all);
+            examine(*curve, std::get<mf::ExpressionShape>(definition.shape).text, count);
     }
-    report(all);
+    report(count);
 }
 
 }  // namespace

@@ -234,8 +234,146 @@ TEST(Summarize, SeesAPulseBetweenSamples)
     EXPECT_NEAR(summary[0].greatest.x, 3.3333333, 1e-15);
 }
 
-// The extremes of a cubic through (0, 0), (1, 2), (3, -1), (4, 0): SciPy's CubicSpline with
-// bc_type "natural", roots of its derivatives (tests/analysis/make_splines.py).
+// The integral of exp(-2 u^2) is sqrt(pi / 2), that of exp(-u^2) sqrt(pi).
+TEST(Summarize, IntegratesAPulseThatNoSampleMeets)
+{
+    for (const double width : {1e-3, 1e-6, 1e-9}) {
+        char text[80];
+        std::snprintf(text, sizeof text, "exp(-((x-3.3333333)/%g)^2)", width);
+        const auto summary = summarize(expression(text, 0.0, 10.0));
+        const double rms = std::sqrt(width * std::sqrt(kPi / 2.0) / 10.0);
+        EXPECT_NEAR(summary[0].rms / rms, 1.0, 1e-6) << text;
+        EXPECT_NEAR(summary[0].mean / (width * std::sqrt(kPi) / 10.0), 1.0, 1e-6) << text;
+        for (const Summary& order : summary)
+            EXPECT_TRUE(order.guaranteed) << text;
+        // The slope is sqrt(2 / e) / width at most, at 1/sqrt 2 of the width from the middle.
+        EXPECT_NEAR(summary[1].greatest.y * width, std::sqrt(2.0 / std::exp(1.0)), 1e-8) << text;
+    }
+}
+
+// The second pulse is half as high, so that no search for a peak has to find it.
+TEST(Summarize, IntegratesALowerPulseBesideAPeak)
+{
+    const auto summary =
+        summarize(expression("exp(-((x-3.3333333)/1e-6)^2)+0.5*exp(-((x-7.7777777)/1e-6)^2)", 0.0, 10.0));
+    EXPECT_NEAR(summary[0].mean / (1.5 * 1e-6 * std::sqrt(kPi) / 10.0), 1.0, 1e-9);
+    EXPECT_NEAR(summary[0].rms / std::sqrt(1.25 * 1e-6 * std::sqrt(kPi / 2.0) / 10.0), 1.0, 1e-9);
+}
+
+TEST(Summarize, IntegratesAPulseOnAWave)
+{
+    const auto summary = summarize(expression("sin(x)+exp(-((x-3.3333333)/1e-6)^2)", 0.0, 10.0));
+    EXPECT_NEAR(summary[0].mean * 10.0, 1.0 - std::cos(10.0) + 1e-6 * std::sqrt(kPi), 1e-13);
+}
+
+TEST(Summarize, IntegratesManyWaves)
+{
+    const auto summary = summarize(expression("sin(1000*x)", 0.0, 10.0));
+    EXPECT_NEAR(summary[0].rms, std::sqrt(0.5 - std::sin(20000.0) / 40000.0), 1e-12);
+    EXPECT_NEAR(summary[0].mean, (1.0 - std::cos(10000.0)) / 10000.0, 1e-12);
+}
+
+// y = mod(x, 0.4) rises 900 times to 0.4: the square is 0.16/3 in the mean.
+TEST(Summarize, OfASawWithHundredsOfTeethIsProved)
+{
+    const auto summary = summarize(expression("mod(x,0.4)", 0.0, 360.0));
+    for (const Summary& order : summary)
+        EXPECT_TRUE(order.guaranteed);
+    EXPECT_NEAR(summary[0].rms, std::sqrt(0.16 / 3.0), 1e-9);
+    EXPECT_NEAR(summary[1].least.y, 1.0, 1e-15);
+    EXPECT_NEAR(static_cast<double>(summary[1].impulses.size()), 900.0, 1.0);
+}
+
+// Every derivative is 0, but computed values are not.
+TEST(Summarize, OfWhatIsConstantButForRounding)
+{
+    const auto summary = summarize(expression("-((x+x)*(8/x))", 4.7, 9.0));
+    expectPeak(summary[0].least, summary[0].least.x, -16.0);
+    for (const Summary& order : summary) {
+        EXPECT_TRUE(order.guaranteed);
+        EXPECT_LE(order.greatest.error, 1e-6);
+    }
+    EXPECT_NEAR(summary[1].greatest.y, 0.0, 1e-12);
+    EXPECT_NEAR(summary[3].greatest.y, 0.0, 1e-9);
+}
+
+TEST(Summarize, DoesNotProveNaNInside)
+{
+    for (const char* text : {"ln(x-1)", "(x-1)/(x-1)", "asin(x)", "acos(2*x)", "(x-1)^0.5", "log10(-1-x)",
+                             "0*ln(x-1)", "atan(ln(x-1))", "if(x-1: 1/0, 0, x)", "mod(x, x-1)"}) {
+        const auto summary = summarize(expression(text, 0.0, 2.0));
+        EXPECT_FALSE(summary[0].guaranteed) << text;
+    }
+    // A branch that is never taken does not count.
+    const auto never = summarize(expression("if(x+1: ln(-x-1), 0, x)", 0.0, 2.0));
+    EXPECT_TRUE(never[0].guaranteed);
+    expectPeak(never[0].greatest, 2.0, 2.0);
+}
+
+TEST(Summarize, DoesNotProvePoles)
+{
+    for (const char* text : {"1/(x-1)", "1/(x-1)^2", "1/sin(3*x-3)", "ln(abs(x-1))", "(x-1)^(-0.5)",
+                             "tan(1.5*x)", "cosh(x)/(x^2-2)", "if(x-1: 1/(x-1), 0, 1/(x-1))"}) {
+        const auto summary = summarize(expression(text, 0.0, 2.0));
+        EXPECT_FALSE(summary[0].guaranteed) << text;
+    }
+    // The value is finite, its slope is not.
+    for (const char* text : {"cbrt(x-1)", "sqrt(abs(x-1))", "sqrt(x)", "asin(x-1)"}) {
+        const auto summary = summarize(expression(text, 0.0, 2.0));
+        EXPECT_FALSE(summary[1].guaranteed) << text;
+    }
+}
+
+// The extremes of these polynomials and roots are at the ends of the range.
+TEST(Summarize, OfNumbersOfAllSizes)
+{
+    struct Case {
+        const char* text;
+        double least, greatest;
+    };
+    for (const Case& c : {Case{"1e300*x", 0.0, 1e300}, Case{"1e300*x^3-1e300*x^3", 0.0, 0.0},
+                          Case{"1e-300*x", 0.0, 1e-300}, Case{"1e300+x", 1e300, 1e300},
+                          Case{"1e200*(1e100*x)", 0.0, 1e300}, Case{"x*1e-200*1e-100", 0.0, 1e-300}}) {
+        const auto summary = summarize(expression(c.text, 0.0, 1.0));
+        EXPECT_DOUBLE_EQ(summary[0].least.y, c.least) << c.text;
+        EXPECT_DOUBLE_EQ(summary[0].greatest.y, c.greatest) << c.text;
+        EXPECT_TRUE(summary[0].guaranteed) << c.text;
+    }
+    // Too large for a double: nothing is proved.
+    for (const char* text : {"1e300*x*1e300", "exp(1000*x)", "(1e200*x)^2"})
+        EXPECT_FALSE(summarize(expression(text, 0.5, 1.0))[0].guaranteed) << text;
+}
+
+// Zeros of the velocity of any multiplicity at the ends: x^n (1-x)^n has its peak in the middle.
+TEST(Summarize, OfMultipleRootsAtTheEnds)
+{
+    for (int n = 2; n <= 12; ++n) {
+        const std::string power = std::to_string(n);
+        const auto summary = summarize(expression("x^" + power + "*(1-x)^" + power, 0.0, 1.0));
+        EXPECT_NEAR(summary[0].greatest.x, 0.5, 1e-7) << n;
+        EXPECT_NEAR(summary[0].greatest.y * std::pow(4.0, n), 1.0, 1e-13) << n;
+        EXPECT_NEAR(summary[0].least.y, 0.0, 1e-20) << n;
+        EXPECT_TRUE(summary[0].guaranteed && summary[1].guaranteed) << n;
+    }
+}
+
+TEST(Summarize, OfEqualBranchesIsThatOfOne)
+{
+    const auto one = summarize(expression("sin(x)", 0.0, 3.0));
+    for (const char* text : {"if(x-1: sin(x), sin(x), sin(x))", "if(sin(9*x): sin(x), sin(x), sin(x))",
+                             "max(sin(x), sin(x))", "if(x-1: sin(x), sin(1), sin(x))"}) {
+        const auto both = summarize(expression(text, 0.0, 3.0));
+        for (std::size_t k = 0; k < 4; ++k) {
+            EXPECT_NEAR(both[k].greatest.y, one[k].greatest.y, 1e-15) << text;
+            EXPECT_NEAR(both[k].least.y, one[k].least.y, 1e-15) << text;
+            EXPECT_NEAR(both[k].rms, one[k].rms, 1e-13) << text;
+            EXPECT_TRUE(both[k].impulses.empty()) << text;
+            EXPECT_TRUE(both[k].guaranteed) << text;
+        }
+    }
+}
+
+// SciPy's interpolate.CubicSpline with bc_type "natural" (make_splines.py).
 TEST(Summarize, OfPointsIsInClosedForm)
 {
     const Curve curve = points({0.0, 1.0, 2.0, 3.0}, {0.0, 1.0, 0.0, 1.0}, mf::Interpolation::Linear);
