@@ -245,15 +245,15 @@ std::vector<XmlNode> XmlDocument::selectNodes(std::string_view path) const
 XmlDocument::NewNode XmlDocument::createElement(const char* name) const
 {
     NewNode node(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
-    made(node.node_.get()->name);
+    made(node.node_->name);
     return node;
 }
 
 XmlDocument::NewNode XmlDocument::createProcessingInstruction(const char* target, const char* data) const
 {
     NewNode node(made(xmlNewDocPI(tree_->document, xml(target), xml(data))));
-    made(node.node_.get()->name);
-    made(node.node_.get()->content);
+    made(node.node_->name);
+    made(node.node_->content);
     return node;
 }
 
@@ -270,7 +270,7 @@ void XmlDocument::setText(XmlNode element, const CString& text)
     if (text.IsEmpty())
         return;
     NewNode node(made(xmlNewDocText(tree_->document, xml(xmlText(text).c_str()))));
-    made(node.node_.get()->content);
+    made(node.node_->content);
     append(element, std::move(node));
 }
 
