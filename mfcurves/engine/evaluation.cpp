@@ -2,11 +2,13 @@
 
 #include "mfcurves/engine/evaluation.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
 
 #include "mfcurves/engine/operations.h"
+#include "mfcurves/engine/values.h"
 
 namespace mf::engine {
 namespace {
@@ -71,14 +73,15 @@ void runCosSin(const Step& step, double* registers)
     keep<output>(cosine, step, registers);
 }
 
-// A polynomial of any number of terms, and its derivatives.
-template <Stage input, Stage output>
+// A polynomial of any number of terms, and its derivatives. Stages that a step lacks have
+// constants that change no bit.
 void runPolynomial(const Step& step, double* registers)
 {
-    const double u = operand<input>(registers[step.a], step, registers);
+    const double u = step.input == Stage::None ? registers[step.a]
+                                               : operand<Stage::General>(registers[step.a], step, registers);
     PolynomialForm form = {step.terms, step.lowest};
     const double* c = step.constants;
-    keep<output>(polynomialValue(u, form.lowest, std::span(c, form.terms)), step, registers);
+    keep<Stage::General>(polynomialValue(u, form.lowest, std::span(c, form.terms)), step, registers);
     for (unsigned i = 0; i < step.derivatives; ++i) {
         c += form.terms;
         form = form.derivative();
@@ -99,36 +102,37 @@ constexpr bool isLawForm(PolynomialForm form)
                                         form.lowest == 0 || form == PolynomialForm{1, 2});
 }
 
-// What happens to a law's x: nothing, (x + first) * factor + last, which is what is left of
-// a stretch whose length is a power of two, or (x + first) / divisor.
-enum class Stretch { None, Scaled, Divided };
-
-Stretch stretchOf(const Step& step)
-{
-    return step.input == Stage::None      ? Stretch::None
-           : step.input == Stage::General ? Stretch::Divided
-                                          : Stretch::Scaled;
-}
+// What happens to the x of a law: nothing, (x + first) / divisor, or (x + first) * factor + last,
+// which is what is left of a stretch whose length is a power of two.
+enum class Stretch { None, Divided, Scaled };
 
 bool isLaw(const Step& step)
 {
     const StageConstants& c = step.before;
     const bool isOnlyDivided = c.factor == 1.0 && c.last == 0.0 && std::signbit(c.last);
     return step.code == Code::Polynomial && isLawForm({step.terms, step.lowest}) &&
-           (stretchOf(step) != Stretch::Divided || isOnlyDivided) &&
+           (step.input != Stage::General || isOnlyDivided) &&
            (step.output == Stage::None || step.output == Stage::Linear);
+}
+
+template <Stretch stretch>
+[[gnu::always_inline]] inline double stretched(double x, const StageConstants& c)
+{
+    if constexpr (stretch == Stretch::None)
+        return x;
+    else if constexpr (stretch == Stretch::Scaled)
+        return throughStage<Stage::Shifted>(x, c);
+    else
+        return (x + c.first) / c.divisor;
 }
 
 template <Stretch stretch>
 [[gnu::always_inline]] inline double lawOperand(double x, const Step& step, double* registers)
 {
-    if constexpr (stretch == Stretch::None)
-        return x;
-    if constexpr (stretch == Stretch::Scaled)
-        x = throughStage<Stage::Shifted>(x, step.before);
-    else
-        x = (x + step.before.first) / step.before.divisor;
-    return registers[step.moved] = x;
+    x = stretched<stretch>(x, step.before);
+    if constexpr (stretch != Stretch::None)
+        registers[step.moved] = x;
+    return x;
 }
 
 template <std::uint32_t terms, unsigned lowest>
@@ -181,6 +185,27 @@ bool runInTurn(double, std::span<const Step> steps, double* registers, std::uint
     return isFiniteInto(registers[result], value);
 }
 
+// A sine or an exponential with its derivatives is one step and multiples of its results.
+bool isMultiple(const Step& step)
+{
+    return step.code == Code::Move && step.input == Stage::Linear && step.output == Stage::None;
+}
+
+[[gnu::always_inline]] inline void runMultiples(std::span<const Step> steps, double* registers)
+{
+    const Step& first = steps.front();
+    first.run(first, registers);
+    for (const Step& step : steps.subspan(1))
+        registers[step.moved] = throughStage<Stage::Linear>(registers[step.a], step.before);
+}
+
+bool runWithMultiples(double, std::span<const Step> steps, double* registers, std::uint32_t result,
+                      double& value)
+{
+    runMultiples(steps, registers);
+    return isFiniteInto(registers[result], value);
+}
+
 template <std::uint32_t terms, unsigned lowest, Stretch stretch>
 bool runOnlyLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
 {
@@ -195,6 +220,61 @@ bool runOnly(double x, std::span<const Step> steps, double* registers, std::uint
     const Step& step = steps.front();
     const double target = keep<output>(Operation(step)(operand<input>(x, step, registers)), step, registers);
     return isFiniteInto(result == step.target ? target : registers[result], value);
+}
+
+// --- All orders of a point -------------------------------------------------------------------
+
+// What is not finite has no difference from itself.
+double zeroWhereFinite(double value)
+{
+    return value - value;
+}
+
+[[gnu::cold, gnu::noinline]] void markBad(double* values, int highest)
+{
+    const auto isBad = [](double value) { return !std::isfinite(value); };
+    std::replace_if(values, values + highest + 1, isBad, kNaN);
+}
+
+void runAllInTurn(const Program& program, double x, double* registers, double* values)
+{
+    const int highest = program.highestOrder();
+    registers[0] = x;
+    fillConstants(program, registers);
+    run(program.steps(highest), registers);
+    takeValues(program, highest, registers, values);
+}
+
+void runAllWithMultiples(const Program& program, double x, double* registers, double* values)
+{
+    const int highest = program.highestOrder();
+    registers[0] = x;
+    fillConstants(program, registers);
+    runMultiples(program.steps(highest), registers);
+    takeValues(program, highest, registers, values);
+}
+
+template <std::uint32_t terms, unsigned lowest, int order>
+[[gnu::always_inline]] inline void takeLaw(double u, const double* c, double* values)
+{
+    values[order] = lawValue<terms, lowest>(u, c);
+    constexpr PolynomialForm next = PolynomialForm{terms, lowest}.derivative();
+    if constexpr (order < 3)
+        takeLaw<next.terms, next.lowest, order + 1>(u, c + terms, values);
+}
+
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+void runAllOfLaw(const Program& program, double x, double*, double* values)
+{
+    const Step& law = program.steps(0).front();
+    double orders[4];
+    takeLaw<terms, lowest, 0>(stretched<stretch>(x, law.before), law.constants, orders);
+    orders[0] = throughStage<Stage::Linear>(orders[0], law.after);
+    std::copy_n(orders, 4, values);
+    const double zeros = (zeroWhereFinite(orders[0]) + zeroWhereFinite(orders[1])) +
+                         (zeroWhereFinite(orders[2]) + zeroWhereFinite(orders[3]));
+    if (zeros != 0.0) [[unlikely]]
+        markBad(values, 3);
 }
 
 // --- The choice ---------------------------------------------------------------------------
@@ -279,51 +359,69 @@ constexpr PolynomialForm formAt(std::size_t index)
             static_cast<unsigned>(index % (kMostTerms + 1))};
 }
 
+// Among other steps the x of a law is that of the text.
+template <std::size_t index>
+constexpr Step::Run lawStepAt()
+{
+    constexpr PolynomialForm form = formAt(index);
+    if constexpr (isLawForm(form))
+        return runLaw<form.terms, form.lowest, Stretch::None>;
+    return nullptr;
+}
+
+// A law is nearly always a program of its own, and then no polynomial with a constant term. An
+// x that nothing happens to is scaled by 1, which changes no bit.
 struct RunsOfLaw {
-    Step::Run asStep = nullptr;
     RunProgram asProgram = nullptr;
+    RunOrders asOrders = nullptr;  // with three derivatives, none of which is 0
 };
 
-// A law is nearly always a program of its own. Among other steps its x is that of the text,
-// and on its own it is no polynomial with a constant term.
 template <Stretch stretch, std::size_t index>
-constexpr RunsOfLaw runsAt()
+constexpr RunsOfLaw lawProgramAt()
 {
     constexpr PolynomialForm form = formAt(index);
     RunsOfLaw runs;
-    if constexpr (isLawForm(form) && stretch == Stretch::None)
-        runs.asStep = runLaw<form.terms, form.lowest, stretch>;
     if constexpr (isLawForm(form) && form.lowest != 0)
         runs.asProgram = runOnlyLaw<form.terms, form.lowest, stretch>;
+    if constexpr (isLawForm(form) && form.lowest > 1 && form.terms + form.lowest > 3)
+        runs.asOrders = runAllOfLaw<form.terms, form.lowest, stretch>;
     return runs;
 }
 
-template <Stretch stretch, std::size_t... i>
-constexpr auto runsOfLaws(std::index_sequence<i...>)
+using LawIndices = std::make_index_sequence<std::size_t{kMostTerms} * (kMostTerms + 1)>;
+
+template <std::size_t... i>
+constexpr auto lawSteps(std::index_sequence<i...>)
 {
-    return std::array{runsAt<stretch, i>()...};
+    return std::array{lawStepAt<i>()...};
+}
+
+template <Stretch stretch, std::size_t... i>
+constexpr auto lawPrograms(std::index_sequence<i...>)
+{
+    return std::array{lawProgramAt<stretch, i>()...};
+}
+
+Step::Run runOfLaw(const Step& step)
+{
+    static constexpr auto kRuns = lawSteps(LawIndices());
+    return isLaw(step) && step.input == Stage::None ? kRuns[indexOf({step.terms, step.lowest})] : nullptr;
 }
 
 // Nulls for a step that is not a law.
 RunsOfLaw runsOfLaw(const Step& step)
 {
-    using Indices = std::make_index_sequence<std::size_t{kMostTerms} * (kMostTerms + 1)>;
-    static constexpr std::array kLaws = {runsOfLaws<Stretch::None>(Indices()),
-                                         runsOfLaws<Stretch::Scaled>(Indices()),
-                                         runsOfLaws<Stretch::Divided>(Indices())};
+    static constexpr auto kDivided = lawPrograms<Stretch::Divided>(LawIndices());
+    static constexpr auto kScaled = lawPrograms<Stretch::Scaled>(LawIndices());
     if (!isLaw(step))
         return {};
-    return kLaws[static_cast<std::size_t>(stretchOf(step))][indexOf({step.terms, step.lowest})];
+    return (step.input == Stage::General ? kDivided : kScaled)[indexOf({step.terms, step.lowest})];
 }
 
 Step::Run polynomial(const Step& step)
 {
-    if (const Step::Run law = runsOfLaw(step).asStep)
-        return law;
-    return withAnyStage(step.input, [&]<Stage input>() {
-        return withAnyStage(step.output,
-                            []<Stage output>() { return Step::Run(runPolynomial<input, output>); });
-    });
+    const Step::Run law = runOfLaw(step);
+    return law != nullptr ? law : runPolynomial;
 }
 
 Step::Run runFor(const Step& step)
@@ -375,8 +473,43 @@ std::shared_ptr<const Program> programOf(Draft draft)
     return std::make_shared<const Program>(draft);
 }
 
+void takeValues(const Program& program, int highest, const double* registers, double* values)
+{
+    double zeros = 0.0;
+    for (int k = 0; k <= highest; ++k) {
+        const double value = registers[program.result(k)];
+        zeros += zeroWhereFinite(value);
+        values[k] = value;
+    }
+    if (zeros != 0.0) [[unlikely]]
+        markBad(values, highest);
+}
+
+bool isLawWithDerivatives(const Program& program)
+{
+    if (program.highestOrder() != 3 || program.steps(3).size() != 1)
+        return false;
+    const Step& law = program.steps(3).front();
+    return isLaw(law) && law.a == 0 && law.derivatives == 3 && program.result(0) == law.target &&
+           program.result(1) == law.list[0] && program.result(2) == law.list[1] &&
+           program.result(3) == law.list[2];
+}
+
+RunOrders ordersFor(const Program& program)
+{
+    const auto steps = program.steps(program.highestOrder());
+    if (steps.size() > 1 && std::ranges::all_of(steps.subspan(1), isMultiple))
+        return runAllWithMultiples;
+    if (!isLawWithDerivatives(program))
+        return runAllInTurn;
+    const RunOrders law = runsOfLaw(steps.front()).asOrders;
+    return law != nullptr ? law : runAllInTurn;
+}
+
 RunProgram runFor(std::span<const Step> steps)
 {
+    if (steps.size() > 1 && std::ranges::all_of(steps.subspan(1), isMultiple))
+        return runWithMultiples;
     if (steps.size() != 1 || steps.front().a != 0)
         return runInTurn;
     const Step& step = steps.front();

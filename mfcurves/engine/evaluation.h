@@ -20,6 +20,20 @@ using RunProgram = bool (*)(double x, std::span<const Step> steps, double* regis
 /// The quickest function that runs these steps.
 RunProgram runFor(std::span<const Step> steps);
 
+/// Sets values[k] to the order k at x, for all orders of a program with at most one parameter;
+/// NaN where it is not finite.
+using RunOrders = void (*)(const Program& program, double x, double* registers, double* values);
+
+/// Whether a program is one step, a law of x with its three derivatives, and these are its orders.
+bool isLawWithDerivatives(const Program& program);
+
+/// The quickest function that runs this program.
+RunOrders ordersFor(const Program& program);
+
+/// Sets values[k] to the order k, up to `highest`, from registers that a program has computed;
+/// NaN where it is not finite.
+void takeValues(const Program& program, int highest, const double* registers, double* values);
+
 /// Runs steps at one point: four in a turn of the loop, as each place of a call
 /// remembers on its own which function came next.
 [[gnu::always_inline]] inline void run(std::span<const Step> steps, double* registers)

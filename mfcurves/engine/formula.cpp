@@ -16,12 +16,11 @@
 namespace mf::engine {
 namespace {
 
-void takeValues(const Program& program, int highest, const double* registers, double* values)
+// Without a call, which would take longer than the few orders that there are.
+void fillAbove(int highest, int order, double* values)
 {
-    for (int k = 0; k <= highest; ++k) {
-        const double value = registers[program.result(k)];
-        values[k] = std::isfinite(value) ? value : kNaN;
-    }
+    for (int k = highest + 1; k <= order; ++k)
+        values[k] = kNaN;
 }
 
 }  // namespace
@@ -46,7 +45,8 @@ Formula::Result Formula::compile(std::wstring_view text, const std::optional<std
         compilation.highestOrder() == 0 ? formula->programs_.value : compilation.program();
     const Program& all = *formula->programs_.all;
     formula->runValue_ = runFor(formula->programs_.value->steps(0));
-    formula->runAll_ = runFor(all.steps(all.highestOrder()));
+    formula->runAll_ = ordersFor(all);
+    formula->highestOrder_ = parameterCount > 1 ? -1 : all.highestOrder();
     formula->hasBranches_ = std::ranges::any_of(all.steps(all.highestOrder()), mayBranch);
     return formula;
 }
@@ -62,31 +62,31 @@ std::size_t Formula::registerCount() const
     return std::max<std::size_t>(programs_.all->registerCount(), 1);
 }
 
-// The highest order up to `order` that has values, -1 when none has.
-int Formula::iHighest(int order) const
-{
-    return parameterCount() > 1 ? -1 : std::min(order, programs_.all->highestOrder());
-}
-
 void Formula::evaluate(double x, int order, double* registers, double* values) const noexcept
 {
-    const int highest = iHighest(order);
-    std::fill(values + highest + 1, values + order + 1, kNaN);
+    if (order == highestOrder_ && order > 0) [[likely]]
+        return runAll_(*programs_.all, x, registers, values);
+    const int highest = std::min(order, highestOrder_);
+    fillAbove(highest, order, values);
     if (highest < 0)
         return;
     const Program& program = programs_.upTo(highest);
     registers[0] = x;
     fillConstants(program, registers);
-    const RunProgram runProgram = highest == 0 ? runValue_ : runAll_;
-    runProgram(x, program.steps(highest), registers, program.result(0), values[0]);
+    if (highest == 0) {
+        if (!runValue_(x, program.steps(0), registers, program.result(0), values[0]))
+            values[0] = kNaN;
+        return;
+    }
+    run(program.steps(highest), registers);
     takeValues(program, highest, registers, values);
 }
 
 bool Formula::evaluateBeside(double x, double beside, int order, double* registers,
                              double* values) const noexcept
 {
-    const int highest = iHighest(order);
-    std::fill(values + highest + 1, values + order + 1, kNaN);
+    const int highest = std::min(order, highestOrder_);
+    fillAbove(highest, order, values);
     if (highest < 0)
         return true;
     const Program& program = programs_.upTo(highest);
@@ -108,7 +108,7 @@ bool Formula::evaluateBeside(double x, double beside, int order, double* registe
 void Formula::evaluateBlock(const double* x, std::size_t count, int order, double* registers,
                             double* const* values) const noexcept
 {
-    const int highest = iHighest(order);
+    const int highest = std::min(order, highestOrder_);
     for (int k = highest + 1; k <= order; ++k)
         std::fill_n(values[k], count, kNaN);
     if (highest < 0)

@@ -65,11 +65,10 @@ public:
     std::size_t bytes() const;
 
 private:
-    int iHighest(int order) const;
-
     Programs programs_;
     RunProgram runValue_ = nullptr;  // the quickest for each program
-    RunProgram runAll_ = nullptr;
+    RunOrders runAll_ = nullptr;
+    int highestOrder_ = -1;  // that has values, -1 where none has
     bool hasBranches_ = false;
 };
 
