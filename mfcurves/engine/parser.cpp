@@ -176,10 +176,8 @@ private:
     // a ":" may stand for the comma.
     Term functionCall(const Token& name, std::span<const Function> rows)
     {
-        if (!at(TokenKind::Open)) {
-            fail(token_.offset, "The function " + quoted(name.text) + " is called without arguments", "`(`");
-            return nothing_;
-        }
+        if (!at(TokenKind::Open))
+            return failWithoutArguments(name);
         const Token open = token_;
         if (!enter(open))
             return nothing_;
@@ -194,7 +192,7 @@ private:
                                 (at(TokenKind::Colon) && takesColon && operands_.size() == first + 1)));
         leave(open);
         const Term result = stopped() ? nothing_ : called(name, rows, std::span(operands_).subspan(first));
-        operands_.resize(first, nothing_);
+        operands_.erase(operands_.begin() + static_cast<std::ptrdiff_t>(first), operands_.end());
         return result;
     }
 
@@ -205,11 +203,8 @@ private:
         while (rows.size() > 1 && count > rows.front().most)
             rows = rows.subspan(1);
         const Function& row = rows.front();
-        if (count < row.fewest || count > row.most) {
-            fail(name.offset, quoted(name.text) + " takes " + arity(row) + ", got " + std::to_string(count),
-                 quoted(name.text) + " with (" + std::string(row.arguments) + ")");
-            return nothing_;
-        }
+        if (count < row.fewest || count > row.most)
+            return failAtArguments(name, row, count);
         if (row.expand != nullptr)
             return row.expand(arguments);
         return count == 1 ? call(row.id, arguments[0]) : call(row.id, arguments[0], arguments[1]);
@@ -229,7 +224,7 @@ private:
     bool stopped()
     {
         if (parsed_.graph.full())
-            fail(0, "The expression is too large", "at most " + std::to_string(kMostNodes) + " parts");
+            failAsTooLarge();
         return error_.has_value();
     }
 
@@ -241,11 +236,9 @@ private:
 
     bool enter(const Token& open)
     {
-        if (++nesting_ <= kDeepestNesting)
-            return true;
-        fail(open.offset, "Parentheses stand too deep in one another",
-             "at most " + std::to_string(kDeepestNesting) + " levels");
-        return false;
+        if (++nesting_ > kDeepestNesting)
+            failAtNesting(open);
+        return nesting_ <= kDeepestNesting;
     }
 
     void leave(const Token& open)
@@ -256,21 +249,21 @@ private:
         if (at(TokenKind::Close))
             advance();
         else if (at(TokenKind::End))
-            fail(token_.offset,
-                 "The parenthesis opened at character " + std::to_string(open.offset + 1) + " is not closed",
-                 "`)`");
+            failAtEnd(open);
         else
             failAfterOperand();
     }
 
-    void fail(std::size_t offset, std::string message, std::string expected)
+    // What reports an error is a function of its own, so that reading without one is short.
+
+    [[gnu::cold, gnu::noinline]] void fail(std::size_t offset, std::string message, std::string expected)
     {
         if (!error_)
             error_ = ParseError{offset, std::move(message), std::move(expected)};
     }
 
     // The error of a token that no rule takes, when it is no token at all.
-    bool failAtBadToken()
+    [[gnu::cold, gnu::noinline]] bool failAtBadToken()
     {
         if (!at(TokenKind::Bad))
             return false;
@@ -278,7 +271,7 @@ private:
         return true;
     }
 
-    void failAtOperand()
+    [[gnu::cold, gnu::noinline]] void failAtOperand()
     {
         if (failAtBadToken())
             return;
@@ -290,7 +283,7 @@ private:
             fail(token_.offset, "An operand is missing before " + quoted(token_.text), "an operand" + after);
     }
 
-    void failAfterOperand()
+    [[gnu::cold, gnu::noinline]] void failAfterOperand()
     {
         if (failAtBadToken())
             return;
@@ -305,7 +298,38 @@ private:
                  "an operator after " + after);
     }
 
-    Term failAtUnknownFunction(const Token& token)
+    [[gnu::cold, gnu::noinline]] void failAsTooLarge()
+    {
+        fail(0, "The expression is too large", "at most " + std::to_string(kMostNodes) + " parts");
+    }
+
+    [[gnu::cold, gnu::noinline]] void failAtNesting(const Token& open)
+    {
+        fail(open.offset, "Parentheses stand too deep in one another",
+             "at most " + std::to_string(kDeepestNesting) + " levels");
+    }
+
+    [[gnu::cold, gnu::noinline]] void failAtEnd(const Token& open)
+    {
+        fail(token_.offset,
+             "The parenthesis opened at character " + std::to_string(open.offset + 1) + " is not closed",
+             "`)`");
+    }
+
+    [[gnu::cold, gnu::noinline]] Term failWithoutArguments(const Token& name)
+    {
+        fail(token_.offset, "The function " + quoted(name.text) + " is called without arguments", "`(`");
+        return nothing_;
+    }
+
+    [[gnu::cold, gnu::noinline]] Term failAtArguments(const Token& name, const Function& row, int count)
+    {
+        fail(name.offset, quoted(name.text) + " takes " + arity(row) + ", got " + std::to_string(count),
+             quoted(name.text) + " with (" + std::string(row.arguments) + ")");
+        return nothing_;
+    }
+
+    [[gnu::cold, gnu::noinline]] Term failAtUnknownFunction(const Token& token)
     {
         const std::string_view closest = closestFunctionName(token.text);
         fail(token.offset, "There is no function " + quoted(token.text),
@@ -313,7 +337,7 @@ private:
         return nothing_;
     }
 
-    Term failAtOtherName(const Token& token)
+    [[gnu::cold, gnu::noinline]] Term failAtOtherName(const Token& token)
     {
         if (variableName_->empty())
             fail(token.offset, quoted(token.text) + " is not known: only constants are allowed here",

@@ -143,12 +143,12 @@ public:
         const auto firstEntry = std::ssize(draft_.entries);
         if (registerOf_.size() < graph_.size())
             registerOf_.resize(graph_.size(), kNoRegister);
-        isNeeded_.assign(root.index + 1, false);
+        isNeeded_.assign(root.index + 1, 0);
         waitingAt_.assign(root.index + 1, kNone);
         draft_.results.push_back(use(root));
         for (std::uint32_t i = root.index + 1; i-- > 0;) {
             const NodeId id{i};
-            if (isNeeded_[id])
+            if (isNeeded_[id] != 0)
                 translate(id);
             else if (waitingAt_[id] != kNone)
                 write(takeWaiting(id), registerOf_[id]);
@@ -170,7 +170,7 @@ private:
         if (node.op == Op::Constant)
             draft_.constants.push_back({node.number, place});
         else
-            isNeeded_[id] = true;
+            isNeeded_[id] = 1;
         return place;
     }
 
@@ -418,7 +418,7 @@ private:
     PerNode<std::uint32_t>& registerOf_;
     Draft& draft_;
     const int order_;
-    PerNode<bool> isNeeded_;            // its turn will come in this order
+    PerNode<char> isNeeded_;            // whether its turn will come in this order
     PerNode<std::uint32_t> waitingAt_;  // place in pending_ of the step that waits for it
     std::vector<PendingStep> pending_;
 };
