@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/operations.h"
 #include "mfcurves/engine/strip.h"
 
@@ -136,10 +137,12 @@ void sineWithCosine(const Step& step, const Rows& rows, std::size_t count)
 // the row does, and does some points of the one before again. There is at least a strip.
 void eachStrip(std::size_t count, auto doStrip)
 {
-    for (std::size_t i = 0; i + Strip::kSize <= count; i += Strip::kSize)
+    const std::size_t last = count - Strip::kSize;
+    for (std::size_t i = 0;; i = std::min(i + Strip::kSize, last)) {
         doStrip(i);
-    if (count % Strip::kSize != 0)
-        doStrip(count - Strip::kSize);
+        if (i == last)
+            return;
+    }
 }
 
 // A polynomial of a number of terms that the compiler knows; 0 stands for any number.
@@ -167,46 +170,11 @@ void rowOfPolynomial(PolynomialForm form, const double* c, std::size_t count, co
     }
 }
 
-// Where a law and its three derivatives go.
-using LawRows = std::array<double*, 4>;
+// Where a polynomial and its derivatives go.
+using OrderRows = std::array<double*, 4>;
 
-template <std::uint32_t terms, unsigned lowest, std::size_t order>
-[[gnu::always_inline]] inline void storeLaw(Strip u, const double* c, std::size_t i, const LawRows& rows)
+void polynomialOrders(const Step& step, std::size_t count, const double* a, const OrderRows& rows)
 {
-    polynomialValue(u, lowest, std::span<const double, terms>(c, terms)).storeTo(rows[order] + i);
-    constexpr PolynomialForm next = PolynomialForm{terms, lowest}.derivative();
-    if constexpr (order < 3)
-        storeLaw<next.terms, next.lowest, order + 1>(u, c + terms, i, rows);
-}
-
-// All orders of a normalised law in one pass.
-template <std::uint32_t terms, unsigned lowest>
-void rowsOfLaw(const double* c, std::size_t count, const double* a, const LawRows& to)
-{
-    const LawRows rows = to;
-    eachStrip(count, [=](std::size_t i) { storeLaw<terms, lowest, 0>(Strip::of(a + i), c, i, rows); });
-}
-
-using RowsOfLaw = void (*)(const double* c, std::size_t count, const double* a, const LawRows& to);
-
-RowsOfLaw rowsOfLawFor(const Step& step)
-{
-    const PolynomialForm form = {step.terms, step.lowest};
-    if (step.derivatives != 3)
-        return nullptr;
-    return form == PolynomialForm{3, 2}   ? rowsOfLaw<3, 2>
-           : form == PolynomialForm{3, 3} ? rowsOfLaw<3, 3>
-           : form == PolynomialForm{4, 3} ? rowsOfLaw<4, 3>
-           : form == PolynomialForm{4, 4} ? rowsOfLaw<4, 4>
-           : form == PolynomialForm{5, 4} ? rowsOfLaw<5, 4>
-           : form == PolynomialForm{5, 5} ? rowsOfLaw<5, 5>
-                                          : nullptr;
-}
-
-void polynomialOrders(const Step& step, std::size_t count, const double* a, const LawRows& rows)
-{
-    if (const RowsOfLaw rowsOfLaw = rowsOfLawFor(step))
-        return rowsOfLaw(step.constants, count, a, rows);
     PolynomialForm form = {step.terms, step.lowest};
     const double* c = step.constants;
     for (unsigned k = 0; k <= step.derivatives; ++k) {
@@ -219,18 +187,72 @@ void polynomialOrders(const Step& step, std::size_t count, const double* a, cons
 void polynomial(const Step& step, const Rows& rows, std::size_t count)
 {
     const double* const a = operandRow(step, rows, count);
-    LawRows to = {rows[step.value]};
+    OrderRows to = {rows[step.value]};
     for (unsigned k = 0; k < step.derivatives; ++k)
         to[k + 1] = rows[step.list[k]];
     if (count >= Strip::kSize)
         return polynomialOrders(step, count, a, to);
     // Fewer points than a strip has are filled up with zeros.
     double filled[Strip::kSize] = {};
-    double values[std::tuple_size_v<LawRows>][Strip::kSize];
+    double values[std::tuple_size_v<OrderRows>][Strip::kSize];
     std::copy_n(a, count, filled);
     polynomialOrders(step, Strip::kSize, filled, {values[0], values[1], values[2], values[3]});
     for (unsigned k = 0; k <= step.derivatives; ++k)
         std::copy_n(values[k], count, to[k]);
+}
+
+// --- A normalised law in one pass ---------------------------------------------------------------
+
+// Stores an order and those above it, and returns the sum of all their values.
+template <std::uint32_t terms, unsigned lowest, std::size_t order>
+[[gnu::always_inline]] inline Strip::Pair storeOrders(Strip u, const double* c, const StageConstants& after,
+                                                      std::size_t i, const OrderRows& rows)
+{
+    Strip value = polynomialValue(u, lowest, std::span<const double, terms>(c, terms));
+    if constexpr (order == 0)
+        value = throughStage<Stage::Linear>(value, after);
+    value.storeTo(rows[order] + i);
+    if constexpr (order == 3)
+        return sumOf(value);
+    else
+        return sumOf(value) + storeOrders<terms, lowest - 1, order + 1>(u, c + terms, after, i, rows);
+}
+
+// A law that begins at the third power or above has as many terms in each order. Its numbers
+// are copied, so that the compiler knows that no value overwrites them.
+template <std::uint32_t terms, unsigned lowest>
+bool runLaw(const Step& law, const double* x, std::size_t count, const OrderRows& to)
+{
+    std::array<double, std::size_t{4} * terms> c;
+    std::copy_n(law.constants, c.size(), c.begin());
+    const StageConstants before = law.before;
+    const StageConstants after = law.after;
+    const OrderRows rows = to;
+    const bool divides = law.input == Stage::General;
+    Strip::Pair sum = {};
+    eachStrip(count, [&](std::size_t i) {
+        Strip u = Strip::of(x + i) + before.first;
+        u = divides ? u / before.divisor : u * before.factor + before.last;
+        sum = sum + storeOrders<terms, lowest, 0>(u, c.data(), after, i, rows);
+    });
+    return sumOf(sum) * 0.0 == 0.0;
+}
+
+using RunLaw = bool (*)(const Step& law, const double* x, std::size_t count, const OrderRows& to);
+
+// Null for a polynomial that is not a normalised law of motion with its derivatives.
+RunLaw lawFor(const Program& program)
+{
+    if (!isLawWithDerivatives(program))
+        return nullptr;
+    const Step& law = program.steps(3).front();
+    const PolynomialForm form = {law.terms, law.lowest};
+    return form == PolynomialForm{3, 3}   ? runLaw<3, 3>
+           : form == PolynomialForm{4, 3} ? runLaw<4, 3>
+           : form == PolynomialForm{4, 4} ? runLaw<4, 4>
+           : form == PolynomialForm{5, 4} ? runLaw<5, 4>
+           : form == PolynomialForm{5, 5} ? runLaw<5, 5>
+                                          : nullptr;
 }
 
 void runOperation(const Step& step, const Rows& rows, std::size_t count)
@@ -280,9 +302,11 @@ void fillConstantRows(const Program& program, double* registers)
         std::fill_n(registers + target * kBlock, kBlock, number);
 }
 
-void runBlock(const Program& program, int order, const double* x, std::size_t count, double* registers,
+bool runBlock(const Program& program, int order, const double* x, std::size_t count, double* registers,
               double* const* values)
 {
+    if (const RunLaw law = order == 3 && count >= Strip::kSize ? lawFor(program) : nullptr)
+        return law(program.steps(3).front(), x, count, {values[0], values[1], values[2], values[3]});
     const Rows rows(program, order, x, registers, values);
     for (const Step& step : program.steps(order)) {
         runOperation(step, rows, count);
@@ -294,6 +318,7 @@ void runBlock(const Program& program, int order, const double* x, std::size_t co
         if (row != values[k])
             std::copy_n(row, count, values[k]);
     }
+    return false;
 }
 
 // Zero times a number is zero unless the number is not finite.
@@ -303,7 +328,7 @@ bool areFinite(const double* values, std::size_t count)
         return std::all_of(values, values + count, [](double value) { return value * 0.0 == 0.0; });
     Strip zeros(0.0);
     eachStrip(count, [&](std::size_t i) { zeros = zeros + Strip::of(values + i) * 0.0; });
-    return sumOf(zeros) == 0.0;
+    return sumOf(sumOf(zeros)) == 0.0;
 }
 
 bool copyFinite(const double* from, std::size_t count, double* to)
@@ -318,7 +343,7 @@ bool copyFinite(const double* from, std::size_t count, double* to)
         values.storeTo(to + i);
         zeros = zeros + values * 0.0;
     });
-    return sumOf(zeros) == 0.0;
+    return sumOf(sumOf(zeros)) == 0.0;
 }
 
 bool Block::takes(const Program& program)
@@ -356,7 +381,7 @@ void Block::iCompute(int highest)
     for (int k = 0; k <= highest; ++k)
         rows_.push_back(&values_[static_cast<std::size_t>(k) * kBlock]);
     fillConstantRows(program, registers_.data());
-    runBlock(program, highest, x_.data(), x_.size(), registers_.data(), rows_.data());
+    areFinite_ = runBlock(program, highest, x_.data(), x_.size(), registers_.data(), rows_.data());
     computed_ = highest;
 }
 

@@ -16,8 +16,9 @@ void fillConstantRows(const Program& program, double* registers);
 
 /// Computes values[k][i], order k at x[i], for k = 0 to `order` and i below `count`, at
 /// most kBlock, with the bits that single points have. The program has at most one
-/// parameter, and its constants are in the registers.
-void runBlock(const Program& program, int order, const double* x, std::size_t count, double* registers,
+/// parameter, and its constants are in the registers. True where all values are finite;
+/// false where some are not, or where that was not looked at.
+bool runBlock(const Program& program, int order, const double* x, std::size_t count, double* registers,
               double* const* values);
 
 /// Whether none of the numbers is an infinity or a NaN.
@@ -38,6 +39,9 @@ public:
     /// before them, and at the first points of an expression those up to this one.
     const double* values(const Programs& programs, int order, const double* x, std::size_t count);
 
+    /// Whether all values at these points are known to be finite.
+    bool areFinite() const { return areFinite_; }
+
 private:
     void iCompute(int highest);
 
@@ -45,6 +49,7 @@ private:
     std::vector<double> x_;
     int computed_ = -1;  // the highest order that is computed at x_
     int asked_ = -1;     // the highest order that was asked for at x_
+    bool areFinite_ = false;
     std::vector<double> registers_;
     std::vector<double> values_;  // those of order k begin at k * kBlock
     std::vector<double*> rows_;   // where they begin

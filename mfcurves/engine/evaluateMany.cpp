@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <typeinfo>
 
 #include "mfcurves/engine/blocks.h"
 #include "mfcurves/engine/calculator.h"
@@ -36,7 +37,7 @@ std::size_t copyUntilFailure(const double* values, std::size_t count, double* y)
 
 bool isOwnCalculator(const ICalculator& calculator)
 {
-    return dynamic_cast<const Calculator*>(&calculator) != nullptr;
+    return typeid(calculator) == typeid(Calculator);
 }
 
 int evaluateOrders(ICalculator& calculator, double x, int order, double* values)
@@ -46,14 +47,21 @@ int evaluateOrders(ICalculator& calculator, double x, int order, double* values)
 
 std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, std::size_t count)
 {
-    const auto* own = dynamic_cast<const Calculator*>(&calculator);
-    if (own == nullptr || !Block::takes(*own->family().programs().all))
+    if (!isOwnCalculator(calculator))
+        return evaluateOneByOne(calculator, x, y, count);
+    const auto& own = static_cast<const Calculator&>(calculator);
+    if (!Block::takes(*own.family().programs().all))
         return evaluateOneByOne(calculator, x, y, count);
     // The orders of one expression are asked for one after the other at the same points.
     thread_local Block block;
     for (std::size_t done = 0; done < count;) {
         const std::size_t points = std::min(count - done, kBlock);
-        const double* const values = block.values(own->family().programs(), own->order(), x + done, points);
+        const double* const values = block.values(own.family().programs(), own.order(), x + done, points);
+        if (block.areFinite()) {
+            std::copy_n(values, points, y + done);
+            done += points;
+            continue;
+        }
         const std::size_t finite = copyUntilFailure(values, points, y + done);
         done += finite;
         if (finite < points)

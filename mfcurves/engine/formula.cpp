@@ -115,7 +115,8 @@ void Formula::evaluateBlock(const double* x, std::size_t count, int order, doubl
         return;
     const Program& program = programs_.upTo(highest);
     fillConstantRows(program, registers);
-    runBlock(program, highest, x, count, registers, values);
+    if (runBlock(program, highest, x, count, registers, values))
+        return;
     const auto isBad = [](double value) { return !std::isfinite(value); };
     for (int k = 0; k <= highest; ++k) {
         if (!areFinite(values[k], count))

@@ -112,11 +112,11 @@ private:
         while (!stopped() && at(TokenKind::Power)) {
             operands_.push_back(base);
             advance();
-            minusSigns_.push_back(signs());
+            minusSigns_.push_back(signs() ? 1 : 0);
             base = primary();
         }
         while (operands_.size() > first && !stopped()) {
-            base = power(operands_.back(), minusSigns_.back() ? -base : base);
+            base = power(operands_.back(), minusSigns_.back() != 0 ? -base : base);
             operands_.pop_back();
             minusSigns_.pop_back();
         }
@@ -358,7 +358,7 @@ private:
     std::optional<ParseError> error_;
     int nesting_ = 0;
     std::vector<Term> operands_;    // of the calls and rows of powers being read
-    std::vector<bool> minusSigns_;  // of the exponents of the rows of powers
+    std::vector<char> minusSigns_;  // of the exponents of the rows of powers: 1 for a minus
 };
 
 }  // namespace

@@ -78,10 +78,15 @@ private:
     return a / Strip(b);
 }
 
-[[gnu::always_inline]] inline double sumOf(Strip a)
+/// The sum of the pairs.
+[[gnu::always_inline]] inline Strip::Pair sumOf(Strip a)
 {
-    const Strip::Pair pair = (a.p0 + a.p1) + (a.p2 + a.p3);
-    return pair[0] + pair[1];
+    return (a.p0 + a.p1) + (a.p2 + a.p3);
+}
+
+[[gnu::always_inline]] inline double sumOf(Strip::Pair a)
+{
+    return a[0] + a[1];
 }
 
 [[gnu::always_inline]] inline Strip::Pair withError(Strip::Pair sum, Strip::Pair error)
@@ -96,10 +101,7 @@ private:
 }
 
 /// One function for all exponents: eight points at a time make up for the call.
-[[gnu::noinline]] inline Strip compensatedPower(Strip u, unsigned exponent)
-{
-    return compensatedPower<Strip>(u, exponent);
-}
+Strip compensatedPower(Strip u, unsigned exponent);
 
 inline Strip libraryPower(Strip u, unsigned exponent)
 {
