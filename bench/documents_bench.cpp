@@ -10,6 +10,7 @@
 #include <libxml/tree.h>
 #include <string>
 
+#include "mfcurves/curve/Curve.h"
 #include "mfcurves/host/Context.h"
 #include "mfcurves/interfaces/QelSession.h"
 #include "mfcurves/motion/mfFunctionData.h"
@@ -153,6 +154,21 @@ void readAndDraw(benchmark::State& state, int rows)
     }
 }
 
+void readCurve(benchmark::State& state, int rows)
+{
+    const std::string xml = documentOf(Kind::Segments, rows);
+    for ([[maybe_unused]] auto step : state)
+        benchmark::DoNotOptimize(mf::Curve::parse(xml));
+}
+
+// The last part of it: every row compiled, in all orders.
+void freeze(benchmark::State& state, int rows)
+{
+    const mf::CurveDefinition definition = mf::Curve::parse(documentOf(Kind::Segments, rows)).definition();
+    for ([[maybe_unused]] auto step : state)
+        benchmark::DoNotOptimize(mf::Curve(definition));
+}
+
 void write(benchmark::State& state, Kind kind, int rows)
 {
     Curve curve(state, documentOf(kind, rows));
@@ -174,6 +190,8 @@ const bool kRegistered = [] {
         benchmark::RegisterBenchmark(("segments/" + std::to_string(rows) + "/read_and_draw").c_str(),
                                      readAndDraw, rows);
     }
+    benchmark::RegisterBenchmark("segments/10/read_curve", readCurve, 10);
+    benchmark::RegisterBenchmark("segments/10/freeze", freeze, 10);
     add("expression", Kind::Expression, 1);
     return true;
 }();

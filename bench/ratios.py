@@ -5,7 +5,8 @@
     ratios.py RESULTS.json...
 
 RESULTS are files written with --benchmark_out_format=json and repetitions. A ratio is
-that of the medians. Beside it is its spread: half the distance of the quartiles of either
+that of the medians, of processor time, or of real time for benchmarks whose name ends with
+/real_time. Beside it is its spread: half the distance of the quartiles of either
 side, in percent of the median, both sides added as squares. A ratio misses its target
 when it is above it by more than the spread. A line without a target only informs. Exit
 status: 1 when a ratio misses its target, 2 when a benchmark of the list did not run.
@@ -26,7 +27,8 @@ def repetitions(paths):
         for result in json.loads(pathlib.Path(path).read_text())["benchmarks"]:
             if result["run_type"] == "iteration":
                 assert result["time_unit"] == "ns", result["name"]
-                times.setdefault(result["run_name"], []).append(result["cpu_time"])
+                measured = "real_time" if result["run_name"].endswith("/real_time") else "cpu_time"
+                times.setdefault(result["run_name"], []).append(result[measured])
     return times
 
 
