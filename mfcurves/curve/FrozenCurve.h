@@ -52,8 +52,8 @@ public:
     /// The value at x between the ends of rows or an expression; NaN for points and every other x.
     double valueInside(double x) const noexcept;
 
-    /// How many of `count` x, the first and those after it, one piece computes together: at
-    /// least 1, at most kMostPoints. Sets y[i] for them to the derivative of that order.
+    /// Computes as many of `count` x, the first and those after it, as are computed together: at
+    /// least 1. Sets y[i] for them to the derivative of that order, and returns how many they are.
     std::size_t evaluateRun(const double* x, std::size_t count, Outside outside, int order,
                             double* y) const noexcept;
     /// The same for all orders.
@@ -69,6 +69,11 @@ private:
         std::size_t length;
     };
     Run iRun(const double* x, std::size_t count, Outside outside) const noexcept;
+    const FrozenRows* iMixedRows(std::size_t count) const noexcept;
+    std::size_t iEvaluateMixed(const FrozenRows& rows, const double* x, std::size_t count, Outside outside,
+                               int order, double* y) const noexcept;
+    std::size_t iEvaluateMixed(const FrozenRows& rows, const double* x, std::size_t count, Outside outside,
+                               CurveValues* values) const noexcept;
     void iInside(double x, Side side, int order, double* values) const noexcept;
     void iBeyond(double x, Side side, Outside outside, int order, double* values) const noexcept;
     void iExtended(double x, Side side, int order, double* values) const noexcept;

@@ -13,6 +13,7 @@
 #include "mfcurves/curve/registers.h"
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/polynomials.h"
+#include "mfcurves/engine/strip.h"
 #include "mfcurves/engine/values.h"
 
 namespace mf::curve {
@@ -20,6 +21,7 @@ namespace {
 
 using engine::kBlock;
 using engine::kNaN;
+using engine::Strip;
 static_assert(kBlock >= kMostPoints);
 
 // --- The argument ------------------------------------------------------------------------
@@ -79,11 +81,11 @@ struct Polynomial<lawTerms, lawLowest, 0> {
 };
 
 // A polynomial without terms is 0 everywhere.
-template <class P>
-[[gnu::always_inline]] inline double polynomialAt(double u, const double* coefficients)
+template <class P, class Number>
+[[gnu::always_inline]] inline Number polynomialAt(Number u, const double* coefficients)
 {
     if constexpr (P::terms == 0)
-        return 0.0;
+        return Number(0.0);
     else
         return engine::polynomialValue(u, P::lowest,
                                        std::span<const double, P::terms>(coefficients, P::terms));
@@ -128,10 +130,15 @@ struct PolynomialRow {
         std::copy_n(numbers + Order<order>::first, Order<order>::terms, c.begin());
         const double factor = numbers[kFactor];
         const double addend = numbers[kAddend];
-        for (std::size_t i = 0; i < count; ++i) {
-            const double value = polynomialAt<Order<order>>(u[i], c.data());
-            y[i] = order == 0 ? value * factor + addend : value;
-        }
+        const auto result = [&](auto argument) {
+            const auto value = polynomialAt<Order<order>>(argument, c.data());
+            return order == 0 ? value * factor + addend : value;
+        };
+        std::size_t i = 0;
+        for (; i + Strip::kSize <= count; i += Strip::kSize)
+            result(Strip::of(u + i)).storeTo(y + i);
+        for (; i < count; ++i)
+            y[i] = result(u[i]);
     }
 
     static void block(RowData data, const double* x, std::size_t count, int lowestOrder, int highestOrder,

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <iterator>
 #include <limits>
+#include <numeric>
 
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/FrozenCurve.h"
 
-// A curve at many x: runs of x on one piece are computed together.
+// A curve at many x: runs of x on one piece are computed together. Of x in no order those of one
+// row are brought together first, block by block.
 
 namespace mf {
 namespace curve {
@@ -16,13 +20,27 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// Fewer x are quicker one by one.
+// Fewer x of one row are quicker one by one.
 constexpr std::size_t kFewestPoints = 4;
 
-// How many x, from the first one on, are at `from` or above it and below `to`.
+// Of at least so many x in no order those of one row are brought together, if the rows are few.
+constexpr std::size_t kFewestMixedPoints = 256;
+constexpr std::size_t kMostMixedPoints = 4096;
+constexpr std::size_t kMostMixedRows = 32;
+
+// How many x, from the first one on, are at `from` or above it and below `to`. Many are compared
+// at once, without a branch in between.
 std::size_t runBetween(const double* x, std::size_t count, double from, double to)
 {
+    constexpr std::size_t kAtOnce = 16;
     std::size_t length = 0;
+    for (; length + kAtOnce <= count; length += kAtOnce) {
+        std::uint64_t outside = 0;
+        for (std::size_t i = length; i < length + kAtOnce; ++i)
+            outside |= std::uint64_t{x[i] < from} | std::uint64_t{!(x[i] < to)};
+        if (outside != 0)
+            break;
+    }
     while (length < count && x[length] >= from && x[length] < to)
         ++length;
     return length;
@@ -42,13 +60,20 @@ double finiteOrNaN(double value)
     return value - value == 0.0 ? value : kNaN;
 }
 
-// What is not finite has no difference from itself.
+// What is not finite has no difference from itself. Several sums side by side do not wait for
+// each other.
 bool areFinite(const double* values, std::size_t count)
 {
-    double differences = 0.0;
-    for (std::size_t i = 0; i < count; ++i)
-        differences += values[i] - values[i];
-    return differences == 0.0;
+    constexpr std::size_t kSums = 8;
+    double differences[kSums] = {};
+    std::size_t i = 0;
+    for (; i + kSums <= count; i += kSums) {
+        for (std::size_t k = 0; k < kSums; ++k)
+            differences[k] += values[i + k] - values[i + k];
+    }
+    for (; i < count; ++i)
+        differences[0] += values[i] - values[i];
+    return std::accumulate(std::begin(differences), std::end(differences), 0.0) == 0.0;
 }
 
 bool areFinite(const CurveValues* values, std::size_t count)
@@ -64,6 +89,40 @@ bool areFinite(const CurveValues* values, std::size_t count)
         d3 += values[i].d3 - values[i].d3;
     }
     return y + d1 + d2 + d3 == 0.0;
+}
+
+// Brings x of one row together, and calls compute(row, x, places, length) for at most kGathered of
+// them at a time, where places are those in the array; other(i) for x beyond the ends.
+template <class Compute, class Other>
+void eachByRow(const FrozenRows& rows, const double* x, std::size_t count, const Compute& compute,
+               const Other& other)
+{
+    constexpr std::size_t kGathered = kMostPoints;
+    struct Gathered {
+        double x[kGathered];
+        std::uint32_t places[kGathered];
+    };
+    Gathered gathered[kMostMixedRows];
+    std::uint32_t lengths[kMostMixedRows] = {};
+    const double first = rows.starts.first();
+    const double last = rows.starts.last();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!(x[i] >= first && x[i] <= last)) {
+            other(i);
+            continue;
+        }
+        const std::size_t row = rows.starts.at(x[i]);
+        Gathered& own = gathered[row];
+        std::uint32_t& length = lengths[row];
+        own.x[length] = x[i];
+        own.places[length] = static_cast<std::uint32_t>(i);
+        if (++length == kGathered) {
+            compute(rows.rows[row], own.x, own.places, length);
+            length = 0;
+        }
+    }
+    for (std::size_t row = 0; row < rows.rows.size(); ++row)
+        compute(rows.rows[row], gathered[row].x, gathered[row].places, lengths[row]);
 }
 
 }  // namespace
@@ -89,11 +148,67 @@ FrozenCurve::Run FrozenCurve::iRun(const double* x, std::size_t count, Outside o
     return {rows->rows[row], runBetween(x, count, from, to)};
 }
 
+// The rows, if it is worth it to bring those of so many x together that are of one row; else null.
+const FrozenRows* FrozenCurve::iMixedRows(std::size_t count) const noexcept
+{
+    const auto* rows = std::get_if<FrozenRows>(&pieces_);
+    return rows != nullptr && count >= kFewestMixedPoints && rows->rows.size() <= kMostMixedRows ? rows
+                                                                                                 : nullptr;
+}
+
+std::size_t FrozenCurve::iEvaluateMixed(const FrozenRows& rows, const double* x, std::size_t count,
+                                        Outside outside, int order, double* y) const noexcept
+{
+    const auto compute = [&](const FrozenRows::Row& row, const double* own, const std::uint32_t* places,
+                             std::size_t length) {
+        double computed[kMostPoints];
+        double* values[4] = {};
+        values[order] = computed;
+        row.form->block(row.data, own, length, order, order, values);
+        if (!areFinite(computed, length))
+            std::transform(computed, computed + length, computed, finiteOrNaN);
+        for (std::size_t i = 0; i < length; ++i)
+            y[places[i]] = computed[i];
+    };
+    const auto other = [&](std::size_t i) {
+        double values[4];
+        evaluate(x[i], Side::Plain, outside, order, values);
+        y[i] = values[order];
+    };
+    count = std::min(count, kMostMixedPoints);
+    eachByRow(rows, x, count, compute, other);
+    return count;
+}
+
+std::size_t FrozenCurve::iEvaluateMixed(const FrozenRows& rows, const double* x, std::size_t count,
+                                        Outside outside, CurveValues* values) const noexcept
+{
+    const auto compute = [&](const FrozenRows::Row& row, const double* own, const std::uint32_t* places,
+                             std::size_t length) {
+        CurveValues computed[kMostPoints];
+        row.form->all(row.data, own, length, computed);
+        for (std::size_t i = 0; i < length; ++i) {
+            const CurveValues& v = computed[i];
+            values[places[i]] = {finiteOrNaN(v.y), finiteOrNaN(v.d1), finiteOrNaN(v.d2), finiteOrNaN(v.d3)};
+        }
+    };
+    const auto other = [&](std::size_t i) {
+        double at[4];
+        evaluate(x[i], Side::Plain, outside, 3, at);
+        values[i] = {at[0], at[1], at[2], at[3]};
+    };
+    count = std::min(count, kMostMixedPoints);
+    eachByRow(rows, x, count, compute, other);
+    return count;
+}
+
 std::size_t FrozenCurve::evaluateRun(const double* x, std::size_t count, Outside outside, int order,
                                      double* y) const noexcept
 {
     const Run run = iRun(x, count, outside);
     if (run.length < kFewestPoints) {
+        if (const FrozenRows* const rows = iMixedRows(count))
+            return iEvaluateMixed(*rows, x, count, outside, order, y);
         double values[4];
         evaluate(x[0], Side::Plain, outside, order, values);
         y[0] = values[order];
@@ -120,6 +235,8 @@ std::size_t FrozenCurve::evaluateRun(const double* x, std::size_t count, Outside
 {
     const Run run = iRun(x, count, outside);
     if (run.length < kFewestPoints) {
+        if (const FrozenRows* const rows = iMixedRows(count))
+            return iEvaluateMixed(*rows, x, count, outside, values);
         double at[4];
         evaluate(x[0], Side::Plain, outside, 3, at);
         values[0] = {at[0], at[1], at[2], at[3]};

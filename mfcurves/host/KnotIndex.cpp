@@ -20,13 +20,14 @@ KnotIndex::KnotIndex(std::vector<double> knots) : knots_(std::move(knots))
     knots_.insert(knots_.end(), 2, std::nextafter(last_, kInfinity));
     bucketsPerX_ = count / (last_ - first_);
     lastBucket_ = count - 1;
-    if (!std::isfinite(bucketsPerX_) || bucketsPerX_ == 0.0) {
+    if (!std::isfinite(bucketsPerX_ * first_) || !std::isfinite(bucketsPerX_ * last_)) {
         bucketsPerX_ = 0.0;
         lastBucket_ = 0;
     }
+    bucketsBelowFirst_ = first_ * bucketsPerX_;
 
     // The place at an edge is the number of knots, the first apart, below it.
-    placeAtBucket_.assign(lastBucket_ + 2, 0);
+    placeAtBucket_.assign(static_cast<std::size_t>(lastBucket_) + 2, 0);
     for (std::uint32_t i = 1; i < count; ++i)
         ++placeAtBucket_[iBucketOf(knots_[i]) + 1];
     std::partial_sum(placeAtBucket_.begin(), placeAtBucket_.end(), placeAtBucket_.begin());

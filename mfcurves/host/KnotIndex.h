@@ -50,10 +50,11 @@ private:
 
     // Never falls as x grows, whatever the rounding, which is all that the table needs:
     // knots in lower buckets lie below x and knots in higher ones above it.
+    // The last bucket is chosen between whole numbers, which takes no branch.
     std::uint32_t iBucketOf(double x) const
     {
-        const double bucket = (x - first_) * bucketsPerX_;
-        return bucket < lastBucket_ ? static_cast<std::uint32_t>(bucket) : lastBucket_;
+        const auto bucket = static_cast<std::int64_t>(x * bucketsPerX_ - bucketsBelowFirst_);
+        return static_cast<std::uint32_t>(std::min(bucket, lastBucket_));
     }
 
     std::vector<double> knots_;
@@ -62,8 +63,9 @@ private:
     // The range of x is cut into buckets of equal width. Entry k is the place at the lower
     // edge of bucket k; one more entry after the last holds the last place.
     std::vector<std::uint32_t> placeAtBucket_;
-    std::uint32_t lastBucket_ = 0;
+    std::int64_t lastBucket_ = 0;
     double bucketsPerX_ = 0.0;
+    double bucketsBelowFirst_ = 0.0;  // first_ * bucketsPerX_
 };
 
 }  // namespace mf::host

@@ -61,7 +61,7 @@ py::array_t<double> allValuesAt(const mf::Curve& curve, const py::array_t<double
     const double* from = x.data();
     double* to = y.mutable_data();
     // Small enough to stay close to the processor until its orders are laid apart.
-    constexpr py::ssize_t kPart = 512;
+    constexpr py::ssize_t kPart = 2048;
     inRuns(points, [&](py::ssize_t first, py::ssize_t count) {
         mf::CurveValues values[kPart];
         for (py::ssize_t part = first; part < first + count; part += kPart) {

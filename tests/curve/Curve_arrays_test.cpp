@@ -83,6 +83,35 @@ TEST(CurveArrays, HaveTheBitsOfSingleCalls)
     }
 }
 
+// Many x in no order, over few rows and over many, with some that no row computes.
+TEST(CurveArrays, InNoOrderHaveTheBitsOfSingleCalls)
+{
+    RandomCurves random(24);
+    const char* const laws[] = {"Linear", "3-4-5-Polynomial", "4-5-6-7-Polynomial", "Half-Cosine",
+                                "Two-Parabolas"};
+    for (const int rows : {1, 2, 4, 31, 32, 33, 100}) {
+        CurveDefinition::Segments shape;
+        shape.laws = {curve_test::kTwoParabolas};
+        for (int i = 1; i <= rows; ++i)
+            shape.rows.push_back(
+                {i + 0.3 * std::sin(i), random.uniform(-50.0, 50.0), laws[random.whole(0, 4)]});
+        CurveDefinition definition;
+        definition.shape = shape;
+        const Curve curve(definition);
+        std::vector<double> x;
+        for (int i = 0; i < 9'000; ++i)
+            x.push_back(random.uniform(-0.1 * rows, 1.1 * rows));
+        for (int i = 0; i < 9'000; i += 97)
+            x[i] = i % 2 == 0 ? kNaN : i % 3 == 0 ? kInfinity : curve.lastX();
+        SCOPED_TRACE(rows);
+        for (const Outside outside : kRules) {
+            expectSingleCalls(curve.with(outside), x);
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
 // More registers than a block keeps beside the processor, and than the stack takes.
 TEST(CurveArrays, OfLongExpressionsHaveTheBitsOfSingleCalls)
 {
