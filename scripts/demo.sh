@@ -2,19 +2,20 @@
 # SPDX-License-Identifier: MIT
 # scripts/demo.sh
 #
-# Installs what is missing, builds the tool in build/release, and does its main
-# job on a sample curve: tells what the document holds, prints value and three
-# derivatives, and draws the picture of the README into build/. UNDER names a
-# program that runs the tool, such as "valgrind --error-exitcode=1".
+# Installs what is missing, builds the tool and the Python module in build/release, and
+# does its main job on a sample curve: shows what the document holds, prints value and
+# three derivatives, draws the picture of the README into build/, and evaluates the curve
+# from Python. UNDER names a program that runs the tool, such as
+# "valgrind --error-exitcode=1".
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
 takes_no_arguments "$@"
 
-install_packages "${build_packages[@]}"
+install_packages "${build_packages[@]}" "${python_packages[@]}"
 echo "== building build/release"
-quietly cmake --preset release
-quietly cmake --build build/release -j "$jobs" --target mfcurve
+quietly cmake --preset release -DMFCURVES_PYTHON=ON
+quietly cmake --build build/release -j "$jobs" --target mfcurve mfcurves_python
 
 sample=share/mfcurves/curves/rise-dwell-return-cam.xml
 picture=build/rise-dwell-return.svg
@@ -38,5 +39,16 @@ show info "$sample"
 show eval "$sample" 0 30 60 90 120 150 210 255 300 360
 show plot "$sample" -o "$picture"
 show eval --expression "10*sin(2*pi*x)" 0.125
+echo
+echo "\$ python3"
+PYTHONPATH=build/release/python /usr/bin/python3 - "$sample" <<'END'
+import sys
+
+import mfcurves as mf
+
+cam = mf.read(sys.argv[1])
+print(">>> mf.read(%r).svaj([30, 60])" % sys.argv[1])
+print(cam.svaj([30, 60]))
+END
 echo
 echo "The picture is $picture; build/release/tools/mfcurve/mfcurve --help shows more."

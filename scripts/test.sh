@@ -4,7 +4,7 @@
 #
 # Installs what is missing and runs every check: the layout of the sources, all
 # tests in a debug build with warnings as errors (the saved fuzz inputs are among
-# them), and, compiled by clang, clang-tidy over the library and the tool and all
+# them), the Python module, and, compiled by clang, clang-tidy over the library and the tool and all
 # tests but the packaging again under the address and undefined-behaviour
 # sanitizers. A second run builds and checks only what changed. The last line counts
 # the tests.
@@ -13,7 +13,7 @@ cd "$(dirname "$0")/.."
 . scripts/lib.sh
 takes_no_arguments "$@"
 
-install_packages "${build_packages[@]}" "${check_packages[@]}"
+install_packages "${build_packages[@]}" "${check_packages[@]}" "${python_packages[@]}" "${python_test_packages[@]}"
 
 # More than a hundred test programs are linked: the quickest linker does.
 export LDFLAGS=${LDFLAGS--fuse-ld=lld}
@@ -52,10 +52,16 @@ build_and_test() {
     tail -n 3 "$log"
 }
 
+test_python() {
+    scripts/python_test.sh build/dev >build/dev/python.log 2>&1 || { cat build/dev/python.log; return 1; }
+    tail -n 1 build/dev/python.log
+}
+
 # Prints the cases of all test programs as "N passed, N failed". A program that says
 # nothing of its cases is one; one that stops before its last case has failed once.
 count_tests() {
-    cat build/{dev,asan}/Testing/Temporary/LastTest.log 2>/dev/null | awk '
+    cat build/{dev,asan}/Testing/Temporary/LastTest.log build/dev/python.log 2>/dev/null | awk '
+        function count(word) { return match($0, "[0-9]+" word) ? substr($0, RSTART) + 0 : 0 }
         / Testing: /                  { cases = 1; good = -1 }
         /^\[=+\] [0-9]+ tests? .* ran/ { cases = $2; good = 0 }
         /^\[  PASSED  \] /            { good = $4 }
@@ -63,11 +69,13 @@ count_tests() {
         /^Test Passed\./              { passed += cases }
         /^Test Failed\./              { passed += good < 0 ? cases - 1 : good
                                         failed += good < 0 ? 1 : cases - good }
+        / passed.* in [0-9.]+s/       { passed += count(" passed"); failed += count(" failed") + count(" error") }
         END                           { print passed + 0 " passed, " failed + 0 " failed" }'
 }
 
 step "format of the sources (clang-format)" check_format
 step "debug build, warnings as errors, all tests" build_and_test dev
+step "the Python module: types, stubs, tests, examples" test_python
 step "clang-tidy; the same tests under the address and undefined-behaviour sanitizers" \
     build_and_test asan -DMFCURVES_TIDY=ON
 

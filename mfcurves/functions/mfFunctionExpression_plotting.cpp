@@ -122,6 +122,7 @@ bool mfFunctionExpression_c::calculateDerivatives()
 
     const int last = count - 1;
     std::vector<double> xs;
+    xs.reserve(static_cast<std::size_t>(last));
     for (int i = 0; i < last; ++i)
         xs.push_back(plottingData_[0][i].x());
     std::vector<double> ys[kOrderCount];
