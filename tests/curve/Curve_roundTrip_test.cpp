@@ -3,6 +3,7 @@
 // From definitions through documents and back, at random: what is not reported as lost comes
 // back, and what was read once stays.
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -88,7 +89,9 @@ TEST(RoundTrip, OfRandomCurvesKeepsWhatIsNotReported)
             expectSameBits(curve, read, random);
         }
         // From here on nothing is lost. A document does not keep a blank at the start of a text.
-        const bool isTrimmed = !losses.empty() && losses.front().message.starts_with("the expression");
+        const bool isTrimmed = std::any_of(losses.begin(), losses.end(), [](const Problem& loss) {
+            return loss.message.starts_with("the expression");
+        });
         losses.clear();
         const std::string again = read.toXml(&losses);
         ASSERT_TRUE(losses.empty()) << losses.front().message;
