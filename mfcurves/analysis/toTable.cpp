@@ -163,28 +163,32 @@ private:
         const Part& part = parts_[index];
         const bool quintic = table_.form == Form::Xyva;
         PartOrders orders = quintic ? PartOrders(part, 4, 4) : PartOrders(part, 0, 4);
-        const CurveValues start = limits(part, part.from, Side::Right);
+        BoxEvaluator values = part.evaluator();
+        const CurveValues start = limits(part, values, part.from, Side::Right);
         if (index == 0 || isDoubled(start))
             append(part.from, start);
         double x = part.from;
         double step = part.to - part.from;
         while (x < part.to && table_.x.size() < kMostRows) {
             Bounds bounds;
-            const double next = nextRow(orders, x, part.to, step, bounds);
+            const double next = nextRow(orders, part, x, step, bounds);
             total_.include(bounds);
-            append(next, limits(part, next, next == part.to ? Side::Left : Side::Plain));
+            append(next, limits(part, values, next, next == part.to ? Side::Left : Side::Plain));
             step = 1.5 * (next - x);
             x = next;
         }
         table_.guaranteed &= x == part.to;
     }
 
-    double nextRow(PartOrders& orders, double x, double end, double step, Bounds& bounds)
+    double nextRow(PartOrders& orders, const Part& part, double x, double step, Bounds& bounds)
     {
         constexpr int kMostTries = 30;
         const bool quintic = table_.form == Form::Xyva;
         const double power = quintic ? 1.0 / 6.0 : 1.0 / 2.0;
-        const double least = 1e-7 * (end - x);
+        const double end = part.to;
+        // Once the proof has failed, narrow rows are of no use.
+        const double least =
+            table_.guaranteed ? 1e-7 * (end - x) : std::min(1e-3 * (end - part.from), end - x);
         double best = x;
         double h = std::min(step, end - x);
         for (int i = 0; i < kMostTries; ++i) {
@@ -216,10 +220,9 @@ private:
     }
 
     // One-sided values, as enclosed where the curve does not know the side.
-    CurveValues limits(const Part& part, double x, Side side)
+    CurveValues limits(const Part& part, BoxEvaluator& evaluator, double x, Side side)
     {
         const CurveValues computed = curve_.at(x, side);
-        BoxEvaluator evaluator = part.evaluator();
         const Enclosures at = evaluator.at(x);
         // A wrong velocity moves the quintic by less than its size times the length of the row, a wrong
         // acceleration by less than its size times the square of that.
