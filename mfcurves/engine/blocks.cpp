@@ -8,8 +8,8 @@
 #include <tuple>
 #include <utility>
 
-#include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/operations.h"
+#include "mfcurves/engine/shortPrograms.h"
 #include "mfcurves/engine/strip.h"
 
 namespace mf::engine {

@@ -24,9 +24,6 @@ RunProgram runFor(std::span<const Step> steps);
 /// NaN where it is not finite.
 using RunOrders = void (*)(const Program& program, double x, double* registers, double* values);
 
-/// Whether a program is one step, a law of x with its three derivatives, and these are its orders.
-bool isLawWithDerivatives(const Program& program);
-
 /// The quickest function that runs this program.
 RunOrders ordersFor(const Program& program);
 
@@ -57,11 +54,19 @@ inline void fillConstants(const Program& program, double* registers)
         registers[target] = number;
 }
 
+/// What is not finite has no difference from itself.
+[[gnu::always_inline]] inline double zeroIfFinite(double value)
+{
+    return value - value;
+}
+
+/// Replaces what is not finite among the orders up to `highest` by NaN.
+[[gnu::cold]] void markBad(double* values, int highest);
+
 /// Sets `result` to a value; false, with `result` untouched, if it is not finite.
 [[gnu::always_inline]] inline bool isFiniteInto(double value, double& result)
 {
-    // What is not finite has no difference from itself.
-    if (std::isnan(value - value)) [[unlikely]]
+    if (std::isnan(zeroIfFinite(value))) [[unlikely]]
         return false;
     result = value;
     return true;
