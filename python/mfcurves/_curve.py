@@ -8,7 +8,6 @@ import os
 import typing as t
 
 import numpy as np
-from numpy.typing import ArrayLike, NDArray
 
 from mfcurves import _mfcurves
 from mfcurves._errors import CurveError, warn
@@ -37,6 +36,9 @@ from mfcurves._results import (
     summaries_from,
 )
 
+if t.TYPE_CHECKING:
+    import numpy.typing as npt
+
 
 def _values(curve: "Curve", x: t.Any, nu: t.Any, side: t.Any) -> t.Any:
     """What ``curve(x, nu, side)`` returns for all but a plain float."""
@@ -47,16 +49,16 @@ def _values(curve: "Curve", x: t.Any, nu: t.Any, side: t.Any) -> t.Any:
     return _shaped_as(x, values)
 
 
-def _shaped_as(x: t.Any, values: NDArray[np.float64]) -> t.Any:
+def _shaped_as(x: t.Any, values: npt.NDArray[np.float64]) -> t.Any:
     if values.ndim == 0 and not isinstance(x, np.ndarray):
         return float(values)
     return _masked_as(x, values)
 
 
-def _masked_as(x: t.Any, values: NDArray[np.float64]) -> NDArray[np.float64]:
+def _masked_as(x: t.Any, values: npt.NDArray[np.float64]) -> npt.NDArray[np.float64]:
     if not isinstance(x, np.ma.MaskedArray):
         return values
-    masked: NDArray[np.float64] = np.ma.array(values, mask=np.broadcast_to(np.ma.getmaskarray(x), values.shape))
+    masked: npt.NDArray[np.float64] = np.ma.array(values, mask=np.broadcast_to(np.ma.getmaskarray(x), values.shape))
     return masked
 
 
@@ -76,7 +78,7 @@ class Curve(_mfcurves.CurveCore):
     (0.0, 150.0)
     """
 
-    def svaj(self, x: ArrayLike, side: t.Literal["plain", "left", "right"] = "plain") -> NDArray[np.float64]:
+    def svaj(self, x: npt.ArrayLike, side: t.Literal["plain", "left", "right"] = "plain") -> npt.NDArray[np.float64]:
         """Value, velocity, acceleration and jerk: the value and three derivatives by x.
 
         Parameters

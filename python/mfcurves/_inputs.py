@@ -8,9 +8,12 @@ import os
 import typing as t
 
 import numpy as np
-from numpy.typing import NDArray
 
 from mfcurves._errors import CurveError
+
+# Its import would take as long as a good part of NumPy's, and nothing runs that needs it.
+if t.TYPE_CHECKING:
+    import numpy.typing as npt
 
 SIDES = ("plain", "left", "right")
 OUTSIDES = ("extend", "hold", "repeat", "undefined")
@@ -65,7 +68,7 @@ def as_order(value: t.Any, name: str = "nu", orders: t.Sequence[int] = ORDERS) -
     return one_of(int(value), name, orders)
 
 
-def as_array(values: t.Any, name: str) -> NDArray[np.float64]:
+def as_array(values: t.Any, name: str) -> npt.NDArray[np.float64]:
     """Any array of real numbers as doubles in C order."""
     array = np.asarray(values)
     if array.dtype.kind not in "biuf":

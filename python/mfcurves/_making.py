@@ -7,7 +7,6 @@ import os
 import typing as t
 
 import numpy as np
-from numpy.typing import ArrayLike
 
 from mfcurves import _mfcurves
 from mfcurves._curve import Curve
@@ -23,6 +22,9 @@ from mfcurves._inputs import (
     as_text,
     as_texts,
 )
+
+if t.TYPE_CHECKING:
+    import numpy.typing as npt
 
 
 def _common(name: t.Any, over: t.Any, drive: t.Any, rotary: t.Any) -> t.Dict[str, t.Any]:
@@ -98,8 +100,8 @@ def segments(
 
 
 def points(
-    x: ArrayLike,
-    y: ArrayLike,
+    x: npt.ArrayLike,
+    y: npt.ArrayLike,
     interpolation: t.Literal["linear", "cubic", "akima"] = "linear",
     over: t.Union[t.Literal["time", "angle"], str] = "time",
     drive: t.Literal["displacement", "velocity", "acceleration", "force", "torque"] = "displacement",

@@ -6,11 +6,13 @@ from __future__ import annotations
 import typing as t
 
 import numpy as np
-from numpy.typing import NDArray
 
 from mfcurves._curve import Curve
 from mfcurves._errors import CurveError
 from mfcurves._inputs import ORDERS
+
+if t.TYPE_CHECKING:
+    import numpy.typing as npt
 
 _SAMPLES = 1001
 _NAMES = {
@@ -22,7 +24,7 @@ _NAMES = {
 }
 
 
-def _samples(curve: Curve) -> NDArray[np.float64]:
+def _samples(curve: Curve) -> npt.NDArray[np.float64]:
     """x over the domain; twice where something jumps, for the two sides of it."""
     first, last = curve.domain
     x = np.linspace(first, last, _SAMPLES)
@@ -30,7 +32,7 @@ def _samples(curve: Curve) -> NDArray[np.float64]:
     return np.sort(np.concatenate([x[~np.isin(x, inside)], np.repeat(inside, 2)]))
 
 
-def _line(curve: Curve) -> t.Tuple[NDArray[np.float64], NDArray[np.float64]]:
+def _line(curve: Curve) -> t.Tuple[npt.NDArray[np.float64], npt.NDArray[np.float64]]:
     x = _samples(curve)
     y = curve.svaj(x)
     second = np.flatnonzero(x[1:] == x[:-1])

@@ -6,7 +6,9 @@ from __future__ import annotations
 import typing as t
 
 import numpy as np
-from numpy.typing import NDArray
+
+if t.TYPE_CHECKING:
+    import numpy.typing as npt
 
 Values = t.Tuple[float, float, float, float]
 
@@ -78,10 +80,10 @@ class CamTable(t.NamedTuple):
     ``d1`` and ``d2`` are empty for forms without them.
     """
 
-    x: NDArray[np.float64]
-    y: NDArray[np.float64]
-    d1: NDArray[np.float64]
-    d2: NDArray[np.float64]
+    x: npt.NDArray[np.float64]
+    y: npt.NDArray[np.float64]
+    d1: npt.NDArray[np.float64]
+    d2: npt.NDArray[np.float64]
     bound: float
     guaranteed: bool
 
