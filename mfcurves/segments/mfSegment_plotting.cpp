@@ -120,10 +120,12 @@ void mfSegment_c::PlottingArrays::compute(Formula& present)
             points[order][0] = mfPoint2D_c(startX, 0.0);
     } else if (value != nullptr) {
         sampleStretch(*value, startX, endX, points[0].get(), length_);
-        ICalculator* const calculators[] = {value, formula.calculator(1), formula.calculator(2),
-                                            formula.calculator(3)};
-        for (int order = 1; order <= derivatives_; ++order)
-            sampleAt(calculators[order], points[0].get(), points[order].get(), length_);
+        const std::array calculators = {formula.calculator(1), formula.calculator(2), formula.calculator(3)};
+        for (int order = 1; ICalculator* const derivative : calculators) {
+            if (order <= derivatives_)
+                sampleAt(derivative, points[0].get(), points[order].get(), length_);
+            ++order;
+        }
     }
 
     for (int order = 0; order <= derivatives_; ++order)
