@@ -3,9 +3,10 @@
 # scripts/bench.sh [REPETITIONS]
 #
 # Builds the benchmarks (preset `bench`), runs each one's repetitions interleaved
-# with the others', and prints the ratios of medians against their targets. The
-# results lie in build/bench/results. Exit status 1: a ratio misses its target by
-# more than the spread of its repetitions.
+# with the others', and prints the ratios of medians against their targets, then
+# those of the tool (bench/tool.py). The results lie in build/bench/results. Exit
+# status 1: a ratio misses its target by more than the spread of its repetitions,
+# or one of the tool its limit.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 repetitions=${1:-15}
@@ -26,4 +27,8 @@ echo
 grep -m1 'model name' /proc/cpuinfo || true
 grep -m1 CMAKE_CXX_COMPILER: build/bench/CMakeCache.txt
 echo
-bench/ratios.py "$results"/*.json
+status=0
+bench/ratios.py "$results"/*.json || status=$?
+echo
+bench/tool.py build/bench "$repetitions" || status=$?
+exit "$status"

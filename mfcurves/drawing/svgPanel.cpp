@@ -103,8 +103,8 @@ Line inPixels(const Line& line, const Frame& frame)
     return simplified(result);
 }
 
-// A line from edge to edge of the frame has the area down to 0 filled. Its path goes down to 0 at both edges,
-// where the clip, a pixel narrower, hides that.
+// A line from edge to edge of the frame has the area down to 0 filled. Its path goes on beyond both edges and
+// down to 0 there, which the clip hides.
 std::string drawLine(const Line& line, const Frame& frame, const char* colour, const std::string& clip,
                      bool isFilled)
 {
@@ -112,8 +112,10 @@ std::string drawLine(const Line& line, const Frame& frame, const char* colour, c
     const bool spans = path.size() > 1 && path.front().x <= frame.left && path.back().x >= frame.right;
     if (!isFilled || !spans || frame.y.low > 0.0 || frame.y.high < 0.0)
         return fmt::format("<path class=\"line\" stroke=\"{}\" d=\"{}\"/>\n", colour, pathData(path));
-    path.insert(path.begin(), {frame.left, frame.toY(0.0)});
-    path.push_back({frame.right, frame.toY(0.0)});
+    constexpr double kBeyond = 4.0;
+    const double zero = frame.toY(0.0);
+    path.insert(path.begin(), {{frame.left - kBeyond, zero}, {frame.left - kBeyond, path.front().y}});
+    path.insert(path.end(), {{frame.right + kBeyond, path.back().y}, {frame.right + kBeyond, zero}});
     return fmt::format(
         "<path class=\"line\" style=\"fill:{0}\" stroke=\"{0}\" clip-path=\"url(#{1})\" d=\"{2}\"/>\n",
         colour, clip, pathData(path));
@@ -248,8 +250,7 @@ std::string drawFrame(const Frame& frame)
                            pixels(right - x), pixels(bottom - y));
     };
     return fmt::format("<clipPath id=\"{}\"><rect {}/></clipPath>\n<rect class=\"frame\" {}/>\n",
-                       clipName(frame),
-                       box(frame.left + 1.0, frame.top - 2.0, frame.right - 1.0, frame.bottom + 2.0),
+                       clipName(frame), box(frame.left, frame.top - 2.0, frame.right, frame.bottom + 2.0),
                        box(frame.left, frame.top, frame.right, frame.bottom));
 }
 

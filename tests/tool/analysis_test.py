@@ -27,6 +27,12 @@ class Peaks(ToolTest):
         self.assertEqual((jerk["min"], jerk["impulses"]), (-15, [2]))
         self.assertTrue(value["guaranteed"])
 
+    def test_the_row_of_points_is_the_last_point_up_to_x(self):
+        points = self.write("points.csv", "0,0\n1,3\n2,1\n3,2\n")
+        value, velocity = self.orders("--points", points)[:2]
+        self.assertEqual((value["min_row"], value["max_row"]), (1, 2))
+        self.assertEqual((velocity["min"], velocity["min_x"], velocity["min_row"]), (-2, 1, 2))
+
     def test_rms_and_mean(self):
         value = self.orders("--expression", "x^2", "--from", "0", "--to", "3")[0]
         self.assertAlmostEqual(value["rms"], math.sqrt(81 / 5), delta=1e-9)
@@ -171,6 +177,12 @@ class Fastest(ToolTest):
             names = [move["profile"] for move in self.moves("--stroke", "1", limit, "1")]
             self.assertNotIn(out, names)
             self.assertIn(kept, names)
+
+    def test_a_law_of_ones_own_counts(self):
+        self.write("SegmentTypes.txt", LAW.format(name="Slow", formula="((x-x1)/(x2-x1))^2*(3-2*(x-x1)/(x2-x1))"))
+        moves = {move["profile"]: move for move in self.moves("--library", self.folder, "--stroke", "1", "--max-velocity", "1")}
+        self.assertAlmostEqual(moves["Slow"]["duration"], 1.5, delta=1e-9)
+        self.assertNotIn("Linear", moves)  # not at rest at its ends
 
     def test_moves_are_ranked(self):
         durations = [move["duration"] for move in self.moves("--stroke", "1", "--max-velocity", "1", "--max-jerk", "5")]

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the help says, that its examples run, and what becomes of wrong usage."""
 
+import json
 import os
 import re
 import subprocess
@@ -39,6 +40,16 @@ class Help(ToolTest):
                     self.assertEqual((result.returncode, result.stderr), (DONE, ""))
                     shown += 1
         self.assertGreater(shown, 15)
+
+    def test_moves_in_examples_begin_and_end_at_rest(self):
+        laws = {law["profile"]: law for law in json.loads(self.done("profiles", "--factors", "--format", "json"))}
+        pages = [(PROJECT / page).read_text(encoding="utf-8") for page in ["README.md", "docs/mfcurve.md"]]
+        pages += [self.done(*command, "--help") for command in [[], *([command] for command in COMMANDS)]]
+        rows = re.findall(r"--row ['\"]([^'\"]*)['\"]", "\n".join(pages))
+        self.assertGreater(len(rows), 7)
+        for row in rows:
+            law = laws[row.split(",")[2].strip()]
+            self.assertGreaterEqual(min(law["continuity_start"], law["continuity_inside"], law["continuity_end"]), 1, row)
 
     def test_version(self):
         self.assertRegex(self.done("--version"), r"^mfcurve \d+\.\d+\.\d+\n$")

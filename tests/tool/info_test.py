@@ -25,6 +25,11 @@ class Info(ToolTest):
         text = self.done("info", "--library", self.folder, "--row", "1,4,Half")
         self.assertIn("misses         row 1: its law ends at 2 and not at 4", text)
 
+    def test_a_cam_that_ends_elsewhere_than_it_starts(self):
+        text = self.done("info", "--row", "360,10,Cubic", "--over", "angle")
+        self.assertEqual(text.splitlines()[-1].split()[:5], ["end", "to", "start", "360", "-10"])
+        self.assertNotIn("end to start", self.done("info", "--row", "360,10,Cubic"))  # time does not come back
+
     def test_json(self):
         path = self.folder / "cam.xml"
         self.done("convert", "--row", "90,10,Linear", "--over", "angle", "--name", "Cam", path)

@@ -65,6 +65,23 @@ class Plot(ToolTest):
         picture = self.plot("--expression", "1/(x-0.5)", "--from", "0", "--to", "1")
         self.assertEqual(self.count(picture, "path", "line"), 2 * 4)
 
+    def test_a_pole_does_not_scale_the_axis(self):
+        picture = self.plot("--expression", "tan(x)", "--from", "0", "--to", "10")
+        texts = self.texts(picture)
+        self.assertEqual(texts.count("goes beyond the axis"), 4)
+        self.assertFalse([text for text in texts if "e+" in text], "an accident of where tan was computed")
+        self.assertEqual(self.count(picture, "path", "line"), 4 * 4)  # three poles
+
+    def test_a_peak_in_a_picture_is_that_of_the_formula(self):
+        # Samples would miss it by a percent: the acceleration of two cubics falls from 12 to -12.
+        texts = self.texts(self.plot("--row", "1,1,Cubic-Spline-Pair"))
+        self.assertTrue(any(re.match("min \u221212   max 12", text) for text in texts), texts)
+
+    def test_impulses_are_arrows(self):
+        picture = self.plot("--row", "1,1,Linear", "--row", "2,0,Linear")
+        self.assertEqual(self.count(picture, "path", "impulse"), 1)
+        self.assertIn("min 0   max 0   1 impulse", self.texts(picture))
+
     def test_units(self):
         picture = self.plot("--row", "2,10,Cubic", "--over", "angle", "--units", "deg, mm")
         self.assertIn("Velocity  mm/deg", self.texts(picture))

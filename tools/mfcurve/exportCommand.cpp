@@ -76,13 +76,13 @@ void checkOptions(const ExportOptions& options)
 Exported sampled(const ExportOptions& options, const Input& input, double rate)
 {
     const Steps steps = stepsOf(options.steps, chosenRange(options.curve, domainOf(input.curve)));
-    const std::vector<Column> columns = namedColumns(input.curve.definition());
+    TableLines lines(namedColumns(input.curve.definition()), {});
     Exported result;
     result.rows = steps.count();
-    result.text = tableHeader(columns, {});
+    result.text = lines.header();
     result.status = sampleCurve(input, steps, rate, "export", [&](const SampleBlock& block) {
         for (std::size_t i = 0; i < block.x.size(); ++i)
-            addTableLine(result.text, block.x[i], block.values[i], columns, {});
+            lines.add(result.text, block.x[i], block.values[i]);
     });
     return result;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <fmt/format.h>
 #include <string>
 
@@ -50,8 +51,17 @@ std::optional<long long> scaled(const Decimal& decimal, int exponent)
     return digits;
 }
 
+// Where both are doubles, one division or multiplication is rounded correctly.
 double nearest(long long digits, int exponent)
 {
+    constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    constexpr int kMostExponent = 22;
+    constexpr long long kMostDigits = 1LL << 53;
+    if (std::abs(exponent) <= kMostExponent && std::llabs(digits) <= kMostDigits) {
+        const auto exact = static_cast<double>(digits);
+        return exponent < 0 ? exact / kPowers[-exponent] : exact * kPowers[exponent];
+    }
     return readNumber(fmt::format("{}e{}", digits, exponent)).value_or(0.0);
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <utility>
 
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/curveSamples.h"
@@ -41,10 +42,11 @@ public:
         warnOutside(range, input);
         const Steps steps = stepsOf(options_.steps, range);
         const std::vector<Column> columns = options_.columns.value_or(namedColumns(definition));
-        addHead(input, columns);
-        addLines(input, steps, columns, rateOf(options_.curve, definition, input.place));
+        const double rate = rateOf(options_.curve, definition, input.place);
         if (isJson())
-            text_ += "\n]}";
+            addJson(input, steps, columns, rate);
+        else
+            addCsv(input, steps, columns, rate);
         isFirst_ = false;
     }
 
@@ -63,28 +65,33 @@ public:
 private:
     bool isJson() const { return options_.format == TableFormat::Json; }
 
-    void addHead(const Input& input, const std::vector<Column>& columns)
+    void addCsv(const Input& input, const Steps& steps, const std::vector<Column>& columns, double rate)
     {
-        if (isJson())
-            text_ +=
-                fmt::format("{}{{\"file\": {}, \"samples\": [", isFirst_ ? "[\n" : ",\n", jsonFile(input));
-        else if (options_.curve.files.size() > 1)
+        TableLines lines(columns, options_.style);
+        if (options_.curve.files.size() > 1)
             text_ += "# " + input.file + "\n";
-        if (!isJson() && options_.hasHeader)
-            text_ += tableHeader(columns, options_.style);
+        if (options_.hasHeader)
+            text_ += lines.header();
+        sample(input, steps, rate,
+               [&](double x, const mf::CurveValues& values) { lines.add(text_, x, values); });
     }
 
-    void addLines(const Input& input, const Steps& steps, const std::vector<Column>& columns, double rate)
+    void addJson(const Input& input, const Steps& steps, const std::vector<Column>& columns, double rate)
     {
+        text_ += fmt::format("{}{{\"file\": {}, \"samples\": [", isFirst_ ? "[\n" : ",\n", jsonFile(input));
         bool isFirst = true;
+        sample(input, steps, rate, [&](double x, const mf::CurveValues& values) {
+            addJsonLine(text_, x, values, columns, std::exchange(isFirst, false));
+        });
+        text_ += "\n]}";
+    }
+
+    template <class AddLine>
+    void sample(const Input& input, const Steps& steps, double rate, AddLine addLine)
+    {
         const int status = sampleCurve(input, steps, rate, "table", [&](const SampleBlock& block) {
-            for (std::size_t i = 0; i < block.x.size(); ++i) {
-                if (isJson())
-                    addJsonLine(text_, block.x[i], block.values[i], columns, isFirst);
-                else
-                    addTableLine(text_, block.x[i], block.values[i], columns, options_.style);
-                isFirst = false;
-            }
+            for (std::size_t i = 0; i < block.x.size(); ++i)
+                addLine(block.x[i], block.values[i]);
             flush();
         });
         status_ = std::max(status_, status);

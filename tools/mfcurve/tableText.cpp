@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tools/mfcurve/tableText.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "mfcurves/drawing/quantities.h"
 #include "tools/mfcurve/choices.h"
@@ -17,18 +19,10 @@ double valueOf(const Column& column, double x, const mf::CurveValues& values)
     return column.order < 0 ? x : values[column.order];
 }
 
-void addNumber(std::string& text, double number, const TableStyle& style)
+std::string withMark(std::string number, char decimalMark)
 {
-    const std::size_t start = text.size();
-    if (style.decimals && std::isfinite(number))
-        text += fixedText(number, *style.decimals);
-    else
-        addNumberText(text, number);
-    if (style.decimalMark == '.')
-        return;
-    const std::size_t point = text.find('.', start);
-    if (point != std::string::npos)
-        text[point] = style.decimalMark;
+    std::replace(number.begin(), number.end(), '.', decimalMark);
+    return number;
 }
 
 }  // namespace
@@ -64,25 +58,43 @@ char readDelimiter(const std::string& text)
     return text.front();
 }
 
-std::string tableHeader(const std::vector<Column>& columns, const TableStyle& style)
+TableLines::TableLines(const std::vector<Column>& columns, const TableStyle& style) : style_(style)
+{
+    for (const Column& column : columns)
+        cells_.push_back({column, std::numeric_limits<double>::quiet_NaN(), 0, {}});
+}
+
+std::string TableLines::header() const
 {
     std::string text;
-    for (const Column& column : columns)
-        (text += text.empty() ? "" : std::string(1, style.delimiter)) += column.name;
+    for (const Cell& cell : cells_)
+        (text += text.empty() ? "" : std::string(1, style_.delimiter)) += cell.column.name;
     return text + "\n";
 }
 
-void addTableLine(std::string& text, double x, const mf::CurveValues& values,
-                  const std::vector<Column>& columns, const TableStyle& style)
+void TableLines::write(Cell& cell, double number) const
 {
-    bool isFirst = true;
-    for (const Column& column : columns) {
-        if (!isFirst)
-            text += style.delimiter;
-        isFirst = false;
-        addNumber(text, valueOf(column, x, values), style);
+    cell.number = number;
+    char* const end = writeNumber(cell.text, number);
+    if (style_.decimalMark != '.')
+        std::replace(cell.text, end, '.', style_.decimalMark);
+    cell.size = static_cast<std::size_t>(end - cell.text);
+}
+
+void TableLines::add(std::string& text, double x, const mf::CurveValues& values)
+{
+    for (Cell& cell : cells_) {
+        const double number = valueOf(cell.column, x, values);
+        if (style_.decimals && std::isfinite(number)) {
+            text += withMark(fixedText(number, *style_.decimals), style_.decimalMark);
+        } else {
+            if (number != cell.number)
+                write(cell, number);
+            text.append(cell.text, cell.size);
+        }
+        text += style_.delimiter;
     }
-    text += '\n';
+    text.back() = '\n';
 }
 
 void addJsonLine(std::string& text, double x, const mf::CurveValues& values,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mfcurves/curve/Curve.h"
+#include "tools/mfcurve/text.h"
 
 namespace mfcurve {
 
@@ -34,9 +35,31 @@ std::vector<Column> readColumns(const std::string& text);
 /// One character, or "tab". Throws UsageError for more.
 char readDelimiter(const std::string& text);
 
-std::string tableHeader(const std::vector<Column>& columns, const TableStyle& style);
-void addTableLine(std::string& text, double x, const mf::CurveValues& values,
-                  const std::vector<Column>& columns, const TableStyle& style);
+/// The lines of a table.
+class TableLines {
+public:
+    TableLines(const std::vector<Column>& columns, const TableStyle& style);
+
+    /// The names of the columns.
+    std::string header() const;
+    /// Adds the line of one x to the end of a text.
+    void add(std::string& text, double x, const mf::CurveValues& values);
+
+private:
+    // A column and its last number, whose text is used again where a curve dwells.
+    struct Cell {
+        Column column;
+        double number;
+        std::size_t size;
+        char text[kLongestNumber];
+    };
+
+    void write(Cell& cell, double number) const;
+
+    TableStyle style_;
+    std::vector<Cell> cells_;
+};
+
 /// An object with a key for each column, on a line of its own.
 void addJsonLine(std::string& text, double x, const mf::CurveValues& values,
                  const std::vector<Column>& columns, bool isFirst);

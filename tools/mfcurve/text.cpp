@@ -6,7 +6,6 @@
 #include <cmath>
 #include <fmt/compile.h>
 #include <fmt/format.h>
-#include <iterator>
 #include <limits>
 
 namespace mfcurve {
@@ -53,10 +52,15 @@ std::string numberText(double number)
 
 void addNumberText(std::string& text, double number)
 {
+    char buffer[kLongestNumber];
+    text.append(buffer, writeNumber(buffer, number));
+}
+
+char* writeNumber(char* text, double number)
+{
     if (std::isnan(number))
-        text += "nan";
-    else
-        fmt::format_to(std::back_inserter(text), FMT_COMPILE("{}"), number == 0.0 ? 0.0 : number);
+        number = std::numeric_limits<double>::quiet_NaN();  // without a sign
+    return fmt::format_to(text, FMT_COMPILE("{}"), number == 0.0 ? 0.0 : number);
 }
 
 std::string shortNumberText(double number, int digits)

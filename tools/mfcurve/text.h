@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,10 @@ namespace mfcurve {
 std::string numberText(double number);
 /// The same at the end of a text.
 void addNumberText(std::string& text, double number);
+
+/// The same at a place with room for kLongestNumber characters; returns the end.
+char* writeNumber(char* text, double number);
+constexpr std::size_t kLongestNumber = 32;
 
 /// A number with that many significant digits, trailing zeros dropped.
 std::string shortNumberText(double number, int digits = 6);
