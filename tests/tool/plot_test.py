@@ -178,9 +178,16 @@ class Plot(ToolTest):
 
     def test_a_line_beyond_the_axis_stays_in_the_frame(self):
         points = self.write("points.csv", "-1e308,0\n0,1\n1e308,0\n")
-        for path in self.plot("--points", points).iter(SVG + "path"):
+        picture = self.plot("--points", points)
+        clips = {f"url(#{clip.get('id')})": clip.find(SVG + "rect") for clip in picture.iter(SVG + "clipPath")}
+        for path in picture.iter(SVG + "path"):
+            left, right = 84, 892
+            if path.get("clip-path"):  # its area goes on beyond the frame, unseen
+                rect = clips[path.get("clip-path")]
+                self.assertEqual((float(rect.get("x")), float(rect.get("x")) + float(rect.get("width"))), (left, right))
+                left, right = left - 4, right + 4
             for x in re.findall(r"[ML](\S+)", path.get("d")):
-                self.assertTrue(84 <= float(x) <= 892, x)
+                self.assertTrue(left <= float(x) <= right, x)
 
     def test_a_fast_vibration_is_no_slow_wave(self):
         # Of 1591 periods evenly spaced samples show about nine, 1601 of them as well as 801.
