@@ -74,10 +74,10 @@ TEST(StationaryPoints, LeaveOutDwells)
 
 TEST(StationaryPoints, OfPointsAreInClosedForm)
 {
-    // y = x^3 - x at -2, -1, 0, 1, 2 is no natural spline; the places are those of SciPy's
-    // CubicSpline(bc_type="natural").derivative().roots() (make_splines.py).
+    // The first curve of splines.txt.
     const Curve curve = points({-1.0, 0.0, 1.0}, {0.0, 1.0, 0.0}, mf::Interpolation::Cubic);
     expectPlaces(xOf(stationaryPoints(curve, 0)), {0.0});
+    expectPlaces(xOf(stationaryPoints(curve, 1)), {-1.0, 1.0});
     EXPECT_TRUE(stationaryPoints(curve, -1).empty());
     EXPECT_TRUE(stationaryPoints(curve, 4).empty());
 }

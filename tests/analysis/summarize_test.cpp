@@ -373,7 +373,7 @@ TEST(Summarize, OfEqualBranchesIsThatOfOne)
     }
 }
 
-// SciPy's interpolate.CubicSpline with bc_type "natural" (make_splines.py).
+// A triangle wave: 1/3 is the mean of its square.
 TEST(Summarize, OfPointsIsInClosedForm)
 {
     const Curve curve = points({0.0, 1.0, 2.0, 3.0}, {0.0, 1.0, 0.0, 1.0}, mf::Interpolation::Linear);
