@@ -58,6 +58,27 @@ mf::LawText lawNamed(const std::string& name)
     return {};
 }
 
+// Bounds that Sollya certifies for the largest magnitudes (bounds.txt, make_bounds.py).
+TEST(Factors, LieWithinCertifiedBounds)
+{
+    constexpr double kRounding = 1e-12;  // of the terms of laws of high degree
+    std::ifstream file(ANALYSIS_TEST_DATA "/bounds.txt");
+    int count = 0;
+    for (std::string line; std::getline(file, line); ++count) {
+        std::istringstream words(line);
+        std::string name;
+        int order = 0;
+        double low = 0.0, high = 0.0;
+        words >> name >> order >> low >> high;
+        ASSERT_FALSE(words.fail()) << line;
+        const LawFactors found = factors(lawNamed(name));
+        const double largest = order == 1 ? found.cv : order == 2 ? found.ca : found.cj;
+        EXPECT_GE(largest, low * (1.0 - kRounding)) << line;
+        EXPECT_LE(largest, high * (1.0 + kRounding)) << line;
+    }
+    EXPECT_EQ(count, 39);
+}
+
 void expectFactor(double found, double expected, const char* what)
 {
     constexpr double kRelative = 1e-12;
