@@ -51,7 +51,8 @@ Interval within(const Interval& x, double lo, double hi)
 {
     if (x.isNothing() || x.hi < lo || x.lo > hi)
         return Interval::nothing();
-    return {std::max(x.lo, lo), std::min(x.hi, hi), x.partial || x.lo < lo || x.hi > hi};
+    // A bound of 0 is +0, whose powers below 0 are positive.
+    return {std::max(lo, x.lo), std::min(hi, x.hi), x.partial || x.lo < lo || x.hi > hi};
 }
 
 Interval clamped(Interval y, double lo, double hi)

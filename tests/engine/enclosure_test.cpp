@@ -293,6 +293,13 @@ TEST(Interval, ArithmeticThatIsExactStaysExact)
     EXPECT_LE(third.width(), 0x1p-53);
 }
 
+TEST(Interval, PowersOfABaseFromNegativeZeroAreUnbounded)
+{
+    const Interval y = mf::engine::intervals::ofPower({-0.0, 1e-12}, Interval(-3.0));
+    EXPECT_FALSE(y.isFinite());
+    EXPECT_TRUE(y.contains(1e39));
+}
+
 // Products just below the largest double, whose halves would overflow; long double holds them.
 TEST(Interval, ProductsNearTheLargestNumberAreBounded)
 {
