@@ -10,6 +10,7 @@
 
 #include "mfcurves/documents/xmlTree.h"
 #include "mfcurves/platform/encoding.h"
+#include "mfcurves/platform/xmlRuntime.h"
 
 namespace mf::documents {
 namespace {
@@ -194,9 +195,13 @@ std::string XmlNode::text() const
     return trimmed(joined);
 }
 
+// Even to ask for the handler needs an engine that has begun.
 SilentEngine::SilentEngine()
-    : handler_(reinterpret_cast<void (*)()>(xmlStructuredError)), context_(xmlStructuredErrorContext)
 {
+    platform::startXml();
+    platform::stopXml();
+    handler_ = reinterpret_cast<void (*)()>(xmlStructuredError);
+    context_ = xmlStructuredErrorContext;
     xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
 }
 

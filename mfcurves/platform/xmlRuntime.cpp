@@ -3,6 +3,7 @@
 #include "mfcurves/platform/xmlRuntime.h"
 
 #include <libxml/parser.h>
+#include <mutex>
 
 namespace mf::platform {
 namespace {
@@ -11,9 +12,13 @@ thread_local int startCount = 0;
 
 }  // namespace
 
+// The engine looks without a lock whether it has begun: the first start of the process has one
+// here, so that every thread sees what the first one made.
 void startXml()
 {
-    xmlInitParser();
+    static std::once_flag begun;
+    std::call_once(begun, xmlInitParser);
+    xmlInitParser();  // a host may have shut it down
     ++startCount;
 }
 
