@@ -1,6 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""Builds the Python module by CMake; everything else about the package is in pyproject.toml."""
+"""Builds the Python module by CMake; everything else about the package is in pyproject.toml.
 
+MFCURVES_BUILD names a build folder that CMake has configured with MFCURVES_PYTHON; without it
+there is a release build of its own.
+"""
+
+import os
 import pathlib
 import re
 import shutil
@@ -16,8 +21,18 @@ PARTS = re.findall(r"define MFCURVES_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)", (ROOT
 
 class CMakeBuild(build_ext):
     def build_extension(self, extension):
-        build = pathlib.Path(self.build_temp).resolve() / "cmake"
+        given = os.environ.get("MFCURVES_BUILD")
+        build = pathlib.Path(given) if given else pathlib.Path(self.build_temp).resolve() / "cmake"
         module = pathlib.Path(self.get_ext_fullpath(extension.name)).resolve()
+        if not given:
+            self.configure(build)
+        subprocess.run(["cmake", "--build", build, "--target", "_mfcurves", "--parallel"], check=True)
+        module.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(build / "python" / "mfcurves" / module.name, module)
+        # The laws are in the library as data; the file is for those who read or change them.
+        shutil.copy(ROOT / "share" / "mfcurves" / "SegmentTypes.txt", module.parent)
+
+    def configure(self, build):
         options = {
             "CMAKE_BUILD_TYPE": "Release",
             "MFCURVES_PYTHON": "ON",
@@ -31,11 +46,6 @@ class CMakeBuild(build_ext):
             ["cmake", "-S", ROOT, "-B", build, *(f"-D{key}={value}" for key, value in options.items())],
             check=True,
         )
-        subprocess.run(["cmake", "--build", build, "--target", "_mfcurves", "--parallel"], check=True)
-        module.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(build / "python" / "mfcurves" / module.name, module)
-        # The laws are in the library as data; the file is for those who read or change them.
-        shutil.copy(ROOT / "share" / "mfcurves" / "SegmentTypes.txt", module.parent)
 
 
 setup(

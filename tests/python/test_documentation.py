@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The examples of docstrings and of docs/python.md run and print what they say."""
+"""The examples of docstrings, of docs/python.md and of the README run and print what they say."""
 
 import doctest
 import pathlib
@@ -9,7 +9,7 @@ import pytest
 import mfcurves
 from mfcurves import _curve, _errors, _inputs, _laws, _making, _results
 
-PAGE = pathlib.Path(__file__).resolve().parents[2] / "docs" / "python.md"
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 OPTIONS = doctest.ELLIPSIS | doctest.IGNORE_EXCEPTION_DETAIL
 
 
@@ -36,6 +36,7 @@ def test_every_public_name_has_a_docstring():
             assert item.__doc__, name
 
 
-def test_the_page():
-    outcome = doctest.testfile(str(PAGE), module_relative=False, optionflags=OPTIONS)
-    assert outcome.attempted > 20 and outcome.failed == 0
+@pytest.mark.parametrize("page, fewest", [("docs/python.md", 20), ("README.md", 4)])
+def test_pages(page, fewest):
+    outcome = doctest.testfile(str(ROOT / page), module_relative=False, optionflags=OPTIONS)
+    assert outcome.attempted >= fewest and outcome.failed == 0

@@ -156,7 +156,10 @@ def test_nothing_leaks(cam):
 
     def rounds(count):
         for i in range(count):
-            mf.segments([(1, i, "Cubic")])(x)
+            made = mf.segments([(1, i, "Cubic")])
+            made(x)
+            for at in range(100):
+                made(0.01 * at, 1)
             try:
                 cam("a")
             except TypeError:
