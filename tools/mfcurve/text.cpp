@@ -35,7 +35,7 @@ double beyondDoubles(std::string_view text)
     return isNegative ? -number : number;
 }
 
-std::string withoutSignOfZero(std::string text)
+std::string withoutSignOfZero(const std::string& text)
 {
     const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
     return isZero && text.starts_with('-') ? text.substr(1) : text;
