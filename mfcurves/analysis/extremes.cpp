@@ -82,6 +82,7 @@ private:
         Interval seen{kUnbounded, -kUnbounded};   // from the least to the greatest value seen
         Interval bound{kUnbounded, -kUnbounded};  // of all boxes that are done, as computed
         bool failed = false;                      // some box has no bound
+        bool undefined = false;                   // in some box there is no value at all
         bool unseen = false;                      // some box may hold what its values do not show
         double seenLowAt = std::nan("");
         double seenHighAt = std::nan("");
@@ -95,7 +96,7 @@ private:
             const Found& found = found_[k];
             all.orders[k] = {found.least, found.greatest, -kUnbounded,
                              kUnbounded,  rounding_[k],   !found.unseen};
-            if (!found.failed) {
+            if (!found.failed && !found.undefined) {
                 all.orders[k].lowest = found.bound.lo;
                 all.orders[k].highest = found.bound.hi;
             }
@@ -170,7 +171,7 @@ private:
         constexpr double kMostTurning = 4.0;
         constexpr double kLittle = 1e-20;
         if (!over.isFinite())
-            return found_[k].failed;
+            return found_[k].failed || over.isNothing();
         const double first = box.atFrom[k].middle();
         const double last = box.atTo[k].middle();
         const double middle = atMiddle.middle();
@@ -187,8 +188,9 @@ private:
     bool isDone(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& over)
     {
         Found& found = found_[k];
+        found.undefined |= over[k].isNothing();
         if (!over[k].isFinite())
-            return false;
+            return over[k].isNothing();
         // Nor does what rounding cannot tell apart in the middle of the box.
         const double room =
             std::max(tolerance(k), 4.0 * atMiddle.width()) + looseness() * found.seen.largest();
