@@ -40,7 +40,7 @@ if t.TYPE_CHECKING:
     import numpy.typing as npt
 
 
-def _values(curve: "Curve", x: t.Any, nu: t.Any, side: t.Any) -> t.Any:
+def _values(curve: "Curve", x: t.Any, nu: t.Any = 0, side: t.Any = "plain") -> t.Any:
     """What ``curve(x, nu, side)`` returns for all but a plain float."""
     order = as_order(nu)
     side = as_choice(side, "side", SIDES)

@@ -3,7 +3,6 @@
 #include "python/src/arrays.h"
 
 #include <algorithm>
-#include <string>
 #include <vector>
 
 namespace mfpython {
@@ -27,14 +26,6 @@ void inRuns(py::ssize_t count, const auto& compute)
 }
 
 }  // namespace
-
-double valueAt(const mf::Curve& curve, double x, int order)
-{
-    if (order < 0 || order > 3)
-        throw mf::CurveError(
-            {{mf::Problem::Level::Error, "", "nu must be from 0 to 3, not " + std::to_string(order)}});
-    return curve(x, order);
-}
 
 py::array_t<double> valuesAt(const mf::Curve& curve, const py::array_t<double, py::array::c_style>& x,
                              int order, mf::Side side)

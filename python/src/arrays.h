@@ -10,9 +10,6 @@ namespace mfpython {
 
 namespace py = pybind11;
 
-/// One order of a curve at one number.
-double valueAt(const mf::Curve& curve, double x, int order);
-
 /// One order of a curve at every number of an array of doubles in C order: an array of
 /// the same shape.
 py::array_t<double> valuesAt(const mf::Curve& curve, const py::array_t<double, py::array::c_style>& x,

@@ -58,6 +58,50 @@ mf::Outside outsideNamed(const std::string& name)
 
 using Array = py::array_t<double, py::array::c_style>;
 
+// The order that a call asks for where it is a float and at most a whole number; -1 for any other.
+int orderOfQuickCall(PyObject* const* arguments, Py_ssize_t count, PyObject* names)
+{
+    if (names != nullptr || count < 1 || count > 2 || !PyFloat_Check(arguments[0]))
+        return -1;
+    if (count == 1)
+        return 0;
+    int overflow = 0;
+    const long order =
+        PyLong_CheckExact(arguments[1]) ? PyLong_AsLongAndOverflow(arguments[1], &overflow) : -1;
+    return overflow == 0 && order >= 0 && order <= 3 ? static_cast<int>(order) : -1;
+}
+
+// Curve.__call__. One number is what a simulation asks for at each step, and pybind11 would take
+// longer than the curve; everything else takes the road through Python's checks.
+PyObject* call(PyObject* self, PyObject* const* arguments, Py_ssize_t count, PyObject* names)
+try {
+    const int order = orderOfQuickCall(arguments, count, names);
+    if (order >= 0) {
+        const auto& curve = py::handle(self).cast<const mf::Curve&>();
+        return PyFloat_FromDouble(curve(PyFloat_AS_DOUBLE(arguments[0]), order));
+    }
+    const py::object values = py::module_::import("mfcurves._curve").attr("_values");
+    std::vector<PyObject*> all{self};
+    all.insert(all.end(), arguments, arguments + count + (names == nullptr ? 0 : PyTuple_GET_SIZE(names)));
+    return PyObject_Vectorcall(values.ptr(), all.data(), static_cast<std::size_t>(count) + 1, names);
+} catch (py::error_already_set& error) {
+    error.restore();
+    return nullptr;
+} catch (const std::exception& error) {
+    PyErr_SetString(PyExc_TypeError, error.what());
+    return nullptr;
+}
+
+void addCall(py::class_<mf::Curve>& curve)
+{
+    static PyMethodDef definition = {
+        "__call__", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&call)),
+        METH_FASTCALL | METH_KEYWORDS,
+        "__call__($self, x, nu=0, side='plain')\n--\n\nThe value or a derivative at x."};
+    curve.attr("__call__") = py::reinterpret_steal<py::object>(
+        PyDescr_NewMethod(reinterpret_cast<PyTypeObject*>(curve.ptr()), &definition));
+}
+
 // Its operations get their sentences of help, their checks of types and their results
 // with names in mfcurves/_curve.py.
 py::class_<mf::Curve> addCurve(py::module_& module)
@@ -66,15 +110,6 @@ py::class_<mf::Curve> addCurve(py::module_& module)
         .def(py::init<const mf::Curve&>(), py::arg("core"))
         .def(py::init([](const py::dict& state) { return mf::Curve(definitionFrom(state)); }),
              py::arg("state"))
-        // A positional float comes first, as one number is what a simulation asks for at
-        // each step; everything else takes the road through Python's checks.
-        .def("__call__", &valueAt, py::arg("x").noconvert(), py::arg("nu") = 0)
-        .def(
-            "__call__",
-            [](const py::object& curve, const py::object& x, const py::object& nu, const py::object& side) {
-                return py::module_::import("mfcurves._curve").attr("_values")(curve, x, nu, side);
-            },
-            py::arg("x"), py::arg("nu") = 0, py::arg("side") = "plain")
         .def("values", [](const mf::Curve& curve, const Array& x, int nu,
                           const std::string& side) { return valuesAt(curve, x, nu, sideNamed(side)); })
         .def("all_values", [](const mf::Curve& curve, const Array& x,
@@ -108,6 +143,7 @@ void fill(py::module_& module)
     });
     module.attr("__version__") = mf::version();
     py::class_<mf::Curve> curve = addCurve(module);
+    addCall(curve);
     addAnalysis(module, curve);
     // The lock is kept while a curve is made or read: no other thread of Python can then
     // fork this process with a lock of the library held.

@@ -261,3 +261,17 @@ def test_a_file_without_permission_is_refused(cam, tmp_path):
         target.chmod(0o400)
     with pytest.raises((PermissionError, mf.CurveError)):
         cam.write(target)
+
+
+def test_a_curve_that_was_never_made_is_refused():
+    with pytest.raises(TypeError):
+        mf.Curve.__new__(mf.Curve)(1.0)
+
+
+def test_a_number_that_is_too_large_is_refused():
+    with pytest.raises(mf.CurveError, match="end of row 1"):
+        mf.segments([(10**400, 1, "Linear")])
+    with pytest.raises(TypeError):
+        mf.points([0, 10**400], [0, 1])
+    with pytest.raises((TypeError, mf.CurveError)):
+        mf.expression("x", domain=(0, 1))(1.0, 10**400)
