@@ -78,6 +78,15 @@ class Curve(_mfcurves.CurveCore):
     (0.0, 150.0)
     """
 
+    # An object without its curve would end the process when it is used: there is none.
+    def __new__(cls, core: _mfcurves.CurveCore) -> "Curve":
+        curve = super().__new__(cls)
+        _mfcurves.CurveCore.__init__(curve, core)
+        return curve
+
+    def __init__(self, core: _mfcurves.CurveCore) -> None:
+        pass  # it is whole already
+
     def svaj(self, x: npt.ArrayLike, side: t.Literal["plain", "left", "right"] = "plain") -> npt.NDArray[np.float64]:
         """Value, velocity, acceleration and jerk: the value and three derivatives by x.
 
