@@ -64,6 +64,7 @@ const mf::Law* findLaw(const std::vector<mf::Law>& laws, std::string_view name)
 std::string unknownLaw(const std::vector<mf::Law>& laws, const std::string& name)
 {
     std::vector<std::string> names;
+    names.reserve(laws.size());
     for (const mf::Law& law : laws)
         names.push_back(law.name);
     if (const std::string advice = nearestAdvice(name, names); !advice.empty())
