@@ -3,7 +3,6 @@
 #include "mfcurves/platform/xmlRuntime.h"
 
 #include <libxml/parser.h>
-#include <mutex>
 
 namespace mf::platform {
 namespace {
@@ -16,8 +15,7 @@ thread_local int startCount = 0;
 // here, so that every thread sees what the first one made.
 void startXml()
 {
-    static std::once_flag begun;
-    std::call_once(begun, xmlInitParser);
+    [[maybe_unused]] static const bool hasBegun = (xmlInitParser(), true);
     xmlInitParser();  // a host may have shut it down
     ++startCount;
 }

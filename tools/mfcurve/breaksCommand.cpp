@@ -80,8 +80,8 @@ int runBreaks(const BreaksOptions& options)
 void declareBreaks(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<BreaksOptions>();
-    CLI::App& command = *app.add_subcommand("breaks", "Lists where the value or a derivative jumps");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "breaks", "Lists where the value or a derivative jumps");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     addText(command, "--order", "N", "the highest order that counts, 0 to 4 [3]",
             [options](const std::string& text) {
                 options->order = static_cast<int>(wholeNumber(text, "--order", 0, 4));
@@ -90,13 +90,14 @@ void declareBreaks(CLI::App& app, Action& action)
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
     declareCyclicOption(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Prints the lowest order that jumps, what causes it (a seam of rows, a knot of points, a kink inside "
         "a formula,\n"
         "the end of a cycle), the row that begins there, and the jump of each order. Examples:\n"
         "  mfcurve breaks cam.xml --order 2 --cyclic\n"
         "  mfcurve breaks --expression 'abs(x)' --from -1 --to 1 --format json");
-    command.callback([options, &action] { action = [options] { return runBreaks(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runBreaks(*options); }; });
 }
 
 }  // namespace mfcurve

@@ -111,8 +111,8 @@ void declareCheck(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<CheckOptions>();
     Demands& demands = options->demands;
-    CLI::App& command = *app.add_subcommand("check", "Checks limits and continuity of curves");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "check", "Checks limits and continuity of curves");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     const auto addLimit = [&](const std::string& name, const char* help, std::optional<double>& target) {
         addText(command, name, "NUMBER", help,
                 [&target, name](const std::string& text) { target = limit(text, name); });
@@ -126,13 +126,14 @@ void declareCheck(CLI::App& app, Action& action)
             [&demands](const std::string& text) {
                 demands.continuity = static_cast<int>(wholeNumber(text, "--continuity", 0, 4));
             });
-    command.add_flag("--derivatives", demands.areDerivativesChecked,
-                     "each derivative agrees with differences of the order below it");
+    addFlag(command, "--derivatives", demands.areDerivativesChecked,
+            "each derivative agrees with differences of the order below it");
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
     declareCyclicOption(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Prints every stretch that breaks a limit; the exit status is 1 when there is one. --cyclic includes "
         "the step\n"
         "from the end to the start, and asks for continuity 0 when nothing else is asked for. An impulse "
@@ -140,7 +141,7 @@ void declareCheck(CLI::App& app, Action& action)
         "limit. Examples:\n"
         "  mfcurve check cam.xml --max-velocity 1e6 --max-acceleration 1e9 --rpm 120\n"
         "  mfcurve check cam.xml --continuity 1 --cyclic");
-    command.callback([options, &action] { action = [options] { return runCheck(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runCheck(*options); }; });
 }
 
 }  // namespace mfcurve

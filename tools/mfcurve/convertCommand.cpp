@@ -47,16 +47,18 @@ int runConvert(ConvertOptions& options)
 void declareConvert(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ConvertOptions>();
-    CLI::App& command = *app.add_subcommand("convert", "Reads a curve and writes it as a document");
-    command.add_option("FILE", options->files, "IN and OUT, or OUT alone; '-' is standard input or output");
+    CLI::App& command = addCommand(app, "convert", "Reads a curve and writes it as a document");
+    addArguments(command, "FILE", options->files,
+                 "IN and OUT, or OUT alone; '-' is standard input or output");
     declareCurveOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Numbers of segments are written with six decimals, all others with six digits. What that changes is "
         "a\n"
         "warning; a curve that it moves by more than a thousandth of its span is refused. Examples:\n"
         "  mfcurve convert old.xml new.xml\n"
         "  mfcurve convert --rows rows.csv --over angle --name 'Gripper cam' gripper.xml");
-    command.callback([options, &action] { action = [options] { return runConvert(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runConvert(*options); }; });
 }
 
 }  // namespace mfcurve

@@ -56,43 +56,38 @@ void declareShapeOptions(CLI::App& command, CurveOptions& options)
 {
     addText(command, "--expression", "TEXT", "a formula of one variable, such as 'sin(2*pi*x)'",
             options.expression)
-        ->group(kGroup);
-    command
-        .add_option_function<std::vector<std::string>>(
-            "--let",
-            [&options](const std::vector<std::string>& texts) {
-                for (const std::string& text : texts)
-                    options.constants.push_back(readConstant(text));
-            },
-            "a constant of the expression; may be repeated")
-        ->type_name("NAME=NUMBER")
-        ->allow_extra_args(false)
-        ->group(kGroup);
+        .group(kGroup);
+    addTexts(command, "--let", "NAME=NUMBER", "a constant of the expression; may be repeated",
+             [&options](const std::vector<std::string>& texts) {
+                 for (const std::string& text : texts)
+                     options.constants.push_back(readConstant(text));
+             })
+        .group(kGroup);
     addTexts(command, "--row", "ROW",
              "a segment: 'end x, value, profile'; may be repeated, each starts where the previous one ends",
              options.rows)
-        ->group(kGroup);
-    addText(command, "--rows", "FILE", "the same rows from a text file", options.rowsFile)->group(kGroup);
+        .group(kGroup);
+    addText(command, "--rows", "FILE", "the same rows from a text file", options.rowsFile).group(kGroup);
     addText(command, "--start", "START", "where the rows start: 'value' or 'x, value' [0, 0]",
             [&options](const std::string& text) { options.start = readStart(text); })
-        ->group(kGroup);
-    addText(command, "--points", "FILE", "points 'x, y' from a text file", options.pointsFile)->group(kGroup);
+        .group(kGroup);
+    addText(command, "--points", "FILE", "points 'x, y' from a text file", options.pointsFile).group(kGroup);
     addText(command, "--csv-columns", "COLUMN,COLUMN",
             "the columns of a file of rows or points: numbers from 1 or names in its header",
             [&options](const std::string& text) { options.columns.columns = splitText(text, ','); })
-        ->group(kGroup);
+        .group(kGroup);
     addText(command, "--csv-skip", "N", "lines at its start that do not count",
             [&options](const std::string& text) {
                 options.columns.skippedLines =
                     static_cast<int>(wholeNumber(text, "--csv-skip", 0, 1'000'000'000));
             })
-        ->group(kGroup);
+        .group(kGroup);
     addChoice<mf::Interpolation>(command, "--interpolation", "how the points are joined [linear]",
                                  {{"linear", mf::Interpolation::Linear},
                                   {"cubic", mf::Interpolation::Cubic},
                                   {"akima", mf::Interpolation::Akima}},
                                  options.interpolation)
-        ->group(kGroup);
+        .group(kGroup);
 }
 
 }  // namespace
@@ -108,26 +103,26 @@ void declareLibraryOption(CLI::App& command, std::vector<std::string>& folders)
                         folders.push_back(folder);
                 }
             })
-        ->group("Host");
+        .group("Host");
 }
 
 void declareSpeedOptions(CLI::App& command, CurveOptions& options)
 {
-    CLI::Option* time =
+    const Option time =
         addText(command, "--cycle-time", "SECONDS",
                 "of an angle curve: the time for 360 degrees; derivatives are then by seconds, x stays in "
                 "degrees",
                 [&options](const std::string& text) { options.cycleTime = positive(text, "--cycle-time"); })
-            ->group(kGroup);
+            .group(kGroup);
     addText(command, "--rpm", "N", "the same as turns per minute",
             [&options](const std::string& text) { options.cycleTime = 60.0 / positive(text, "--rpm"); })
-        ->excludes(time)
-        ->group(kGroup);
+        .excludes(time)
+        .group(kGroup);
 }
 
 void declareCyclicOption(CLI::App& command, CurveOptions& options)
 {
-    command.add_flag("--cyclic", options.isPeriodic, "the curve starts again where it ends")->group(kGroup);
+    addFlag(command, "--cyclic", options.isPeriodic, "the curve starts again where it ends").group(kGroup);
 }
 
 void declareCurveOptions(CLI::App& command, CurveOptions& options)
@@ -140,20 +135,20 @@ void declareCurveOptions(CLI::App& command, CurveOptions& options)
                              {"force", mf::Quantity::Force},
                              {"torque", mf::Quantity::Torque}},
                             options.quantity)
-        ->group(kGroup);
-    command.add_flag("--rotary", options.isRotary, "values are degrees and not millimetres")->group(kGroup);
+        .group(kGroup);
+    addFlag(command, "--rotary", options.isRotary, "values are degrees and not millimetres").group(kGroup);
     addText(command, "--over", "VARIABLE",
             "what x of rows and points is [time]: time, angle or the name of a motion result",
             [&options](const std::string& text) { options.variable = readVariable(text); })
-        ->group(kGroup);
+        .group(kGroup);
     addNumber(command, "--from", "X", "start of the stretch that counts [that of the curve]", options.from)
-        ->group(kGroup);
-    addNumber(command, "--to", "X", "its end", options.to)->group(kGroup);
-    addText(command, "--name", "TEXT", "name of the curve", options.name)->group(kGroup);
+        .group(kGroup);
+    addNumber(command, "--to", "X", "its end", options.to).group(kGroup);
+    addText(command, "--name", "TEXT", "name of the curve", options.name).group(kGroup);
     declareLibraryOption(command, options.libraryFolders);
     addTexts(command, "--result", "NAME", "name of a motion result that exists; may be repeated",
              options.motionResults)
-        ->group("Host");
+        .group("Host");
 }
 
 void checkOneSource(const CurveOptions& options)

@@ -28,14 +28,10 @@ std::vector<Edit> editsInOrder(const CLI::App& command)
 {
     static const std::map<std::string, Edit::Kind> kKinds = {
         {"--set", Edit::Kind::Set}, {"--insert", Edit::Kind::Insert}, {"--delete", Edit::Kind::Delete}};
-    std::map<const CLI::Option*, std::size_t> taken;
     std::vector<Edit> edits;
-    for (const CLI::Option* option : command.parse_order()) {
-        const auto kind = kKinds.find(option->get_name());
-        if (kind == kKinds.end())
-            continue;
-        const std::string& text = option->results()[taken[option]++];
-        edits.push_back({kind->second, text, kind->first + " " + text});
+    for (const auto& [name, text] : textsInOrder(command)) {
+        if (const auto kind = kKinds.find(name); kind != kKinds.end())
+            edits.push_back({kind->second, text, name + " " + text});
     }
     return edits;
 }
@@ -66,8 +62,8 @@ int runEdit(EditOptions& options)
 void declareEdit(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<EditOptions>();
-    CLI::App& command = *app.add_subcommand("edit", "Changes rows or points of a document");
-    command.add_option("FILE", options->files, "IN and OUT; '-' is standard input or output");
+    CLI::App& command = addCommand(app, "edit", "Changes rows or points of a document");
+    addArguments(command, "FILE", options->files, "IN and OUT; '-' is standard input or output");
     addTexts(command, "--set", "ROW.FIELD=VALUE", "field end, value or profile of a row, x or y of a point",
              options->sets);
     addTexts(command, "--insert", "ROW:END,VALUE,PROFILE",
@@ -77,8 +73,9 @@ void declareEdit(CLI::App& app, Action& action)
     declareLibraryOption(command, options->curve.libraryFolders);
     addTexts(command, "--result", "NAME", "name of a motion result that exists; may be repeated",
              options->curve.motionResults)
-        ->group("Host");
-    command.footer(
+        .group("Host");
+    addNotes(
+        command,
         "Rows are numbered as in info: the start is row 0; points from 1. Edits apply in the order written. "
         "A row\n"
         "starts where the previous one ends; what an edit moves is printed as 'row 3: start 150 to 120'. An "
@@ -86,7 +83,7 @@ void declareEdit(CLI::App& app, Action& action)
         "would leave a row without length is refused. Examples:\n"
         "  mfcurve edit cam.xml new.xml --set 1.value=30\n"
         "  mfcurve edit cam.xml cam.xml --insert '2:120,30,Cubic' --set 1.profile=Modified-Sine");
-    command.callback([options, &action, &command] {
+    whenChosen(command, [options, &action, &command] {
         options->edits = editsInOrder(command);
         action = [options] { return runEdit(*options); };
     });

@@ -123,9 +123,9 @@ int runEval(EvalOptions& options)
 void declareEval(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<EvalOptions>();
-    CLI::App& command = *app.add_subcommand("eval", "Prints 'x value d1 d2 d3' at each x");
-    command.add_option("ARGUMENT", options->arguments,
-                       "documents ('-' is standard input) and the x to evaluate at");
+    CLI::App& command = addCommand(app, "eval", "Prints 'x value d1 d2 d3' at each x");
+    addArguments(command, "ARGUMENT", options->arguments,
+                 "documents ('-' is standard input) and the x to evaluate at");
     addText(command, "--at", "FILE", "a file with one x in each line; '-' is standard input",
             options->placesFile);
     addChoice<mf::Side>(command, "--side", "limits from one side of x",
@@ -134,7 +134,8 @@ void declareEval(CLI::App& app, Action& action)
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
     declareCyclicOption(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Prints one line per x with the fewest digits that read back as the same numbers. An order without a "
         "finite\n"
         "value is nan. Where rows meet, the row that begins there is used. Examples:\n"
@@ -142,7 +143,7 @@ void declareEval(CLI::App& app, Action& action)
         "  mfcurve eval cam.xml 90 --side left --rpm 120\n"
         "  mfcurve eval --expression 'k*x^2*exp(-x)' --let k=12.5 -- -1 0 1\n"
         "  mfcurve eval --row '90,10,Cubic' --start 2 45");
-    command.callback([options, &action] { action = [options] { return runEval(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runEval(*options); }; });
 }
 
 }  // namespace mfcurve

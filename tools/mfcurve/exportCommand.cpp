@@ -137,19 +137,20 @@ int runExport(const ExportOptions& options)
 void declareExport(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ExportOptions>();
-    CLI::App& command = *app.add_subcommand("export", "Writes a curve for controllers and other programs");
-    command.add_option("FILE", options->curve.files, "a document; '-' is standard input");
+    CLI::App& command = addCommand(app, "export", "Writes a curve for controllers and other programs");
+    addArguments(command, "FILE", options->curve.files, "a document; '-' is standard input");
     addText(command, "-o,--output", "OUT", "where it is written; '-' is standard output",
             [options](const std::string& text) { options->output = text; })
-        ->required();
-    addChoice<ExportForm>(command, "--as", "what is written", exportForms(), options->form)->required();
+        .required();
+    addChoice<ExportForm>(command, "--as", "what is written", exportForms(), options->form).required();
     addText(command, "--tolerance", "T", "how far it may be from the curve, in its unit; all but csv",
             [options](const std::string& text) { options->tolerance = positive(text, "--tolerance"); });
     declareStepOptions(command, options->steps);
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "csv: the samples that table prints. xyva: columns x, y, v, a; the quintics between the rows keep "
         "the\n"
         "tolerance. modelica: a text file with the table \"curve\", for linear interpolation. points: a\n"
@@ -159,7 +160,7 @@ void declareExport(CLI::App& app, Action& action)
         "printed; without a proof nothing is written. Examples:\n"
         "  mfcurve export cam.xml -o cam.csv --as xyva --tolerance 1e-4\n"
         "  mfcurve export cam.xml -o points.xml --as points --tolerance 0.01");
-    command.callback([options, &action] { action = [options] { return runExport(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runExport(*options); }; });
 }
 
 }  // namespace mfcurve

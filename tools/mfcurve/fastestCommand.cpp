@@ -73,8 +73,8 @@ int runFastest(const FastestOptions& options)
 void declareFastest(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<FastestOptions>();
-    CLI::App& command = *app.add_subcommand("fastest", "Ranks the laws by the shortest move within limits");
-    addNumber(command, "--stroke", "H", "how far the move goes", options->stroke)->required();
+    CLI::App& command = addCommand(app, "fastest", "Ranks the laws by the shortest move within limits");
+    addNumber(command, "--stroke", "H", "how far the move goes", options->stroke).required();
     const auto addLimit = [&](const std::string& name, const char* help, double& target) {
         addText(command, name, "NUMBER", help,
                 [&target, name](const std::string& text) { target = positive(text, name); });
@@ -84,12 +84,13 @@ void declareFastest(CLI::App& app, Action& action)
     addLimit("--max-jerk", "the largest jerk", options->limits.jerk);
     declareLibraryOption(command, options->libraryFolders);
     addFormat(command, options->format);
-    command.footer(
+    addNotes(
+        command,
         "Moves are from rest to rest. Laws with an impulse in a limited order, at their ends too, are left "
         "out. The\n"
         "time is the greatest of Cv H/V, sqrt(Ca H/A) and cbrt(Cj H/J). Examples:\n"
         "  mfcurve fastest --stroke 25 --max-velocity 500 --max-acceleration 1e4");
-    command.callback([options, &action] { action = [options] { return runFastest(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runFastest(*options); }; });
 }
 
 }  // namespace mfcurve

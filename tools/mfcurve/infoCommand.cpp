@@ -101,11 +101,12 @@ int runInfo(const InfoOptions& options)
 void declareInfo(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<InfoOptions>();
-    CLI::App& command = *app.add_subcommand("info", "Shows what a document holds and whether it is sound");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "info", "Shows what a document holds and whether it is sound");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Prints name, kind, variables, domain, what is wrong, rows with their profiles and, at each seam, "
         "the\n"
         "jump of the value and of each derivative; of an angle curve that from its end to its start too. A "
@@ -113,7 +114,7 @@ void declareInfo(CLI::App& app, Action& action)
         "that is not valid makes the exit status 1; the other commands refuse its document. Examples:\n"
         "  mfcurve info cam.xml\n"
         "  mfcurve info *.xml");
-    command.callback([options, &action] { action = [options] { return runInfo(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runInfo(*options); }; });
 }
 
 }  // namespace mfcurve

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tools/mfcurve/choices.h"
 #include "tools/mfcurve/failure.h"
+
+// Only options.cpp knows the parser's headers, which take longer to compile than a command.
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 /// Options of a command, each turned into its type where it is read. What is wrong with one is a UsageError.
 namespace mfcurve {
@@ -21,40 +28,59 @@ double positive(std::string_view text, const std::string& option);
 /// A whole number from `least` to `most`.
 long long wholeNumber(std::string_view text, const std::string& option, long long least, long long most);
 
-/// Declares an option that takes one text, and hands that to `take`.
-template <class Take>
-CLI::Option* addText(CLI::App& command, const std::string& name, const char* type, const std::string& help,
-                     Take take)
-{
-    return command.add_option_function<std::string>(name, take, help)
-        ->type_name(type)
-        ->multi_option_policy(CLI::MultiOptionPolicy::Throw);
-}
+/// A command of the tool with what it is for.
+CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& help);
+/// What its help ends with.
+void addNotes(CLI::App& command, const std::string& notes);
+/// What is done once a command line that names it is read.
+void whenChosen(CLI::App& command, std::function<void()> act);
 
-inline CLI::Option* addText(CLI::App& command, const std::string& name, const char* type,
-                            const std::string& help, std::optional<std::string>& target)
-{
-    return addText(command, name, type, help, [&target](const std::string& text) { target = text; });
-}
+/// An option that was declared.
+class Option {
+public:
+    explicit Option(CLI::Option& option) : option_(&option) {}
+    /// The heading of the help that it is under.
+    Option group(const std::string& heading) const;
+    Option required() const;
+    Option excludes(Option other) const;
 
-inline CLI::Option* addNumber(CLI::App& command, const std::string& name, const char* type,
-                              const std::string& help, std::optional<double>& target)
-{
-    return addText(command, name, type, help,
-                   [&target, name](const std::string& text) { target = finiteNumber(text, name); });
-}
+private:
+    CLI::Option* option_;
+};
+
+using TakeText = std::function<void(const std::string& text)>;
+using TakeTexts = std::function<void(const std::vector<std::string>& texts)>;
+
+/// What stands on the command line without an option.
+void addArguments(CLI::App& command, const std::string& name, std::vector<std::string>& target,
+                  const std::string& help);
+
+/// An option without a text.
+Option addFlag(CLI::App& command, const std::string& name, bool& target, const std::string& help);
+Option addFlag(CLI::App& command, const std::string& name, std::function<void()> act,
+               const std::string& help);
+
+/// An option that takes one text, and hands that to `take`.
+Option addText(CLI::App& command, const std::string& name, const char* type, const std::string& help,
+               const TakeText& take);
+Option addText(CLI::App& command, const std::string& name, const char* type, const std::string& help,
+               std::optional<std::string>& target);
+Option addNumber(CLI::App& command, const std::string& name, const char* type, const std::string& help,
+                 std::optional<double>& target);
 
 /// An option that may be given several times; each takes one text, commas included.
-inline CLI::Option* addTexts(CLI::App& command, const std::string& name, const char* type,
-                             const std::string& help, std::vector<std::string>& target)
-{
-    return command.add_option(name, target, help)->type_name(type)->allow_extra_args(false);
-}
+Option addTexts(CLI::App& command, const std::string& name, const char* type, const std::string& help,
+                const TakeTexts& take);
+Option addTexts(CLI::App& command, const std::string& name, const char* type, const std::string& help,
+                std::vector<std::string>& target);
+
+/// Name and text of the options with one text, in the order in which they were written.
+std::vector<std::pair<std::string, std::string>> textsInOrder(const CLI::App& command);
 
 /// An option that takes one of several names.
 template <class Value, class Target>
-CLI::Option* addChoice(CLI::App& command, const std::string& name, const std::string& help,
-                       Choices<Value> choices, Target& target)
+Option addChoice(CLI::App& command, const std::string& name, const std::string& help, Choices<Value> choices,
+                 Target& target)
 {
     std::vector<std::string> names;
     for (const auto& choice : choices)

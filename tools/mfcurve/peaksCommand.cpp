@@ -153,12 +153,13 @@ int runPeaks(const PeaksOptions& options)
 void declarePeaks(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<PeaksOptions>();
-    CLI::App& command = *app.add_subcommand("peaks", "Prints the extremes and the RMS of every order");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "peaks", "Prints the extremes and the RMS of every order");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "The extremes are those of the formulas, found by interval arithmetic and not by samples. Where a "
         "lower order\n"
         "jumps, an order has an impulse; its extremes are those beside it. Several curves are printed side "
@@ -166,7 +167,7 @@ void declarePeaks(CLI::App& app, Action& action)
         "Examples:\n"
         "  mfcurve peaks cam.xml --rpm 120\n"
         "  mfcurve peaks cam.xml old.xml --format json");
-    command.callback([options, &action] { action = [options] { return runPeaks(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runPeaks(*options); }; });
 }
 
 }  // namespace mfcurve

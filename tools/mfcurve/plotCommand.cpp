@@ -159,15 +159,14 @@ int runPlot(const PlotOptions& options)
 void declarePlot(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<PlotOptions>();
-    CLI::App& command =
-        *app.add_subcommand("plot", "Draws the stacked diagrams of curves as SVG, PNG or PDF");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "plot", "Draws the stacked diagrams of curves as SVG, PNG or PDF");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     addText(command, "-o,--output", "OUT",
             "the picture, .svg, .png or .pdf; '-' is SVG on standard output; an existing "
             "folder for several documents",
             [options](const std::string& text) { options->output = text; })
-        ->required();
-    command.add_flag("--overlay", options->isOverlay, "draws all documents into one picture");
+        .required();
+    addFlag(command, "--overlay", options->isOverlay, "draws all documents into one picture");
     addText(command, "--orders", "N,N", "the orders that are drawn, 0 being the value, such as 0,2",
             [options](const std::string& text) { options->orders = readOrders(text); });
     addText(command, "--size", "WxH", "width and height in pixels [920 x what is needed]",
@@ -178,14 +177,15 @@ void declarePlot(CLI::App& app, Action& action)
             [options](const std::string& text) { options->units = readUnits(text); });
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "Draws the value and its derivatives down to the jerk, seams of segments as vertical lines, data\n"
         "points as markers, impulses as arrows, and prints the name of each picture. Examples:\n"
         "  mfcurve plot cam.xml -o cam.svg\n"
         "  mfcurve plot cam.xml old.xml --overlay --orders 0,2 --theme dark -o both.svg\n"
         "  mfcurve plot --expression '5*time^2' --from 0 --to 2 -o fall.svg\n"
         "  mfcurve plot --rows rows.csv --over angle --name 'Gripper cam' -o gripper.svg");
-    command.callback([options, &action] { action = [options] { return runPlot(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runPlot(*options); }; });
 }
 
 }  // namespace mfcurve

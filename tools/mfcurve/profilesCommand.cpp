@@ -131,25 +131,24 @@ int runProfiles(const ProfilesOptions& options)
 void declareProfiles(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ProfilesOptions>();
-    CLI::App& command = *app.add_subcommand("profiles", "Lists the profiles that rows can name");
+    CLI::App& command = addCommand(app, "profiles", "Lists the profiles that rows can name");
     declareLibraryOption(command, options->libraryFolders);
-    command.add_flag("--check", options->isChecked,
-                     "evaluate each law from (0, 0) to (1, 1): does it compile, where does it start and end, "
-                     "which derivatives vanish there, does it jump inside");
-    command.add_flag(
-        "--factors", options->hasFactors,
-        "prints the largest velocity (Cv), acceleration (Ca) and jerk (Cj) of each law for a stroke of 1 "
-        "in a time of 1, and how continuous it is from rest to rest");
+    addFlag(command, "--check", options->isChecked,
+            "evaluate each law from (0, 0) to (1, 1): does it compile, where does it start and end, "
+            "which derivatives vanish there, does it jump inside");
+    addFlag(command, "--factors", options->hasFactors,
+            "prints the largest velocity (Cv), acceleration (Ca) and jerk (Cj) of each law for a stroke of 1 "
+            "in a time of 1, and how continuous it is from rest to rest");
     addFormat(command, options->format);
-    command.footer(
-        "Each profile is listed by its name, which is how rows name it, with where it comes from, its "
-        "formula\n"
-        "and how it begins and ends.\n"
-        "Continuity N means that orders 0 to N do not jump. Examples:\n"
-        "  mfcurve profiles\n"
-        "  mfcurve profiles --factors --format json\n"
-        "  mfcurve profiles --library share/mfcurves --check");
-    command.callback([options, &action] { action = [options] { return runProfiles(*options); }; });
+    addNotes(command,
+             "Each profile is listed by its name, which is how rows name it, with where it comes from, its "
+             "formula\n"
+             "and how it begins and ends.\n"
+             "Continuity N means that orders 0 to N do not jump. Examples:\n"
+             "  mfcurve profiles\n"
+             "  mfcurve profiles --factors --format json\n"
+             "  mfcurve profiles --library share/mfcurves --check");
+    whenChosen(command, [options, &action] { action = [options] { return runProfiles(*options); }; });
 }
 
 }  // namespace mfcurve

@@ -19,8 +19,8 @@ void declareStepOptions(CLI::App& command, StepOptions& options)
             });
     addText(command, "--step", "H", "the distance of samples, in place of their number",
             [&options](const std::string& text) { options.step = positive(text, "--step"); });
-    command.add_flag("--open-end", options.isOpen,
-                     "the end is left out, as it is the start of the next cycle");
+    addFlag(command, "--open-end", options.isOpen,
+            "the end is left out, as it is the start of the next cycle");
 }
 
 Steps stepsOf(const StepOptions& options, mf::Range range)

@@ -136,8 +136,8 @@ void declareLayout(CLI::App& command, TableOptions& options)
             [&options](const std::string& text) { options.style.delimiter = readDelimiter(text); });
     addChoice<char>(command, "--decimal", "the decimal mark of numbers [point]",
                     {{"point", '.'}, {"comma", ','}, {".", '.'}, {",", ','}}, options.style.decimalMark);
-    command.add_flag_callback(
-        "--no-header", [&options] { options.hasHeader = false; }, "no line of column names");
+    addFlag(
+        command, "--no-header", [&options] { options.hasHeader = false; }, "no line of column names");
     addChoice<TableFormat>(command, "--format", "how the table is printed [csv]",
                            {{"csv", TableFormat::Csv}, {"json", TableFormat::Json}}, options.format);
     addText(command, "-o,--output", "FILE", "where the table is written [standard output]",
@@ -149,20 +149,21 @@ void declareLayout(CLI::App& command, TableOptions& options)
 void declareTable(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<TableOptions>();
-    CLI::App& command = *app.add_subcommand("table", "Prints evenly spaced samples as CSV or JSON");
-    command.add_option("FILE", options->curve.files, "documents; '-' is standard input");
+    CLI::App& command = addCommand(app, "table", "Prints evenly spaced samples as CSV or JSON");
+    addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     declareStepOptions(command, options->steps);
     declareLayout(command, *options);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
-    command.footer(
+    addNotes(
+        command,
         "The columns are x,value,d1,d2,d3, with as many derivatives as the curve has names for: three of a\n"
         "displacement, two of a velocity, one of an acceleration, a force or a torque. Examples:\n"
         "  mfcurve table cam.xml --samples 361 > cam.csv\n"
         "  mfcurve table cam.xml --step 0.1 --open-end --columns value --fixed 4 --decimal comma --delimiter "
         "';'\n"
         "  mfcurve table --expression 'sin(x)' --from 0 --to 3.14 --samples 5 --format json");
-    command.callback([options, &action] { action = [options] { return runTable(*options); }; });
+    whenChosen(command, [options, &action] { action = [options] { return runTable(*options); }; });
 }
 
 }  // namespace mfcurve
