@@ -284,10 +284,10 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
         }
         case Op::Call1:
             step.a = registerOf[node.a];
-            step.rule1 = intervals::ruleOf1(node.function);
+            step.rule1 = function(node.function).interval1;
             break;
         case Op::Call2:
-            step.rule2 = intervals::ruleOf2(node.function);
+            step.rule2 = function(node.function).interval2;
             [[fallthrough]];
         default:
             step.a = registerOf[node.a];

@@ -9,6 +9,8 @@
 
 namespace mf::engine {
 
+struct Interval;
+
 /// The rows of the function table, in its order.
 enum class FunctionId : std::uint8_t {
     Sin,
@@ -70,6 +72,10 @@ struct Function {
 
     double (*value1)(double) = nullptr;
     double (*value2)(double, double) = nullptr;
+
+    /// All values for arguments of the intervals; as many arguments as the value has.
+    Interval (*interval1)(const Interval&) = nullptr;
+    Interval (*interval2)(const Interval&, const Interval&) = nullptr;
 
     /// The derivative of f = function(a) with respect to a.
     Term (*slope1)(Term f, Term a) = nullptr;

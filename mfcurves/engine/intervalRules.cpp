@@ -2,6 +2,9 @@
 
 #include "mfcurves/engine/intervalRules.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "mfcurves/engine/values.h"
 
 namespace mf::engine::intervals {
@@ -376,80 +379,6 @@ Interval ofPower(const Interval& a, const Interval& b)
     if (base.lo <= 1.0 && base.hi >= 1.0)
         y = hull(y, Interval(1.0));
     return y;
-}
-
-Interval (*ruleOf1(FunctionId function))(const Interval&)
-{
-    switch (function) {
-        case FunctionId::Sin:
-            return ofSin;
-        case FunctionId::Cos:
-            return ofCos;
-        case FunctionId::Tan:
-            return ofTan;
-        case FunctionId::Asin:
-            return ofAsin;
-        case FunctionId::Acos:
-            return ofAcos;
-        case FunctionId::Atan:
-            return ofAtan;
-        case FunctionId::Sinh:
-            return ofSinh;
-        case FunctionId::Cosh:
-            return ofCosh;
-        case FunctionId::Tanh:
-            return ofTanh;
-        case FunctionId::Sech:
-            return ofSech;
-        case FunctionId::Exp:
-            return ofExp;
-        case FunctionId::Log:
-            return ofLog;
-        case FunctionId::Log10:
-            return ofLog10;
-        case FunctionId::Sqrt:
-            return ofSqrt;
-        case FunctionId::Cbrt:
-            return ofCbrt;
-        case FunctionId::Abs:
-            return ofAbs;
-        case FunctionId::Sign:
-            return ofSign;
-        case FunctionId::Int:
-            return ofInt;
-        case FunctionId::Nint:
-            return ofNint;
-        case FunctionId::Floor:
-            return ofFloor;
-        case FunctionId::Ceil:
-            return ofCeil;
-        default:
-            return nullptr;  // made of others
-    }
-}
-
-Interval (*ruleOf2(FunctionId function))(const Interval&, const Interval&)
-{
-    switch (function) {
-        case FunctionId::Atan2:
-            return ofAtan2;
-        case FunctionId::Hypot:
-            return ofHypot;
-        case FunctionId::SignOf:
-            return ofSignOf;
-        case FunctionId::Min:
-            return ofMin;
-        case FunctionId::Max:
-            return ofMax;
-        case FunctionId::Mod:
-            return ofMod;
-        case FunctionId::Dim:
-            return ofDim;
-        case FunctionId::Power:
-            return ofPower;
-        default:
-            return nullptr;  // made of others
-    }
 }
 
 }  // namespace mf::engine::intervals

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/interval.h"
 
-/// What the functions of the function table make of intervals: all values for
+/// The rules of the rows of the function table: all values for
 /// arguments of the intervals, as computed (a function of the standard library
 /// errs by less than two units in the last place, a few of them by four) and exact.
 namespace mf::engine::intervals {
@@ -39,10 +38,6 @@ Interval ofMax(const Interval& a, const Interval& b);
 Interval ofMod(const Interval& a, const Interval& b);
 Interval ofDim(const Interval& a, const Interval& b);
 Interval ofPower(const Interval& a, const Interval& b);
-
-/// The rule of a function of one or two arguments.
-Interval (*ruleOf1(FunctionId function))(const Interval&);
-Interval (*ruleOf2(FunctionId function))(const Interval&, const Interval&);
 
 /// u^exponent, by multiplications or by `pow`.
 Interval wholePower(const Interval& u, unsigned exponent);

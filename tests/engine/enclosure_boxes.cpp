@@ -155,12 +155,12 @@ bool check(const Function& function, long boxes)
         Interval b;
         if (const auto one = kOnes.find(function.id); one != kOnes.end()) {
             one->second(value.get(), x.get(), MPFR_RNDN);
-            found = mf::engine::intervals::ruleOf1(function.id)(a);
+            found = function.interval1(a);
         } else {
             b = random.next(isPower ? 10.0 : 1e3);
             mpfr_set_d(y.get(), random.inside(b), MPFR_RNDN);
             kTwos.at(function.id)(value.get(), x.get(), y.get(), MPFR_RNDN);
-            found = mf::engine::intervals::ruleOf2(function.id)(a, b);
+            found = function.interval2(a, b);
         }
         if (holds(found, value.get()))
             continue;

@@ -91,11 +91,11 @@ TEST_P(EnclosureOfFunction, HoldsTheValuesAtPointsOfTheBox)
         const Interval a = boxes.next();
         const double x = boxes.inside(a);
         if (row().value1 != nullptr) {
-            const auto rule = mf::engine::intervals::ruleOf1(row().id);
+            const auto rule = row().interval1;
             ASSERT_NE(rule, nullptr);
             ASSERT_TRUE(holds(rule(a), row().value1(x))) << row().name << " over " << show(a) << " at " << x;
         } else {
-            const auto rule = mf::engine::intervals::ruleOf2(row().id);
+            const auto rule = row().interval2;
             ASSERT_NE(rule, nullptr);
             Interval b = boxes.next();
             if (row().id == FunctionId::Power)
@@ -117,8 +117,7 @@ TEST_P(EnclosureOfFunction, IsNarrowAtPoints)
         const Interval b(boxes.uniform(-30.0, 30.0));
         const bool one = row().value1 != nullptr;
         const double value = one ? row().value1(a.lo) : row().value2(a.lo, b.lo);
-        const Interval y = one ? mf::engine::intervals::ruleOf1(row().id)(a)
-                               : mf::engine::intervals::ruleOf2(row().id)(a, b);
+        const Interval y = one ? row().interval1(a) : row().interval2(a, b);
         if (!std::isfinite(value)) {
             EXPECT_TRUE(y.isNothing() || !y.isFinite()) << row().name << show(a) << show(b) << show(y);
             continue;
