@@ -2,6 +2,8 @@
 #include <map>
 #include <memory>
 
+#include <fmt/format.h>
+
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/edits.h"
 #include "tools/mfcurve/files.h"
@@ -31,7 +33,7 @@ std::vector<Edit> editsInOrder(const CLI::App& command)
     std::vector<Edit> edits;
     for (const auto& [name, text] : textsInOrder(command)) {
         if (const auto kind = kKinds.find(name); kind != kKinds.end())
-            edits.push_back({kind->second, text, name + " " + text});
+            edits.push_back({kind->second, text, fmt::format("{} {}", name, text)});
     }
     return edits;
 }
