@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <fmt/format.h>
 #include <map>
 #include <memory>
-
-#include <fmt/format.h>
 
 #include "tools/mfcurve/commands.h"
 #include "tools/mfcurve/edits.h"
