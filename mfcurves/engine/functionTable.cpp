@@ -282,7 +282,7 @@ constexpr Function kFunctions[] = {
      .fewest = 4,
      .most = 4,
      .formula = "n where c < 0, z where c = 0, p where c > 0",
-     .remarks = "Only the piece that answers is looked at. A comma may stand for the colon.",
+     .remarks = "Only the chosen one is evaluated. A comma may replace the colon.",
      .expand = [](Arguments a) { return chooseSign(a[0], a[1], a[2], a[3]); }},
     {.id = FunctionId::Step,
      .name = "step",
