@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 #include <cmath>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <numbers>
+#include <sstream>
+#include <string>
 
 #include "mfcurves/analysis/analysis.h"
 #include "tests/analysis/curves.h"
@@ -51,6 +55,31 @@ TEST(StationaryPoints, OfASineAreItsExtremes)
 {
     expectPlaces(xOf(stationaryPoints(expression("sin(x)", 0.0, 10.0), 0)), {kPi / 2, 1.5 * kPi, 2.5 * kPi});
     expectPlaces(xOf(stationaryPoints(expression("sin(x)", 0.0, 7.0), 1)), {0.0, kPi, 2 * kPi});
+}
+
+// With 40 digits of mpmath (stationary.txt, make_stationary.py).
+TEST(StationaryPoints, AreThoseOfMpmath)
+{
+    std::ifstream file(ANALYSIS_TEST_DATA "/stationary.txt");
+    int count = 0;
+    for (std::string line; std::getline(file, line); ++count) {
+        SCOPED_TRACE(line.substr(0, 60));
+        std::istringstream words(line);
+        int order = 0;
+        double from = 0.0, to = 0.0;
+        std::string formula;
+        words >> order >> from >> to >> formula;
+        const std::vector<double> numbers(std::istream_iterator<double>(words), {});
+        const std::vector<Peak> found = stationaryPoints(expression(formula, from, to), order);
+        ASSERT_EQ(2 * found.size(), numbers.size());
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            const double x = numbers[2 * i], y = numbers[2 * i + 1];
+            constexpr double kRounding = 2e-13;  // of the derivative that is 0 there
+            EXPECT_NEAR(found[i].x, x, kRounding * std::max(1.0, std::fabs(x)));
+            EXPECT_NEAR(found[i].y, y, kRounding * std::max(1.0, std::fabs(y)));
+        }
+    }
+    EXPECT_EQ(count, 21);
 }
 
 // A law starts and ends with multiple zeros of its velocity; each counts once.

@@ -2,7 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "mfcurves/analysis/analysis.h"
 #include "tests/analysis/curves.h"
@@ -81,6 +87,49 @@ TEST(ToTable, KeepsItsToleranceInEveryForm)
             expectWithin(points({0.0, 1.0, 1.5, 4.0}, {0.0, 3.0, -1.0, 2.0}, mf::Interpolation::Cubic), form,
                          tolerance);
         }
+    }
+}
+
+struct CertifiedTable {
+    Form form;
+    double tolerance, from, to;
+    std::string formula;
+    double low, high;  // of the largest distance between table and formula
+    std::vector<double> x;
+};
+
+// From table_bounds.txt, which make_table_bounds.py writes.
+std::vector<CertifiedTable> certifiedTables()
+{
+    std::ifstream file(ANALYSIS_TEST_DATA "/table_bounds.txt");
+    std::vector<CertifiedTable> tables;
+    std::string form;
+    CertifiedTable t;
+    while (file >> form >> t.tolerance >> t.from >> t.to >> t.formula >> t.low >> t.high) {
+        t.form = form == "linear" ? Form::Linear : form == "points" ? Form::Points : Form::Xyva;
+        std::string line;
+        std::getline(file >> std::ws, line);
+        std::istringstream numbers(line);
+        t.x.assign(std::istream_iterator<double>(numbers), {});
+        tables.push_back(t);
+    }
+    return tables;
+}
+
+TEST(ToTable, BoundsADistanceThatSollyaCertifies)
+{
+    constexpr double kOtherRounding = 1e-6;  // of the places of the rows, by other libraries for sin and exp
+    const std::vector<CertifiedTable> certified = certifiedTables();
+    ASSERT_EQ(certified.size(), 8u);
+    for (const CertifiedTable& expected : certified) {
+        SCOPED_TRACE(expected.formula + ", tolerance " + std::to_string(expected.tolerance));
+        const CamTable table = toTable(expression(expected.formula, expected.from, expected.to),
+                                       expected.form, {expected.tolerance});
+        EXPECT_THAT(table.x, testing::Pointwise(testing::DoubleNear(kOtherRounding), expected.x));
+        EXPECT_TRUE(table.guaranteed);
+        EXPECT_GE(table.bound, expected.low * (1.0 - kOtherRounding));
+        EXPECT_LE(expected.high, expected.tolerance);
+        EXPECT_LE(table.bound, expected.tolerance);
     }
 }
 
