@@ -24,8 +24,8 @@ constexpr TextTable::Entry kMotionObjectTypeTexts[] = {
     {MotionObjectType_Torque, L"Torque"},
 };
 
-// MfXY_Misc is missing: it stands for every other number when written and for
-// every other text when read.
+// Without MfXY_Misc, which is used for every other number in writing and for every
+// other text in reading.
 constexpr TextTable::Entry kXYDataTypeTexts[] = {
     {MfXY_None, L"MfXY_None"},
     {MfXY_Disp_LinMotor, L"MfXY_Disp_LinMotor"},

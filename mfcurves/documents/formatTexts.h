@@ -9,7 +9,7 @@
 
 namespace mf::documents {
 
-/// The texts by which a curve document writes the numbers of one enumeration.
+/// The texts that a curve document uses for the numbers of one enumeration.
 class TextTable {
 public:
     struct Entry {
@@ -18,12 +18,12 @@ public:
     };
     constexpr explicit TextTable(std::span<const Entry> entries) : entries_(entries) {}
 
-    /// The number of a text, compared with case; nothing for a text that the
-    /// table lacks.
+    /// The number of a text, matching case; std::nullopt for a text that is not in the
+    /// table.
     std::optional<int> numberOf(const CString& text) const;
-    /// The text of a number; `otherwise` for a number that the table lacks.
+    /// The text of a number; `otherwise` for a number that is not in the table.
     const wchar_t* textOf(int number, const wchar_t* otherwise) const;
-    /// All texts, for a reader: `"Motor", "Force" or "Torque"`.
+    /// All texts, for messages: `"Motor", "Force" or "Torque"`.
     std::string list() const;
 
 private:
@@ -33,7 +33,7 @@ private:
 extern const TextTable kFunctionTypes;
 extern const TextTable kMotionObjectTypes;
 extern const TextTable kXYDataTypes;
-extern const TextTable kIndependentVariables;  ///< a motion result bears its own name instead
+extern const TextTable kIndependentVariables;  ///< a motion result is written by its name
 extern const TextTable kMotorDriveTypes;
 extern const TextTable kForceTorqueTypes;
 extern const TextTable kInterpolationTypes;
@@ -41,12 +41,12 @@ extern const TextTable kInterpolationTypes;
 /// The version that this library reads.
 constexpr double kReadableVersion = 1.0;
 
-/// The version that written documents carry: the one that was read last in this
-/// process, 1.0 before any.
+/// The version of written documents: the one that was read last in this process, 1.0
+/// before any read.
 double writtenVersion();
 void setWrittenVersion(double version);
 
-/// The version as a document has it.
+/// The version as it is written in a document.
 std::string versionText(double version);
 
 }  // namespace mf::documents

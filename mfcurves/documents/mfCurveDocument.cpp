@@ -16,9 +16,9 @@ std::string_view upToZero(std::string_view text)
     return text.substr(0, text.find('\0'));
 }
 
-mfCurveDocument_c::VariantBool variant(bool answer)
+mfCurveDocument_c::VariantBool variant(bool value)
 {
-    return answer ? -1 : 0;
+    return value ? -1 : 0;
 }
 
 }  // namespace

@@ -8,17 +8,17 @@
 #include "mfcurves/documents/xmlDocument.h"
 #include "mfcurves/interfaces/CString.h"
 
-/// Holds one XML document for one read or one write of a curve, and is the way
-/// in and out of it: a file, or a text buffer.
+/// Holds one XML document for one read or one write of a curve, and loads it from or
+/// saves it to a file or a text buffer.
 ///
-/// Errors: load, loadBuffer and document() say; a save that fails says nothing.
-/// Exceptions of the text conversion travel to the caller.
-/// Ownership: the document goes with the object. The starts of the XML engine do
-/// not: initialize raises their count for the calling thread and only shutdown
+/// Errors: load, loadBuffer and document() report a failure; save does not.
+/// Exceptions of the text conversion are passed on to the caller.
+/// Ownership: the object owns the document. It does not own the starts of the XML
+/// engine: initialize raises their count for the calling thread, and only shutdown
 /// lowers it.
 class mfCurveDocument_c {
 public:
-    /// What a load answers: -1 for true, 0 for false.
+    /// What a load returns: -1 for true, 0 for false.
     using VariantBool = std::int16_t;
 
     mfCurveDocument_c() = default;  ///< no path, no text, no document
@@ -27,16 +27,15 @@ public:
 
     void setPath(const CString& path) { path_ = path; }
     const CString& getPath() const { return path_; }
-    /// Tells only where the document comes from; it changes nothing here.
+    /// Only records where the document comes from; this class does not use it.
     void setFromBuffer(bool fromBuffer) { fromBuffer_ = fromBuffer; }
     bool getFromBuffer() const { return fromBuffer_; }
     void setXmlText(std::string text) { xmlText_ = std::move(text); }
     std::string getXmlText() const { return xmlText_; }
 
-    /// Starts the XML engine and makes a document without nodes, unless there is
-    /// a document.
+    /// Starts the XML engine and makes a document without nodes, unless one exists.
     bool initialize();
-    /// Drops the document and takes one start of the XML engine back; true.
+    /// Deletes the document and undoes one start of the XML engine. Always true.
     bool shutdown();
 
     /// Reads the file at the path, in the encoding that it declares. False,
@@ -46,14 +45,13 @@ public:
     /// and with or without a byte order mark. Bytes that are not UTF-8 become
     /// U+FFFD. False, leaving no nodes, when it cannot be used.
     VariantBool loadBuffer();
-    /// Puts the document in the place of the file at the path. A save that fails
-    /// leaves the old file as it was.
+    /// Replaces the file at the path by the document. A failed save leaves the old file
+    /// unchanged.
     void save() const;
     /// Replaces the text by the document's, in the narrow encoding.
     void extractXmlText();
 
-    /// Puts a node under `parent`, behind its other children; a null parent is
-    /// the document itself.
+    /// Adds a node as the last child of `parent`; a null parent is the document itself.
     mf::documents::XmlNode appendNode(mf::documents::XmlNode parent,
                                       mf::documents::XmlDocument::NewNode child);
 

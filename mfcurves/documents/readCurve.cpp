@@ -22,8 +22,7 @@
 namespace mf::documents {
 namespace {
 
-// One read. Each step answers false when the read fails there; what was set before
-// stays set.
+// One read. Each step returns false when it fails; what was set before stays set.
 class CurveReader : ReadState {
 public:
     CurveReader(mfFunctionData_c& function, const CString& path, bool fromBuffer, const ReadOptions& options)
@@ -31,9 +30,8 @@ public:
     {
     }
 
-    // The start of the XML engine is taken back where the head ends the read and
-    // where the whole document was read. Callers count on the starts that the
-    // other ways out leave behind.
+    // The start of the XML engine is undone when the head fails and when the whole
+    // document was read. The other returns leave one start, on which callers rely.
     ReadOutcome read(std::string buffer)
     {
         document().initialize();
@@ -62,7 +60,7 @@ private:
         return fail(xml().problem());
     }
 
-    // Documents written later carry the version, whatever it is.
+    // Documents that are written later get this version, even one that cannot be read.
     bool isReadableVersion()
     {
         const XmlNode node = xml().selectSingleNode("//Curve//Version");
@@ -208,7 +206,7 @@ private:
         return text("//Curve//IndepVar", independent) && text("//Curve//DepVar", dependent);
     }
 
-    // The range of Y has to be there and counts for nothing.
+    // The range of Y must be present but is not used.
     bool range(XmlNode& minX, XmlNode& maxX)
     {
         minX = singleNode("//Curve//RangeX//MinX");
@@ -218,8 +216,8 @@ private:
         return maxX && singleNode("//Curve//RangeY//MinY") && singleNode("//Curve//RangeY//MaxY");
     }
 
-    // Any text but those of time and cycle angle names a motion result, which the
-    // host has to accept. Only then is the former curve cleared.
+    // A text other than those of time and cycle angle names a motion result, which the
+    // host has to accept. Otherwise the former curve is not cleared.
     template <class Kind>
     bool setIndependentVariable(Kind& kind, const CString& name,
                                 bool (CurveReader::*isAccepted)(const CString&))
@@ -235,7 +233,7 @@ private:
         return true;
     }
 
-    // Segments: the host's list has to hold the name.
+    // For segments: the name must be in the host's list.
     bool isListedResult(const CString& name)
     {
         IMotionServices_c* services = interfaces::motionServices();
@@ -249,15 +247,14 @@ private:
                                        ", and the host knows no motion result of that name.");
     }
 
-    // Data points: a host without a list takes any name.
+    // For data points: if the host has no list, any name is accepted.
     bool isAcceptedResult(const CString& name)
     {
         IMotionServices_c* services = interfaces::motionServices();
         return (services && services->getMotionResultCount() == 0) || isListedResult(name);
     }
 
-    // An unknown text sets nothing. The empty one is what a curve without such a
-    // quantity writes.
+    // An unknown text sets nothing. A curve without such a quantity writes an empty text.
     template <class Kind>
     void setDependentVariable(Kind& kind, const CString& text)
     {

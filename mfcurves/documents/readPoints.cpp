@@ -14,8 +14,8 @@
 namespace mf::documents {
 namespace {
 
-// Children are told by position, whatever their names: x at even positions, y
-// at odd ones. A last x without a y is dropped.
+// Children are identified by position, not by name: x at even positions, y at odd ones.
+// A last x without a y is dropped.
 std::unique_ptr<mfDataPoints_c> readPoint(ReadState& reading, const XmlNode& node, int row)
 {
     auto points = std::make_unique<mfDataPoints_c>();
@@ -35,8 +35,8 @@ std::unique_ptr<mfDataPoints_c> readPoint(ReadState& reading, const XmlNode& nod
     return points;
 }
 
-// Rows go in at their number in the document, as long as the table has taken
-// all before them: behind a row that it left out, none has a place any more.
+// Each row is inserted at its index in the document. If the table has left out a row,
+// the indices of all later rows are outside the table, so they are left out too.
 void insertRow(ReadState& reading, mfFunctionDataPoints_c& function, int row,
                std::unique_ptr<mfDataPoints_c> points)
 {

@@ -25,9 +25,9 @@ class SegmentReader {
 public:
     explicit SegmentReader(ReadState& reading) : reading_(reading), laws_(reading.options().laws) {}
 
-    // A definition inside another one is text of both. Only the document's length
-    // adds to what reading all of them may cost, and behind what uses it up none is
-    // looked at.
+    // The text of a nested definition belongs to both definitions. The budget for all
+    // definitions depends only on the length of the document; once it is spent, further
+    // definitions are not read.
     void readProfileDefinitions()
     {
         int definition = 0;
@@ -65,7 +65,7 @@ public:
     }
 
 private:
-    // Null where profiles do not come from a manager.
+    // Null when profiles do not come from a manager.
     mfProfileManager_c* usedManager() const
     {
         const bool isUsed = !laws_ && mfProfileManager_c::s_UseNewProfileManager();
@@ -94,7 +94,7 @@ private:
             registerProfile(*manager, uniqueName, std::move(profile));
     }
 
-    // A definition that equals a known profile is left out: its name is then a name of
+    // A definition that equals a known profile is not stored; its name then refers to
     // that profile.
     void registerProfile(mfProfileManager_c& manager, const std::string& uniqueName,
                          std::unique_ptr<mfProfile_c> profile)
@@ -110,8 +110,8 @@ private:
             manager.rememberDocumentName(uniqueName, key);
     }
 
-    // Elements are told by their number, whatever their names; other children do
-    // not count.
+    // Elements are identified by their position, not by name; other children are not
+    // counted.
     std::unique_ptr<mfSegment_c> readSegment(const XmlNode& node, int row, mfProfileManager_c* manager)
     {
         auto segment = std::make_unique<mfSegment_c>();
@@ -145,7 +145,7 @@ private:
         return segment;
     }
 
-    // The first row has no X of its own and is written with blanks for it.
+    // The first row has no X of its own; documents have blanks in its place.
     double segmentX(const XmlNode& node, const char* name, int row)
     {
         if (row == 0)
@@ -154,8 +154,8 @@ private:
                                [&] { return std::pair(segmentPlace(row), '"' + std::string(name) + '"'); });
     }
 
-    // The name of a definition in the document or, if there are any definitions
-    // at all, of a profile at hand. No other name is looked at.
+    // Finds the name among the definitions of the document. If the document has any
+    // definition, also finds it among the known profiles.
     void setProfile(mfSegment_c& segment, const XmlNode& node, mfProfileManager_c* manager) const
     {
         if (laws_) {
@@ -178,7 +178,7 @@ private:
             segment.setProfileKey(key);
     }
 
-    // A row that has no profile by now gets the default one.
+    // A row that still has no profile gets the default one.
     void completeProfile(mfSegment_c& segment, const XmlNode& node, int row, mfProfileManager_c& manager)
     {
         const bool isFound = static_cast<bool>(segment.getProfileKey());
@@ -195,9 +195,9 @@ private:
                                                    quoted(segment.getDisplayName()));
     }
 
-    // The first row only states where the curve begins. A row keeps its formula with
-    // its numbers written in, and a short document can name a long one often: behind
-    // what uses up the budget, rows stay without.
+    // The first row only states where the curve begins. Each row stores its own copy of
+    // the formula with its numbers, so a short document can use a long formula many times.
+    // Rows after the end of the budget get no formula.
     void addRow(mfFunctionSegments_c& function, int row, std::unique_ptr<mfSegment_c> segment)
     {
         const double startX = segment->getStartX();
@@ -226,7 +226,7 @@ private:
         function.calculateValue(row);
     }
 
-    // In bytes. A formula that outgrew the engine's limit was written as far as that.
+    // In bytes. A formula that exceeded the engine's limit was written up to that limit.
     static std::size_t costOfFormula(const mfSegment_c& segment)
     {
         const CString formula = segment.getProfileExpr();
@@ -236,10 +236,10 @@ private:
     }
 
     ReadState& reading_;
-    DocumentLaws* const laws_;               // of a reader that looks them up itself, else null
+    DocumentLaws* const laws_;               // see ReadOptions
     profiles::WorkBudget definitionBudget_;  // of all definitions in the document
     profiles::WorkBudget formulaBudget_;     // of the formulas of all rows
-    bool formulasFit_ = true;                // into that budget, up to now
+    bool formulasFit_ = true;                // false once formulaBudget_ is spent
 };
 
 }  // namespace

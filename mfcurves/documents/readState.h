@@ -12,17 +12,17 @@
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/platform/numbers.h"
 
-/// What the readers of a curve document's parts share.
+/// Shared by the readers of the parts of a curve document.
 namespace mf::documents {
 
 CString wideText(const XmlNode& node);
-/// In the narrow encoding of the host.
+/// The text in the narrow encoding of the host.
 std::string narrowText(const XmlNode& node);
 
-// For sentences about a document, in UTF-8:
+// Parts of messages about a document, in UTF-8:
 
 std::string quoted(const CString& text);
-/// A text may be as long as the document; its start is enough to find it.
+/// The start of a text, quoted: a text may be as long as the document.
 std::string quotedStart(const std::string& text);
 /// "row 3" or "point 3", for the element that has that index in the document.
 std::string segmentPlace(int index);
@@ -31,20 +31,20 @@ std::string shortNumber(double number);
 /// "//Curve//RangeX//MinX" as `"MinX" within "RangeX" within "Curve"`.
 std::string placeOf(std::string_view path);
 
-/// A read on its way: the document, why it fails, and where the curve is not what
-/// the document says.
+/// The state of a read: the document, the reason of a failure, and the differences
+/// between the curve and its document.
 class ReadState {
 public:
     ReadState(const CString& path, bool fromBuffer, const ReadOptions& options);
 
     mfCurveDocument_c& document() { return document_; }
-    /// What the document holds, once it is loaded or its loading has failed.
+    /// The XML of the document, after loading; without nodes if that failed.
     XmlDocument& xml() { return *document_.document(); }
     const CString& path() const { return path_; }
     bool isFromBuffer() const { return fromBuffer_; }
     const ReadOptions& options() const { return options_; }
 
-    /// Answers false, for the step that fails to pass on.
+    /// Stores the reason and returns false, so that a step can return the call.
     bool fail(std::string reason);
     bool fail(const XmlProblem& problem);
     bool failForResult(const CString& name, std::string reason);
@@ -52,12 +52,12 @@ public:
     bool mayRemark() const { return remarks_.size() < kMostRemarks; }
     void remark(std::string place, std::string message);
 
-    /// The number in a node. `where` returns which number this is, a place and a
-    /// name; it is called only if the text is not a number.
+    /// The number in a node. `where` returns its place and name for a remark; it is
+    /// called only if the text is not a number.
     template <class Where>
     double number(const XmlNode& node, Where where)
     {
-        // Every narrow encoding has the characters of a number where UTF-8 has them.
+        // The characters of a number are the same in UTF-8 and every narrow encoding.
         const std::string text = node.text();
         const double number = platform::readNumber(text);
         if (!platform::isNumber(text) && mayRemark()) {
@@ -69,10 +69,11 @@ public:
         return number;
     }
 
-    /// A node that every document holds; null, which fails the read, where this one
-    /// does not.
+    /// A node that every document must have. If it is missing, fails the read and
+    /// returns null.
     XmlNode singleNode(const char* path);
-    /// Its text; false, which fails the read, where it is missing.
+    /// Sets `out` to the text of such a node. If it is missing, fails the read and
+    /// returns false.
     bool text(const char* path, CString& out);
 
     void tellRow(std::size_t row, std::size_t count) const;

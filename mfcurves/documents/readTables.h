@@ -8,9 +8,10 @@ namespace mf::documents {
 
 class ReadState;
 
-/// Read the rows of a table; false where an element is missing.
+/// Reads the rows of a table of points; false if an element is missing.
 bool readPoints(ReadState& reading, mfFunctionDataPoints_c& function);
-/// With the profiles that the document defines.
+/// Reads the rows of a table of segments and the profiles that the document defines;
+/// false if an element is missing.
 bool readSegments(ReadState& reading, mfFunctionSegments_c& function);
 
 }  // namespace mf::documents

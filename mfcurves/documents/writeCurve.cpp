@@ -43,7 +43,7 @@ const wchar_t* forceTorqueText(ForceTorqueType_e quantity)
     return kForceTorqueTypes.textOf(quantity, L"");
 }
 
-// Segments and data points name their independent variable alike.
+// Segments and data points name their independent variable in the same way.
 template <class Kind>
 CString independentText(Kind& kind)
 {
@@ -52,7 +52,7 @@ CString independentText(Kind& kind)
     return kIndependentVariables.textOf(kind.getIndependentVar(), L"");
 }
 
-// A motor's segments of no known quantity are written as a displacement.
+// Segments of a motor whose quantity is not known are written as a displacement.
 CString dependentText(mfFunctionSegments_c& segments)
 {
     if (segments.motionObjectType != 0)
@@ -67,7 +67,8 @@ CString dependentText(mfFunctionDataPoints_c& points)
     return motorText(points.getMotorDependentVar(), L"");
 }
 
-// An expression tells a motor by its quantity and not by motionObjectType.
+// An expression belongs to a motor if it has a motor quantity; motionObjectType is not
+// used.
 CString dependentText(mfFunctionExpression_c& expression)
 {
     if (expression.getMotorDependentVar() == MotorDriveType_None)
@@ -75,7 +76,7 @@ CString dependentText(mfFunctionExpression_c& expression)
     return motorText(expression.getMotorDependentVar(), L"");
 }
 
-// One write of one curve into a document without nodes.
+// Writes one curve into a document without nodes.
 class CurveWriter {
 public:
     CurveWriter(mfCurveDocument_c& document, mfFunctionData_c& function, const CString& name, double version)
@@ -181,7 +182,7 @@ private:
                                                          : segment.getProfileName());
     }
 
-    // One row whose profile has no record keeps all definitions out.
+    // If the profile of any row has no record, no definitions are written.
     void writeDefinitions(XmlNode definitions, mfFunctionSegments_c& segments)
     {
         std::vector<CString> names;

@@ -9,9 +9,9 @@ class mfFunctionData_c;
 
 namespace mf::documents {
 
-/// The document that createXMLData writes, as UTF-8 and of the version that this
-/// library reads, whatever version was read last. The XML engine keeps one start
-/// more when memory runs out.
+/// The document that createXMLData writes, as UTF-8. Its version is the one that this
+/// library reads, whatever version was read last. If memory runs out, one start of the
+/// XML engine is left.
 std::string documentText(mfFunctionData_c& function, const CString& name);
 
 }  // namespace mf::documents

@@ -58,7 +58,7 @@ std::string trimmed(std::string_view text)
     return std::string(text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1));
 }
 
-// The node behind `node` in document order, below `top`; null behind the last.
+// The node after `node` in document order, below `top`; null after the last.
 xmlNode* nextBelow(const xmlNode* top, xmlNode* node)
 {
     if (node->type == XML_ELEMENT_NODE && node->children)
@@ -84,12 +84,12 @@ std::vector<std::string_view> namesOf(std::string_view path)
     return names;
 }
 
-// The elements on a literal path, one after the other, in one walk over the tree.
+// Finds the elements on a literal path, in document order, in one walk over the tree.
 //
-// Of the names before the last one, the walk keeps the elements that matched
-// them on the way from the root down to where it stands. Taking each name at the
-// first element that bears it leaves the most room for the names behind it, so
-// an element is on the path exactly if all of them are matched above it.
+// `above_` holds the ancestors of the current node that match the names before the last
+// one. Each name is matched by the first ancestor that has it, which leaves the most
+// ancestors for the later names. So an element is on the path exactly if all those names
+// are matched above it.
 class PathWalk {
 public:
     PathWalk(const xmlDoc* document, std::string_view path)
@@ -97,7 +97,7 @@ public:
     {
     }
 
-    // The next element on the path; null behind the last.
+    // The next element on the path; null after the last.
     xmlNode* next()
     {
         while (node_) {
@@ -155,7 +155,7 @@ std::string xmlText(const CString& text)
     return platform::toUtf8(wide);
 }
 
-// The XML engine answers null for one reason only: there is no memory.
+// The XML engine returns null only when memory runs out.
 template <class T>
 T* made(T* thing)
 {
@@ -185,7 +185,7 @@ std::string XmlNode::text() const
 {
     xmlNode* top = node_;
     xmlNode* child = top->children;
-    if (child && !child->next && holdsText(child))  // nearly every element that is asked
+    if (child && !child->next && holdsText(child))  // true for nearly every element
         return trimmed(content(child));
 
     std::string joined;
@@ -195,7 +195,7 @@ std::string XmlNode::text() const
     return trimmed(joined);
 }
 
-// Even to ask for the handler needs an engine that has begun.
+// The engine must have been started before its handler can be read.
 SilentEngine::SilentEngine()
 {
     platform::startXml();
@@ -245,8 +245,8 @@ std::vector<XmlNode> XmlDocument::selectNodes(std::string_view path) const
     return found;
 }
 
-// A node that the engine makes may still lack its name or its content, where the
-// memory gave out between the two.
+// A node from the engine may lack its name or its content, if memory ran out between the
+// two allocations.
 XmlDocument::NewNode XmlDocument::createElement(const char* name) const
 {
     NewNode node(made(xmlNewDocNode(tree_->document, nullptr, xml(name), nullptr)));
@@ -286,7 +286,7 @@ void XmlDocument::setAttribute(XmlNode element, const char* name, const CString&
     made(made(attribute->children)->content);
 }
 
-// The writer makes the declaration a node of its own, so the engine adds none.
+// CurveWriter adds the XML declaration as a node, so the engine must not add one.
 std::string XmlDocument::serialise() const
 {
     const std::unique_ptr<xmlBuffer, void (*)(xmlBuffer*)> buffer(made(xmlBufferCreate()), xmlBufferFree);

@@ -13,24 +13,24 @@ struct _xmlNode;  // of the XML engine; NOLINT(bugprone-reserved-identifier)
 
 namespace mf::documents {
 
-/// An element with more attributes, or with more name prefixes in force, may be
-/// refused: the engine compares each with each. A curve document needs one.
+/// An element with more attributes, or with more name prefixes in scope, may be
+/// refused, because the engine compares each with each. A curve document needs one.
 constexpr int kMostAttributes = 1000;
-/// So may a document of more distinct names: the engine looks each up among
-/// those before it. A curve document has fewer than a hundred.
+/// A document with more distinct names may be refused, because the engine searches
+/// each name among the previous ones. A curve document has fewer than a hundred.
 constexpr int kMostNames = 100'000;
-/// So may a document with much text far down: every element around a text can be
-/// asked for it, and reads it again. As many bytes as this are always taken, and
-/// as many times the text of the whole document. A curve document has its text
-/// within four elements.
+/// A document with much text in deeply nested elements may be refused, because the
+/// text of each enclosing element includes it, and reads it again. Readings are counted
+/// in bytes; the first limit or, if larger, the second limit times the text of the
+/// document is allowed. A curve document has its text within four elements.
 constexpr std::int64_t kFreeTextReadings = std::int64_t{1} << 26;
 constexpr int kMostTextReadings = 32;
 
-/// One node of a document, lent by it. Null where a search found nothing.
+/// One node of a document, owned by the document. Null when a search found nothing.
 ///
 /// A child is an element, a text, a CDATA section, a comment or a processing
-/// instruction. White space between elements is none, so that an indented
-/// document has the children of a flat one.
+/// instruction. White space between elements is not a child, so that an indented
+/// document has the same children as a flat one.
 class XmlNode {
 public:
     XmlNode() = default;
@@ -42,7 +42,7 @@ public:
     XmlNode nextSibling() const;
 
     /// The text and the CDATA sections at all depths below an element, in
-    /// document order and without comments, as UTF-8. White space is taken off
+    /// document order and without comments, as UTF-8. White space is removed from
     /// both ends.
     std::string text() const;
 
@@ -53,14 +53,13 @@ private:
 
 /// Why a document could not be read.
 struct XmlProblem {
-    std::string message;  ///< one sentence without its full stop; empty for none
-    int line = 0;         ///< from 1; 0 where the place is not known
+    std::string message;  ///< one sentence without its full stop; empty for no problem
+    int line = 0;         ///< from 1; 0 when the place is not known
     int column = 0;       ///< from 1
 };
 
-/// Keeps the XML engine from printing what goes wrong on the calling thread, for
-/// the life of this object. A read tells by its answer, and missing memory by an
-/// exception.
+/// While this object exists, the XML engine prints no errors of the calling thread. A
+/// read reports errors by its result, and lack of memory by an exception.
 class SilentEngine {
 public:
     SilentEngine();
@@ -69,18 +68,17 @@ public:
     SilentEngine& operator=(const SilentEngine&) = delete;
 
 private:
-    void (*handler_)();  // what the thread did with errors before
+    void (*handler_)();  // the thread's previous error handler
     void* context_;
 };
 
-/// One XML document as a tree; the only place that knows the XML engine.
+/// One XML document as a tree; the only class that uses the XML engine.
 ///
-/// A document type declaration is refused, and with it every entity but the five
-/// that XML defines. Nothing is fetched. Nesting deeper than 256 elements and a
-/// text longer than ten million characters are refused. Names with a namespace
-/// match no name. Missing memory is std::bad_alloc.
-/// Errors: a read that fails leaves a document without nodes, and problem() says
-/// why.
+/// A document type declaration is refused, and so is every entity but the five that XML
+/// defines. Nothing is fetched. Nesting deeper than 256 elements and a text longer than
+/// ten million characters are refused. A name with a namespace matches nothing. Lack of
+/// memory is reported by std::bad_alloc.
+/// Errors: a failed read leaves a document without nodes, and problem() says why.
 class XmlDocument {
 public:
     XmlDocument();  ///< no nodes
@@ -88,23 +86,24 @@ public:
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 
-    /// Reads a file in the encoding that it declares, block by block.
+    /// Reads a file in the encoding that it declares, block by block. False when it
+    /// cannot be read or is not valid; problem() says why.
     bool readFile(const wchar_t* path);
-    /// Reads text as UTF-8, with or without a byte order mark and whatever
-    /// encoding it declares. Bytes that are not UTF-8 become U+FFFD.
+    /// Reads text as UTF-8, with or without a byte order mark and whatever encoding
+    /// it declares. Bytes that are not UTF-8 become U+FFFD. False as for readFile.
     bool readUtf8(std::string_view text);
     const XmlProblem& problem() const { return problem_; }
-    /// How many bytes the last read took in.
+    /// The number of bytes that the last read processed.
     std::size_t size() const { return size_; }
 
     /// The first element in document order on a path such as "//Curve//RangeX//MinX":
-    /// one with the last of the names, and with each of the others somewhere
-    /// above it, in this order. Null for none.
+    /// an element with the last name, which has ancestors with the other names, in this
+    /// order. Null if not found.
     XmlNode selectSingleNode(std::string_view path) const;
     /// All such elements, in document order.
     std::vector<XmlNode> selectNodes(std::string_view path) const;
 
-    /// A node that stands in no tree yet.
+    /// A node that is not in a tree yet.
     class NewNode {
     public:
         explicit NewNode(_xmlNode* node) : node_(node) {}
@@ -119,17 +118,15 @@ public:
 
     NewNode createElement(const char* name) const;
     NewNode createProcessingInstruction(const char* target, const char* data) const;
-    /// Puts a node under `parent`, behind its other children; a null parent is
-    /// the document itself.
+    /// Adds a node as the last child of `parent`; a null parent is the document itself.
     XmlNode append(XmlNode parent, NewNode child);
-    /// Gives an element without children a text. Characters that XML cannot hold
-    /// become U+FFFD; the empty text adds nothing.
+    /// Sets the text of an element without children. Characters that XML does not
+    /// allow become U+FFFD; an empty text adds nothing.
     void setText(XmlNode element, const CString& text);
     void setAttribute(XmlNode element, const char* name, const CString& value);
 
-    /// The document as UTF-8: its nodes as they stand, nothing added between
-    /// elements, a line feed behind each node of the top level. Empty for a
-    /// document without nodes.
+    /// The document as UTF-8, with nothing added between elements and a line feed after
+    /// each node of the top level. Empty for a document without nodes.
     std::string serialise() const;
 
 private:

@@ -23,11 +23,11 @@ using ErrorPointer = const xmlError*;
 using ErrorPointer = xmlError*;
 #endif
 
-// Fills a buffer of that size and answers how many bytes it wrote: 0 at the end,
-// -1 on a failure.
+// Fills a buffer of that size and returns the number of bytes written: 0 at the end, -1
+// on a failure.
 using Source = std::function<int(char*, int)>;
 
-// The engine tells of such a limit by the name of the option that lifts it.
+// The engine's messages about its limits name the option that removes them.
 constexpr std::string_view kAdviceOfEngine = " use XML_PARSE_HUGE option";
 
 std::string sentence(const char* message)
@@ -40,8 +40,8 @@ std::string sentence(const char* message)
     return text;
 }
 
-// The engine gives a text beyond its limits the code of missing memory too. The
-// two differ in their words alone.
+// The engine uses one code for lack of memory and for a text beyond its limits. Only the
+// message distinguishes them.
 bool isMemoryFailure(const xmlError& error)
 {
     if (error.code != XML_ERR_NO_MEMORY)
@@ -55,8 +55,8 @@ bool isMemoryFailure(const xmlError& error)
 
 }  // namespace
 
-// One read from a source. The source runs dry at the first problem, so that a
-// document that cannot be read any more costs no more time.
+// One read from a source. After the first problem the source returns no more bytes, so
+// that a document that cannot be read takes no more time.
 class XmlDocument::Reader {
 public:
     Reader(Source source, XmlProblem& problem, std::size_t& size)
@@ -75,22 +75,22 @@ public:
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
 
-    // The document; one without nodes, with the problem told, when it cannot be
-    // used.
+    // Returns the document. If it cannot be used, sets the problem and returns a document
+    // without nodes.
     std::unique_ptr<Tree> run(int options)
     {
-        // For the errors that belong to no parser, a failed conversion among them.
+        // Receives the errors that do not belong to a parser, such as a failed conversion.
         xmlSetStructuredErrorFunc(this, engineError);
         auto tree = std::make_unique<Tree>();
         tree->document = xmlCtxtReadIO(parser_, readBlock, nullptr, this, nullptr, nullptr,
                                        options | XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
         if (outOfMemory_)
             throw std::bad_alloc();
-        // The engine takes a zero byte behind the root for the end of the text.
+        // The engine takes a zero byte after the root for the end of the text.
         if (tree->document && parser_->input && parser_->input->cur < parser_->input->end)
-            tell("Extra content behind the end of the document");
+            report("Extra content after the end of the document");
         if (!tree->document)
-            tell("Not readable as XML");
+            report("Not readable as XML");
         return problem_.message.empty() ? std::move(tree) : emptyTree();
     }
 
@@ -108,24 +108,24 @@ private:
             return 0;
         const int got = reader.source_(buffer, size);
         if (got < 0)
-            reader.tell("The file cannot be read to its end");
+            reader.report("The file cannot be read to its end");
         const int taken = std::max(got, 0);
         reader.size_ += static_cast<std::size_t>(taken);
         return taken;
     }
 
-    // Attributes are compared with each other when their tag is complete, so an
-    // overlong tag has to end before that. Names are looked up in lists that grow
-    // with them.
+    // The engine compares the attributes of a tag with each other when the tag is complete,
+    // so too many are refused before that. It looks up names in lists that grow with their
+    // number.
     void checkLimits()
     {
         constexpr int kFieldsOfAttribute = 5;
         constexpr int kFieldsOfPrefix = 2;
         if (parser_->maxatts > 2 * kFieldsOfAttribute * kMostAttributes ||
             parser_->nsNr > kFieldsOfPrefix * kMostAttributes)
-            tellHere("Too many attributes");
+            reportHere("Too many attributes");
         if (xmlDictSize(parser_->dict) > kMostNames)
-            tellHere("Too many distinct names");
+            reportHere("Too many distinct names");
     }
 
     static void takeText(void* parser, const xmlChar* text, int length)
@@ -140,18 +140,18 @@ private:
         xmlSAX2CDataBlock(parser, text, length);
     }
 
-    // The elements that are open stand around this text.
+    // nodeNr is the number of open elements, all of which contain this text.
     void count(std::int64_t length)
     {
         text_ += length;
         textReadings_ += length * parser_->nodeNr;
         if (textReadings_ > kFreeTextReadings && textReadings_ > kMostTextReadings * text_)
-            tellHere("Too much text in nested elements");
+            reportHere("Too much text in nested elements");
     }
 
     static void refuseTypeDeclaration(void* parser, const xmlChar*, const xmlChar*, const xmlChar*)
     {
-        of(parser).tellHere("A document type declaration is not allowed");
+        of(parser).reportHere("A document type declaration is not allowed");
         xmlStopParser(static_cast<xmlParserCtxt*>(parser));
     }
 
@@ -161,25 +161,25 @@ private:
         static_cast<Reader*>(context)->take(*error);
     }
 
-    // Names without a declared prefix count as badly formed. What the engine says
-    // about validity does not: no document type stands behind these documents.
+    // A name with an undeclared prefix is an error. The engine's messages about validity are
+    // ignored, because these documents have no document type.
     void take(const xmlError& error)
     {
         if (problem_.message.empty() && isMemoryFailure(error))
             outOfMemory_ = true;
         if (error.level < XML_ERR_ERROR || error.domain == XML_FROM_VALID || error.domain == XML_FROM_DTD)
             return;
-        tell(error.message, error.line, error.int2);
+        report(error.message, error.line, error.int2);
     }
 
-    void tellHere(const char* message)
+    void reportHere(const char* message)
     {
-        tell(message, parser_->input ? parser_->input->line : 0, parser_->input ? parser_->input->col : 0);
+        report(message, parser_->input ? parser_->input->line : 0, parser_->input ? parser_->input->col : 0);
     }
 
-    // The first problem counts; the others follow from it. No exception may pass
-    // through the engine, which is C.
-    void tell(const char* message, int line = 0, int column = 0) noexcept
+    // Keeps the first problem, because later ones usually follow from it. No exception may
+    // pass through the engine, which is C.
+    void report(const char* message, int line = 0, int column = 0) noexcept
     {
         if (!problem_.message.empty() || outOfMemory_)
             return;
@@ -190,19 +190,19 @@ private:
         }
     }
 
-    const SilentEngine engine_;  // gives the thread its own handling of errors back at the end
+    const SilentEngine engine_;  // restores the thread's error handler at the end
     Source source_;
     XmlProblem& problem_;
     std::size_t& size_;
     xmlParserCtxt* parser_;
     bool outOfMemory_ = false;
     std::int64_t text_ = 0;          // in bytes
-    std::int64_t textReadings_ = 0;  // the same, counted once for every element around it
+    std::int64_t textReadings_ = 0;  // in bytes, counted once for every enclosing element
 };
 
 bool XmlDocument::readFile(const wchar_t* path)
 {
-    errno = 0;  // which tells why, where the system says it
+    errno = 0;  // so that a value found later is the reason of this failure
     std::ifstream file = platform::openFile(path);
     int failure = file.is_open() ? 0 : errno;
     const Source source = [&](char* buffer, int size) {

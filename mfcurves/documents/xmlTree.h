@@ -7,7 +7,7 @@ struct _xmlDoc;
 
 namespace mf::documents {
 
-// What a document owns of the XML engine.
+// The engine's tree of a document, owned.
 struct XmlDocument::Tree {
     Tree() = default;
     ~Tree();
