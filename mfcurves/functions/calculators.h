@@ -8,20 +8,20 @@
 
 namespace mf {
 
-// A calculator ends by Release and by nothing else.
+// Release is the only way to dispose of a calculator.
 struct ReleaseCalculator {
     void operator()(ICalculator* calculator) const { calculator->Release(); }
 };
 using CalculatorHolder = std::unique_ptr<ICalculator, ReleaseCalculator>;
 
-// The derivative of a calculator; null where there is none to derive from.
+// The derivative of a calculator; null when `calculator` is null or has no derivative.
 inline CalculatorHolder derivativeOf(ICalculator* calculator)
 {
     return CalculatorHolder(calculator == nullptr ? nullptr : calculator->differentiate(0));
 }
 
-// A calculator that is missing counts as one that fails. A failed evaluation
-// leaves y as it was.
+// Evaluates at x into y. False, leaving y unchanged, when the evaluation fails or
+// `calculator` is null.
 inline bool evaluateAt(ICalculator* calculator, double x, double& y)
 {
     MMEP_Data argument(x);
@@ -32,7 +32,7 @@ inline bool evaluateAt(ICalculator* calculator, double x, double& y)
     return true;
 }
 
-// 0.0 where there is no finite value.
+// The value at x; 0.0 when it is not finite.
 inline double valueAt(ICalculator& calculator, double x)
 {
     MMEP_Data argument(x);

@@ -89,8 +89,8 @@ bool mfDataPoints_c::copy(mfDataPoints_c* source)
     return true;
 }
 
-// Only the two ends are held against their neighbour. The two tests are worded
-// differently so that a NaN passes the first and fails the second.
+// Only the first and the last point are compared with their neighbour. A NaN passes
+// the test of the first point and fails that of the last.
 bool mfDataPoints_c::iKeepsOrder(int index, double x) const
 {
     const int last = getPointCount() - 1;

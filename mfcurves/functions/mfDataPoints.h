@@ -6,19 +6,19 @@
 #include "mfcurves/functions/mfPoint2D.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// A list of points with the X of its first and its last one: one row of a
+/// A list of points with the X of its first and its last point: one row of a
 /// data-point table. Nearly every row holds one point.
 ///
-/// Errors: an index outside the list gives false and leaves outputs alone;
-/// getX and getY return 0.0 there.
+/// Errors: for an index outside the list, operations return false and leave their
+/// outputs unchanged; getX and getY return 0.0.
 /// Ownership: the list owns its points.
 /// Copying: copy construction and assignment share the points, so only one of
 /// the two lists may be destroyed. Use copy.
 class MFCURVES_API mfDataPoints_c {
 public:
     mfDataPoints_c() = default;  ///< no points; the range is 0.0 to 0.0
-    /// Takes `point`, a single heap object, over as the only point. A null point
-    /// leaves the list empty.
+    /// A list of one point. Takes ownership of `point`, a single heap object; a null
+    /// point leaves the list empty.
     explicit mfDataPoints_c(mfPoint2D_c* point);
     mfDataPoints_c(const mfDataPoints_c&) = default;
     mfDataPoints_c& operator=(const mfDataPoints_c&) = default;
@@ -41,18 +41,18 @@ public:
     /// X of the first and of the last point.
     void getRangeX(double& start, double& end) const;
 
-    /// Moves a point. False, changing nothing, when the first point would pass
-    /// the second or the last one the last but one; equal X are taken, and points
-    /// between are moved past their neighbours unasked.
+    /// Moves a point. False, changing nothing, when the first point would pass the
+    /// second, or the last point the one before it; equal X are allowed. The points
+    /// between are not checked and may pass their neighbours.
     bool setPoint(int index, double x, double y);
     /// The same for X alone.
     bool setX(int index, double x);
-    /// Changes Y, under no order test.
+    /// Changes Y, without any check.
     bool setY(int index, double y);
 
     /// Appends a copy of each point of `source` and returns true; false, changing
-    /// nothing, for null. Into a list that holds points, the end of the range
-    /// becomes the X at the last index of the source, not of this list.
+    /// nothing, for null. If this list already has points, the end of its range
+    /// becomes its X at the last index of the source, not at its own last index.
     bool copy(mfDataPoints_c* source);
 
 private:

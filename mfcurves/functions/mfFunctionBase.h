@@ -5,8 +5,8 @@
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-// The destructor of the base below is fixed as it is. Nobody deletes a curve through
-// that base, so the warning about it is of no use, also where a class derives from it.
+// The base below has a fixed, non-virtual destructor. Curves are never deleted through
+// it, so the warning is turned off here and where a class derives from it.
 #if defined(__GNUC__)
 #define MFCURVES_FIXED_BASE_BEGIN \
     _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wnon-virtual-dtor\"")
@@ -18,30 +18,30 @@
 
 MFCURVES_FIXED_BASE_BEGIN
 
-/// What every kind of curve says of what it drives, the validity rule that this
-/// implies, and the questions that tell the kinds apart.
+/// The base of all kinds of curves: the quantity that the curve gives, its
+/// independent variable, the rule for validity, and the kind of the curve.
 ///
-/// Errors: fields take any number, one outside its enumeration included.
+/// Errors: fields take any number, including one outside its enumeration.
 class MFCURVES_API mfFunctionBase_c {
 public:
-    /// 0 when the curve drives a motor, so that motorDependentVar governs; any
-    /// other number when it is a force or torque. Not a mf::MotionObjectType_e.
+    /// 0 for a motor, whose quantity is motorDependentVar; any other number for a
+    /// force or torque. Not a mf::MotionObjectType_e.
     int motionObjectType = 0;
     /// The quantity of a motor that the curve gives.
     mf::MotorDriveType_e motorDependentVar = mf::MotorDriveType_None;
-    /// Whether the curve gives a force or a torque, where motionObjectType is not 0.
+    /// Whether the curve gives a force or a torque, when motionObjectType is not 0.
     mf::ForceTorqueType_e forceTorqueDependentVar = mf::ForceTorqueType_None;
-    /// What X stands for.
+    /// What X means.
     mf::IndependentVariableType_e independentVar = mf::IndependentVariableType_None;
-    CString motionResult;  ///< the motion result that X stands for; empty for time and cycle angle
+    CString motionResult;  ///< the motion result used as X; empty for time and cycle angle
 
     mfFunctionBase_c() = default;
     mfFunctionBase_c(const mfFunctionBase_c&) = default;
     mfFunctionBase_c& operator=(const mfFunctionBase_c&) = default;
     ~mfFunctionBase_c() = default;
 
-    /// True when independentVar tells what X stands for; true for a kind that has
-    /// no other way to tell.
+    /// True when independentVar says what X means, which is so for every kind that
+    /// does not name its variable by a text.
     virtual bool HasEnumForIndependentVariable() const { return true; }
     /// The text that names the independent variable, for kinds that keep one.
     virtual CString GetIndependentVarName() const { return {}; }
@@ -52,9 +52,9 @@ public:
     /// True for an expression.
     virtual bool IsExpression() const { return false; }
 
-    /// True when the function says what X stands for and which quantity it gives.
+    /// True when both the meaning of X and the quantity of the curve are set.
     virtual bool IsValid();
-    /// Forgets quantities, independent variable and motion result.
+    /// Resets quantities, independent variable and motion result.
     /// motionObjectType stays.
     virtual void ClearFunction();
 };

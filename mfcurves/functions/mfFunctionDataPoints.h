@@ -15,30 +15,30 @@ MFCURVES_FIXED_BASE_BEGIN
 
 /// A curve through a table of points, joined by the spline that the host lends.
 ///
-/// Rows stand in ascending X: the end of a row's range lies below the start of
-/// the next, and equal X count as a clash. A new row is never refused for its X,
-/// it is moved to a free one; a change of an X is refused when it would clash and
-/// otherwise moves the row to where it belongs. Nearly every row holds one point;
-/// rows of several come from older data.
+/// Rows are in ascending X: each row's range ends below the start of the next row,
+/// and equal X clash. A new row whose X clashes is not refused but moved to a free X.
+/// A change of X that would clash is refused; any other moves the row to its place in
+/// the order. Nearly every row holds one point; rows of several come from older data.
 ///
 /// Each edit rebuilds the spline and lists the rows that it touched. The plotting
-/// arrays stay as they are until calculateValue() is called.
+/// arrays do not change until calculateValue() is called.
 ///
-/// Seams and ends are those of the spline. With mf::host::Spline the piece that starts
-/// at a point gives its values, at the last point the last piece; beyond the ends the
-/// curve goes on along the tangent.
+/// The spline decides the values at seams and beyond the ends. With mf::host::Spline,
+/// the piece that starts at a point gives the values there, at the last point the last
+/// piece; beyond the ends the curve continues along the tangent.
 ///
 /// Units: X in the unit of the independent variable, Y in that of the motor or
 /// force. Nothing is converted here.
-/// Errors: false, null or 0.0, and nothing changes. Without a spline values are
-/// 0.0 and edits keep the table alone. If memory runs out the exception passes
-/// through and the object can still be edited and destroyed; the spline may then
-/// lack points until the next edit.
-/// Cost: an edit gives the spline all points anew, so a long table is filled by
-/// appendDataPoint and one RegenSplineData. A point costs what the spline needs.
-/// Threads: one at a time for each object, as the spline may keep its place.
-/// Ownership: the function owns its rows and plotting arrays. The spline is lent
-/// by the host and goes back to it once, when it is replaced or in the destructor.
+/// Errors: operations return false, null or 0.0 and change nothing. Without a spline,
+/// values are 0.0 and edits change only the table. If memory runs out, the exception
+/// passes through and the object can still be edited and destroyed; the spline may
+/// then lack points until the next edit.
+/// Cost: each edit passes all points to the spline again, so fill a long table with
+/// appendDataPoint and one RegenSplineData. Evaluating a point costs what the spline
+/// needs.
+/// Threads: one at a time for each object, because the spline may cache its position.
+/// Ownership: the function owns its rows and plotting arrays. The spline is lent by
+/// the host and returned to it once, when it is replaced or in the destructor.
 /// Copying: copy construction and assignment share spline, rows and arrays, so
 /// only one of the two objects may be destroyed. Use Copy.
 class MFCURVES_API mfFunctionDataPoints_c : public IFunctionDataPoints_c, public mfFunctionBase_c {
@@ -51,8 +51,8 @@ public:
     ~mfFunctionDataPoints_c() override;
 
     ISimSplineData_c* getSplineData() override { return splineData_; }
-    /// Holds `spline`, which may be null, from now on. The one held before goes
-    /// back to the host unless it is the same or the host has no services.
+    /// Uses `spline`, which may be null, from now on. The previous one is returned to
+    /// the host unless it is the same or the host has no services.
     void setSplineData(ISimSplineData_c* spline) override;
     void clearDataPoints() override { ClearFunction(); }
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override { motorDependentVar = quantity; }
@@ -64,7 +64,7 @@ public:
     mf::ForceTorqueType_e getForceTorqueDependentVar() override { return forceTorqueDependentVar; }
     mf::IndependentVariableType_e getIndependentVar() override { return independentVar; }
     void setIndependentVar(mf::IndependentVariableType_e variable) override { independentVar = variable; }
-    /// Stores any number and passes the three known types on to the spline as its
+    /// Stores any number. Only the three known types are passed to the spline, as its
     /// kind.
     void setInterpolationType(mf::DataPointInterpolationType_e type) override;
     mf::DataPointInterpolationType_e getInterpolationType() override { return interpolationType_; }
@@ -73,89 +73,89 @@ public:
 
     /// Always true.
     bool IsDataPoints() const override { return true; }
-    /// The rule of the base alone: an empty table does not make a function invalid.
+    /// The rule of the base; an empty table can be valid.
     bool IsValid() override { return mfFunctionBase_c::IsValid(); }
-    /// Forgets everything but motionObjectType, the kind that the spline was given
-    /// and the plotting arrays, which describe the former curve until the next
+    /// Clears everything except motionObjectType, the kind of the spline and the
+    /// plotting arrays, which describe the former curve until the next
     /// calculateValue().
     void ClearFunction() override;
 
-    /// Makes this a deep copy of `source`: table, spline, interpolation and what
-    /// the curve drives. motionObjectType, update rows and plotting arrays do not
-    /// come along. False for null; a copy of itself changes nothing.
+    /// Makes this a deep copy of `source`: table, spline, interpolation, quantities
+    /// and variable. motionObjectType, update rows and plotting arrays are not copied.
+    /// False for null; copying an object to itself changes nothing.
     bool Copy(mfFunctionDataPoints_c* source);
 
     // Editing the table
 
-    /// Puts `points` at index `row`, 0 to the row count. Where its X clashes with
-    /// a neighbour, its first point goes to a free X: 1.0 beyond the last row, 1.0
-    /// ahead of the first, or the middle of the gap. False for a row outside the
-    /// table or a null list.
+    /// Inserts `points` at index `row`, 0 to the row count. If its X clashes with a
+    /// neighbour, its first point moves to a free X: 1.0 above the last row, 1.0 below
+    /// the first, or the middle of the gap. False for a row outside the table or a
+    /// null list.
     ///
-    /// The table owns the list once it holds it. A list that is refused stays the
-    /// caller's, as does one of several points that cannot be moved to the free X:
-    /// it is left out and the result is true all the same.
+    /// The table owns a list that it inserts. A refused list stays the caller's. So
+    /// does a list of several points that cannot be moved to the free X: it is not
+    /// inserted, although the result is true.
     bool insertDataPoint(int row, mfDataPoints_c* points);
-    /// insertDataPoint at the end without rebuilding the spline, for readers of
-    /// long tables, which call RegenSplineData once when all rows are in.
+    /// insertDataPoint at the end without rebuilding the spline, for long tables.
+    /// Call RegenSplineData once after the last row.
     bool appendDataPoint(mfDataPoints_c* points);
-    /// Changes X (column 0) or Y (column 1) of a row's first point; other columns
-    /// change nothing and return true. A new X moves the row to its place, or is
-    /// refused with false where it would meet another row's range.
+    /// Changes X (column 0) or Y (column 1) of a row's first point; another column
+    /// changes nothing and returns true. A new X moves the row to its place in the
+    /// order. False for a row outside the table or an X in another row's range.
     bool modifyDataPoint(int row, int column, double x, double y);
-    /// Removes a row and destroys it; false outside the table.
+    /// Removes and destroys a row; false outside the table.
     bool deleteDataPoint(int row);
-    /// Deletes rows by their index at the time of the call, in any order, repeated
-    /// or not; indices outside the table are ignored. Always true. The update rows
-    /// stay as they were.
+    /// Deletes rows by their index at the time of the call, in any order. Repeated
+    /// indices and indices outside the table are ignored. Always true. The update
+    /// rows do not change.
     bool deleteDataPoints(std::vector<std::size_t> rows);
-    /// Replaces a row of several points by as many rows of one. Spline, update
-    /// rows and plotting arrays stay. Nothing happens for a row outside the table.
+    /// Replaces a row of several points by as many rows of one. Spline, update rows
+    /// and plotting arrays do not change. A row outside the table is ignored.
     void expandDataPoints(int row);
 
     // Reading the table
 
-    /// Lends the row, or null with false outside the table.
+    /// Sets `out` to the row, which the table keeps; null and false outside the table.
     bool selectDataPoint(int row, mfDataPoints_c*& out);
-    /// Tells whether the range of `points` meets that of a row, ends included, and
-    /// appends the rows met to `rows`. `position` becomes the first row met or,
-    /// with false, the index where the range fits. Entries that `rows` held before
-    /// count as rows met.
+    /// Whether the range of `points` overlaps that of a row, ends included. Appends the
+    /// overlapping rows to `rows`. `position` becomes the first of them or, when the
+    /// result is false, the index where the range fits. Entries that are already in
+    /// `rows` count as overlapping rows.
     bool IsRangeOverlap(mfDataPoints_c* points, int& position, std::vector<std::size_t>& rows);
-    /// The row whose range holds x; for an x in the lowest row that the search
-    /// still looks at, the row above it. An x in no row gets a row nearby. 0 for an
-    /// empty table.
+    /// The row whose range contains x. The exception: when the bisection ends on two
+    /// rows, an x in the lower one returns the upper one. For an x in no row, a row
+    /// nearby; 0 for an empty table.
     int findDataPonts(double x);  // spelling is exported
     /// Replaces `out` by the rows that the last insertion, modification or single
-    /// deletion touched. May be asked any number of times.
+    /// deletion touched. Reading the list does not clear it.
     void getUpdateRows(std::vector<int>& out) const { out = updateRows_; }
     int getTotalPoints() const;                                                      ///< points of all rows
     int getDataPointsCount() const { return static_cast<int>(dataPoints_.size()); }  ///< rows
-    /// True without rows.
+    /// True when the table has no rows.
     bool isEmpty() const { return dataPoints_.empty(); }
     /// The X range of the table; 0.0 and 0.0 when it is empty.
     void getDomian(double& start, double& end) const;  // spelling is exported
 
     // Values and plotting
 
-    /// Gives the spline the points of the table in place of its own.
+    /// Replaces the points of the spline by those of the table.
     void RegenSplineData();
-    /// Value (order 0) or derivative (1 to 3) at any x, as the spline has it, which may
-    /// be NaN for a NaN x; 0.0 for another order and without a spline. It follows an
-    /// edit at once.
+    /// The spline's value (order 0) or derivative (1 to 3) at any x, which may be NaN
+    /// for a NaN x; 0.0 for another order and without a spline. Edits take effect at
+    /// once.
     double evaluate(double x, int order);
     /// Value and first three derivatives at x.
     void calculateValue(double x, double& y0, double& y1, double& y2, double& y3);
-    /// Rebuilds the four plotting arrays: getPlottingDataCount evenly spaced
-    /// samples from the start of the domain on.
+    /// Rebuilds the four plotting arrays: getPlottingDataCount evenly spaced samples
+    /// over the X range of the table.
     void calculateValue();
-    /// Sets the number of samples that calculateValue() takes: 100, or the number
-    /// of points where there are more, or 0 where there are none.
+    /// Sets the number of samples that calculateValue() takes: 100, the number of
+    /// points if that is higher, or 0 for an empty table.
     void setPlottingDataCount();
     /// The number of samples that calculateValue() takes.
     int getPlottingDataCount() const { return plottingCount_; }
-    /// The samples of value and derivatives, each getPlottingDataCount long since
-    /// the last calculateValue(), null before the first. Lent until the next.
+    /// The samples of value and derivatives: getPlottingDataCount points each, null
+    /// before the first calculateValue(). Valid until the next one.
     /// @{
     mfPoint2D_c* getPlottingData0() const { return plottingData_[0]; }
     mfPoint2D_c* getPlottingData1() const { return plottingData_[1]; }
@@ -165,9 +165,9 @@ public:
     /// The same by order, 0 to 3; null for another.
     mfPoint2D_c* getPlottingData(int order) const;
 
-    /// Rebuilds table, interpolation and plotting arrays from the points that
-    /// older data left in the spline alone: one row a point, or a single row of
-    /// all of them. Without a spline the table is emptied and nothing else.
+    /// Rebuilds table, interpolation and plotting arrays from the points of the
+    /// spline, where older data keeps them: one row per point with `pointPerRow`, else
+    /// a single row of all points. Without a spline, only clears the table.
     void updateForLegacyData(bool pointPerRow);
 
 private:

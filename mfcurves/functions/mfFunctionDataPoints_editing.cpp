@@ -63,8 +63,8 @@ bool mfFunctionDataPoints_c::insertDataPoint(int row, mfDataPoints_c* points)
     try {
         RegenSplineData();
     } catch (...) {
-        // The caller cannot tell whether the table has the list, so it is the
-        // caller's again.
+        // The caller cannot know whether the table has taken the list, so the
+        // ownership goes back to the caller.
         if (getDataPointsCount() > countBefore)
             dataPoints_.erase(dataPoints_.begin() + row);
         updateRows_.clear();
@@ -78,9 +78,8 @@ bool mfFunctionDataPoints_c::appendDataPoint(mfDataPoints_c* points)
     return iStore(getDataPointsCount(), points);
 }
 
-// All of an insertion but the rebuilding of the spline. A clash is settled by the
-// row that was asked for alone: the list stays there, and its own X is given up
-// for one that is free.
+// Inserts without rebuilding the spline. On a clash the list keeps the row that the
+// caller asked for, and its X changes to a free one.
 bool mfFunctionDataPoints_c::iStore(int row, mfDataPoints_c* points)
 {
     updateRows_.clear();
@@ -97,8 +96,8 @@ bool mfFunctionDataPoints_c::iStore(int row, mfDataPoints_c* points)
     return true;
 }
 
-// Between two rows the list may reach into the row after it, as long as it ends
-// before that row's end.
+// Between two rows, the list may overlap the next row as long as it ends before that
+// row's end.
 bool mfFunctionDataPoints_c::iClashes(int row, const mfDataPoints_c& points) const
 {
     if (isEmpty())
@@ -133,9 +132,9 @@ bool mfFunctionDataPoints_c::modifyDataPoint(int row, int column, double x, doub
     return true;
 }
 
-// The row leaves the table, takes its new X and comes back where that fits, or
-// with its old X where it was. All memory is taken first: the row must not get
-// lost while it is out.
+// Removes the row from the table, sets its new X and inserts it where that fits; on a
+// clash, restores its old X and its old place. All memory is reserved first, so that
+// no exception can lose the row while it is outside the table.
 bool mfFunctionDataPoints_c::iModifyX(int row, double x)
 {
     std::vector<std::size_t> overlapping;
@@ -186,8 +185,8 @@ bool mfFunctionDataPoints_c::deleteDataPoints(std::vector<std::size_t> rows)
     return true;
 }
 
-// The rows of one point are put ahead of the row that they come from, which is
-// then taken away.
+// Inserts the rows of one point before the row that they come from, then removes
+// that row.
 void mfFunctionDataPoints_c::expandDataPoints(int row)
 {
     if (!iHolds(row))
@@ -214,11 +213,10 @@ bool mfFunctionDataPoints_c::selectDataPoint(int row, mfDataPoints_c*& out)
     return out != nullptr;
 }
 
-// Stops at the first row whose successor lies beyond the range, so each row that
-// is reached starts within the range or ahead of it, and meets it if it does not
-// also end ahead of it. Behind the last row there is always room, which is what
-// the successor 1.0 beyond the range stands for; where 1.0 is too little to tell
-// from the end of the range, the walk runs one row further.
+// Stops at the first row whose successor starts above the range. So each row visited
+// starts within or below the range, and overlaps it unless it also ends below it. The
+// last row gets a successor 1.0 above the range, so that the loop stops there. If 1.0
+// is too small to change the end of the range, the loop runs one row further.
 bool mfFunctionDataPoints_c::IsRangeOverlap(mfDataPoints_c* points, int& position,
                                             std::vector<std::size_t>& rows)
 {
@@ -243,8 +241,8 @@ bool mfFunctionDataPoints_c::IsRangeOverlap(mfDataPoints_c* points, int& positio
     return !rows.empty();
 }
 
-// A bisection that ends on the upper of two rows. An x that lies in the lower one
-// gets the upper one all the same.
+// A bisection that ends on two rows. It returns the upper one even for an x in the
+// lower one.
 int mfFunctionDataPoints_c::findDataPonts(double x)
 {
     if (isEmpty())

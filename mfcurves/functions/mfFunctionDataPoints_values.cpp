@@ -11,12 +11,12 @@
 namespace {
 
 constexpr int kFewestSamples = 100;
-// 1/99 as the double that the step of 100 samples is made with. A division by 99
-// would round differently.
+// 1/99 rounded to a double, for the step of 100 samples. Multiplying by it rounds
+// differently from a division by 99.
 constexpr double kStepOfFewestSamples = 0.010101010101010102;
 
-// The spline numbers its kinds from the other end: linear 2, cubic 1, Akima 0.
-// The same step leads from a type to its kind and back.
+// The spline numbers its kinds in reverse: linear 2, cubic 1, Akima 0. The same
+// formula converts a type to its kind and back.
 bool isTypeOrKind(int number)
 {
     return number >= 0 && number <= 2;
@@ -96,8 +96,8 @@ void mfFunctionDataPoints_c::calculateValue(double x, double& y0, double& y1, do
     y3 = evaluate(x, 3);
 }
 
-// X runs by repeated addition, so the last sample may miss the end of the domain
-// by rounding.
+// X is computed by repeated addition, so the last sample may miss the end of the
+// domain by rounding.
 void mfFunctionDataPoints_c::calculateValue()
 {
     setPlottingDataCount();

@@ -59,7 +59,7 @@ CString mfFunctionExpression_c::getIndepVar()
     return independentVariable_;
 }
 
-// The text may be a field of this object, so it is read before any is changed.
+// `text` may be a field of this object, so it is read before any field changes.
 void mfFunctionExpression_c::setIndepVar(const CString& text)
 {
     independentVar = independentVariableNamed(text);

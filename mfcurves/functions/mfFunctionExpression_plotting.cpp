@@ -16,8 +16,8 @@ namespace {
 
 constexpr int kSampleCount = 100;
 
-// Sets ys to the values at xs and returns how many there are before the first that
-// cannot be computed.
+// Sets ys to the values at xs, up to the first that cannot be computed, and returns
+// their number.
 int evaluateEach(ICalculator* calculator, const std::vector<double>& xs, std::vector<double>& ys)
 {
     ys.resize(xs.size());
@@ -26,8 +26,8 @@ int evaluateEach(ICalculator* calculator, const std::vector<double>& xs, std::ve
                : static_cast<int>(mf::engine::evaluateMany(*calculator, xs.data(), ys.data(), xs.size()));
 }
 
-// What a parameter means as the independent variable. False when it cannot be
-// one. A cycle angle that the study does not know may still be a motion result.
+// Sets `name` to the independent variable that a parameter means. False when it cannot
+// be one. A cycle angle that is not available may still be a motion result.
 bool independentVariableOf(const MMEP_WString& parameter, IMotionStudy_c* study, CString& name)
 {
     if (parameter.isTime()) {
@@ -47,8 +47,8 @@ bool independentVariableOf(const MMEP_WString& parameter, IMotionStudy_c* study,
 
 }  // namespace
 
-// Nothing to plot is a state that can be plotted: with no point at all. A text
-// that the parser refused shows in the plotting flag and not in the result.
+// An empty text counts as plottable, with 0 points. A text that does not compile
+// clears the plotting flag; the result is still true.
 bool mfFunctionExpression_c::calculateValue()
 {
     validForPlotting_ = false;
@@ -69,7 +69,7 @@ bool mfFunctionExpression_c::calculateValue()
         if (!independentVariableOf(parser.getParam(i), study, name))
             return false;
     }
-    // A curve over several variables is accepted and never plotted.
+    // A curve of several variables is accepted but not plotted.
     if (parameterCount > 1)
         return true;
     setIndepVar(name);
@@ -77,8 +77,8 @@ bool mfFunctionExpression_c::calculateValue()
     return validForPlotting_ ? iSample() : true;
 }
 
-// The x of the samples come from adding the step again and again, so that the
-// last one may miss the end of the domain by rounding.
+// Each x is the previous one plus the step, so the last one may miss the end of the
+// domain by rounding.
 bool mfFunctionExpression_c::iSample()
 {
     plottingPointCount_ = kSampleCount;
@@ -97,7 +97,7 @@ bool mfFunctionExpression_c::iSample()
     for (int i = 0; i < done; ++i)
         plottingData_[0][i] = mfPoint2D_c(xs[i], ys[i]);
     if (done < kSampleCount) {
-        plottingData_[0][done] = mfPoint2D_c(xs[done], 0.0);  // the x stood before its value failed
+        plottingData_[0][done] = mfPoint2D_c(xs[done], 0.0);  // the failed sample keeps its x
         iReleaseCalculator();
         return false;
     }
@@ -106,9 +106,9 @@ bool mfFunctionExpression_c::iSample()
     return true;
 }
 
-// All three derivatives are made, whichever arrays there are to fill. The outcome is
-// that of one walk over x that computes every order at each sample and ends at the
-// first failure: the orders below the one that fails have that sample too.
+// Makes all three derivatives, whichever arrays exist. The result is the same as that
+// of one loop over x that computes every order at each sample and stops at the first
+// failure: the orders below the failing one have that sample too.
 bool mfFunctionExpression_c::calculateDerivatives()
 {
     const int count = std::min(plottingPointCount_, plottingDataLength_);
@@ -126,7 +126,7 @@ bool mfFunctionExpression_c::calculateDerivatives()
     for (int i = 0; i < last; ++i)
         xs.push_back(plottingData_[0][i].x());
     std::vector<double> ys[kOrderCount];
-    int end = last;  // the sample at which the walk ends
+    int end = last;  // the sample at which that loop stops
     int failing = kOrderCount;
     for (int order = 1; order <= highest; ++order) {
         if (plottingData_[order] == nullptr)

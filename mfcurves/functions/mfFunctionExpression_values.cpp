@@ -11,15 +11,15 @@
 #include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 
-// Computes the value at x and the derivatives up to `order`, as far as a point has them,
-// and returns how many there are from the value on before the first that fails.
+// Computes the value at x and the derivatives up to `order`, as far as a point has them.
+// Returns how many of them precede the first failure, the value included.
 //
-// A point compiles the math expression afresh. Where a second compile would give the same
-// and leave no trace, the calculator of the first one serves again: the text is the same and
-// ASCII, no encoder of the host's is to be asked, the process is at the locale "C" already,
-// and the calculator is the engine's own. What the names in the text stand for, which
-// depends on the resources, does not matter to a point. Then the orders above the one asked
-// for are left out, too.
+// By default each point compiles the math expression again. The previous calculator is
+// reused when another compile would give the same one and have no side effect: the text is
+// unchanged and ASCII, the host has set no encoder, the process is already at the locale
+// "C", and the calculator is the engine's own. The resources can change the meaning of a
+// name, but that does not matter for a point. With a reused calculator the orders above
+// `order` are not computed.
 int mfFunctionExpression_c::iEvaluate(double x, int order, double* values)
 {
     const int highest = order == 0 ? 0 : iDerivativesOfAPoint();
@@ -30,8 +30,8 @@ int mfFunctionExpression_c::iEvaluate(double x, int order, double* values)
     return done;
 }
 
-// An int thrown on the way to the value is a failed evaluation. A failed one leaves no
-// calculator to derive the samples from; one that can serve again is only marked.
+// An int thrown before the value is known counts as a failed evaluation. A failure
+// releases the calculator unless it can be reused; lastPointFailed_ marks both cases.
 int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest, double* values)
 {
     const std::wstring text = mf::throughNarrow(mathExpression_);
@@ -63,7 +63,7 @@ int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest, double* value
     return highest + 1;
 }
 
-// How many derivatives a point has depends on how many points there are to plot.
+// The number of derivatives of a point follows from the plotting count.
 int mfFunctionExpression_c::iDerivativesOfAPoint() const
 {
     return plottingPointCount_ == 1 ? 0 : plottingPointCount_ == 2 ? 1 : kOrderCount - 1;
@@ -99,10 +99,10 @@ double mfFunctionExpression_c::evaluate(double x, int order)
     if (order < 0 || order >= kOrderCount || iEvaluate(x, order, values) == 0)
         return 0.0;
     const double factor = iUnitFactor();
-    return factor == 1.0 ? values[order] : values[order] / factor;  // mostly there is nothing to convert
+    return factor == 1.0 ? values[order] : values[order] / factor;  // usually 1.0: saves the division
 }
 
-// A host without services takes the values as they are.
+// 1.0 when the host has no services.
 double mfFunctionExpression_c::iUnitFactor() const
 {
     IMotionServices_c* const services = mf::interfaces::motionServices();

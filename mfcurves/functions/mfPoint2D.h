@@ -5,8 +5,8 @@
 
 /// A point (x, y), the element of every plotting array.
 ///
-/// Between two points `*` is the cross product and `%` the dot product; only a
-/// product with a number is a point again.
+/// Between two points, `*` is the cross product and `%` the dot product, both numbers;
+/// a point times a number is a point.
 class MFCURVES_API mfPoint2D_c {
 public:
     mfPoint2D_c() = default;                           ///< the point (0, 0)

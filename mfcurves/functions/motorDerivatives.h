@@ -5,9 +5,8 @@
 
 namespace mf {
 
-// How many derivatives belong to a motor curve. Nobody asks for more than the
-// third one of a displacement, so a curve that gives a derivative itself has
-// fewer of its own.
+// How many derivatives a motor curve has. The highest is the third derivative of the
+// displacement, so a velocity has two and an acceleration one.
 inline int motorDerivatives(MotorDriveType_e quantity)
 {
     switch (quantity) {
@@ -22,8 +21,8 @@ inline int motorDerivatives(MotorDriveType_e quantity)
     }
 }
 
-// How many derivative arrays a curve is plotted with. An object that is neither a
-// motor (0) nor a force or torque (1) is plotted without.
+// How many derivative arrays a curve is plotted with: none for an object that is
+// neither a motor (0) nor a force or torque (1).
 inline int plottedDerivatives(int motionObjectType, MotorDriveType_e quantity)
 {
     if (motionObjectType == 0)

@@ -7,16 +7,16 @@ class CString;
 
 namespace mf {
 
-// A text as the engine gets it: through the narrow encoding and back. What that
-// encoding cannot hold changes on the way, and the process is left at the locale
-// "C".
+// Converts a text to the narrow encoding and back, the form in which the engine gets
+// it. Characters that the encoding cannot represent change, and the process is left at
+// the locale "C".
 std::wstring throughNarrow(const CString& text);
 
-// Whether throughNarrow would return this text as it is, without a trace: no host's
-// encoder notices, and the locale that it leaves behind is the one that there is.
+// Whether throughNarrow would return this text unchanged and have no side effect: it
+// calls no encoder of the host, and the process is already at the locale "C".
 bool isSameThroughNarrow(const CString& text);
 
-// The same for a text that is ASCII.
+// The same for a text that is known to be ASCII.
 bool narrowingLeavesNoTrace();
 
 }  // namespace mf
