@@ -9,20 +9,20 @@
 
 namespace mf::host {
 
-/// Everything that the library asks of a host, for a program that has none:
+/// Everything that the library needs from a host, for a program without a host:
 ///
 ///     mf::host::Context host;
 ///     QelSession_c::setMotionFunctionContext(&host);
 ///
-/// The profiles are read when they are asked for first, by which time the context has to
-/// be set in the session, with its design library set; no call of rebuildUserProfileMap
-/// is needed. A program that changes the library later takes a new context. One that
-/// wants to know whether the library could be read calls rebuildUserProfileMap, which
-/// reads it once more and says so, or mf::laws, which says why not.
+/// The profiles are read at their first use. By then the context must be set in the
+/// session, and its design library must be set; no call of rebuildUserProfileMap is
+/// needed. A program that changes the library later makes a new context. To find out
+/// whether the library could be read, call rebuildUserProfileMap, which reads it again
+/// and returns that, or mf::laws, which reports why not.
 ///
-/// Ownership: services, study and profile manager belong to the context, which has
-/// to outlive the functions that were made under it. When it ends it takes itself
-/// out of the session.
+/// Ownership: the context owns its services, study and profile manager. It has to
+/// outlive the functions that were made under it. Its destructor removes it from the
+/// session.
 class MFCURVES_API Context : public QelMotionFunctionContext_c {
 public:
     Context();
@@ -30,9 +30,9 @@ public:
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
 
-    /// The services, to set them up.
+    /// The services, for setting them up.
     Services& services() { return services_; }
-    /// The study, to set it up.
+    /// The study, for setting it up.
     Study& study() { return study_; }
     /// The profile manager. Its profiles are read at the first call.
     mfProfileManager_c& profileManager() { return *getProfileManager(); }

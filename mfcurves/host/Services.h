@@ -14,7 +14,7 @@ namespace mf::host {
 
 /// The quantities that have a unit of their own, as arguments of getUnitFactor.
 enum UnitKind : int {
-    UnitKind_None = 0,  ///< a quantity that is not set or has no meaning; its factor is 1.0 too
+    UnitKind_None = 0,  ///< a quantity that is not set or has no meaning
     UnitKind_Displacement = 1,
     UnitKind_Velocity = 2,
     UnitKind_Acceleration = 3,
@@ -24,13 +24,13 @@ enum UnitKind : int {
 
 /// The services of a program that is its own host.
 ///
-/// A new object names no design library, no resource library and no motion
-/// results, and its unit factors are 1.0.
+/// A new object has no design library, no resource library and no motion results,
+/// and its unit factors are 1.0.
 ///
-/// Threads: set it up before functions are used; then it may be asked from several.
-/// Ownership: the splines that createSplineData makes belong to this object, so
-/// it has to outlive the functions that use them. A spline that it did not make
-/// is no business of releaseSplineData and stays with its owner.
+/// Threads: set it up before functions are used; after that, several threads may use it.
+/// Ownership: this object owns the splines that createSplineData makes, so it has to
+/// outlive the functions that use them. releaseSplineData ignores a spline that this
+/// object did not make.
 class MFCURVES_API Services : public IMotionServices_c {
 public:
     /// Makes one new, empty spline.
@@ -41,19 +41,19 @@ public:
     Services(const Services&) = delete;
     Services& operator=(const Services&) = delete;
 
-    /// Sets the folders of the design library, separated by ";". The profile manager reads
-    /// them at its next rebuild and remembers the folders that it found: see
-    /// mfProfileManager_c::rebuildUserProfileMap. Blanks belong to a name.
+    /// Sets the folders of the design library, separated by ";"; blanks are part of a name.
+    /// The profile manager reads them at its next rebuild and remembers the folders that
+    /// it found: see mfProfileManager_c::rebuildUserProfileMap.
     void setDesignLibraryPaths(const CString& paths) { designLibraryPaths_ = paths; }
-    /// The path of the resource library, whatever base name is asked for.
+    /// Sets the path of the resource library, which is returned for every base name.
     void setResourceLibraryPath(const CString& path) { resourceLibraryPath_ = path; }
-    /// What the values of a quantity are divided by; 1.0 while nothing is set.
+    /// Sets the factor that values of a UnitKind are divided by; 1.0 unless set.
     void setUnitFactor(int unitKind, double factor) { unitFactors_[unitKind] = factor; }
-    /// Sets the motion results that exist. Without names, data points take any result and
-    /// segments none.
+    /// Sets the names of the existing motion results. Without names, data points in a
+    /// document accept any motion result and segments accept none.
     void setMotionResultNames(std::vector<CString> names) { motionResultNames_ = std::move(names); }
-    /// Makes the splines from now on; an empty factory brings the default back. A
-    /// factory may answer null, and so does createSplineData then.
+    /// Sets what makes the splines from now on; an empty factory restores the default,
+    /// Spline. If the factory returns null, so does createSplineData.
     void setSplineFactory(SplineFactory factory) { splineFactory_ = std::move(factory); }
 
     CString getDesignLibraryPaths() override;
@@ -72,7 +72,7 @@ private:
     std::map<int, double> unitFactors_;
     std::vector<CString> motionResultNames_;
     SplineFactory splineFactory_;
-    std::mutex splinesMutex_;  // functions on distinct threads share the services
+    std::mutex splinesMutex_;  // functions in several threads share the services
     std::map<ISimSplineData_c*, std::unique_ptr<ISimSplineData_c>> splines_;
 };
 

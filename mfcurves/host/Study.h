@@ -6,7 +6,7 @@
 
 namespace mf::host {
 
-/// The motion study of a program that is its own host. A new one takes the cycle
+/// The motion study of a program that is its own host. A new one allows the cycle
 /// angle as an independent variable.
 class MFCURVES_API Study : public IMotionStudy_c {
 public:
