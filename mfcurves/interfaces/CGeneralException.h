@@ -6,10 +6,10 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// A conversion of a text failed for another reason than memory.
+/// Thrown when a text conversion fails for a reason other than lack of memory.
 class MFCURVES_API CGeneralException : public std::runtime_error {
 public:
-    /// With that code, which what() shows.
+    /// what() includes the code in hexadecimal.
     explicit CGeneralException(std::uint32_t resultCode);
 
     /// The platform's code for the failure: the error number in the low 16 bits,

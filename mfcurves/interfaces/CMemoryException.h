@@ -5,7 +5,7 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// Memory could not be had for a text.
+/// Thrown when no memory can be allocated for a text.
 class MFCURVES_API CMemoryException : public std::bad_alloc {
 public:
     /// Says that there was no memory for a text.

@@ -9,10 +9,10 @@
 
 /// The wide text of all exported signatures.
 ///
-/// Errors: positions and counts are clamped to the text, a null pointer reads as
+/// Errors: positions and counts are clamped to the text; a null pointer counts as
 /// the empty text.
-/// Copying: copies share one immutable buffer, so that a copy costs a reference
-/// count, and two texts with one buffer are equal without a look at it.
+/// Copying: copies share one immutable buffer. A copy costs one reference count, and
+/// texts that share a buffer compare equal without reading it.
 class MFCURVES_API CString {
 public:
     CString() noexcept = default;              ///< the empty text
@@ -30,26 +30,26 @@ public:
     operator const wchar_t*() const noexcept { return GetString(); }
     /// The number of characters.
     int GetLength() const noexcept { return text_ ? static_cast<int>(text_->size()) : 0; }
-    /// True without any character.
+    /// True when the text has no characters.
     bool IsEmpty() const noexcept { return GetLength() == 0; }
-    /// The whole text, characters behind a zero character included.
+    /// The whole text, including characters after a zero character.
     std::wstring_view View() const noexcept
     {
         return text_ ? std::wstring_view(*text_) : std::wstring_view();
     }
 
-    /// True for copies of one text, and for two empty ones. Equal texts that were
-    /// made apart answer false.
+    /// True for copies of one text, and for two empty texts. False for equal texts
+    /// that were made separately.
     bool SharesBuffer(const CString& other) const noexcept { return text_ == other.text_; }
 
-    /// Negative, 0 or positive, by the numbers of the characters.
+    /// Compares by character codes: -1, 0 or 1.
     int Compare(const wchar_t* other) const noexcept;
-    /// The same without regard to case, by the tables of the UTF-8 locale.
+    /// The same ignoring case, by the tables of the UTF-8 locale.
     int CompareNoCase(const wchar_t* other) const noexcept;
 
-    /// Position of the first `pattern` at or behind `start`; -1 for none.
+    /// Position of the first `pattern` at or after `start`; -1 if not found.
     int Find(const wchar_t* pattern, int start = 0) const noexcept;
-    /// Position of the first such character at or after `start`; -1 for none.
+    /// Position of the first `character` at or after `start`; -1 if not found.
     int Find(wchar_t character, int start = 0) const noexcept;
 
     /// The first `count` characters.
@@ -61,29 +61,29 @@ public:
     /// `count` characters from position `first` on.
     CString Mid(int first, int count) const;
 
-    /// Puts `to` for every `from`, from left to right, never looking at what it
-    /// put in, and answers how many there were. An empty `from` is nowhere.
+    /// Replaces every `from` by `to`, from left to right, without searching the
+    /// replacements. Returns the number replaced; 0 for an empty `from`.
     int Replace(const wchar_t* from, const wchar_t* to);
-    /// Adds a text at the end.
+    /// Appends a text.
     void Append(const wchar_t* text);
 
-    CString& Trim();                        ///< takes white space off both ends
-    CString& TrimLeft();                    ///< takes white space off the start
-    CString& TrimRight();                   ///< takes white space off the end
-    CString& Trim(wchar_t character);       ///< takes that character off both ends
-    CString& TrimLeft(wchar_t character);   ///< takes that character off the start
-    CString& TrimRight(wchar_t character);  ///< takes that character off the end
+    CString& Trim();                        ///< removes white space from both ends
+    CString& TrimLeft();                    ///< removes white space from the start
+    CString& TrimRight();                   ///< removes white space from the end
+    CString& Trim(wchar_t character);       ///< removes that character from both ends
+    CString& TrimLeft(wchar_t character);   ///< removes that character from the start
+    CString& TrimRight(wchar_t character);  ///< removes that character from the end
 
-    /// Becomes what printf makes of these arguments, however long. `%s` and `%c`
-    /// take wide text and a wide character, and the decimal sign is a point under
-    /// every locale.
+    /// Sets this text by printf rules, at any length. `%s` and `%c` take wide text
+    /// and a wide character, the decimal sign is a point under every locale, and
+    /// size modifiers and `*` are not supported.
     void Format(const wchar_t* format, ...);
 
-    /// Becomes the string of that number of the current resource module. False,
-    /// leaving an empty text, where there is none.
+    /// Sets this text to string `number` of the current resource module. Returns
+    /// false and leaves an empty text when that string is missing or empty.
     bool LoadString(unsigned number);
 
-    /// Adds a text or a character at the end.
+    /// Appends a text or a character.
     /// @{
     CString& operator+=(const CString& text);
     CString& operator+=(const wchar_t* text);
@@ -97,8 +97,8 @@ public:
     friend MFCURVES_API CString operator+(const wchar_t* a, const CString& b);
     /// @}
 
-    /// Comparisons by the numbers of the characters, case included. All of them, as the
-    /// conversion to a pointer would take those left out.
+    /// Comparisons by character codes; case matters. All are declared: a missing one
+    /// would compare pointers, through the conversion above.
     /// @{
     friend bool operator==(const CString& a, const CString& b) noexcept
     {

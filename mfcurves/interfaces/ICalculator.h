@@ -6,20 +6,20 @@
 
 /// A compiled expression.
 ///
-/// Ownership: whoever received one gives it back through Release, which is the
-/// only way to dispose of it. It outlives the parser that made it.
+/// Ownership: whoever receives a calculator must call Release, the only way to
+/// dispose of it. It may outlive the parser that made it.
 class MFCURVES_API ICalculator {
 public:
-    /// A new calculator for the derivative with respect to the one argument; it
-    /// has a life of its own and ends by Release. The argument is not used.
-    /// Null when there is none: an expression of two or more parameters, or one
-    /// whose derivative would outgrow the limits of the engine.
+    /// Returns a new calculator for the derivative with respect to the expression's
+    /// one parameter. It is independent of this one; the caller must release it.
+    /// Null for an expression of two or more parameters, and when the derivative
+    /// would exceed the limits of the engine. `unused` is ignored.
     virtual ICalculator* differentiate(int unused) = 0;
 
     /// Evaluates with `count` arguments, in the order of the parser's parameters.
-    /// False, leaving `result` as it was, when the count does not fit the
+    /// False, leaving `result` unchanged, when `count` differs from the number of
     /// parameters or the value is not finite. An expression without parameters
-    /// takes any count.
+    /// accepts any count.
     virtual bool Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result) = 0;
 
     /// Disposes of this calculator. Always true.

@@ -14,36 +14,36 @@ class ISimSplineData_c;
 class MFCURVES_API IFunctionDataPoints_c {
 public:
     virtual ~IFunctionDataPoints_c();
-    /// The spline that joins the points, lent by the host's services; null where there
-    /// is none.
+    /// The spline that joins the points, lent by the host's services; null when the
+    /// function has no spline.
     virtual ISimSplineData_c* getSplineData() = 0;
-    /// Replaces the spline; the former one goes back to the host's services. The points
-    /// of the table are not handed to the new one: call RegenSplineData for that.
+    /// Replaces the spline and returns the former one to the host's services. The new
+    /// one does not receive the table's points: call RegenSplineData for that.
     virtual void setSplineData(ISimSplineData_c* spline) = 0;
-    /// Removes all points and forgets what the curve gives and what X stands for.
+    /// Removes all points and resets the quantities, the variable and its motion result.
     virtual void clearDataPoints() = 0;
-    /// Sets which quantity of a motor the curve gives. It counts while motionObjectType is 0.
+    /// Sets which quantity of a motor the curve gives. Used while motionObjectType is 0.
     virtual void setMotorDependentVar(mf::MotorDriveType_e quantity) = 0;
     /// The quantity of a motor, as it was set.
     virtual mf::MotorDriveType_e getMotorDependentVar() = 0;
-    /// Sets whether the curve gives a force or a torque. It counts while motionObjectType
-    /// is not 0, which has to be set too.
+    /// Sets whether the curve gives a force or a torque. Used while motionObjectType is
+    /// not 0, so set that too.
     virtual void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) = 0;
-    /// Whether it gives a force or a torque, as it was set.
+    /// Whether the curve gives a force or a torque, as it was set.
     virtual mf::ForceTorqueType_e getForceTorqueDependentVar() = 0;
-    /// What X stands for: time in s, the cycle angle in degrees, or a motion result.
+    /// What X means: time in s, the cycle angle in degrees, or a motion result.
     virtual mf::IndependentVariableType_e getIndependentVar() = 0;
-    /// Sets what X stands for. For a motion result, setMotionResult gives its name.
+    /// Sets what X means. For a motion result, setMotionResult sets its name.
     virtual void setIndependentVar(mf::IndependentVariableType_e variable) = 0;
-    /// Sets how the points are joined and passes that on to the spline. Any number is
-    /// stored; the spline hears of the three known ones.
+    /// Sets how the points are joined. Any number is stored; only the three known types
+    /// are passed to the spline.
     virtual void setInterpolationType(mf::DataPointInterpolationType_e type) = 0;
     /// How the points are joined, as it was set.
     virtual mf::DataPointInterpolationType_e getInterpolationType() = 0;
-    /// Sets the name of the motion result that X stands for; empty for time and cycle
-    /// angle. The name is not checked.
+    /// Sets the name of the motion result used as X; empty for time and cycle angle.
+    /// The name is not checked.
     virtual void setMotionResult(const CString& name) = 0;
-    /// The name of the motion result that X stands for; empty where it is not one.
+    /// The name of the motion result used as X; empty for time and cycle angle.
     virtual CString getMotionResult() = 0;
 
 protected:

@@ -12,31 +12,31 @@
 class MFCURVES_API IFunctionExpression_c {
 public:
     virtual ~IFunctionExpression_c();
-    /// Forgets the math expression, the variable, the domain and the samples. The parse
+    /// Clears the math expression, the variable, the domain and the samples. The parse
     /// expression stays.
     virtual void clearExpression() = 0;
-    /// Sets the text that single points evaluate. Any text is stored; one that does not
-    /// compile evaluates to 0.0 (mf::Curve says what is wrong with it). Derivatives and
-    /// samples come from the parse expression: set both to the same text.
+    /// Sets the text that gives the value of a single point. Any text is stored; one that
+    /// does not compile evaluates to 0.0 (mf::Curve says what is wrong with it). Derivatives
+    /// and samples come from the parse expression: set both to the same text.
     virtual void setMathExpression(const CString& expression) = 0;
-    /// The text that single points evaluate, as it was set.
+    /// The text that gives the value of a single point, as it was set.
     virtual CString getMathExpression() = 0;
     /// The name of the independent variable, as it was set.
     virtual CString getIndepVar() = 0;
-    /// Sets by name what X stands for: time, the cycle angle, or the motion result of
-    /// that name. Without regard to case.
+    /// Sets by name what X means: time, the cycle angle, or the motion result of that
+    /// name. Case does not matter.
     virtual void setIndepVar(const CString& text) = 0;
     /// The quantity of a motor, as it was set.
     virtual mf::MotorDriveType_e getMotorDependentVar() = 0;
     /// Sets which quantity of a motor the curve gives; None makes it a force or a torque
     /// in documents.
     virtual void setMotorDependentVar(mf::MotorDriveType_e quantity) = 0;
-    /// Whether it gives a force or a torque, as it was set.
+    /// Whether the curve gives a force or a torque, as it was set.
     virtual mf::ForceTorqueType_e getForceTorqueDependentVar() = 0;
     /// Sets whether the curve gives a force or a torque.
     virtual void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) = 0;
-    /// Sets the range of X that is sampled and stored in documents. Single points are
-    /// evaluated outside it too. The order of the ends and NaN are not checked.
+    /// Sets the range of X that is sampled and stored in documents. Single points may lie
+    /// outside it. Neither the order of the ends nor NaN is checked.
     virtual void setDomain(double minX, double maxX) = 0;
     /// The start of the sampled range.
     virtual double getMinX() = 0;

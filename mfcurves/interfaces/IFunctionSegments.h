@@ -14,35 +14,35 @@
 class MFCURVES_API IFunctionSegments_c {
 public:
     virtual ~IFunctionSegments_c();
-    /// Removes all rows and forgets what the curve gives and what X stands for.
+    /// Removes all rows and resets the quantities, the variable and its motion result.
     virtual void clearSegments() = 0;
-    /// The value (order 0) or that derivative (1 to 3) at x; 0.0 where there is none.
-    /// mfFunctionData_c::evaluate says what holds at seams, beyond the ends and for rows
-    /// that were not sampled.
+    /// The value (order 0) or derivative (1 to 3) at x; 0.0 if it does not exist.
+    /// mfFunctionData_c::evaluate documents seams, x beyond the ends and rows that were
+    /// not sampled.
     virtual double evaluate(double x, int order) = 0;
-    /// Sets which quantity of a motor the curve gives; derivatives are sampled
-    /// accordingly. It counts while motionObjectType is 0.
+    /// Sets which quantity of a motor the curve gives, and so how many derivatives are
+    /// sampled. Used while motionObjectType is 0.
     virtual void setMotorDependentVar(mf::MotorDriveType_e quantity) = 0;
     /// The quantity of a motor, as it was set.
     virtual mf::MotorDriveType_e getMotorDependentVar() = 0;
-    /// Sets whether the curve gives a force or a torque. It counts while motionObjectType
-    /// is not 0, which has to be set too.
+    /// Sets whether the curve gives a force or a torque. Used while motionObjectType is
+    /// not 0, so set that too.
     virtual void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) = 0;
-    /// Whether it gives a force or a torque, as it was set.
+    /// Whether the curve gives a force or a torque, as it was set.
     virtual mf::ForceTorqueType_e getForceTorqueDependentVar() = 0;
-    /// Sets what X stands for. For a motion result, setMotionResult gives its name. Edits
-    /// keep the rows of a time or an angle from being pushed below 0.
+    /// Sets what X means. For a motion result, setMotionResult sets its name. While X is
+    /// time or the cycle angle, edits do not push rows below 0.
     virtual void setIndependentVar(mf::IndependentVariableType_e variable) = 0;
-    /// What X stands for: time in s, the cycle angle in degrees, or a motion result.
+    /// What X means: time in s, the cycle angle in degrees, or a motion result.
     virtual mf::IndependentVariableType_e getIndependentVar() = 0;
-    /// Sets the name of the motion result that X stands for; empty for time and cycle
-    /// angle. The name is not checked.
+    /// Sets the name of the motion result used as X; empty for time and cycle angle.
+    /// The name is not checked.
     virtual void setMotionResult(const CString& name) = 0;
-    /// The name of the motion result that X stands for; empty where it is not one.
+    /// The name of the motion result used as X; empty for time and cycle angle.
     virtual CString getMotionResult() = 0;
-    /// Does nothing; rows are reached through mfFunctionSegments_c::selectSegment.
+    /// Does nothing; read rows through mfFunctionSegments_c::selectSegment.
     virtual void getSegmentsData(std::vector<CString>& data) = 0;
-    /// Does nothing; rows are added through mfFunctionSegments_c::addSegment.
+    /// Does nothing; add rows through mfFunctionSegments_c::addSegment.
     virtual void setSegmentsData(const std::vector<CString>& data) = 0;
 
 protected:

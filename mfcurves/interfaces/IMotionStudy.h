@@ -3,11 +3,11 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// The motion study at hand.
+/// The current motion study.
 class MFCURVES_API IMotionStudy_c {
 public:
     virtual ~IMotionStudy_c();
 
-    /// True when the cycle angle is a legal independent variable of the study.
+    /// True when the study allows the cycle angle as an independent variable.
     virtual bool isCycleAngleAvailable() = 0;
 };

@@ -3,9 +3,9 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// A number on its way into or out of a compiled expression.
+/// A number passed to or returned from a compiled expression.
 ///
-/// It always holds a number: an empty one holds 0.0.
+/// A default-constructed object holds 0.0.
 class MFCURVES_API MMEP_Data {
 public:
     MMEP_Data() = default;
@@ -18,5 +18,5 @@ public:
     double* getValue() const { return &number_; }
 
 private:
-    mutable double number_ = 0.0;  // handed out for writing by a const operation
+    mutable double number_ = 0.0;  // writable through the const getValue
 };

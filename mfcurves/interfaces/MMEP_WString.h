@@ -3,13 +3,13 @@
 
 #include "mfcurves/platform/mfExport.h"
 
-/// The name of one parameter of a parsed expression, and what it stands for.
+/// The name of one parameter of a parsed expression, and its meaning.
 ///
-/// Ownership: the text belongs to the parser that handed the name out and lives
-/// as long as that parser, until its next parse.
+/// Ownership: the parser that returned this object owns the text, which is valid until
+/// its next parse or its destruction.
 class MFCURVES_API MMEP_WString {
 public:
-    /// What a name stands for, as the parser found it.
+    /// What the parser takes a name to mean.
     enum class Meaning { Other, Time, CycleAngle, ResultObject };
 
     /// The text is not copied.

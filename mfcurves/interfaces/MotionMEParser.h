@@ -10,7 +10,7 @@ class ICalculator;
 
 /// Compiles one expression text into a calculator.
 ///
-/// Copying: none; a parser is made on the stack for each compile.
+/// Copying: not copyable; make a parser on the stack for each compile.
 class MFCURVES_API MotionMEParser {
 public:
     MotionMEParser();
@@ -18,25 +18,25 @@ public:
     MotionMEParser(const MotionMEParser&) = delete;
     MotionMEParser& operator=(const MotionMEParser&) = delete;
 
-    /// Compiles `expression`. With `independentVariable` that name is the one
-    /// argument, and any other free name is an error; an empty name allows
-    /// constants only. With null the free names become the parameters, in order
-    /// of first appearance.
+    /// Compiles `expression`. If `independentVariable` is given, it names the only
+    /// parameter, and any other free name is an error; an empty name allows
+    /// constants only. If it is null, the free names become the parameters, in
+    /// order of first appearance.
     ///
-    /// On success the new calculator is stored through `calculator`; the caller
-    /// ends it by ICalculator::Release. On failure `*calculator` stays as it was
-    /// and there are no parameters. The result is parseSucceeded. A null
-    /// expression fails; with a null `calculator` the text is only checked.
+    /// On success, stores the new calculator in `*calculator`; the caller disposes
+    /// of it by ICalculator::Release. On failure, leaves `*calculator` unchanged and
+    /// has no parameters. Returns what parseSucceeded then holds. A null expression
+    /// fails; with a null `calculator` the text is only checked.
     bool parse(const wchar_t* expression, wchar_t* independentVariable, ICalculator** calculator);
 
-    /// How many parameters the last parse found.
+    /// The number of parameters that the last parse found.
     int getParamsNum();
 
-    /// Parameter `index`, counted from 0 to getParamsNum() - 1. Outside that
-    /// range an empty name that stands for nothing.
+    /// Parameter `index`, from 0 to getParamsNum() - 1. Outside that range, an empty
+    /// name with the meaning Other.
     const MMEP_WString& getParam(int index);
 
-    bool parseSucceeded = false;  ///< what the last parse answered
+    bool parseSucceeded = false;  ///< what the last parse returned
 
 private:
     struct MFCURVES_LOCAL Parameters;

@@ -7,11 +7,11 @@ class IMotionServices_c;
 class IMotionStudy_c;
 class mfProfileManager_c;
 
-/// What a host gives to the library: its services, its study and the profile manager
-/// that it made. Each may be null. The library asks at each use and keeps nothing.
+/// What a host gives to the library: its services, its study and its profile manager.
+/// Each may be null. The library asks for them at each use and keeps no pointer.
 ///
-/// Threads: where functions are used in several threads, the three operations are called
-/// from all of them.
+/// Threads: when functions are used in several threads, each of those threads calls the
+/// three operations.
 class MFCURVES_API QelMotionFunctionContext_c {
 public:
     virtual ~QelMotionFunctionContext_c();

@@ -8,16 +8,15 @@ class mfProfileManager_c;
 
 namespace mf::interfaces {
 
-// What the host's context answers at this moment. No context is like a context
-// whose every answer is null. The answers are for use at once and never kept, as
-// a host may change them at any time.
+// What the host's context returns at this moment; null when no context is set. Use
+// the results at once and do not keep them: the host may return others at any time.
 IMotionServices_c* motionServices();
 IMotionStudy_c* motionStudy();
 mfProfileManager_c* profileManager();
 
-// While it exists, the calling thread asks `context` in place of the host's, which
-// stays as it is for all other threads. Objects of one thread end in the reverse order
-// of their making.
+// While it exists, the calling thread uses `context` in place of the host's, which
+// all other threads still use. Objects of one thread must be destroyed in the reverse
+// order of their construction.
 class HostOfThread {
 public:
     explicit HostOfThread(QelMotionFunctionContext_c& context);

@@ -9,8 +9,7 @@
 #include "mfcurves/interfaces/ISimSplineData.h"
 #include "mfcurves/interfaces/QelMotionFunctionContext.h"
 
-// The destructors of the interfaces have their one home here, and with them
-// their virtual tables.
+// Defining the destructors here gives the virtual tables one home.
 QelMotionFunctionContext_c::~QelMotionFunctionContext_c() = default;
 IMotionServices_c::~IMotionServices_c() = default;
 IMotionStudy_c::~IMotionStudy_c() = default;

@@ -16,7 +16,7 @@ namespace {
 struct Conversion {
     std::string flagsWidthPrecision;
     wchar_t type = L'\0';
-    std::wstring_view source;  // as it stands in the format text
+    std::wstring_view source;  // the conversion as written in the format text
 };
 
 Conversion takeConversion(std::wstring_view& format)
@@ -53,8 +53,8 @@ std::wstring formatDouble(const Conversion& conversion, double number)
     return widenAscii(mf::platform::formatNumber(format.c_str(), number));
 }
 
-// The C library's rule for texts: the precision cuts, the width pads, on the
-// right after a minus.
+// The C library's rule for texts: the precision truncates; the width pads on the
+// left, or on the right with the flag "-".
 std::wstring formatText(const Conversion& conversion, std::wstring_view text)
 {
     std::string_view rest = conversion.flagsWidthPrecision;
