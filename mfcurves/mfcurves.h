@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The whole public surface of the library in one include. The headers that it
-/// names, and no others, are public and installed.
+/// The whole public interface of the library in one include. Exactly the headers
+/// listed here are public and installed.
 
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/analysis/requirements.h"

@@ -15,7 +15,7 @@
 namespace mf {
 
 /// The version of the library that the program runs with, such as "0.2.0". It can
-/// differ from the macros where a shared library was replaced.
+/// differ from the macros when a shared library was replaced.
 MFCURVES_API const char* version();
 
 }  // namespace mf

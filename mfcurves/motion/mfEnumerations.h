@@ -3,7 +3,7 @@
 
 namespace mf {
 
-/// Which kind of function is active. Any other number makes an object inert.
+/// Which kind of function is active. With any other number, no kind is active.
 enum FunctionType_e : int {
     FunctionType_Segments = 1,
     FunctionType_DataPoints = 2,
@@ -33,7 +33,7 @@ enum ForceTorqueType_e : int {
     ForceTorqueType_Torque = 2,
 };
 
-/// What X stands for.
+/// What X means.
 enum IndependentVariableType_e : int {
     IndependentVariableType_None = 0,
     IndependentVariableType_Time = 1,
@@ -42,7 +42,7 @@ enum IndependentVariableType_e : int {
 };
 
 /// How a table of data points is joined. A spline numbers the same three kinds
-/// the other way round: linear 2, cubic 1, Akima 0.
+/// in reverse: linear 2, cubic 1, Akima 0.
 enum DataPointInterpolationType_e : int {
     DataPointInterpolationType_Linear = 0,
     DataPointInterpolationType_Cubic = 1,

@@ -16,8 +16,8 @@
 
 namespace {
 
-// Makes the resource library current while the kinds are made, and the one
-// before it again when that is done.
+// Makes the resource library current while the kinds are made, then restores the
+// previous one.
 class ResourceSwap {
 public:
     explicit ResourceSwap(const wchar_t* path)
@@ -48,9 +48,9 @@ mfFunctionData_c::~mfFunctionData_c()
     functionExpression_ = nullptr;
 }
 
-// The library that names the variables is current while the kinds are made, so
-// that a kind may look strings up. A library that cannot be loaded is a null
-// module, in which every string is empty, and no reason to fail.
+// The host's resource library is current while the kinds are made, so that a kind may
+// look up strings. A library that cannot be loaded is not a failure: it is a null
+// module, in which every string is empty.
 bool mfFunctionData_c::initialize()
 {
     IMotionServices_c* const services = mf::interfaces::motionServices();
@@ -89,8 +89,8 @@ void mfFunctionData_c::iHandInStartUpProfiles()
     functionSegments_->initializeSegment(names, tokens, variables, x1s, y1s, x2s, y2s);
 }
 
-// The one place that says which kind is active, asked at every use: the host may
-// change the type at any time. Nothing is used where there is no kind.
+// Calls `use` with the active kind, if it exists. The only place that decides which
+// kind is active; it does so at each use, because the host may change the type.
 template <class Use>
 void mfFunctionData_c::iUseActiveKind(Use use)
 {
@@ -229,7 +229,7 @@ IFunctionExpression_c* mfFunctionData_c::getFunctionExpression()
     return functionExpression_;
 }
 
-// The end of the text is its first zero character, as it is for whoever reads it.
+// For the caller, the text ends at its first zero character.
 const char* mfFunctionData_c::getXMLData()
 {
     const char* const text = xmlData_.c_str();

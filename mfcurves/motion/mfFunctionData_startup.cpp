@@ -8,8 +8,8 @@
 #include "mfcurves/profiles/designLibrary.h"
 #include "mfcurves/profiles/mfProfileFileParser.h"
 
-// The start-up profiles of a function that carries lists of its own, for hosts
-// without a profile manager.
+// The start-up profiles, which a function holds itself for hosts that do not use a
+// profile manager.
 
 namespace {
 
@@ -25,7 +25,7 @@ void append(std::vector<OlderProfile>& profiles, const mfProfileFileParser_c& pa
     profiles.insert(profiles.end(), parser.profiles().begin(), parser.profiles().end());
 }
 
-// The end of a list getter: what the caller's list holds stays in front.
+// Appends one text of each profile to the caller's list.
 void append(std::vector<CString>& list, const std::vector<OlderProfile>& profiles,
             std::string OlderProfile::*text)
 {

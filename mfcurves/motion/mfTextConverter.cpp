@@ -21,8 +21,8 @@ constexpr int kBytesForEachCharacter = 4;
 constexpr std::uint32_t kOutOfMemory = 0x8007000E;
 constexpr std::uint32_t kInvalidArgument = 0x80070057;
 
-// Error numbers become result codes of the platform; what is not positive as a
-// 32-bit number is one already.
+// Converts an error number to a result code of the platform. A number that is not
+// positive as a signed 32-bit number is a result code already.
 std::uint32_t resultCode(std::uint32_t error)
 {
     return static_cast<std::int32_t>(error) > 0 ? (error & 0xFFFF) | 0x80070000 : error;
@@ -35,7 +35,7 @@ std::uint32_t resultCode(std::uint32_t error)
     throw CGeneralException(code);
 }
 
-// A buffer of the size asked for: the fixed one while that is enough, else a
+// A buffer of at least the given size: the fixed one if that is large enough, else a
 // zero-filled one from the heap.
 class ConversionBuffer {
 public:
@@ -60,8 +60,8 @@ private:
 
 }  // namespace
 
-// Room for the longest form of each character first. Where even that is too
-// small, the encoder is asked how much it needs.
+// First tries with room for the longest form of each character. If that is too small,
+// asks the encoder how much it needs and tries again.
 std::string mfTextConverter_c::toNarrow(const CString& text) const
 {
     const std::int64_t length = std::int64_t{text.GetLength()} + 1;  // with the terminator

@@ -8,28 +8,27 @@
 #include "mfcurves/platform/mfExport.h"
 
 /// Conversions between the wide text of the exported signatures and the narrow
-/// text of profiles and documents. It holds nothing and is made where it is
-/// needed.
+/// text of profiles and documents. It has no state; make one where it is needed.
 ///
-/// Errors: see each operation; exceptions travel to the host.
+/// Errors: see each operation; exceptions are passed on to the host.
 class MFCURVES_API mfTextConverter_c {
 public:
-    /// The narrow form of `text` up to its first zero character. What the narrow
-    /// encoding cannot hold becomes its replacement character. Throws
-    /// CMemoryException when the encoder runs out of memory and CGeneralException
-    /// with the result code when it fails otherwise.
+    /// The narrow form of `text` up to its first zero character. Characters that the
+    /// narrow encoding cannot represent become its replacement character. Throws
+    /// CMemoryException when the encoder runs out of memory, and CGeneralException
+    /// with the result code for any other failure.
     std::string toNarrow(const CString& text) const;
 
     /// The wide form of narrow text, which is UTF-8.
     CString toCString(const std::string& text) const;
 
-    /// Appends the wide form of each element of `source`, in order, to what
-    /// `destination` holds.
+    /// Appends the wide form of each element of `source`, in order, to
+    /// `destination`.
     void appendToCStringList(const std::vector<std::string>& source, std::vector<CString>& destination) const;
 
-    /// The wide form of `text` as the multibyte locale of the process has it; cut
-    /// off at the first sequence that the locale cannot read. Leaves the process
-    /// at the locale "C", whatever it stood at before: the road of every text
-    /// into the expression engine.
+    /// The wide form of `text` by a multibyte UTF-8 locale, cut off at the first
+    /// sequence that is not valid in it. Leaves the process at the locale "C",
+    /// whatever it was before. Every text for the expression engine is converted
+    /// this way.
     std::wstring toWide(const std::string& text) const;
 };
