@@ -19,7 +19,7 @@ bool isSurrogate(char32_t c)
     return c >= 0xD800 && c <= 0xDFFF;
 }
 
-// A wide character is one code point.
+// A wide character holds one code point.
 char32_t codePointOf(wchar_t wide)
 {
     const auto c = static_cast<char32_t>(wide);
@@ -46,7 +46,8 @@ void appendUtf8(std::string& out, char32_t c)
     }
 }
 
-// How many bytes follow a first byte, and its own bits; -1 for no first byte.
+// How many bytes follow a first byte, whose own bits go to `bits`; -1 if no sequence
+// can start with that byte.
 int followers(unsigned char first, char32_t& bits)
 {
     if (first < 0x80)
@@ -60,8 +61,8 @@ int followers(unsigned char first, char32_t& bits)
     return -1;
 }
 
-// Length of the valid sequence at the front of the text, with its code point; 0
-// when there is none. Overlong forms and surrogates are not valid.
+// Length of the valid sequence at the front of the text, with its code point; 0 if
+// that sequence is not valid. Overlong forms and surrogates are not valid.
 std::size_t validSequence(std::string_view text, char32_t& codePoint)
 {
     const int count = followers(static_cast<unsigned char>(text.front()), codePoint);
@@ -79,8 +80,8 @@ std::size_t validSequence(std::string_view text, char32_t& codePoint)
     return static_cast<std::size_t>(count) + 1;
 }
 
-// How many ASCII characters the text begins with; eight at a time, because nearly
-// every text is nothing else.
+// How many ASCII characters the text begins with. Checks eight at a time, because
+// nearly every text is ASCII.
 std::size_t asciiAtTheFront(std::string_view text)
 {
     std::size_t at = 0;
@@ -189,7 +190,7 @@ std::size_t moveValidUtf8(std::string_view& utf8, char* buffer, std::size_t size
 
 std::string toUtf8(std::wstring_view text)
 {
-    // Nearly every text is ASCII, and each compile of an expression comes this way.
+    // Nearly every text is ASCII, and each compile of an expression calls this.
     if (isAscii(text))
         return {text.begin(), text.end()};
 

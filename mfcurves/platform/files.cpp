@@ -29,11 +29,11 @@ bool writeAll(int descriptor, std::string_view content)
     return true;
 }
 
-// A new file in the folder of `target`, under a name that no other file bears. It
-// is closed and removed at the end unless it was renamed to its place.
+// A new file in the folder of `target`, under an unused name. The destructor closes
+// and removes it unless it was renamed to `target`.
 class FileBeside {
 public:
-    // `rights` are cut by the process's mask, as those of any new file.
+    // The process's umask applies to `rights`.
     FileBeside(const std::string& target, mode_t rights)
     {
         static std::atomic<unsigned> count = 0;
@@ -72,7 +72,7 @@ private:
     int descriptor_ = -1;
 };
 
-// A device or a pipe is no file that could be replaced: it is written to.
+// For a device or a pipe, which cannot be replaced by renaming.
 bool writeStraight(const std::string& target, std::string_view content)
 {
     const int descriptor = ::open(target.c_str(), O_WRONLY | O_CLOEXEC);
@@ -82,7 +82,7 @@ bool writeStraight(const std::string& target, std::string_view content)
     return ::close(descriptor) == 0 && written;
 }
 
-// Where a path leads behind its links; the path itself when nothing is there.
+// The path with its links resolved; the path itself when nothing exists there.
 std::string resolved(const std::string& path)
 {
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
@@ -126,8 +126,8 @@ bool replaceFile(const wchar_t* path, std::string_view content)
     if (exists && ::access(target.c_str(), W_OK) != 0)
         return false;
 
-    // Made with the rights of the old file, so that nobody reads what only its
-    // owner may.
+    // The new file never has more rights than the old one, so that nobody else can read
+    // a private file meanwhile.
     constexpr mode_t kRightsOfNewFile = 0666;
     FileBeside file(target, exists ? old.st_mode & 0777 : kRightsOfNewFile);
     return file.isOpen() && file.write(content) && (!exists || file.takeRights(old.st_mode)) &&

@@ -38,8 +38,8 @@ locale_t utf8Locale()
 
 }  // namespace
 
-// The name of all categories together is "C" only when each of them is at "C".
-// glibc keeps that name, so asking for it takes no lock and builds no text.
+// The name of all categories together is "C" only when each of them is "C". glibc
+// stores that name, so the call takes no lock and builds no text.
 bool standsAtC()
 {
     return uselocale(static_cast<locale_t>(nullptr)) == LC_GLOBAL_LOCALE &&
@@ -68,7 +68,7 @@ wchar_t foldCase(wchar_t c)
 
 int compareNoCase(const wchar_t* a, const wchar_t* b)
 {
-    if (a == b)  // copies of a text share it
+    if (a == b)  // copies of a CString share one buffer
         return 0;
     for (;; ++a, ++b) {
         const wchar_t left = foldCase(*a);

@@ -12,11 +12,11 @@ constexpr unsigned kOkWithExclamation = 48;
 /// Shows a message to the user; `style` is kOkWithExclamation.
 using MessageHandler = std::function<void(const wchar_t* text, const wchar_t* caption, unsigned style)>;
 
-/// Replaces the handler of the whole process; an empty function brings the
-/// default back, which prints caption and text to standard error.
+/// Replaces the handler of the whole process; an empty function restores the
+/// default, which prints caption and text to standard error.
 MFCURVES_API void setMessageHandler(MessageHandler handler);
 
-/// Hands a message to the current handler.
+/// Passes a message to the current handler.
 MFCURVES_API void showMessage(const wchar_t* text, const wchar_t* caption, unsigned style);
 
 }  // namespace mf::platform

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// MFCURVES_API marks what a shared build of the library shows to its users,
-/// MFCURVES_LOCAL a member of such a class that stays inside. A static build needs
-/// no marking.
+/// MFCURVES_API marks what a shared build of the library exports, MFCURVES_LOCAL a
+/// member of an exported class that is not exported. In a static build both are
+/// empty.
 #if !defined(MFCURVES_SHARED)
 #define MFCURVES_API
 #define MFCURVES_LOCAL

@@ -13,7 +13,8 @@ namespace mf::platform {
 namespace {
 
 constexpr std::size_t kMostNames = 3;
-// A longer name is no misspelling, and the distance takes time by the square.
+// A longer name is not a misspelling, and the time for a distance grows with the square
+// of the length.
 constexpr std::size_t kLongestName = 100;
 
 std::wstring folded(std::string_view text)
@@ -23,8 +24,8 @@ std::wstring folded(std::string_view text)
     return wide;
 }
 
-// One row of the table of distances at a time: row[j] is the distance between the characters
-// of `a` so far and the first j of `b`.
+// Keeps one row of the table of distances: row[j] is the distance between the characters of
+// `a` read so far and the first j of `b`.
 std::size_t distance(const std::wstring& a, const std::wstring& b)
 {
     std::vector<std::size_t> row(b.size() + 1);

@@ -13,7 +13,7 @@
 namespace mf::platform {
 namespace {
 
-// The calling thread stands at the "C" locale for the life of this object.
+// The calling thread uses the "C" locale while this object exists.
 class PointLocale {
 public:
     PointLocale() : previous_(uselocale(cLocale())) {}
@@ -38,7 +38,7 @@ bool isDigit(char c)
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
-// Takes white space and one sign off the front; true when the sign is a minus.
+// Removes white space and one sign from the front; true when the sign is a minus.
 bool takeSign(std::string_view& text)
 {
     text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
@@ -48,7 +48,7 @@ bool takeSign(std::string_view& text)
     return minus;
 }
 
-// Words such as "nan" and "inf" are no numbers here.
+// Words such as "nan" and "inf" do not count as numbers.
 bool startsDecimal(std::string_view text)
 {
     if (text.starts_with('.'))
@@ -56,8 +56,8 @@ bool startsDecimal(std::string_view text)
     return !text.empty() && isDigit(text.front());
 }
 
-// from_chars leaves the number untouched when it is out of range. Whether it was
-// too large or too small shows in the place of its first digit that counts.
+// The value of a number that from_chars reports as out of range: infinity or 0.0. The
+// position of its first nonzero digit decides whether it is too large or too small.
 double outOfRange(std::string_view digits)
 {
     long long exponent = 0;

@@ -11,8 +11,8 @@ thread_local int startCount = 0;
 
 }  // namespace
 
-// The engine looks without a lock whether it has begun: the first start of the process has one
-// here, so that every thread sees what the first one made.
+// The engine checks without a lock whether it has been started. The static variable gives the
+// first start of the process a lock, so that every thread sees its effects.
 void startXml()
 {
     [[maybe_unused]] static const bool hasBegun = (xmlInitParser(), true);
@@ -20,8 +20,8 @@ void startXml()
     ++startCount;
 }
 
-// The engine itself stays up: its shutdown is for the whole process, and other
-// threads or the host may be using it.
+// Does not shut the engine down: that would affect the whole process, and other threads or
+// the host may be using it.
 void stopXml()
 {
     --startCount;

@@ -5,16 +5,16 @@
 
 namespace mf::platform {
 
-/// Starts the XML engine for the calling thread and counts it. Reading and writing a
-/// document do that themselves.
+/// Starts the XML engine for the calling thread and counts the start. Reading and
+/// writing a document do this themselves.
 MFCURVES_API void startXml();
 
-/// Takes one start of the calling thread back; a host calls it for what
-/// mfFunctionData_c::readXMLData left. The engine itself stays up, because it belongs to
-/// the whole process.
+/// Counts one start of the calling thread less. A host calls it for the starts that
+/// mfFunctionData_c::readXMLData left. The engine keeps running, because the whole
+/// process shares it.
 MFCURVES_API void stopXml();
 
-/// How many starts of the calling thread were not taken back by a stop.
+/// The starts of the calling thread that were not followed by a stop.
 MFCURVES_API int xmlStartCount();
 
 }  // namespace mf::platform
