@@ -8,7 +8,7 @@ namespace mf::profiles {
 
 /// One definition in the older dialect. All texts are narrow.
 struct OlderProfile {
-    std::string definition;  ///< through its closing keyword
+    std::string definition;  ///< including its closing keyword
     std::string name;
     std::string independentVariable;
     std::string x1;
@@ -16,7 +16,7 @@ struct OlderProfile {
     std::string x2;
     std::string y2;
     std::string result;                     ///< the expression of its last assignment
-    std::vector<std::string> resultTokens;  ///< its operators, and what stands between them
+    std::vector<std::string> resultTokens;  ///< its operators and the texts between them
 };
 
 }  // namespace mf::profiles

@@ -6,8 +6,8 @@
 
 namespace mf::profiles {
 
-// White space included, byte for byte: a tab and blanks fill each statement up to
-// one column.
+// Fixed byte for byte, including the white space: a tab and blanks pad each statement
+// to one column.
 // clang-format off
 const std::array<const char*, kBuiltInProfileCount> kBuiltInDefinitions = {
     "SegmentType(\"Cubic\", x, x1, y1, x2, y2)  \t    "

@@ -9,11 +9,10 @@ namespace mf::profiles {
 
 constexpr std::size_t kBuiltInProfileCount = 10;
 
-/// The definitions that are used without a design library.
+/// The definitions that are used when the host has no design library.
 extern const std::array<const char*, kBuiltInProfileCount> kBuiltInDefinitions;
 
-/// Copies of them that the reader brings to normal form in place at their first use, and
-/// that stay so.
+/// Copies of them. The reader converts them to normal form in place at their first use.
 std::array<std::string, kBuiltInProfileCount>& builtInProfiles();
 
 }  // namespace mf::profiles

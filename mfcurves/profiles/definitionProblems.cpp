@@ -11,7 +11,7 @@
 namespace mf::profiles {
 namespace {
 
-// The normal form of a file, which still knows its lines.
+// The normal form of a file, with the line of each position.
 class NormalText {
 public:
     explicit NormalText(const std::string& fileText)
@@ -41,9 +41,9 @@ public:
             const auto before = std::lower_bound(places.begin(), places.end(), position) - places.begin();
             position -= std::min(position, static_cast<std::size_t>(before) * growth);
         }
-        // Of several lines that begin at one position, all but the last are empty.
-        const auto behind = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), position);
-        return static_cast<int>(behind - lineStarts_.begin());
+        // If several lines begin at one position, all but the last are empty.
+        const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), position);
+        return static_cast<int>(next - lineStarts_.begin());
     }
 
 private:

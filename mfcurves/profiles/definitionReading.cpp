@@ -35,8 +35,8 @@ std::size_t countOf(const std::string& text, const std::string& pattern)
     return count;
 }
 
-// Replaces like replaceAll. The size of the new text is known before it is built,
-// and one that is too large, or more than the budget pays for, is not built.
+// Replaces like replaceAll, but computes the size of the new text first. False,
+// changing nothing, when that is too large or exceeds the budget.
 bool substitute(std::string& text, const std::string& name, const std::string& replacement,
                 WorkBudget& budget)
 {
@@ -46,7 +46,7 @@ bool substitute(std::string& text, const std::string& name, const std::string& r
         return false;
     const std::size_t count = countOf(text, name);
     const std::size_t size = text.size() - count * name.size() + count * replacement.size();
-    // The word "return" still stands before the result and goes at the end.
+    // The text still starts with the word "return", which is removed at the end.
     if (size > engine::kLongestText + kReturn.size())
         return false;
     if (count == 0)
@@ -57,8 +57,8 @@ bool substitute(std::string& text, const std::string& name, const std::string& r
     return true;
 }
 
-// Where the first statement begins that is not made of one variable, one "=" and
-// one expression, or is a return statement with an "=".
+// The start of the first statement that is not a variable, one "=" and an expression,
+// or that is a return statement.
 std::size_t faultyStatement(std::string_view body)
 {
     std::size_t start = 0;
@@ -101,14 +101,14 @@ char lowerOutsideQuotes(char character, bool& betweenQuotes)
 void appendNormalLine(std::string line, bool& betweenQuotes, std::string& out)
 {
     removeWhiteSpace(line);
-    // Dropped before its quotes are seen: quotes in a comment do not count.
+    // Returns before the quotes are scanned: quotes in a comment do not count.
     if (line.starts_with(kCommentMark))
         return;
     for (const char c : line)
         out += lowerOutsideQuotes(c, betweenQuotes);
 }
 
-// Without a stream, which would take missing memory for the end of the text.
+// Does not use a stream, which would treat a failed allocation as the end of the text.
 std::vector<std::string_view> linesOf(std::string_view text)
 {
     std::vector<std::string_view> lines;
@@ -152,10 +152,10 @@ std::vector<std::size_t> replaceAll(std::string& text, const std::string& patter
     return replaced;
 }
 
-// A piece runs from the first character that is no delimiter to the next one that
-// is. Behind the last delimiter it stops short of the last character, and the
-// delimiters at the end stop short of the last one: two boundary rules that texts
-// ending in ";" and ")" never show, and on which the list of tokens relies.
+// A piece extends from a character that is not a delimiter to the next delimiter. Two
+// boundary rules hold at the end of the text: a piece after the last delimiter loses its
+// last character, and delimiters at the end lose the last of them. Texts that end in ";"
+// or ")" do not show them, but the list of tokens relies on them.
 void splitTokens(const std::string& text, const std::string& delimiters, bool keep,
                  std::vector<std::string>& out)
 {
@@ -239,8 +239,8 @@ Outcome splitStatements(const std::string& body, std::vector<std::string>& varia
     return {};
 }
 
-// Each assignment reaches the values behind it and the return statement, one
-// after the other: order is the whole meaning.
+// Replaces each variable by its value in all later values and in the return statement,
+// in the order of the assignments. The result depends on that order.
 Outcome expandStatements(const std::vector<std::string>& variables, std::vector<std::string> values,
                          std::string& result, WorkBudget& budget)
 {

@@ -7,8 +7,8 @@
 
 namespace mf::profiles {
 
-/// The folders in the host's text, which separates them by ";": in its order, as they
-/// are written, empty ones included.
+/// The folders in the host's text, which separates them by ";". They keep their order
+/// and spelling; empty ones are included.
 std::vector<CString> designLibraryFolders(const CString& paths);
 
 /// The path of a file of that name in a folder of the design library.

@@ -9,10 +9,9 @@
 /// The parsed form of one profile definition: a named formula that gives a
 /// segment its shape between two end points.
 ///
-/// All texts are narrow. The reader of definitions fills the fields, everybody
-/// else only reads them.
-/// Ownership: made on the heap by whoever parses it, owned by the profile
-/// manager from the moment it is stored there.
+/// All texts are narrow. Only the reader of definitions writes the fields.
+/// Ownership: the parsing code allocates it on the heap; once stored in the profile
+/// manager, the manager owns it.
 class MFCURVES_API mfProfile_c {
 public:
     virtual ~mfProfile_c();
@@ -22,10 +21,10 @@ public:
     std::string independentVariable;  ///< name of the independent variable in the expression
     std::string x1;                   ///< parameter for the segment's start X
     std::string x2;                   ///< parameter for the segment's end X
-    std::string y1;                   ///< parameter for the value at the start, the previous segment's
+    std::string y1;                   ///< parameter for the start value: that of the previous segment
     std::string y2;                   ///< parameter for the segment's own value
-    std::string resultExpression;     ///< the one expression left after all assignments are put in
-    /// resultExpression split at the operators, which are tokens themselves; the
-    /// last character of the expression is not among them.
+    std::string resultExpression;     ///< the returned expression with all assignments substituted
+    /// resultExpression split at the operators, which are tokens themselves; without
+    /// the last character of the expression.
     std::vector<std::string> resultTokens;
 };

@@ -22,13 +22,12 @@ void append(std::vector<Text>& out, const std::vector<OlderProfile>& profiles, T
         out.push_back(profile.*text);
 }
 
-// Hands out the pieces of a text that end in given characters, one after the
-// other.
+// Splits a text from left to right into pieces that end at given characters.
 class Pieces {
 public:
     Pieces(const std::string& text, std::size_t position) : text_(text), position_(position) {}
 
-    // Takes what stands before the next `end`. False when there is none.
+    // Takes the text before the next `end`. False when the text has no further `end`.
     bool take(char end, std::string& piece)
     {
         const std::size_t found = text_.find(end, position_);
@@ -109,7 +108,7 @@ std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
     if (keyword == std::string::npos)
         return std::string::npos;
 
-    // The name stands between two quotes, which are taken for granted.
+    // The name is assumed to be between two quotes, which are not checked.
     Pieces pieces(definition, keyword + kOpeningKeyword.size() + 1);
     std::string name, indepVar, x1, y1, x2, y2;
     if (!pieces.take(',', name) || !pieces.take(',', indepVar) || !pieces.take(',', x1) ||
@@ -127,8 +126,8 @@ std::size_t mfProfileFileParser_c::parseHeader(std::size_t index)
     return pieces.position();
 }
 
-// The word "return" only marks where the assignments end; what it names is not
-// looked at.
+// The word "return" only marks the end of the assignments; the name after it is not
+// read.
 bool mfProfileFileParser_c::parseBody(std::size_t start, std::size_t index)
 {
     if (index >= profiles_.size())
@@ -185,8 +184,8 @@ void mfProfileFileParser_c::tokenize(std::vector<std::vector<std::string>>& outp
     output.push_back(std::move(tokens));
 }
 
-// A replaced token stays one token, brackets and all, so a later variable does
-// not match inside it. The size of the value is known before a token grows.
+// A replacement stays one token, including its brackets, so a later variable does not
+// match inside it. The size is checked before a token grows.
 bool mfProfileFileParser_c::substituteTokens(const std::vector<std::string>& variables,
                                              std::vector<std::string>& values,
                                              std::vector<std::vector<std::string>>& tokenLists,

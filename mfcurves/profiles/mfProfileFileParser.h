@@ -9,14 +9,14 @@
 #include "mfcurves/profiles/OlderProfile.h"
 #include "mfcurves/profiles/workBudget.h"
 
-/// The reader of profile definitions in the older dialect: files named
-/// "profile.txt" and the one text of the default profile.
+/// The reader of profile definitions in the older dialect: files named "profile.txt"
+/// and the text of the default profile.
 ///
-/// It lives for one text and keeps one record for each definition.
+/// Make one for each text. It keeps one record for each definition.
 ///
-/// Errors: false. The definitions before the failing one are kept, and the failing
-/// one leaves no record.
-/// Copying: none.
+/// Errors: operations return false. Records of the definitions before the failing one
+/// are kept; the failing one leaves no record.
+/// Copying: not copyable.
 class mfProfileFileParser_c {
 public:
     mfProfileFileParser_c();
@@ -25,36 +25,35 @@ public:
     mfProfileFileParser_c& operator=(const mfProfileFileParser_c&) = delete;
 
     /// Reads all definitions of a file, or of `text` when `isText` is true. The text
-    /// has to end with the closing keyword of its last definition; one given directly
-    /// is taken as it stands, white space included.
+    /// has to end with the closing keyword of its last definition. White space is
+    /// removed from a file, but not from `text`.
     bool parseProfiles(const std::string& fileName, bool isText, std::string text);
 
-    /// Appends what is left of the stream, without its white space.
+    /// Appends the rest of the stream, without white space.
     void readCompactText(std::string& out);
 
     /// Reads the header of definition `index` into its record. Returns the position
-    /// just after it, std::string::npos when a piece of it is missing.
+    /// just after it; std::string::npos when a part of it is missing.
     std::size_t parseHeader(std::size_t index);
 
-    /// Reduces the statements of definition `index`, which begin at `start`; the value
-    /// of the last one is its result. False when a piece is missing, there is no
-    /// assignment or a value outgrows the largest text of the expression engine.
+    /// Reduces the statements of definition `index`, which begin at `start`, to its
+    /// result, the value of the last one. False when a part is missing, no variable is
+    /// assigned, or a value becomes longer than the expression engine allows.
     bool parseBody(std::size_t start, std::size_t index);
 
-    /// Appends one list of tokens to `output`: the operators of the expression, and
-    /// what stands between them.
+    /// Appends one list of tokens to `output`: the operators of the expression and the
+    /// texts between them.
     void tokenize(std::vector<std::vector<std::string>>& output, const std::string& expression);
 
-    /// Puts the values of the earlier statements, in brackets, for the tokens of
-    /// statement `index` that are their variables, each at most once for one
-    /// variable. False when the value outgrows the largest text of the expression
-    /// engine.
+    /// In statement `index`, replaces each token that is the variable of an earlier
+    /// statement by that statement's value in brackets. False when the value becomes
+    /// longer than the expression engine allows.
     bool substituteTokens(const std::vector<std::string>& variables, std::vector<std::string>& values,
                           std::vector<std::vector<std::string>>& tokenLists, std::size_t index);
 
     /// One record for each definition, in their order.
     const std::vector<mf::profiles::OlderProfile>& profiles() const { return profiles_; }
-    /// Each appends one text of every record, in the order of the definitions.
+    /// Each getter appends one text of every record, in the order of the definitions.
     void getNames(std::vector<std::string>& out);
     void getResults(std::vector<std::string>& out);
     void getIndepVars(std::vector<std::string>& out);

@@ -6,10 +6,10 @@
 #include "mfcurves/interfaces/CString.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// What identifies one profile in the profile manager. Profiles of one name
-/// differ by where they came from or by a running number.
+/// Identifies one profile in the profile manager. Profiles of the same name differ by
+/// their source or by a running number.
 ///
-/// Copying: a value; it never refers to a record.
+/// Copying: a value; it does not refer to a record.
 class MFCURVES_API mfProfileKey_c {
 public:
     mfProfileKey_c() = default;  ///< the empty key
@@ -17,22 +17,22 @@ public:
     mfProfileKey_c& operator=(const mfProfileKey_c&) = default;
     ~mfProfileKey_c();
 
-    /// Name and source equal without regard to case, and the index equal.
+    /// True when the indexes are equal and name and source are equal ignoring case.
     bool operator==(const mfProfileKey_c& other) const;
 
-    /// True when both texts are empty and the index is 0. A key with a name alone
-    /// is not empty.
+    /// True when both texts are empty and the index is 0. A key with only a name is
+    /// not empty.
     bool isEmpty() const;
 
-    /// Name and source equal without regard to case, whatever the index.
+    /// True when name and source are equal ignoring case, whatever the index.
     bool sameNameAndSource(const mfProfileKey_c& other) const;
 
-    /// Strict order of every map from key to record: by name, then source, both
-    /// without regard to case, then index.
+    /// The strict order of every map from key to record: by name, then source, both
+    /// ignoring case, then index.
     static bool keyLess(const mfProfileKey_c& a, const mfProfileKey_c& b);
 
-    /// Name and source, with the mark `<index>` behind them for an index of 1 or
-    /// more.
+    /// Sets `out` to name and source, followed by the mark `<index>` if the index is 1
+    /// or more.
     void keyDisplayName(CString& out) const;
 
     CString name;            ///< the profile's name

@@ -45,16 +45,15 @@ std::wstring folded(const std::string& text)
 }
 
 // Two profiles are the same when their names, without a bracketed tail, and their
-// definition texts are equal without regard to case. The fields that were parsed
-// have no say.
+// definition texts are equal ignoring case. The parsed fields are not compared.
 std::wstring contentOf(const mfProfile_c& record)
 {
     const std::string name = mfSegmentTypeParser_c().baseProfileName(record.name);
     return folded(name) + L'\0' + folded(record.definitionText);
 }
 
-// Records on their way from the reader into a group. Those that have not arrived
-// are deleted.
+// Records that the reader made and that are not in a group yet. The destructor deletes
+// those that remain.
 struct ReadRecords {
     std::vector<mfProfile_c*> list;
 
@@ -99,8 +98,8 @@ bool mfProfileManager_c::rebuildUserProfileMap()
     return collectSearchPaths() ? loadProfilesFromFile() : loadBuiltInProfiles();
 }
 
-// Rows point to their records and are not told of a rebuild, so a record outlives
-// its place in the group.
+// Rows point to their records and do not notice a rebuild, so records that leave the
+// group are kept.
 void mfProfileManager_c::displaceUserProfiles()
 {
     displacedProfiles_.reserve(displacedProfiles_.size() + userProfiles_.size());
@@ -113,8 +112,8 @@ void mfProfileManager_c::displaceUserProfiles()
     userProfiles_.clear();
 }
 
-// Entries of an earlier call stay in the list. That does no harm, since the first
-// readable file counts, but keeps the answer true when none is readable any more.
+// Entries of an earlier call stay in the list. The first readable file is used, so
+// they only keep the result true when no file is readable any more.
 bool mfProfileManager_c::collectSearchPaths()
 {
     IMotionServices_c* services = mf::interfaces::motionServices();
@@ -144,8 +143,8 @@ bool mfProfileManager_c::loadProfilesFromFile()
     return false;
 }
 
-// The suffix of the built-in table stays for good: profiles that a later load takes
-// from a file are filed under it, too.
+// The suffix of the built-in table is never reset: profiles that are later loaded from
+// a file get it, too.
 bool mfProfileManager_c::loadBuiltInProfiles()
 {
     usingDefaultTable_ = true;
@@ -156,8 +155,8 @@ bool mfProfileManager_c::loadBuiltInProfiles()
     return addProfilesToUserMap(records.list);
 }
 
-// The outcome of the last record alone decides: a duplicate in the middle does not
-// make a load fail, one at its end does.
+// Only the last record decides the result: a duplicate in the middle does not make a
+// load fail, one at the end does.
 bool mfProfileManager_c::addProfilesToUserMap(std::vector<mfProfile_c*>& records)
 {
     bool result = false;
@@ -203,8 +202,8 @@ bool mfProfileManager_c::findEqualProfile(const mfProfile_c* record, mfProfileKe
     return true;
 }
 
-// All memory is taken before anything is stored, so that a failure leaves both
-// groups as they were and the record with the caller.
+// Allocates all memory before it stores anything, so that a failure leaves both groups
+// unchanged and the record with the caller.
 int mfProfileManager_c::storeProfile(ProfileMap& map, std::vector<CString>& displayNames,
                                      const std::string& name, const CString& file, mfProfile_c* record,
                                      mfProfileKey_c& key)
@@ -217,7 +216,8 @@ int mfProfileManager_c::storeProfile(ProfileMap& map, std::vector<CString>& disp
     ProfileMap stored;
     stored.emplace(key, record);
     const auto former = map.find(key);
-    // A record that takes a place over stands there under the key that it finds.
+    // A record that replaces another keeps the key object of the map, which may differ
+    // in case.
     std::map<std::wstring, Held> held;
     held.emplace(contentOf(*record), Held{former != map.end() ? former->first : key, record});
     if (former != map.end())
@@ -239,8 +239,7 @@ void mfProfileManager_c::forget(const mfProfile_c* record)
     std::erase_if(heldByContent_, [record](const auto& entry) { return entry.second.record == record; });
 }
 
-// The host's manager makes the key, whichever object was asked to store the
-// profile.
+// The key comes from the host's manager, even if another manager stores the profile.
 int mfProfileManager_c::buildKey(mfProfileKey_c& key, const CString& name, const CString& file,
                                  const mfProfile_c* record)
 {
@@ -255,8 +254,8 @@ int mfProfileManager_c::buildKey(mfProfileKey_c& key, const CString& name, const
     return manager->assignIndex(key, record);
 }
 
-// The source alone chooses the group that is searched, so it can be another one
-// than the group that the profile is stored in.
+// The source decides which group is searched for the highest index. The profile may be
+// stored in the other group.
 int mfProfileManager_c::assignIndex(mfProfileKey_c& key, const mfProfile_c* record)
 {
     if (!record)
@@ -267,16 +266,16 @@ int mfProfileManager_c::assignIndex(mfProfileKey_c& key, const mfProfile_c* reco
     return kStored;
 }
 
-// One above the highest index in use. Keys of equal name and source stand together
-// in the map, the highest index last.
+// One above the highest index in use. Keys of equal name and source are adjacent in the
+// map, the highest index last.
 int mfProfileManager_c::nextIndexFor(const mfProfileKey_c& key, const ProfileMap& map)
 {
     mfProfileKey_c highest = key;
     highest.index = std::numeric_limits<std::int32_t>::max();
-    const auto behind = map.upper_bound(highest);
-    if (behind == map.begin())
+    const auto next = map.upper_bound(highest);
+    if (next == map.begin())
         return 0;
-    const mfProfileKey_c& last = std::prev(behind)->first;
+    const mfProfileKey_c& last = std::prev(next)->first;
     return last.sameNameAndSource(key) ? last.index + 1 : 0;
 }
 
@@ -322,14 +321,14 @@ bool mfProfileManager_c::getAllProfileNames(std::vector<CString>& names)
 void mfProfileManager_c::collectNames(const ProfileMap& map, const std::vector<CString>& list,
                                       std::vector<CString>& names)
 {
-    // Each record brought its name; one that took a place over brought a name too many.
+    // Each record added its name; one that replaced another added one name too many.
     if (map.size() == list.size())
         names.insert(names.end(), list.begin(), list.end());
 }
 
-// A current suffix stands for itself, and any other bracketed text is taken for a
-// source. The mark <n> of an index is no digit, so that a name which bears one
-// means the first profile of that name.
+// The source is the current suffix if the name contains it, otherwise the first text in
+// brackets. The mark <n> of an index does not start with a digit, so a name with such a
+// mark means the first profile of that name.
 mfProfileKey_c mfProfileManager_c::getProfileKeyFromDisplayName(const CString& displayName)
 {
     CString suffix;

@@ -15,19 +15,19 @@ class mfProfile_c;
 /// The registry of all profiles that the segment curves of a host can use.
 ///
 /// It keeps two groups. User profiles come from the first readable file
-/// "SegmentTypes.txt" in the host's design library directories or, when the host
-/// names no usable directory, from the built-in table. Assembly profiles come
-/// from curve documents.
+/// "SegmentTypes.txt" in the folders of the host's design library or, when the host
+/// names no usable folder, from the built-in table. Assembly profiles come from curve
+/// documents.
 ///
-/// The host makes one manager, hands it out through its context and ends it
-/// after the last curve.
+/// The host makes one manager, returns it from its context and destroys it after the
+/// last curve.
 ///
 /// Errors: silent; see each operation.
-/// Threads: one at a time, and no row may be parsed meanwhile in another.
-/// Ownership: the records stored are owned here and live as long as the manager,
-/// also those that a rebuild or a later record replaces. A row that looked its
-/// profile up keeps the record it found until its key is set again.
-/// Copying: none.
+/// Threads: one at a time; no row may be parsed in another thread meanwhile.
+/// Ownership: the manager owns the stored records, which live as long as it does, even
+/// after a rebuild or a later record replaces them. A row keeps the record that it
+/// found until its key is set again.
+/// Copying: not copyable.
 class MFCURVES_API mfProfileManager_c {
 public:
     mfProfileManager_c();  ///< no profiles
@@ -35,41 +35,40 @@ public:
     mfProfileManager_c(const mfProfileManager_c&) = delete;
     mfProfileManager_c& operator=(const mfProfileManager_c&) = delete;
 
-    /// True when profiles come from this manager, false when each curve carries
-    /// lists of its own from the older reader. Fixed when the library is built.
+    /// True when profiles come from this manager, false when each curve has its own
+    /// lists from the older reader. Fixed when the library is built.
     static bool s_UseNewProfileManager();
 
-    /// Reads the user group anew: from the first readable file of the design
-    /// library folders, or from the built-in table when none was ever found
-    /// or the host names no folders.
+    /// Reads the user group again: from the first readable file in the folders of the
+    /// design library, or from the built-in table when no file was ever found or the
+    /// host names no folders.
     ///
-    /// Folders in which a file was found are remembered, in that order, and looked at
-    /// before those that the host names later. So a host that changes its design library
-    /// still gets the former one while its file is there. It takes
-    /// a new manager instead, in mf::host a new Context, and makes its curves anew.
+    /// Folders in which a file was found are remembered, in that order, and searched
+    /// before those that the host names later. So after a change of the design library
+    /// the former one is still used while its file exists. To use another library, make
+    /// a new manager (in mf::host a new Context) and make the curves again.
     ///
-    /// Rows keep the records that they have: set the key of a row again and parse it, to
-    /// give it the law of that name in the new library. mf::laws says what a folder
-    /// holds and why a file does not parse.
+    /// Rows keep the records that they have. To give a row the law of that name in the
+    /// new library, set its key again and parse it. mf::laws reports what a folder
+    /// contains and why a file does not parse.
     ///
-    /// False, with an empty user group, when the file does not parse; nothing else is
-    /// tried then. False too when the last definition is a duplicate or gets no
-    /// key, though the others are stored.
+    /// False, with an empty user group, when the file does not parse; no other file or
+    /// table is tried. Also false when the last definition is a duplicate or gets no
+    /// key, although the others are stored.
     bool rebuildUserProfileMap();
 
-    /// Replaces `names` by the display names of the user group and then of the
-    /// assembly group, each in order of arrival. A group whose list does not
-    /// match its records is left out. Always true.
+    /// Replaces `names` by the display names of the user group, then of the assembly
+    /// group, each in order of arrival. A group with more names than records, because
+    /// one record replaced another, is left out. Always true.
     bool getAllProfileNames(std::vector<CString>& names);
 
-    /// Takes a display name apart; whether a profile of that key exists is another
-    /// question. The empty key for a current suffix followed by a digit and for
-    /// an opening bracket that is never closed. The mark `<n>` of an index is
-    /// not read back.
+    /// Parses a display name, whether or not a profile of that key exists. Returns the
+    /// empty key when a digit follows the current suffix, and when an opening bracket
+    /// is not closed. The mark `<n>` of an index is not read back.
     mfProfileKey_c getProfileKeyFromDisplayName(const CString& displayName);
 
-    /// The record of that key, null if there is none; an assembly profile hides a
-    /// user profile of equal key. Lent for the life of the manager.
+    /// The record of that key, null if not found; an assembly profile hides a user
+    /// profile of equal key. The manager keeps ownership; valid as long as it lives.
     mfProfile_c* findProfile(const mfProfileKey_c& key);
 
     /// The display name of the default profile: "Cubic" and the current suffix.
@@ -78,13 +77,12 @@ public:
     /// " (Default)" once the built-in table has been loaded, " (User)" before.
     void currentSourceSuffix(CString& out);
 
-    /// Stores a profile of a curve document under the stem of `file`, or the
-    /// current suffix when `file` is empty.
+    /// Stores a profile of a curve document under the stem of `file`, or the current
+    /// suffix when `file` is empty. Sets `key` to the key of the profile.
     ///
-    /// 0: the record is owned here from now on, and `key` is its key. 1: an equal
-    /// record exists in either group, `key` is that one's, and the new record
-    /// stays the caller's. -1: no key could be made, and the record stays the
-    /// caller's.
+    /// Returns 0 when the manager has taken ownership of the record; 1 when an equal
+    /// record exists in either group, to which `key` then belongs; -1 when no key could
+    /// be made. After 1 and -1 the caller still owns the record.
     int addAssemblyProfile(const std::string& name, const CString& file, mfProfile_c* record,
                            mfProfileKey_c& key);
 
@@ -93,14 +91,14 @@ public:
     int addAssemblyProfileFromDocument(const std::string& name, bool useAssemblyWord, mfProfile_c* record,
                                        mfProfileKey_c& key);
 
-    /// Notes which key a profile name of a curve document stands for.
+    /// Stores the key that a profile name of a curve document refers to.
     void rememberDocumentName(const std::string& name, const mfProfileKey_c& key);
 
-    /// True once a profile name of a curve document was noted.
+    /// True once a profile name of a curve document was stored.
     bool hasDocumentNames() const { return !documentNameToKey_.empty(); }
 
-    /// The key noted for a profile name of a curve document, the empty key if
-    /// there is none.
+    /// Sets `key` to the key stored for a profile name of a curve document, or to the
+    /// empty key.
     void lookupDocumentName(const std::string& name, mfProfileKey_c& key);
 
 private:
@@ -141,8 +139,8 @@ private:
         mfProfileKey_c key;
         const mfProfile_c* record;
     };
-    // Each record by what makes two records the same profile; both groups together
-    // hold none twice.
+    // Each record by its name and text, which decide whether two records are the same
+    // profile. No profile is in the two groups twice.
     std::map<std::wstring, Held> heldByContent_;
     // Records that a rebuild or a later record of the same key replaced. Rows may
     // still point to them.

@@ -14,9 +14,8 @@ namespace {
 
 using mf::profiles::WorkBudget;
 
-// Whether the text read so far stands between double quotes. It runs on from one
-// text to the next: after an unbalanced quote, text stays as written up to the
-// next quote.
+// Whether the text read so far ends between double quotes. The state carries over from
+// one text to the next: after an unbalanced quote, case is kept up to the next quote.
 bool betweenQuotes = false;
 
 }  // namespace

@@ -3,7 +3,8 @@
 
 namespace mf::profiles {
 
-/// The text of share/mfcurves/SegmentTypes.txt, from which its source is made.
+/// The text of share/mfcurves/SegmentTypes.txt; the build generates its source from
+/// that file.
 extern const char* const kShippedDefinitions;
 
 }  // namespace mf::profiles
