@@ -12,8 +12,8 @@
 namespace mf::segments {
 namespace {
 
-// Puts `number` wherever `name` is in the text. False when the text would grow longer
-// than the engine takes. `result` is room to work in.
+// Replaces every `name` in `text` by `number`. False when the text would become longer
+// than the engine allows. `result` is a scratch buffer.
 bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view number, std::wstring& result)
 {
     if (name.empty())
@@ -33,8 +33,8 @@ bool substitute(std::wstring& text, std::wstring_view name, std::wstring_view nu
 
 }  // namespace
 
-// One text grows from name to name, so a later name is found in what an earlier
-// one brought in.
+// Each name is replaced in the result of the previous one, so a later name is also
+// replaced inside earlier replacements.
 bool enterNumbers(const mfProfile_c& profile, const EndPoints& numbers, std::wstring& text)
 {
     text = platform::widen(profile.resultExpression.c_str());

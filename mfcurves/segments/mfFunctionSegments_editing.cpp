@@ -10,10 +10,11 @@ namespace {
 
 enum Column { kStartXColumn, kEndXColumn, kValueColumn, kNameColumn };
 
-// What is left of a row that a neighbour would have squeezed to nothing.
+// The length of a row that a neighbour would have squeezed to nothing.
 constexpr double kSqueezedLength = 1.0;
 
-// Names the row that only states where a curve begins; new rows do not inherit it.
+// The name of a row 0, which only states where the curve begins. New rows do not inherit
+// this name.
 constexpr const wchar_t* kInitialRowName = L"Initial";
 
 }  // namespace
@@ -51,7 +52,7 @@ void mfFunctionSegments_c::getSegmentsData(std::vector<CString>&) {}
 
 void mfFunctionSegments_c::setSegmentsData(const std::vector<CString>&) {}
 
-// Rows are appended as they are: addSegment would fit them to one another.
+// Does not use addSegment, which would fit the rows to one another.
 bool mfFunctionSegments_c::Copy(mfFunctionSegments_c* other)
 {
     if (other == nullptr)
@@ -102,7 +103,7 @@ void mfFunctionSegments_c::insertSegment(int row, mfSegment_c* segment)
     updateRows_.clear();
     if (segment == nullptr || row < 0 || row > getSegmentCount())
         return;
-    updateRows_.reserve(1);  // so that the report cannot fail behind the insertion
+    updateRows_.reserve(1);  // so that the report cannot fail after the insertion
     if (row == getSegmentCount()) {
         addSegment(segment);
     } else {
@@ -112,7 +113,7 @@ void mfFunctionSegments_c::insertSegment(int row, mfSegment_c* segment)
     iReport(row);
 }
 
-// Gives a row that is to come before `row` the numbers that it needs there.
+// Sets the numbers of a segment that is going to be inserted before `row`.
 void mfFunctionSegments_c::iFitBefore(int row, mfSegment_c& segment) const
 {
     const mfSegment_c& next = iAt(row);
@@ -138,7 +139,7 @@ bool mfFunctionSegments_c::modifySegment(int row, int column, double startX, dou
     updateRows_.clear();
     if (!iHolds(row))
         return true;
-    updateRows_.reserve(2 * segments_.size());  // no walk reports more, so none breaks off half-way
+    updateRows_.reserve(2 * segments_.size());  // no walk reports more, so no walk throws half-way
     switch (column) {
         case kStartXColumn:
             iMoveStart(row, startX);
@@ -169,18 +170,18 @@ double mfFunctionSegments_c::iNotBelowZero(double x) const
     return startsAtZero && x < 0.0 ? 0.0 : x;
 }
 
-// Moves the start of `row` to x and drags the end of the row before along. A row
-// squeezed to nothing is pushed on; the push ends at the first row with room.
+// Moves the start of `row` and the end of the previous row to x. A row squeezed to
+// nothing pushes its neighbour; the walk stops at the first row with enough room.
 //
-// x runs through both walks: the walk forward starts where the walk back left it.
-// The walk back reports the row at which it stops, the walk forward does not.
-// Comparisons are exact, because neighbours hold the very same double, and
-// negated, so that a NaN stops the walk.
+// Both walks share x: the walk forward starts where the walk back left it. The walk
+// back reports the row at which it stops, the walk forward does not. Comparisons are
+// exact, because neighbours hold the same double, and negated, so that a NaN stops the
+// walk.
 void mfFunctionSegments_c::iMoveStart(int row, double x)
 {
     iAt(row).setStartX(x);
 
-    // Row 0 only states where the curve begins, so the walk stops short of it.
+    // Row 0 only states where the curve begins, so the walk ends before it.
     for (int i = row - 1; i > 0; --i) {
         mfSegment_c& pushed = iAt(i);
         pushed.setEndX(x);
@@ -204,9 +205,8 @@ void mfFunctionSegments_c::iMoveStart(int row, double x)
     }
 }
 
-// Moves the end of `row` to x and drags the start of the next row along: the
-// mirror image of moving a start, except that both walks report the row at which
-// they stop.
+// Moves the end of `row` and the start of the next row to x: the mirror image of
+// iMoveStart, except that both walks report the row at which they stop.
 void mfFunctionSegments_c::iMoveEnd(int row, double x)
 {
     iAt(row).setEndX(x);
@@ -247,7 +247,7 @@ void mfFunctionSegments_c::deleteSegment(int row)
         const mfSegment_c& previous = iAt(row - 1);
         mfSegment_c& next = iAt(row + 1);
         if (previous.getEndX() != next.getStartX()) {
-            iReport(row);  // where the next row is going to stand
+            iReport(row);  // the index of the next row after the deletion
             next.setStartX(previous.getEndX());
         }
     }
@@ -255,7 +255,7 @@ void mfFunctionSegments_c::deleteSegment(int row)
     segments_.erase(segments_.begin() + row);
 }
 
-// The flag tells the opposite of its name: true is a row that passed.
+// The flag means the opposite of its name: true is a row that passed.
 void mfFunctionSegments_c::checkInvalid(int row)
 {
     if (iHolds(row))

@@ -27,8 +27,8 @@ std::wstring sixDecimals(double number)
     return mf::platform::widen(mf::platform::sixDecimals(number));
 }
 
-// The record of the row's profile, null when there is none. A row without a
-// profile gets the key of the default one, which it keeps.
+// The record of the row's profile, null if not found. A row without a profile gets the
+// key of the default one and keeps it.
 mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
 {
     const mfProfileKey_c* key = segment.getProfileKey();
@@ -42,8 +42,7 @@ mfProfile_c* profileOf(mfSegment_c& segment, mfProfileManager_c& manager)
     return segment.getProfile();
 }
 
-// The tokens one behind the other. False when that is longer than the engine
-// takes.
+// Appends the tokens to `text`. False when it becomes longer than the engine allows.
 bool join(const std::vector<CString>& tokens, std::wstring& text)
 {
     for (const CString& token : tokens) {
@@ -73,7 +72,7 @@ void mfFunctionSegments_c::parseExpression(int row)
         if (profile == nullptr || !mf::segments::enterNumbers(*profile, numbers, expression))
             return;
         independentVariable = mfTextConverter_c().toCString(profile->independentVariable);
-        // Rows mostly have the variable of the previous row, and then share its text.
+        // Most rows have the variable of the previous row; they then share its text.
         if (row > 0 && iAt(row - 1).getProflieIndepVar() == independentVariable)
             independentVariable = iAt(row - 1).getProflieIndepVar();
     } else {
@@ -105,8 +104,8 @@ void mfFunctionSegments_c::initializeSegment(const std::vector<CString>& names,
         olderProfiles_[names[i]] = {tokenLists[i], independentVariables[i], x1s[i], y1s[i], x2s[i], y2s[i]};
 }
 
-// The brackets keep the sign of a negative number, and the precedence of a
-// compound one.
+// The brackets keep the sign of a negative number apart and the precedence of a longer
+// replacement.
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is exported
 void mfFunctionSegments_c::replace(std::vector<CString>& tokens, CString from, CString to)
 {

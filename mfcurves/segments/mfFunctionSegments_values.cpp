@@ -10,15 +10,15 @@
 
 namespace {
 
-// Both ends belong to the row. Written so that a NaN is in every row.
+// Both ends belong to the row. The comparisons are negated so that a NaN is in every row.
 bool contains(const mfSegment_c& segment, double x)
 {
     return !(x < segment.getStartX()) && !(x > segment.getEndX());
 }
 
-// A bisection whose probes decide who answers where two rows meet, and that ends
-// on the row probed last for an x in a gap. A NaN is neither before nor behind a
-// row. Inline, because it is half of what an evaluation does outside the engine.
+// A bisection. Where two rows meet, the row probed first is returned; for an x in a gap,
+// the row probed last. A NaN is neither before nor after any row, so the first probe
+// contains it. Inline, because it is half of what an evaluation does outside the engine.
 inline int rowFor(const std::vector<mfSegment_c*>& segments, double x)
 {
     if (segments.empty())
@@ -43,15 +43,15 @@ inline int rowFor(const std::vector<mfSegment_c*>& segments, double x)
     return static_cast<int>(!(x < segments[low]->getStartX()) ? middle : low);
 }
 
-// Only the space between the ends of a reversed row is refused; a row answers by
-// its formula however far x is outside.
+// True only between the ends of a reversed row. Elsewhere a row evaluates its formula,
+// however far x is outside the row.
 bool refuses(const mfSegment_c& segment, double x)
 {
     return x < segment.getStartX() && x > segment.getEndX();
 }
 
-// The number of plotting points tells how many derivatives a row has. A row of no
-// length has one point and no slope, and so has one that was never sampled.
+// The number of plotting points decides how many derivatives a row has. A row of no
+// length, or one that was never sampled, has one point and no derivatives.
 int highestDerivative(const mfSegment_c& segment)
 {
     const int points = segment.getPlottingDataCount();
@@ -60,8 +60,8 @@ int highestDerivative(const mfSegment_c& segment)
 
 }  // namespace
 
-// The number that calculateValue gives for this order when it is asked for all of
-// them. Those below are not evaluated: nobody would see them.
+// Returns what calculateValue gives for this order when all orders are requested, but
+// does not evaluate the lower orders.
 double mfFunctionSegments_c::evaluate(double x, int order)
 {
     if (isEmpty())

@@ -18,7 +18,7 @@ mfSegment_c::mfSegment_c(const mfSegment_c& other) : mfSegment_c()
     *this = other;
 }
 
-// Both share samples and compiled forms, so what was put off comes first.
+// The two rows share samples and compiled forms, so pending work of `other` is done first.
 mfSegment_c& mfSegment_c::operator=(const mfSegment_c& other)
 {
     if (&other == this)

@@ -12,7 +12,7 @@
 
 mfSegmentCalculator_c::~mfSegmentCalculator_c() = default;
 
-// Any other buffer is compared once and remembered.
+// A text in another buffer is compared once; if it is equal, its buffer is remembered.
 bool mfSegmentCalculator_c::isUpToDate() const
 {
     if (segment_ == nullptr)
@@ -35,8 +35,8 @@ ICalculator* mfSegmentCalculator_c::getCalculator(int order)
     return iGetCalculator(order);
 }
 
-// The text counts as built before it is handed over, so one that does not compile
-// is up to date too, and is handed over again at the next request.
+// confirmedExpression_ is set before compiling. So a text that does not compile counts as
+// up to date, and the next request compiles it again.
 ICalculator* mfSegmentCalculator_c::iGetCalculator(int order)
 {
     if (order < 0 || order > 3)
@@ -48,9 +48,9 @@ ICalculator* mfSegmentCalculator_c::iGetCalculator(int order)
     return formula_.calculator(order);
 }
 
-// Does what a request for the value does, except that texts are only noted where
-// nobody can notice that they are compiled later. True when the calculators of the
-// formula can be made at any time without a trace.
+// Does what a request for the value does, but only notes the texts if compiling them later
+// has the same effect. True when the calculators of the formula can be made at any time
+// with the same effect.
 bool mfSegmentCalculator_c::iPrepare()
 {
     if (!isUpToDate())
@@ -75,7 +75,7 @@ mfSegmentCalculator_c::CompiledFormula::CompiledFormula(const CString& expressio
 {
 }
 
-// By their buffers: copies of the texts share them.
+// Compares buffers, which copies of a text share.
 bool mfSegmentCalculator_c::CompiledFormula::hasTexts(const CString& expression,
                                                       const CString& variable) const
 {
@@ -103,8 +103,8 @@ void mfSegmentCalculator_c::CompiledFormula::compile(const CString& expression, 
     MotionMEParser().parse(text.c_str(), name.data(), &calculators_[0]);
 }
 
-// Noted texts are compiled once, whether they compile or not, and are ASCII: the way
-// through the narrow encoding would not change them.
+// Noted texts are compiled once, even if that fails. They are ASCII, so the narrow
+// encoding would not change them.
 ICalculator* mfSegmentCalculator_c::CompiledFormula::calculator(int order)
 {
     if (order == 0 && isNoted_) {

@@ -22,8 +22,8 @@ std::unique_ptr<mfPoint2D_c[]> newPoints(int count)
     return std::make_unique<mfPoint2D_c[]>(static_cast<std::size_t>(count));
 }
 
-// Evaluates at `count` points; one that fails is passed over like a point on its
-// own.
+// Evaluates at `count` points. From the first failure on, evaluates the points one by one;
+// a point that fails gets 0.0.
 void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
 {
     const auto done = static_cast<int>(mf::engine::evaluateMany(calculator, x, y, count));
@@ -31,8 +31,8 @@ void evaluateAll(ICalculator& calculator, const double* x, double* y, int count)
         y[i] = mf::valueAt(calculator, x[i]);
 }
 
-// Sets the Y of `count` points to the calculator's answers at the X of `at`, 0.0
-// where there is none.
+// Sets `count` points to the X of `at` and the calculator's values there; 0.0 where a value
+// is missing.
 void sampleAt(ICalculator* calculator, const mfPoint2D_c* at, mfPoint2D_c* points, int count)
 {
     std::array<double, kPointsOfStretch> x;
@@ -49,8 +49,8 @@ void sampleAt(ICalculator* calculator, const mfPoint2D_c* at, mfPoint2D_c* point
     }
 }
 
-// X runs by repeated addition; the last one is the end itself, so that the
-// rounding that has gathered does not reach it.
+// X is computed by repeated addition, except the last, which is set to the end so that
+// accumulated rounding does not change it.
 void sampleStretch(ICalculator& calculator, double start, double end, mfPoint2D_c* points, int count)
 {
     const double step = (end - start) / (count - 1.0);
@@ -82,8 +82,7 @@ void mfSegment_c::PlottingArrays::drop(int derivatives)
     }
 }
 
-// When memory runs out, the arrays that are missing are null and the length says
-// 0.
+// If memory runs out, the missing arrays are null and the length is 0.
 void mfSegment_c::PlottingArrays::build(int length, int derivatives)
 {
     drop(derivatives);
@@ -101,7 +100,7 @@ void mfSegment_c::PlottingArrays::sample(const Sampling& sampling, int length, i
     sampling_ = sampling;
 }
 
-// When memory runs out, the samples wait on.
+// If memory runs out, the samples stay pending.
 void mfSegment_c::PlottingArrays::compute(Formula& present)
 {
     if (!sampling_)
@@ -154,9 +153,9 @@ void mfSegment_c::initializePlottingData(int motionObjectType, mf::MotorDriveTyp
     arrays_.build(plottingDataCount_, derivatives);
 }
 
-// The samples are computed at the first look, from what the row is now, unless
-// computing them later would show. A compile that throws leaves the samples of no
-// formula, which are zeros.
+// The samples are computed at their first use, from the row as it is now. They are computed
+// at once if compiling later could have another effect. If compiling throws, the samples
+// are zeros, as without a formula.
 void mfSegment_c::iSample(int motionObjectType, mf::MotorDriveType_e kind)
 {
     plottingDataCount_ = startX_ != endX_ ? kPointsOfStretch : kPointsOfPointRow;
@@ -172,9 +171,9 @@ void mfSegment_c::iSample(int motionObjectType, mf::MotorDriveType_e kind)
         iCompute();
 }
 
-// A stretch gets the derivatives of the motor's quantity, whatever the curve
-// drives, and at least one; only a point row asks whether it is a motor at all.
-// Either way only arrays that the last build made are written.
+// A stretch gets the derivatives of the motor quantity, at least one, even if the curve
+// does not drive a motor; only a row of one point checks motionObjectType. In both cases
+// only arrays of the last build are written.
 void mfSegment_c::iDerive(int motionObjectType, mf::MotorDriveType_e kind)
 {
     iCompute();
