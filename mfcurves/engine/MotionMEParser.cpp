@@ -20,7 +20,7 @@ namespace {
 
 using mf::engine::CompiledText;
 
-// A text that is too long is looked at only as far as that shows.
+// Reads at most one character more than the limit, which shows that a text is too long.
 std::wstring_view viewOf(const wchar_t* text)
 {
     return {text, wcsnlen(text, mf::engine::kLongestText + 1)};
@@ -31,7 +31,7 @@ std::optional<std::wstring_view> viewOfName(const wchar_t* name)
     return name == nullptr ? std::nullopt : std::optional(viewOf(name));
 }
 
-// The word itself, or the name that the current resource library gives it.
+// Whether the name is the word itself or its name in the current resource library.
 bool isWord(const std::wstring& name, std::wstring_view word, unsigned resource)
 {
     return mf::engine::sameName(name, word) ||
@@ -65,8 +65,8 @@ bool MotionMEParser::parse(const wchar_t* expression, wchar_t* independentVariab
     parseSucceeded = false;
     if (expression == nullptr)
         return false;
-    auto answer = mf::engine::compiledThroughCache(viewOf(expression), viewOfName(independentVariable));
-    auto* text = std::get_if<std::shared_ptr<CompiledText>>(&answer);
+    auto result = mf::engine::compiledThroughCache(viewOf(expression), viewOfName(independentVariable));
+    auto* text = std::get_if<std::shared_ptr<CompiledText>>(&result);
     if (text == nullptr)
         return false;
 
@@ -92,8 +92,8 @@ const MMEP_WString& MotionMEParser::getParam(int index)
 
 std::optional<mf::engine::ParseError> mf::engine::checkText(const wchar_t* text, const wchar_t* variableName)
 {
-    auto answer = compiledThroughCache(viewOf(text), viewOfName(variableName));
-    if (auto* error = std::get_if<ParseError>(&answer))
+    auto result = compiledThroughCache(viewOf(text), viewOfName(variableName));
+    if (auto* error = std::get_if<ParseError>(&result))
         return std::move(*error);
     return std::nullopt;
 }

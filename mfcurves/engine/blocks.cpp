@@ -133,8 +133,9 @@ void sineWithCosine(const Step& step, const Rows& rows, std::size_t count)
 
 // --- Polynomials, a strip of points at a time ---------------------------------------------------
 
-// Calls doStrip(i) for strips that cover the points from i on. The last strip ends where
-// the row does, and does some points of the one before again. There is at least a strip.
+// Calls doStrip(i) for the strips that begin at the points i and together cover the row. The
+// last strip ends with the row and may repeat some points of the previous one. `count` is at
+// least Strip::kSize.
 void eachStrip(std::size_t count, auto doStrip)
 {
     const std::size_t last = count - Strip::kSize;
@@ -145,7 +146,7 @@ void eachStrip(std::size_t count, auto doStrip)
     }
 }
 
-// A polynomial of a number of terms that the compiler knows; 0 stands for any number.
+// A polynomial whose number of terms the compiler knows; 0 means any number.
 template <std::uint32_t terms>
 void rowOfTerms(PolynomialForm form, const double* constants, std::size_t count, const double* a, double* y)
 {
@@ -170,7 +171,7 @@ void rowOfPolynomial(PolynomialForm form, const double* c, std::size_t count, co
     }
 }
 
-// Where a polynomial and its derivatives go.
+// The rows for a polynomial and its derivatives.
 using OrderRows = std::array<double*, 4>;
 
 void polynomialOrders(const Step& step, std::size_t count, const double* a, const OrderRows& rows)
@@ -192,7 +193,7 @@ void polynomial(const Step& step, const Rows& rows, std::size_t count)
         to[k + 1] = rows[step.list[k]];
     if (count >= Strip::kSize)
         return polynomialOrders(step, count, a, to);
-    // Fewer points than a strip has are filled up with zeros.
+    // Zeros fill up a row that is shorter than a strip.
     double filled[Strip::kSize] = {};
     double values[std::tuple_size_v<OrderRows>][Strip::kSize];
     std::copy_n(a, count, filled);
@@ -218,8 +219,8 @@ template <std::uint32_t terms, unsigned lowest, std::size_t order>
         return sumOf(value) + storeOrders<terms, lowest - 1, order + 1>(u, c + terms, after, i, rows);
 }
 
-// A law that begins at the third power or above has as many terms in each order. Its numbers
-// are copied, so that the compiler knows that no value overwrites them.
+// A law that begins at the third power or above has the same number of terms in each order. Its
+// numbers are copied, so that the compiler knows that no value overwrites them.
 template <std::uint32_t terms, unsigned lowest>
 bool runLaw(const Step& law, const double* x, std::size_t count, const OrderRows& to)
 {
@@ -240,7 +241,7 @@ bool runLaw(const Step& law, const double* x, std::size_t count, const OrderRows
 
 using RunLaw = bool (*)(const Step& law, const double* x, std::size_t count, const OrderRows& to);
 
-// Null for a polynomial that is not a normalised law of motion with its derivatives.
+// Null for a program that is not a normalised motion law with its derivatives.
 RunLaw lawFor(const Program& program)
 {
     if (!isLawWithDerivatives(program))
@@ -374,7 +375,7 @@ const double* Block::values(const Programs& programs, int order, const double* x
 void Block::iCompute(int highest)
 {
     const Program& program = programs_.upTo(highest);
-    computed_ = -1;  // until it is done
+    computed_ = -1;  // in case an allocation fails
     registers_.resize(program.registerCount() * kBlock);
     values_.resize((static_cast<std::size_t>(highest) + 1) * kBlock);
     rows_.clear();

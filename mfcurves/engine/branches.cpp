@@ -11,13 +11,13 @@
 namespace mf::engine {
 namespace {
 
-// What a step is on the side of a point.
+// The value of a step on one side of an x.
 struct SideValue {
     double value;
-    bool isSettled;  // the point is not at an edge of the step itself
+    bool isSettled;  // the nearby point is not at an edge of the step itself
 };
 
-// Nothing where the step is not at an edge at x.
+// Empty if the step is not at an edge at x.
 using AtEdge = std::optional<SideValue>;
 
 bool isFunction(const Step& step, FunctionId id)

@@ -3,16 +3,16 @@
 
 #include "mfcurves/engine/program.h"
 
-/// The operations that choose between branches or jump, and what they are on one side of an
-/// x that is at such an edge.
+/// The operations that choose between branches or jump, and their limits from one side of an
+/// x where they do so. Such an x is an edge of the operation.
 namespace mf::engine {
 
-/// Whether the limits of a step from two sides can differ.
+/// Whether the limits of a step from the two sides of an x can differ.
 bool mayBranch(const Step& step);
 
-/// To be called after a step has run on the registers of an x and on those of a point beside
-/// it. Where the step is at an edge, gives it the value that it has at x on the branch of that
-/// point. False when the point is at an edge of the step, too.
+/// Call this after a step has run on the registers of an x and on those of a nearby point.
+/// If x is at an edge of the step, its value is replaced by the value at x of the branch that
+/// the nearby point is on. Returns false if the nearby point is at an edge of the step as well.
 bool takeBranchBeside(const Step& step, double* registers, const double* beside);
 
 }  // namespace mf::engine

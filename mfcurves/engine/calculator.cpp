@@ -21,8 +21,8 @@ bool Calculator::iEvaluateOther(int count, const MMEP_Data* arguments, MMEP_Data
     return family_->evaluate(arguments, result_, *result.getValue());
 }
 
-// An integrator calls this at every step: the usual case goes first, and what takes
-// longer is done by functions of its own, so that little is set up here.
+// An integrator calls this at every step: the usual case needs little setup here, and
+// the slower cases have functions of their own.
 bool Calculator::Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result)
 {
     if (count != 1) [[unlikely]]

@@ -11,14 +11,14 @@
 
 namespace mf::engine {
 
-/// An expression on its way from the graph of its text to programs, order by order.
+/// Compiles the graph of a text to programs, order by order.
 class Compilation {
 public:
-    /// Begins with order 0.
+    /// Compiles order 0.
     explicit Compilation(ParsedText text);
 
     /// Adds the derivative of the highest order so far; false when it outgrows the limits.
-    /// When memory runs out, the compilation is of no more use.
+    /// After std::bad_alloc the object must not be used again.
     bool addOrder();
 
     int highestOrder() const { return translator_.highestOrder(); }

@@ -11,10 +11,10 @@
 namespace mf::engine {
 namespace {
 
-constexpr int kUsualOrders = 3;  // derivatives that hosts ask for, nearly always all of them
+constexpr int kUsualOrders = 3;  // derivatives; hosts nearly always request all of them
 
-// A text in little memory: each character in as many bytes as it has groups of seven
-// bits, the lowest first, with the top bit set in all but the last.
+// A text in little memory: each character as groups of seven bits, one byte per group,
+// the lowest first, with the top bit set in all bytes but the last.
 std::string packed(std::wstring_view text)
 {
     const auto isAscii = [](wchar_t character) { return character >= 0 && character < 0x80; };
@@ -83,7 +83,7 @@ std::optional<Programs> CompiledText::programs(int order)
     return programs_;
 }
 
-// When memory runs out, the orders so far stay, and the others can be asked for again.
+// When memory runs out, the orders so far stay, and the others can be requested again.
 void CompiledText::iAddOrders(int highest)
 {
     auto compilation = compilation_ != nullptr ? std::move(compilation_) : iCompileAgain();

@@ -17,11 +17,11 @@
 namespace mf::engine {
 
 /// One text, compiled: its parameters, the program of its value, and a program of all
-/// orders. The first derivative that is asked for brings the usual three.
+/// orders. The first request for a derivative compiles the usual three.
 ///
-/// Threads: every thread may ask at any time. The programs that it hands out never
-/// change, so running them needs no lock.
-/// Memory: the graph of the text is kept until its derivatives are compiled, and made
+/// Threads: any thread may call any operation at any time. The programs that it returns
+/// never change, so running them needs no lock.
+/// Memory: the graph of the text is kept until its derivatives are compiled, and built
 /// again from the text for a fourth one.
 class CompiledText {
 public:
@@ -33,8 +33,8 @@ public:
     const std::vector<std::wstring>& parameterNames() const { return parameterNames_; }
     std::size_t parameterCount() const { return parameterNames_.size(); }
 
-    /// Programs of at least the orders 0 to `order`, compiled now if need be; nothing when
-    /// one of them outgrows the limits.
+    /// Programs of at least the orders 0 to `order`, compiled now if necessary; nothing if
+    /// one of them exceeds the limits.
     std::optional<Programs> programs(int order);
 
     /// Bytes that the compiled text holds.
@@ -44,14 +44,14 @@ private:
     void iAddOrders(int highest);
     std::unique_ptr<Compilation> iCompileAgain() const;
 
-    std::vector<std::wstring> parameterNames_;  // fixed once compiled, like these
+    std::vector<std::wstring> parameterNames_;  // these three never change once compiled
     std::string packedText_;
     bool hasVariable_ = false;
 
-    std::mutex mutex_;  // for all that follows, which grows with the orders
+    std::mutex mutex_;  // guards all that follows, which grows with the orders
     std::unique_ptr<Compilation> compilation_;
     Programs programs_;
-    bool hasAllOrders_ = false;  // there is no further one within the limits
+    bool hasAllOrders_ = false;  // no further order is within the limits
 };
 
 }  // namespace mf::engine

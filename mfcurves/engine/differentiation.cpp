@@ -11,10 +11,10 @@
 namespace mf::engine {
 namespace {
 
-// In place of a derivative that is about to be made. No graph grows so far.
+// Marks a node whose derivative is needed but not made yet. No graph has a node with this id.
 constexpr NodeId kWanted{kNoNode.index - 1};
 
-// The derivative of a term that has one already.
+// The derivative of a term, which has been made already.
 Term d(Term a)
 {
     return a.maker().term(a.node().derivative);
@@ -69,7 +69,7 @@ Term ofChebyshev(Term f, std::vector<double>& slope)
     return chebyshev(f.a(), std::span(slope).first(c.size() - 1)) * d(f.a());
 }
 
-// What does not move needs no slope, which may not even exist there.
+// A constant argument needs no slope, which may not even exist there.
 Term ofCall1(Term f)
 {
     const Term da = d(f.a());
@@ -117,7 +117,7 @@ Term derivativeOf(Term f, std::vector<double>& scratch)
 
 }  // namespace
 
-// Down the ids to mark what is still without a derivative, then up them, so that
+// Walks down the ids to mark the nodes that still need a derivative, then up, so that
 // operands are done before their users.
 NodeId differentiate(Graph& graph, NodeId root)
 {

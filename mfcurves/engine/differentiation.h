@@ -5,9 +5,9 @@
 
 namespace mf::engine {
 
-/// The derivative of `root` with respect to parameter 0, the only one of its
-/// graph. It is remembered in the nodes, so a further order costs only what is
-/// new in it. kNoNode when the graph outgrew its limit.
+/// Returns the derivative of `root` with respect to parameter 0, the only one of its
+/// graph. Derivatives are stored in the nodes, so a further order costs only what is
+/// new in it. Returns kNoNode if the graph exceeds its limits.
 NodeId differentiate(Graph& graph, NodeId root);
 
 }  // namespace mf::engine

@@ -16,7 +16,8 @@ constexpr std::uint32_t kNoRegister = 0xffffffff;
 
 // --- Polynomials ---------------------------------------------------------------------
 
-// Horner's rule with u not below 0, where the sign of the sum alone says which ends meet in a product.
+// Horner's rule with u not below 0, where the sign of the sum alone decides which bound of u
+// it is multiplied by.
 Interval hornerAboveZero(const Interval& u, std::span<const double> c)
 {
     double lo = c.back();
@@ -44,7 +45,7 @@ Interval hornerTimesPower(const Interval& u, unsigned lowest, std::span<const do
     return lowest == 0 ? r : r * intervals::wholePower(u, lowest);
 }
 
-// |c0| + |c1| u + ..., times u^lowest: what a polynomial and its roundings are small against.
+// (|c0| + |c1| u + ...) u^lowest, which the rounding error of a polynomial is proportional to.
 double sumOfSizes(double u, unsigned lowest, std::span<const double> c)
 {
     double r = std::fabs(c.back());
@@ -59,7 +60,7 @@ double roundingOfPolynomial(double u, unsigned lowest, std::span<const double> c
     return 2.0 * operations * kHalfUlp * sumOfSizes(u, lowest, c);
 }
 
-// The derivative of the part in brackets, c1 + 2 c2 u + ...
+// The derivative of the bracket c0 + c1 u + ...: c1 + 2 c2 u + ...
 Interval hornerOfSlope(const Interval& u, std::span<const double> c)
 {
     Interval r = static_cast<double>(c.size() - 1) * Interval(c.back());
@@ -68,10 +69,10 @@ Interval hornerOfSlope(const Interval& u, std::span<const double> c)
     return r;
 }
 
-// Horner's rule forgets that each u is the same. On a wide box the bracket is nearer
-// to its value in the middle plus slope times half the width; where the slope has
-// one sign, it lies between its values at the ends. A computed value may leave this
-// range by its rounding.
+// Horner's rule treats each u as another number, which makes the range too wide. On a wide
+// box the value of the bracket in the middle plus slope times half the width is a tighter
+// range. Where the slope has one sign, the bracket lies between its values at the ends.
+// A computed value may be outside this range by its rounding error.
 Interval polynomialRange(const Interval& u, unsigned lowest, std::span<const double> c)
 {
     constexpr double kWide = 1e-10;
@@ -114,7 +115,7 @@ Interval chebyshevRange(const Interval& h, std::span<const double> c)
     return range;
 }
 
-// The recurrence, with the errors of each term carried on.
+// The recurrence of chebyshevRange, with bounds b of the sizes and e of the errors.
 double errorOfChebyshev(const Interval& h, std::span<const double> c, double error)
 {
     const double size = h.largest();
@@ -132,7 +133,7 @@ double errorOfChebyshev(const Interval& h, std::span<const double> c, double err
 
 // --- Choices -------------------------------------------------------------------------
 
-// An undefined number is below nothing, so that the other branch counts.
+// An undefined number is not less than any number, so `otherwise` is possible then.
 Interval lessOf(const Interval& p, const Interval& q, const Interval& less, const Interval& otherwise)
 {
     const bool partial = p.partial || q.partial;
@@ -143,7 +144,7 @@ Interval lessOf(const Interval& p, const Interval& q, const Interval& less, cons
     return hull(less, otherwise);
 }
 
-// The hull of those that may be chosen.
+// The hull of the branches that may be chosen.
 class Candidates {
 public:
     void add(bool possible, const Interval& value)
@@ -171,7 +172,7 @@ private:
 
 Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 {
-    // Graphs may be much larger than what the roots depend on, so the nodes are listed first.
+    // A graph may be much larger than the part that the roots depend on, so that part is listed first.
     constexpr std::uint32_t kListed = 1u << 31;
     const std::uint32_t count = std::ranges::max(roots, {}, &NodeId::index).index + 1;
     PerNode<std::uint32_t> wantedBy;  // bit k: root k depends on the node
@@ -208,7 +209,8 @@ Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 
 namespace {
 
-// An interval forgets that both operands are the same number, so that these say it.
+// Whether the result follows from the two operands being the same number, which the
+// interval rules do not know.
 bool cancelsItself(const Graph& graph, const Node& node)
 {
     if (node.op == Op::Quotient || (node.op == Op::Call2 && node.function == FunctionId::Mod))
@@ -227,7 +229,7 @@ bool cancelsItself(const Graph& graph, const Node& node)
 
 namespace {
 
-// In sums of two intervals, as measured.
+// The unit is the sum of two intervals; the costs are measured.
 std::size_t costOf(const Node& node)
 {
     switch (node.op) {
@@ -405,7 +407,7 @@ double Enclosure::iErrorOf(const Step& step) const
         case Op::Call2:
             return intervals::errorOf(step.function, a, values_[step.b], y, ea, errors_[step.b]);
         default:
-            return kUnbounded;  // a choice that is still open
+            return kUnbounded;  // a choice, as an error may lead to another branch
     }
 }
 

@@ -22,19 +22,20 @@ namespace mf::engine {
 /// has its own.
 class Enclosure {
 public:
-    /// At most eight roots. Copies what it needs; the graph may change or go.
+    /// At most eight roots. Copies what it needs; the graph may change or be destroyed.
     Enclosure(const Graph& graph, std::span<const NodeId> roots);
 
     std::size_t rootCount() const { return roots_.size(); }
-    /// What an evaluation of all roots costs, in sums of two intervals.
+    /// The cost of evaluating all roots; the unit is the sum of two intervals.
     std::size_t cost() const { return cost_; }
 
-    /// values[k] encloses root k over x, for each root whose bit k is in `wanted`; the others
-    /// mean nothing.
+    /// Sets values[k] to an enclosure of root k over x, for each root whose bit k is set in
+    /// `wanted`. The other values have no meaning.
     void evaluate(const Interval& x, Interval* values, unsigned wanted = ~0u);
 
-    /// errors[k] bounds how far a computed value of root k is from the exact one
-    /// anywhere in the box of the last evaluation; infinite where no bound is known.
+    /// Sets errors[k] to a bound of the difference between computed and exact values of
+    /// root k anywhere in the box of the last evaluation, for each root that was wanted
+    /// there; infinite where no bound is known.
     void errorBounds(double* errors);
 
 private:

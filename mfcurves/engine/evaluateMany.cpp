@@ -24,7 +24,7 @@ std::size_t evaluateOneByOne(ICalculator& calculator, const double* x, double* y
     return count;
 }
 
-// Copies numbers and returns how many there are before the first that is not finite.
+// Copies numbers and returns the number of those before the first that is not finite.
 std::size_t copyUntilFailure(const double* values, std::size_t count, double* y)
 {
     if (copyFinite(values, count, y))
@@ -52,7 +52,7 @@ std::size_t evaluateMany(ICalculator& calculator, const double* x, double* y, st
     const auto& own = static_cast<const Calculator&>(calculator);
     if (!Block::takes(*own.family().programs().all))
         return evaluateOneByOne(calculator, x, y, count);
-    // The orders of one expression are asked for one after the other at the same points.
+    // Callers request the orders of one expression one after the other at the same points.
     thread_local Block block;
     for (std::size_t done = 0; done < count;) {
         const std::size_t points = std::min(count - done, kBlock);

@@ -25,7 +25,8 @@ template <Stage input>
     return a;
 }
 
-// Returns what is in the target.
+// Stores the value of an operation, applies the output stage, and returns the content of the
+// target register.
 template <Stage output>
 [[gnu::always_inline]] inline double keep(double value, const Step& step, double* registers)
 {
@@ -74,8 +75,8 @@ void runCosSin(const Step& step, double* registers)
     keep<output>(cosine, step, registers);
 }
 
-// A polynomial of any number of terms, and its derivatives. Stages that a step lacks have
-// constants that change no bit.
+// A polynomial with any number of terms, and its derivatives. The constants of a missing stage
+// are neutral and change no bit.
 void runPolynomial(const Step& step, double* registers)
 {
     const double u = step.input == Stage::None ? registers[step.a]
@@ -92,8 +93,8 @@ void runPolynomial(const Step& step, double* registers)
 
 // --- A whole program -------------------------------------------------------------------------
 
-// These are what an integrator waits for at every step: x comes in a register of the
-// processor, and they end where the result is known.
+// An integrator waits for these functions at every step: x comes in a register of the
+// processor, and they return as soon as the result is known.
 
 bool runInTurn(double, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
 {
@@ -120,7 +121,7 @@ void runAllInTurn(const Program& program, double x, double* registers, double* v
 
 // --- The choice ---------------------------------------------------------------------------
 
-// Calls `of` with the stage as a constant of the compiler.
+// Calls `of` with the stage as a compile-time constant.
 auto withStage(Stage stage, auto of)
 {
     switch (stage) {
@@ -135,7 +136,7 @@ auto withStage(Stage stage, auto of)
     }
 }
 
-// The same where a division more does not count.
+// The same for operations where one more division does not matter.
 auto withAnyStage(Stage stage, auto of)
 {
     return stage == Stage::None ? of.template operator()<Stage::None>()

@@ -12,27 +12,27 @@ namespace mf::engine {
 /// The program of a draft, ready to run.
 std::shared_ptr<const Program> programOf(Draft draft);
 
-/// Runs steps at the point x, the number in register 0, and sets `value` to what is in
-/// register `result` then; false, with `value` untouched, if that is not finite.
+/// Runs steps at the point x, which is also in register 0, and sets `value` to the content
+/// of register `result`. Returns false, with `value` unchanged, if that is not finite.
 using RunProgram = bool (*)(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
                             double& value);
 
-/// The quickest function that runs these steps.
+/// The fastest function that runs these steps.
 RunProgram runFor(std::span<const Step> steps);
 
 /// Sets values[k] to the order k at x, for all orders of a program with at most one parameter;
 /// NaN where it is not finite.
 using RunOrders = void (*)(const Program& program, double x, double* registers, double* values);
 
-/// The quickest function that runs this program.
+/// The fastest function that runs this program.
 RunOrders ordersFor(const Program& program);
 
 /// Sets values[k] to the order k, up to `highest`, from registers that a program has computed;
 /// NaN where it is not finite.
 void takeValues(const Program& program, int highest, const double* registers, double* values);
 
-/// Runs steps at one point: four in a turn of the loop, as each place of a call
-/// remembers on its own which function came next.
+/// Runs steps at one point. The loop is unrolled by four because the processor predicts
+/// the target of each call instruction separately.
 [[gnu::always_inline]] inline void run(std::span<const Step> steps, double* registers)
 {
     const Step* step = steps.data();
@@ -54,16 +54,16 @@ inline void fillConstants(const Program& program, double* registers)
         registers[target] = number;
 }
 
-/// What is not finite has no difference from itself.
+/// Returns 0 for a finite value, else NaN.
 [[gnu::always_inline]] inline double zeroIfFinite(double value)
 {
     return value - value;
 }
 
-/// Replaces what is not finite among the orders up to `highest` by NaN.
+/// Replaces each of values[0] to values[highest] that is not finite by NaN.
 [[gnu::cold]] void markBad(double* values, int highest);
 
-/// Sets `result` to a value; false, with `result` untouched, if it is not finite.
+/// Sets `result` to a value. Returns false, with `result` unchanged, if it is not finite.
 [[gnu::always_inline]] inline bool isFiniteInto(double value, double& result)
 {
     if (std::isnan(zeroIfFinite(value))) [[unlikely]]

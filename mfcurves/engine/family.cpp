@@ -13,8 +13,8 @@ Family::Family(std::shared_ptr<CompiledText> text)
     addOrder(0);
 }
 
-// The steps that are running stay those of programs_: where it changes, they are chosen
-// again at the next evaluation.
+// steps_ points into programs_. When that changes, held_ = -1 makes the next evaluation
+// choose the steps again.
 bool Family::addOrder(int order)
 {
     if (programs_.all != nullptr && order <= programs_.all->highestOrder())
@@ -52,7 +52,7 @@ bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& va
     return isFiniteInto(registers_[result], value);
 }
 
-// The highest order goes first, as its program computes the others, too.
+// The highest order comes first, because its program computes the lower ones as well.
 int Family::evaluateOrders(double x, int order, double* values)
 {
     while (programs_.all->highestOrder() < order && !addOrder(order))

@@ -16,14 +16,15 @@ namespace mf::engine {
 /// What a calculator and everything differentiated from it share: the registers,
 /// and which orders they hold for which x.
 ///
-/// One program computes all orders of one x, so whichever calculator is asked first, the
-/// others find their values. A program of the value alone is shorter: whoever asked for
-/// derivatives at the last x will want them at the next, and who did not will not.
+/// One program computes all orders at one x, so the first calculator that is evaluated
+/// there does the work for the others. The program of the value alone is shorter. It runs
+/// when no derivative was requested at the previous x, because callers mostly request the
+/// same orders at each x.
 class Family {
 public:
     explicit Family(std::shared_ptr<CompiledText> text);
 
-    /// Makes room for an order; false when the derivative outgrows the limits.
+    /// Compiles an order and makes room for it; false if the derivative exceeds the limits.
     bool addOrder(int order);
 
     std::size_t parameterCount() const { return parameterCount_; }
@@ -31,16 +32,16 @@ public:
     std::uint32_t resultOf(int order) const { return programs_.upTo(order).result(order); }
     const Programs& programs() const { return programs_; }
 
-    /// Sets `value` to that of an order at x, whose register is `result`; false, with
-    /// `value` untouched, where it is not finite, and for several parameters. Without
-    /// parameters any x will do.
+    /// Sets `value` to that of an order at x; `result` is resultOf(order). Returns false,
+    /// with `value` unchanged, where it is not finite, and for several parameters. Without
+    /// parameters x has no influence.
     ///
     /// Three cases, the usual ones first:
-    ///   the registers hold this order at this x           it is in its register
-    ///   x is new, and the orders wanted are the same       the steps run again
-    ///   x is new, or its higher orders are, and others     other steps are chosen, and run
-    ///   are wanted; or there is not exactly one parameter
-    /// Points are told apart by their bits: a division distinguishes 0.0 from -0.0.
+    ///   the registers hold this order at this x            the value is read
+    ///   x is new, and the wanted orders are the same       the same steps run again
+    ///   any other: more or fewer orders are wanted, or     the steps are chosen anew and run
+    ///   there is not exactly one parameter
+    /// Points are compared by their bits: a division distinguishes 0.0 from -0.0.
     bool evaluate(double x, int order, std::uint32_t result, double& value)
     {
         double* const registers = registers_.data();
@@ -56,11 +57,11 @@ public:
         registers[0] = x;
         return run_(x, steps_, registers, result, value);
     }
-    /// The same for as many numbers as there are parameters, of which there are several.
+    /// The same for several parameters; `numbers` has parameterCount() elements.
     bool evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value);
 
-    /// Sets values[k] to the order k at x, from 0 up to `order`, and returns how many there
-    /// are before the first that is not finite or that outgrows the limits.
+    /// Sets values[k] to the order k at x, for k = 0 to `order`. Returns the number of orders
+    /// before the first that is not finite or that exceeds the limits.
     int evaluateOrders(double x, int order, double* values);
 
 private:
@@ -70,11 +71,11 @@ private:
     }
     [[gnu::noinline]] bool iEvaluateAnew(double x, int order, std::uint32_t result, double& value);
 
-    std::vector<double> registers_;  // the first holds the x that the others are for
-    int asked_ = 0;                  // the order asked for last at that x
+    std::vector<double> registers_;  // register 0 holds the x of the others
+    int asked_ = 0;                  // the order that was requested last at that x
     int held_ = -1;                  // the highest order computed at each x; -1 without x
-    std::span<const Step> steps_;    // that compute the orders up to it
-    RunProgram run_ = nullptr;       // runs them
+    std::span<const Step> steps_;    // compute the orders up to held_
+    RunProgram run_ = nullptr;       // runs steps_
     Programs programs_;
     const std::size_t parameterCount_;
     const std::shared_ptr<CompiledText> text_;

@@ -16,7 +16,7 @@
 namespace mf::engine {
 namespace {
 
-// Without a call, which would take longer than the few orders that there are.
+// A plain loop: a call of a library function would take longer than the few orders.
 void fillAbove(int highest, int order, double* values)
 {
     for (int k = highest + 1; k <= order; ++k)
@@ -56,7 +56,7 @@ std::size_t Formula::parameterCount() const
     return programs_.all->parameterCount();
 }
 
-// Register 0 takes x, also where the text does not use it.
+// Register 0 holds x, even if the text does not use it.
 std::size_t Formula::registerCount() const
 {
     return std::max<std::size_t>(programs_.all->registerCount(), 1);

@@ -14,12 +14,11 @@
 
 namespace mf::engine {
 
-/// A text whose value and first derivatives are compiled for good.
+/// A compiled text that never changes: its value and first derivatives.
 ///
-/// Threads: constant. Any number of threads may evaluate it, each with registers of
-/// its own.
-/// Registers: memory that one evaluation needs. What it holds before does not matter,
-/// and what it holds after has no meaning, so different formulas may use the same.
+/// Threads: any number of threads may evaluate it, each with registers of its own.
+/// Registers: scratch memory for one evaluation. Its content has no meaning before or
+/// after, so different formulas may use the same registers.
 class Formula {
 public:
     using Result = std::variant<std::shared_ptr<const Formula>, ParseError>;
@@ -31,31 +30,31 @@ public:
     static Result compile(std::wstring_view text, const std::optional<std::wstring_view>& variableName,
                           int highestOrder = 3);
 
-    /// How many names the text has for its argument, at most 1 with a variable name.
+    /// Number of parameters of the text, at most 1 with a variable name.
     std::size_t parameterCount() const;
 
-    /// The doubles that one point needs.
+    /// Number of doubles that one point needs as registers.
     std::size_t registerCount() const;
 
     /// Computes values[k], the derivative of order k at x, for k = 0 to `order`. NaN where
-    /// it is not finite, where the derivative outgrew the limits, above the highest order
+    /// it is not finite, where the derivative exceeds the limits, above the highest order
     /// compiled, and for two or more parameters.
     void evaluate(double x, int order, double* registers, double* values) const noexcept;
 
-    /// The same at `count` points, at most kBlock, with the very same bits. `registers` are
-    /// registerCount() * kBlock doubles; values[k] has room for `count` doubles, and none
-    /// of them overlaps `x`.
+    /// The same at `count` points, at most kBlock, bit for bit. `registers` are
+    /// registerCount() * kBlock doubles. values[k] has room for `count` doubles and does
+    /// not overlap `x`.
     void evaluateBlock(const double* x, std::size_t count, int order, double* registers,
                        double* const* values) const noexcept;
 
-    /// Whether some operation chooses between branches or jumps, so that the limits from
+    /// Whether an operation chooses between branches or jumps, so that the limits from
     /// the two sides of an x may differ.
     bool hasBranches() const { return hasBranches_; }
 
-    /// The same as `evaluate` for a formula with branches, as a limit from one side: where an
-    /// operation is at the edge of a branch at x, it takes the branch that it is on at `beside`,
-    /// a point near x on that side. False when some operation is at an edge there as well, so
-    /// that its branch at x decided. `registers` are 2 * registerCount() doubles.
+    /// The same as `evaluate`, but as a limit from one side. `beside` is a point near x on
+    /// that side: an operation that is at the edge of a branch at x takes the branch that it
+    /// is on at `beside`. Returns false if an operation is at an edge at `beside` as well, so
+    /// that its side is not decided. `registers` are 2 * registerCount() doubles.
     bool evaluateBeside(double x, double beside, int order, double* registers, double* values) const noexcept;
 
     /// The program of all orders.
@@ -66,9 +65,9 @@ public:
 
 private:
     Programs programs_;
-    RunProgram runValue_ = nullptr;  // the quickest for each program
+    RunProgram runValue_ = nullptr;  // the fastest function for each program
     RunOrders runAll_ = nullptr;
-    int highestOrder_ = -1;  // that has values, -1 where none has
+    int highestOrder_ = -1;  // with values; -1 if no order has them
     bool hasBranches_ = false;
 };
 

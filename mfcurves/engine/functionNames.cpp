@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kLongestName = 8;
 
-// The name in lower-case ASCII; empty when it cannot be that of a function.
+// The name in lower-case ASCII; empty if no function can have it.
 std::string_view lowered(std::wstring_view name, std::array<char, kLongestName>& buffer)
 {
     if (name.size() > kLongestName)
@@ -24,7 +24,7 @@ std::string_view lowered(std::wstring_view name, std::array<char, kLongestName>&
     return {buffer.data(), name.size()};
 }
 
-// Levenshtein's distance of two short names.
+// Levenshtein distance of two names of at most kLongestName characters.
 std::size_t editDistance(std::string_view a, std::string_view b)
 {
     std::array<std::size_t, kLongestName + 1> row{};

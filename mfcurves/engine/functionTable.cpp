@@ -28,8 +28,8 @@ Term flat(Term, Term a)
     return a.constant(0.0);
 }
 
-// n a^(n-1) a' for a constant exponent, else a^b (b' log a + b a' / a). The
-// logarithm is left out where b' is 0, for a negative base has none.
+// n a^(n-1) a' for a constant exponent, else a^b (b' log a + b a' / a). Where b' is 0
+// the logarithm is left out, because a negative base does not have one.
 Term slopeOfPower(Term f, Term a, Term b, Term da, Term db)
 {
     if (b.isConstant()) {
@@ -282,7 +282,7 @@ constexpr Function kFunctions[] = {
      .fewest = 4,
      .most = 4,
      .formula = "n where c < 0, z where c = 0, p where c > 0",
-     .remarks = "Only the chosen one is evaluated. A comma may replace the colon.",
+     .remarks = "Only the chosen one of n, z and p has to be defined. A comma may replace the colon.",
      .expand = [](Arguments a) { return chooseSign(a[0], a[1], a[2], a[3]); }},
     {.id = FunctionId::Step,
      .name = "step",
@@ -373,7 +373,7 @@ constexpr bool inOrder()
     }
     return true;
 }
-static_assert(inOrder(), "a row is at the place that its id gives");
+static_assert(inOrder(), "each row is at the position of its id");
 
 }  // namespace
 

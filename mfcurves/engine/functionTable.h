@@ -51,16 +51,17 @@ enum class FunctionId : std::uint8_t {
     Forsin,
     Forcos,
     Power,  // the operator ^
-    Sech    // only derivatives ask for it
+    Sech    // only derivatives use it
 };
 
-/// Any number of arguments.
+/// Function::most of a function that takes any number of arguments.
 constexpr int kAnyNumber = 1 << 30;
 
-/// One function of the expression language: all that is known about it.
+/// All that the engine knows about one function of the expression language.
 ///
-/// A function is computed by `value1` or `value2`, or made of others by `expand`. Where
-/// it has both, as `min` does, `expand` makes calls with two arguments of one with many.
+/// `value1` or `value2` computes a function, or `expand` builds it from others. A function
+/// with both, such as `min`, uses `expand` to turn a call with many arguments into calls
+/// with two.
 struct Function {
     FunctionId id;
     std::string_view name;       // lower case; empty where texts cannot call it
@@ -73,7 +74,8 @@ struct Function {
     double (*value1)(double) = nullptr;
     double (*value2)(double, double) = nullptr;
 
-    /// All values for arguments of the intervals; as many arguments as the value has.
+    /// An interval of all values for arguments in the given intervals. Set together with
+    /// value1 or value2.
     Interval (*interval1)(const Interval&) = nullptr;
     Interval (*interval2)(const Interval&, const Interval&) = nullptr;
 
@@ -90,12 +92,12 @@ std::span<const Function> functions();
 
 const Function& function(FunctionId id);
 
-/// The rows of that name (any case), which differ in their numbers of arguments;
-/// none when no function has that name.
+/// The rows with that name in any case, which differ in their numbers of arguments;
+/// empty if no function has that name.
 std::span<const Function> functionsNamed(std::wstring_view name);
 
-/// The name among those of the functions that is closest to `name`, empty when
-/// none is close.
+/// The function name closest to `name`; empty if it takes more than two edits to get
+/// there, or more than one for up to three letters.
 std::string_view closestFunctionName(std::wstring_view name);
 
 }  // namespace mf::engine

@@ -29,9 +29,9 @@ std::optional<Coefficients> coefficientsOf(Term polynomial)
     return result;
 }
 
-// The term as a polynomial in u of a low degree, if it is written as one. In a
-// text a sum such as x - 1 is not taken for one: it is exact near its zero, and
-// would not be any more inside a longer polynomial.
+// The term as a polynomial in u of a low degree, if it is written as one. Under
+// KeepText a sum such as x - 1 does not count: it is exact near its zero, and would
+// no longer be so inside a longer polynomial.
 std::optional<Coefficients> coefficientsIn(Term a, Term u)
 {
     if (a.op() == Op::Polynomial && a.a() == u)
@@ -66,8 +66,8 @@ std::optional<Term> innerVariable(Term a)
     return std::nullopt;
 }
 
-// Whether each power follows from the previous one by a factor or a square. Across a
-// wider gap a row of plain multiplications would err more than the power itself.
+// Whether each power is u or u^2 times the previous one. Across a wider gap, plain
+// multiplications would err more than the power itself.
 bool isWithoutGaps(const Coefficients& terms)
 {
     int last = -1;
@@ -107,7 +107,7 @@ std::optional<Term> gatheredSum(Term a, Term b)
         u = innerVariable(b);
     if (!u)
         return std::nullopt;
-    // A constant beside higher powers only would fill the gap with zeros.
+    // Between a constant and powers above the first there would be a gap, filled with zeros.
     if ((a.isConstant() && b.node().lowest > 1) || (b.isConstant() && a.node().lowest > 1))
         return std::nullopt;
     const auto first = coefficientsIn(a, *u);

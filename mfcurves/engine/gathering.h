@@ -6,11 +6,12 @@
 #include "mfcurves/engine/term.h"
 
 /// Gathers monomials of one inner variable u into a polynomial, and constant factors
-/// into its coefficients. Nothing is returned where the terms are no such monomials,
-/// or where, under KeepText, a coefficient would be rounded that the text does not round.
+/// into its coefficients. Each function returns nothing if the terms are not such
+/// monomials, or if, under KeepText, it would round a coefficient that the text does not
+/// round.
 namespace mf::engine {
 
-/// factor * base, with factor 1 where there is none.
+/// A term as factor * base; the factor of a term without a constant factor is 1.
 struct Scaled {
     double factor;
     Term base;
@@ -27,10 +28,10 @@ inline Scaled scaled(Term a)
 /// The sum of two polynomials in one variable as one polynomial.
 std::optional<Term> gatheredSum(Term a, Term b);
 
-/// factor * polynomial with the factor in the coefficients, where none of them over- or underflows.
+/// factor * polynomial with the factor in the coefficients; nothing if one over- or underflows.
 std::optional<Term> scaledPolynomial(double factor, Term a);
 
-/// u^m times u^n as one monomial; a term is its own first power.
+/// u^m times u^n as one monomial; any term counts as its own first power.
 std::optional<Term> monomialProduct(Term a, Term b);
 
 }  // namespace mf::engine

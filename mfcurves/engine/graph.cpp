@@ -31,7 +31,7 @@ constexpr std::uint64_t mix(std::uint64_t hash, std::uint64_t value)
     return hash ^ (hash >> 32);
 }
 
-// Of a node without its list.
+// The hash of the members that nodes with and without a list share.
 std::uint64_t headHash(const Node& node)
 {
     const auto kind = static_cast<std::uint64_t>(node.op) | static_cast<std::uint64_t>(node.function) << 8 |

@@ -20,10 +20,10 @@ struct NodeId {
     friend bool operator<(NodeId a, NodeId b) { return a.index < b.index; }
 };
 
-/// Where there is no node; no graph grows so far.
+/// No node. The limits keep every graph smaller than this.
 constexpr NodeId kNoNode{0xffffffff};
 
-/// One entry for each of the first nodes of a graph.
+/// A table with one entry per node, for the first nodes of a graph.
 template <class T>
 class PerNode {
 public:
@@ -61,7 +61,7 @@ struct Node {
     NodeId b = {};
     std::uint32_t index = 0;      // of the parameter, or of the first element of its list
     std::uint32_t count = 0;      // of coefficients or operands in its list
-    NodeId derivative = kNoNode;  // once it is known
+    NodeId derivative = kNoNode;  // set once it is known
     std::uint16_t lowest = 0;     // exponent of a polynomial's first coefficient
     Op op = Op::Constant;
     FunctionId function{};
@@ -70,15 +70,15 @@ struct Node {
 /// The expressions of one text as nodes that are made once each: equal
 /// subexpressions are the same node.
 ///
-/// Errors: a graph that has outgrown kMostNodes or kMostLookups takes no more
-/// nodes, returns node 0 for every request and says so in `full`.
+/// Errors: a graph that exceeds kMostNodes or kMostLookups takes no more nodes and
+/// returns node 0 for every request; `full` is then true.
 class Graph {
 public:
     Graph();
 
-    /// The node equal to `node`, made if there was none. Nodes with operands
-    /// from a list take them from `operands`, polynomials theirs from
-    /// `coefficients`; the position of either list is filled in here.
+    /// Returns the node equal to `node`, which is added if it is new. Nodes with a list
+    /// of operands get it from `operands`, polynomials get theirs from `coefficients`;
+    /// the position of the list is filled in here.
     NodeId intern(const Node& node);
     NodeId intern(const Node& node, std::span<const NodeId> operands);
     NodeId intern(const Node& node, std::span<const double> coefficients);

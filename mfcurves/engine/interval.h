@@ -8,11 +8,11 @@
 /// Interval arithmetic, rounded outwards without changing the rounding mode, so
 /// that it works wherever IEEE doubles do.
 ///
-/// Each operation contains what the operation on doubles returns for operands of
-/// its intervals, and the exact result. A result that is exact stays exact: the
-/// rounding error of a sum, product or quotient is found by error-free
-/// transformations (Dekker, Numer. Math. 18 (1971)), and a bound moves only where
-/// there is one.
+/// For all operands in the given intervals, the resulting interval contains the exact
+/// result and what the operation on doubles returns. A result that is exact stays
+/// exact: error-free transformations give the rounding error of a sum, product or
+/// quotient (Knuth, The Art of Computer Programming 2, 4.2.2; Dekker, Numer. Math. 18
+/// (1971)), and a bound moves only if that error is not zero.
 namespace mf::engine {
 
 constexpr double kUnbounded = std::numeric_limits<double>::infinity();
@@ -21,7 +21,7 @@ constexpr double kUnbounded = std::numeric_limits<double>::infinity();
 struct Interval {
     double lo = 0.0;
     double hi = 0.0;
-    bool partial = false;  // there may be no value at some points
+    bool partial = false;  // the expression may have no value at some points
 
     Interval() = default;
     Interval(double from, double to, bool isPartial = false) : lo(from), hi(to), partial(isPartial) {}
@@ -35,7 +35,7 @@ struct Interval {
     bool isZero() const { return lo == 0.0 && hi == 0.0; }
     bool contains(double x) const { return lo <= x && x <= hi; }
     bool excludesZero() const { return lo > 0.0 || hi < 0.0; }
-    /// There is a value everywhere, and it is between finite bounds.
+    /// Whether there is a value everywhere, and it is between finite bounds.
     bool isFinite() const { return !partial && lo > -kUnbounded && hi < kUnbounded; }
 
     double middle() const { return isPoint() ? lo : 0.5 * lo + 0.5 * hi; }
@@ -80,7 +80,7 @@ inline double sumError(double a, double b, double s)
     return (a - (s - bPart)) + (b - bPart);
 }
 
-/// a * b = p + the returned error, exactly; NaN where it cannot be known.
+/// a * b = p + the returned error, exactly; NaN where it cannot be computed.
 inline double productError(double a, double b, double p)
 {
     constexpr double kSplitter = 134217729.0;  // 2^27 + 1
@@ -160,7 +160,7 @@ inline Interval operator*(const Interval& a, const Interval& b)
 {
     if (a.isNothing() || b.isNothing())
         return Interval::nothing();
-    // A zero times what may overflow may be no number.
+    // 0 times what may overflow may be NaN.
     const bool partial = a.partial || b.partial || (a.isZero() && b.largest() == kUnbounded) ||
                          (b.isZero() && a.largest() == kUnbounded);
     if (a.lo >= 0.0) {
@@ -217,7 +217,7 @@ inline Interval hull(const Interval& a, const Interval& b)
     return {std::min(a.lo, b.lo), std::max(a.hi, b.hi), a.partial || b.partial};
 }
 
-/// What is in both; each of them contains the same result, so there is some.
+/// The intersection. Both intervals contain the same result, so it is not empty.
 inline Interval common(const Interval& a, const Interval& b)
 {
     if (a.isNothing() || b.isNothing())

@@ -5,7 +5,7 @@
 namespace mf::engine::intervals {
 namespace {
 
-// A bound of the derivative of f over x, where y = f(x).
+// A bound of the size of the derivative of f over x, where y = f(x).
 double steepness(FunctionId function, const Interval& x, const Interval& y)
 {
     switch (function) {

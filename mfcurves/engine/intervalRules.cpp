@@ -18,7 +18,8 @@ constexpr double kUlpsOfCbrt = 5.0;
 
 using Value = double (*)(double);
 
-// Zero is exact: each function here is 0 where the result is.
+// A zero is exact: the functions here return 0 where the result is 0. See `positive` for those
+// that may underflow to 0.
 double below(double value, double ulps)
 {
     return value == 0.0 ? 0.0 : lowered(value, ulps);
@@ -39,7 +40,7 @@ Interval falling(Value f, const Interval& x, double ulps = kUlps)
     return {below(f(x.hi), ulps), above(f(x.lo), ulps), x.partial};
 }
 
-// What is above 0 may be so small that it was computed as 0.
+// For results above 0, which may be so small that they are computed as 0.
 Interval positive(Interval y)
 {
     if (y.lo < 0.0)
@@ -49,12 +50,12 @@ Interval positive(Interval y)
     return y;
 }
 
-// The part of x between two bounds, outside of which there is no value.
+// The part of x between lo and hi. Outside of them the function has no value.
 Interval within(const Interval& x, double lo, double hi)
 {
     if (x.isNothing() || x.hi < lo || x.lo > hi)
         return Interval::nothing();
-    // A bound of 0 is +0, whose powers below 0 are positive.
+    // A bound of 0 is +0, whose powers with negative exponents are positive.
     return {std::max(lo, x.lo), std::min(hi, x.hi), x.partial || x.lo < lo || x.hi > hi};
 }
 
@@ -65,7 +66,8 @@ Interval clamped(Interval y, double lo, double hi)
     return y;
 }
 
-// The whole numbers k for which (k + offset) pi may lie in x; none where last < first.
+// The whole numbers k from first to last for which (k + offset) pi may lie in x. Without such
+// a k, last < first.
 struct Multiples {
     double first = 0.0;
     double last = -1.0;
@@ -88,7 +90,7 @@ struct Multiples {
     bool anyOdd() const { return tooMany || last > first || (any() && std::fmod(first, 2.0) != 0.0); }
 };
 
-// A sine or cosine with its crests at the even multiples and its troughs at the odd ones.
+// A sine or cosine with its maxima at the even multiples and its minima at the odd ones.
 Interval wave(Value f, const Interval& x, double offset)
 {
     if (x.isNothing())
@@ -108,7 +110,7 @@ Interval wave(Value f, const Interval& x, double offset)
     return clamped(y, -1.0, 1.0);
 }
 
-// The distance from 0, as an interval.
+// The interval of the absolute values.
 Interval magnitude(const Interval& x)
 {
     return {x.smallest(), x.largest(), x.partial};
@@ -198,7 +200,7 @@ Interval ofLog10(const Interval& x)
     return rising(std::log10, inside, kUlpsOfHyperbolic);
 }
 
-// Rounded correctly, so one step is enough, and none where the square is exact.
+// The square root is rounded correctly, so one step is enough. If it is exact, no step is needed.
 Interval ofSqrt(const Interval& x)
 {
     const Interval inside = within(x, 0.0, kUnbounded);
@@ -244,7 +246,7 @@ Interval ofCeil(const Interval& x)
 }
 
 // Away from the cut, which is the left half of the x axis, the angle is greatest and
-// least in corners. The cut itself counts to the upper half.
+// least in corners. The cut itself belongs to the upper half.
 Interval ofAtan2(const Interval& y, const Interval& x)
 {
     if (y.isNothing() || x.isNothing())
@@ -299,8 +301,8 @@ Interval ofMax(const Interval& a, const Interval& b)
     return {std::max(a.lo, b.lo), std::max(a.hi, b.hi), a.partial || b.partial};
 }
 
-// With the same whole k = int(a / b) everywhere it is a - k b; otherwise it lies
-// between 0 and b, on the side of a, and never beyond a.
+// If k = int(a / b) is the same everywhere, the result is a - k b. Otherwise it has the
+// sign of a, and is no farther from 0 than a and b.
 Interval ofMod(const Interval& a, const Interval& b)
 {
     if (a.isNothing() || b.isNothing() || b.isZero())
@@ -329,7 +331,7 @@ Interval wholePower(const Interval& u, unsigned exponent)
 {
     if (exponent == 1 || u.isNothing())
         return u;
-    // Plain products round once for each factor, and square by square.
+    // Covers plain products, which round once per multiplication, compensated ones and `pow`.
     constexpr double kUlpsOfProducts = 4.0;
     const bool even = exponent % 2 == 0;
     const Interval base = even ? magnitude(u) : u;
@@ -343,8 +345,8 @@ Interval wholePower(const Interval& u, unsigned exponent)
     return {exactOrStepped(base.lo, lowered), exactOrStepped(base.hi, raised), u.partial};
 }
 
-// Monotone in each argument where the base is above 0, so that the extremes are in
-// corners. A base below 0 has whole powers only.
+// Where the base is above 0, the power is monotonic in each argument, so its extremes are
+// in corners. A base below 0 has only powers with whole exponents.
 Interval ofPower(const Interval& a, const Interval& b)
 {
     if (a.isNothing() || b.isNothing())
@@ -362,7 +364,7 @@ Interval ofPower(const Interval& a, const Interval& b)
         return {below(std::min(ends[0], ends[1]), kUlps), above(std::max(ends[0], ends[1]), kUlps), partial};
     }
     if (a.lo < 0.0 && !b.isPoint())
-        return Interval::everything();  // at the whole exponents in b a base below 0 has powers
+        return Interval::everything();  // a base below 0 has powers at the whole exponents in b
     Interval base = within(a, 0.0, kUnbounded);
     if (base.isNothing())
         return base;

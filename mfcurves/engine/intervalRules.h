@@ -3,9 +3,10 @@
 
 #include "mfcurves/engine/interval.h"
 
-/// The rules of the rows of the function table: all values for
-/// arguments of the intervals, as computed (a function of the standard library
-/// errs by less than two units in the last place, a few of them by four) and exact.
+/// The interval rules of the function table. For all arguments in the given intervals,
+/// the result contains the exact and the computed value. Functions of the standard
+/// library are taken to err by less than two units in the last place, hyperbolic
+/// functions and log10 by less than four, cbrt by less than five.
 namespace mf::engine::intervals {
 
 Interval ofSin(const Interval& x);
@@ -39,7 +40,7 @@ Interval ofMod(const Interval& a, const Interval& b);
 Interval ofDim(const Interval& a, const Interval& b);
 Interval ofPower(const Interval& a, const Interval& b);
 
-/// u^exponent, by multiplications or by `pow`.
+/// u^exponent, whether multiplications compute it or `pow`.
 Interval wholePower(const Interval& u, unsigned exponent);
 
 }  // namespace mf::engine::intervals

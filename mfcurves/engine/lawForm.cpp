@@ -36,7 +36,7 @@ LawArgument argumentOf(const Step& step)
     return {c.first, c.divisor, c.factor, c.last};
 }
 
-// Where a step has its operand once it is through the input stage.
+// The register of a step's operand after the input stage.
 std::uint32_t operandOf(const Step& step)
 {
     return step.input == Stage::None ? step.a : step.moved;
@@ -71,7 +71,7 @@ std::optional<double> multipleIn(std::span<const Step> steps, std::uint32_t numb
     return {};
 }
 
-// A derivative is computed by the law's own step, a multiple of u or a constant, and at last 0.
+// Each derivative is computed by the law's own step, or is a multiple of u, a constant or 0.
 bool addDerivatives(const Program& program, PolynomialLaw& law)
 {
     const auto steps = program.steps(kOrders - 1);
@@ -102,7 +102,7 @@ bool addDerivatives(const Program& program, PolynomialLaw& law)
     return true;
 }
 
-// u^1, of which a program that only moves x through constants has all in its first stage.
+// The law u^1. Its program only moves x through constants, which are all in one input stage.
 std::optional<PolynomialLaw> lineOf(const Program& program)
 {
     const Step& step = program.steps(kOrders - 1).front();
@@ -132,7 +132,7 @@ std::optional<PolynomialLaw> polynomialOf(const Program& program)
 
 // --- Sines -------------------------------------------------------------------------------
 
-// What a register is of the sine or cosine that the first step computes.
+// The content of a register in terms of the sine and cosine that the first step computes.
 struct Scaled {
     bool isFirst;  // the step's own value, not the other function of its operand
     SineLaw::Order numbers;

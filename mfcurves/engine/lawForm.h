@@ -7,13 +7,13 @@
 #include <variant>
 #include <vector>
 
-/// The forms that most laws of motion have, as plain numbers: what is left of a formula is
-/// then small, and a function of its own runs it.
+/// The forms of most motion laws as plain numbers. They take less memory than a formula, and
+/// dedicated functions evaluate them.
 namespace mf::engine {
 
 class Formula;
 
-/// What becomes of x on its way into a law: ((x + shift) / divisor) * scale + offset.
+/// The argument of a law: ((x + shift) / divisor) * scale + offset.
 struct LawArgument {
     double shift;
     double divisor;
@@ -28,14 +28,14 @@ struct PolynomialLaw {
     double addend;
     std::uint32_t terms;  // of the value's polynomial, u^lowest * (c0 + c1 u + ...)
     unsigned lowest;
-    /// The coefficients of the value and of each derivative after it, up to the third, as long
-    /// as there are terms left.
+    /// The coefficients of the value, then those of each derivative up to the third, until no
+    /// term is left.
     std::vector<double> coefficients;
     bool isFlat = false;  // the derivatives are 0 and have no coefficients, as in a dwell
 };
 
-/// Order k is (f(u) + shift) * factor + addend with its own three numbers, where f is the sine or
-/// the cosine, in turn.
+/// Order k is (f(u) + shift) * factor + addend with its own three numbers, where f alternates
+/// between sine and cosine.
 struct SineLaw {
     struct Order {
         double shift;
@@ -46,13 +46,13 @@ struct SineLaw {
     LawArgument u;
     bool beginsWithCosine;
     std::array<Order, 4> orders;
-    bool isFlat = false;  // the derivatives are 0, whatever their numbers
+    bool isFlat = false;  // the derivatives are 0, and their entries in `orders` are not used
 };
 
 /// std::monostate for a formula of another form, which is compiled up to order 3.
 using LawForm = std::variant<std::monostate, PolynomialLaw, SineLaw>;
 
-/// The form that computes the very bits of the formula.
+/// The form of a formula; it computes the same values, bit for bit.
 LawForm lawFormOf(const Formula& formula);
 
 }  // namespace mf::engine

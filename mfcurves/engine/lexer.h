@@ -14,7 +14,7 @@ enum class TokenKind : std::uint8_t {
     End,
     Number,
     Name,    // letters, digits and characters beyond ASCII
-    Result,  // {any text}
+    Result,  // a motion result: {any text}
     Plus,
     Minus,
     Times,
@@ -25,7 +25,7 @@ enum class TokenKind : std::uint8_t {
     Close,
     Comma,
     Colon,
-    Bad  // the lexer's error tells
+    Bad  // see Lexer::error
 };
 
 struct Token {
@@ -40,10 +40,10 @@ class Lexer {
 public:
     explicit Lexer(std::wstring_view text) : text_(text) {}
 
-    /// The next token; after the last one an End token, again and again.
+    /// Returns the next token; after the last one, always an End token.
     Token next();
 
-    /// What is wrong with the Bad token answered last.
+    /// What is wrong with the Bad token that was returned last.
     const std::optional<ParseError>& error() const { return error_; }
 
 private:

@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t kNone = 0xffffffff;
 constexpr unsigned kMostDerivatives = 3;
 
-// The register from which the operation of a step with one operand takes it.
+// The register of the operand of a step with one operand, after the input stage.
 std::uint32_t operandOf(const Step& step)
 {
     return step.input != Stage::None ? step.moved : step.a;
@@ -46,13 +46,13 @@ bool isNeutral(double number, double neutral)
     return std::bit_cast<std::uint64_t>(number) == std::bit_cast<std::uint64_t>(neutral);
 }
 
-// A polynomial in register a whose value goes to one register.
+// A polynomial of the register `a` of its step, without stages around it.
 struct PlainPolynomial {
     PolynomialForm form;
     std::span<const double> coefficients;
 };
 
-// v * factor + last is a polynomial, too: its bits are those of last + factor * v. Its
+// v * factor + last is a polynomial as well, with the bits of last + factor * v. Its
 // coefficients go into `line`.
 std::optional<PlainPolynomial> lineOf(const Step& step, std::array<double, 2>& line)
 {
@@ -76,7 +76,7 @@ std::optional<PlainPolynomial> plainPolynomial(const Draft& draft, const Draft::
     return PlainPolynomial{{step.terms, step.lowest}, {&draft.numbers[entry.firstNumber], step.terms}};
 }
 
-// Appends to a piece of a table, which moves to the table's end if it is not there.
+// Appends to a piece of a table. A piece that is not at the table's end moves there.
 template <class Element>
 void append(std::span<const Element> added, std::vector<Element>& table, std::uint32_t& first,
             std::uint32_t& count)
@@ -97,7 +97,7 @@ void addDerivative(Draft& draft, Draft::Entry& law, const PlainPolynomial& deriv
     ++law.step.derivatives;
 }
 
-// The form of the derivative that a polynomial does not compute yet.
+// The form of the first derivative that a polynomial step does not compute yet.
 PolynomialForm nextDerivative(const Step& law)
 {
     PolynomialForm form = {law.terms, law.lowest};
@@ -128,8 +128,8 @@ std::vector<std::uint32_t> useCounts(const Draft& draft)
     return uses;
 }
 
-// Merges steps of a draft into those that use them. What is merged stays behind as a Move
-// without stages, which does nothing.
+// Merges products, and sums with them, into the steps that use them. A merged step becomes a
+// Move without stages, which does nothing and is erased in the end.
 class ProductMerger {
 public:
     explicit ProductMerger(Draft& draft)
@@ -151,7 +151,8 @@ public:
     }
 
 private:
-    // The step that computes a register for this one use of it, if it is of that kind.
+    // The step that computes a register, if it is of that kind and the register has only one
+    // use; otherwise null.
     Draft::Entry* only(std::uint32_t number, Code code)
     {
         if (entryOf_[number] == kNone || uses_[number] != 1)
@@ -214,7 +215,7 @@ private:
 
     Draft& draft_;
     std::vector<std::uint32_t> uses_;
-    std::vector<std::uint32_t> entryOf_;  // that computes a register
+    std::vector<std::uint32_t> entryOf_;  // by register: the entry that computes it
 };
 
 }  // namespace

@@ -5,17 +5,18 @@
 
 namespace mf::engine {
 
-/// Where both the sine and the cosine of a register are asked for, the step that comes
-/// first computes both. What is left of the other is its output stage.
+/// Where both the sine and the cosine of a register are needed, the step that comes first
+/// computes both. Only the output stage of the other step remains.
 void mergeSinesAndCosines(Draft& draft);
 
 /// Where a polynomial is followed by polynomials in the same register that have the form
-/// of its derivatives, the first step computes them all: what a law of motion is made of
-/// becomes one step.
+/// of its derivatives, the first step computes them all. A motion law thus becomes one
+/// step.
 void mergeDerivatives(Draft& draft);
 
-/// Where only a sum or a quotient uses a product, its step computes the product as well; and
-/// so does a quotient with the sum of a product, the form of every derivative of a quotient.
+/// A product that only one sum or quotient uses is computed by the step of that sum or
+/// quotient. So is a sum with a product that only one quotient uses, which is the form of
+/// every derivative of a quotient.
 void mergeProducts(Draft& draft);
 
 }  // namespace mf::engine

@@ -14,7 +14,7 @@ bool isResult(std::wstring_view name)
     return name.starts_with(L'{');
 }
 
-// What names that are the same have in common.
+// Equal names have the same folded form.
 std::wstring folded(std::wstring_view name)
 {
     std::wstring result(name);

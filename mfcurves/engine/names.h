@@ -9,8 +9,8 @@
 
 namespace mf::engine {
 
-/// Whether two names are the same: any case for plain names, to the letter for
-/// motion results, which begin with a brace.
+/// Whether two names are equal: ignoring case for plain names, exactly for motion
+/// results, which begin with a brace.
 bool sameName(std::wstring_view a, std::wstring_view b);
 
 /// The parameters of one text in order of first appearance, spelt as there.
@@ -23,7 +23,7 @@ public:
 
 private:
     std::vector<std::wstring> names_;
-    std::map<std::wstring, std::uint32_t> numbers_;  // by folded name; no choice of names makes it slow
+    std::map<std::wstring, std::uint32_t> numbers_;  // by folded name; never slow, unlike a hash table
 };
 
 }  // namespace mf::engine

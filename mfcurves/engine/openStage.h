@@ -9,7 +9,7 @@
 
 namespace mf::engine {
 
-/// The constants of a stage while a step is put together, neutral until they are set.
+/// The constants of a stage while a step is built, neutral until they are set.
 struct OpenStage {
     StageConstants constants;
     bool isNone = true;
@@ -19,7 +19,7 @@ struct OpenStage {
     void multiply(double number) { set(constants.factor, number); }
     void addLast(double number) { set(constants.last, number); }
 
-    /// What is only added may be added last.
+    /// The shortest form for the constants. A stage that only adds a number adds it last.
     Stage form()
     {
         auto& [first, divisor, factor, last] = constants;
@@ -32,9 +32,9 @@ struct OpenStage {
         return differ(first, kNeutralAddend) ? Stage::Shifted : Stage::Linear;
     }
 
-    /// For an angle one factor does for the division and the factor after it, which
-    /// have as many roundings. A law's angle must keep its bits at the end of the
-    /// stretch, where its x has come to be the divisor.
+    /// For an angle, joins the division and the factor after it into one factor, which
+    /// rounds as often. It does so only if a law's angle keeps its bits at the end of the
+    /// segment, where the shifted x equals the divisor.
     void joinFactors()
     {
         auto& [first, divisor, factor, last] = constants;

@@ -12,7 +12,7 @@
 /// takes the operands. Single points and blocks of points use the same ones.
 namespace mf::engine {
 
-/// What a stage with these constants makes of v.
+/// Applies a stage with these constants to v.
 template <Stage stage, class Number>
 [[gnu::always_inline]] inline Number throughStage(Number v, const StageConstants& c)
 {
@@ -26,7 +26,7 @@ template <Stage stage, class Number>
         return (v + c.first) / c.divisor * c.factor + c.last;
 }
 
-// Of one operand, which passes through the input stage.
+// On one operand, which has passed through the input stage.
 
 struct Move {
     explicit Move(const Step&) {}
@@ -45,7 +45,7 @@ struct Call1 {
     double operator()(double a) const { return function(a); }
 };
 
-// Of the operands a and b.
+// On the operands a and b.
 
 struct Sum {
     double k0, k1;
@@ -70,7 +70,7 @@ struct Call2 {
     double operator()(double a, double b) const { return function(a, b); }
 };
 
-// Of a list of operands.
+// On a list of operands.
 
 struct ProductPlus {
     static constexpr std::size_t kOperands = 3;

@@ -7,15 +7,15 @@
 
 namespace mf::engine {
 
-/// Why a text is no expression.
+/// Why a text is not an expression.
 struct ParseError {
-    std::size_t offset = 0;  ///< of the place, in wide characters from the start of the text
+    std::size_t offset = 0;  ///< of the error, in wide characters from the start of the text
     std::string message;     ///< one sentence without a full stop, UTF-8
-    std::string expected;    ///< what could have stood there, such as "an operand"; may be empty
+    std::string expected;    ///< what could be there instead, such as "an operand"; may be empty
 };
 
 /// What is wrong with a text, by the rules of MotionMEParser::parse; nothing
-/// when it can be compiled. `variableName` may be null, as there.
+/// if it can be compiled. `text` is not null; `variableName` may be null, as there.
 std::optional<ParseError> checkText(const wchar_t* text, const wchar_t* variableName);
 
 }  // namespace mf::engine

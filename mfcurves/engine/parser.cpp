@@ -36,7 +36,7 @@ struct NamedConstant {
 constexpr NamedConstant kConstants[] = {{L"pi", kPi}, {L"rtod", 180.0 / kPi}, {L"dtor", kPi / 180.0}};
 
 // One function for each rule of the grammar. After an error every function returns
-// at once; the term that it returns then is the first of the graph and has no meaning.
+// at once; the returned term is then node 0 of the graph and has no meaning.
 class Parser {
 public:
     Parser(std::wstring_view text, const std::optional<std::wstring_view>& variableName)
@@ -103,8 +103,8 @@ private:
 
     // power := primary [ "^" signed ]
     //
-    // A row a ^ b ^ -c groups to the right. It is read into a list and folded from
-    // its end, so that a long row needs no recursion.
+    // A chain a ^ b ^ -c groups to the right. It is read into a list and folded from
+    // its end, so that a long chain needs no recursion.
     Term powerOf()
     {
         Term base = primary();
@@ -149,7 +149,7 @@ private:
         }
     }
 
-    // The given name hides a constant or function of that name.
+    // The name of the variable hides a constant or function of the same name.
     Term named(const Token& token)
     {
         if (variableName_ && sameName(token.text, *variableName_)) {
@@ -173,7 +173,7 @@ private:
     }
 
     // arguments := expression { "," expression }; after the first argument of `if`
-    // a ":" may stand for the comma.
+    // the comma may be a ":".
     Term functionCall(const Token& name, std::span<const Function> rows)
     {
         if (!at(TokenKind::Open))
@@ -196,7 +196,8 @@ private:
         return result;
     }
 
-    // Of rows with one name, the first that takes so many arguments; the last says what is wrong.
+    // Calls the first of the rows with this name that takes so many arguments. If no row does,
+    // the last one gives the error message.
     Term called(const Token& name, std::span<const Function> rows, std::span<const Term> arguments)
     {
         const int count = static_cast<int>(arguments.size());
@@ -210,7 +211,7 @@ private:
         return count == 1 ? call(row.id, arguments[0]) : call(row.id, arguments[0], arguments[1]);
     }
 
-    // { "+" | "-" }: true when the minus signs are odd in number.
+    // { "+" | "-" }. Returns whether the number of minus signs is odd.
     bool signs()
     {
         bool minus = false;
@@ -254,7 +255,7 @@ private:
             failAfterOperand();
     }
 
-    // What reports an error is a function of its own, so that reading without one is short.
+    // Errors are reported by functions of their own, which keeps the others short.
 
     [[gnu::cold, gnu::noinline]] void fail(std::size_t offset, std::string message, std::string expected)
     {
@@ -262,7 +263,7 @@ private:
             error_ = ParseError{offset, std::move(message), std::move(expected)};
     }
 
-    // The error of a token that no rule takes, when it is no token at all.
+    // Reports the error of the lexer if the current token is Bad.
     [[gnu::cold, gnu::noinline]] bool failAtBadToken()
     {
         if (!at(TokenKind::Bad))
@@ -291,7 +292,7 @@ private:
         if (at(TokenKind::Close))
             fail(token_.offset, "This `)` closes no parenthesis", "an operator or the end");
         else if (at(TokenKind::Comma) || at(TokenKind::Colon))
-            fail(token_.offset, quoted(token_.text) + " stands outside the arguments of a function",
+            fail(token_.offset, quoted(token_.text) + " is outside the arguments of a function",
                  "an operator or the end");
         else
             fail(token_.offset, "An operator is missing between " + after + " and " + quoted(token_.text),
@@ -305,7 +306,7 @@ private:
 
     [[gnu::cold, gnu::noinline]] void failAtNesting(const Token& open)
     {
-        fail(open.offset, "Parentheses stand too deep in one another",
+        fail(open.offset, "Parentheses are nested too deep",
              "at most " + std::to_string(kDeepestNesting) + " levels");
     }
 
@@ -348,8 +349,8 @@ private:
     }
 
     Lexer lexer_;
-    Token token_;   // the one looked at
-    Token before_;  // the one before it
+    Token token_;   // the current one
+    Token before_;  // the previous one
     const std::optional<std::wstring_view>& variableName_;
     ParsedText parsed_;
     TermMaker maker_{parsed_.graph, Folding::KeepText};
@@ -357,8 +358,8 @@ private:
     std::optional<Term> variable_;               // once the text has used it
     std::optional<ParseError> error_;
     int nesting_ = 0;
-    std::vector<Term> operands_;    // of the calls and rows of powers being read
-    std::vector<char> minusSigns_;  // of the exponents of the rows of powers: 1 for a minus
+    std::vector<Term> operands_;    // of the calls and chains of powers being read
+    std::vector<char> minusSigns_;  // of the exponents in the chains of powers: 1 for a minus
 };
 
 }  // namespace

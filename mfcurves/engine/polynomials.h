@@ -19,8 +19,8 @@ constexpr unsigned largestPlainPower(std::size_t terms)
 /// Up to this exponent compensated multiplications are quicker than `pow`.
 constexpr unsigned kLargestCompensatedPower = 7;
 
-/// sum + error, except where the error is not a number because the halves of its
-/// factors overflowed, and where the sum is a zero, which keeps its sign.
+/// Returns sum + error. Returns `sum` alone if the error is NaN because the halves of its
+/// factors overflowed, and if the sum is zero, which keeps its sign.
 inline double withError(double sum, double error)
 {
     return error == error && sum != 0.0 ? sum + error : sum;
@@ -47,7 +47,7 @@ struct Halves {
     }
 };
 
-/// What rounding took away from product = a * b.
+/// The rounding error of product = a * b.
 template <class Number>
 [[gnu::always_inline]] inline Number roundingError(const Halves<Number>& a, const Halves<Number>& b,
                                                    Number product)
@@ -55,8 +55,9 @@ template <class Number>
     return ((a.high * b.high - product) + a.high * b.low + a.low * b.high) + a.low * b.low;
 }
 
-/// u^exponent by multiplications, at least one, with their roundings added up beside
-/// them, so that it is as near as `pow`; Graillat, IEEE Trans. Comput. 58 (2009).
+/// u^exponent for exponents from 2 by multiplications. Their rounding errors are added up
+/// separately, so that the result is as accurate as `pow`; Graillat, IEEE Trans. Comput.
+/// 58 (2009).
 template <class Number>
 [[gnu::always_inline]] inline Number compensatedPower(Number u, unsigned exponent)
 {
@@ -71,7 +72,7 @@ template <class Number>
     return withError(power, error);
 }
 
-/// r * u^exponent, where r is the sum of so many terms.
+/// r * u^exponent, where r is a sum of `terms` terms.
 template <class Number>
 [[gnu::always_inline]] inline Number timesPower(Number r, std::size_t terms, Number u, unsigned exponent)
 {

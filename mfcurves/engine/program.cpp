@@ -26,7 +26,7 @@ private:
 
 }  // namespace
 
-// One piece of memory holds everything, what needs the larger alignment first.
+// One piece of memory holds everything, the arrays with the larger alignment first.
 Program::Program(const Draft& draft) : registers_(draft.registers), parameters_(draft.parameters)
 {
     std::size_t numbers = 0;

@@ -35,8 +35,8 @@ enum class Code : std::uint8_t {
     ChooseStep
 };
 
-/// What constants do to a value v on its way into an operation or out of it. The last
-/// form is the general one; the others leave out what would change no bit.
+/// What constants do to a value v before an operation or after it. The last form is the
+/// general one; the others leave out what would not change a bit.
 enum class Stage : std::uint8_t {
     None,
     Linear,   // v * factor + last
@@ -51,16 +51,16 @@ struct StageConstants {
     double last = kNeutralAddend;
 };
 
-/// One step of a program: an input stage, an operation, an output stage. The laws
-/// of motion are mostly constants around one operation on a shifted and scaled
-/// x, so that one step does what would be six.
+/// One step of a program: an input stage, an operation, an output stage. Motion laws
+/// are mostly constants around one operation on a shifted and scaled x, so one step
+/// replaces six.
 ///
-/// Operands and results are numbers of registers. The operand of an operation that has
-/// only one passes through the input stage, if there is one, and what comes out goes to
-/// `moved`. The operation's value goes to `value`, and what the output stage makes of it
-/// to `target`; without an output stage these are one register.
+/// Operands and results are register numbers. If an operation has only one operand, the
+/// operand passes through the input stage, if there is one, and the result goes to
+/// `moved`. The operation's value goes to `value`, and the result of the output stage to
+/// `target`; without an output stage these are the same register.
 ///
-/// A polynomial may compute its first derivatives with respect to its operand as well.
+/// A polynomial may also compute its first derivatives with respect to its operand.
 /// Their constants follow its own, in the same form; `list` has their registers.
 struct Step {
     using Run = void (*)(const Step& step, double* registers);
@@ -88,7 +88,7 @@ struct Step {
     StageConstants after;
 };
 
-/// The terms and the lowest exponent of the derivative of a polynomial.
+/// Number of terms and lowest exponent of a polynomial.
 struct PolynomialForm {
     std::uint32_t terms;
     unsigned lowest;
@@ -100,8 +100,8 @@ struct PolynomialForm {
     }
 };
 
-/// Steps while they are written: their tables of numbers and lists still grow, so
-/// that places in them stand for pointers.
+/// Steps while they are written. Their tables of numbers and lists still grow, so entries
+/// have positions in them instead of pointers.
 struct Draft {
     struct Entry {
         Step step;
@@ -128,7 +128,7 @@ struct Draft {
 /// The steps that compute the orders 0 to highestOrder() of one expression. Register i
 /// holds parameter i; each other value has a register of its own.
 ///
-/// Threads: constant. Whoever runs it brings the registers.
+/// Threads: it never changes. The caller provides the registers.
 class Program {
 public:
     explicit Program(const Draft& draft);
@@ -141,13 +141,13 @@ public:
 
     /// The steps that compute the orders up to this one.
     std::span<const Step> steps(int order) const { return steps_.first(orders_[order].steps); }
-    /// The register of an order's value. Steps write it, unless it is that of a parameter
-    /// or of a constant.
+    /// The register of an order's value. Steps write it, unless it belongs to a parameter
+    /// or a constant.
     std::uint32_t result(int order) const { return orders_[order].result; }
     /// Whether a step writes the register of an order's value.
     bool isComputed(int order) const;
 
-    /// Registers that have to hold a number before the steps run. No step changes them.
+    /// Numbers that have to be in their registers before the steps run. No step changes them.
     std::span<const Draft::Constant> constants() const { return constants_; }
 
     /// Bytes that the program holds.
@@ -168,8 +168,8 @@ private:
     std::size_t size_;
 };
 
-/// The programs of one expression. Its value has one of its own, as nothing else is
-/// asked for as often.
+/// The programs of one expression. Its value has a program of its own, because it is
+/// requested most often.
 struct Programs {
     std::shared_ptr<const Program> value;
     std::shared_ptr<const Program> all;  // of all orders

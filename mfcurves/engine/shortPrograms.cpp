@@ -36,9 +36,9 @@ struct Orders {
 
 // --- Laws: polynomials whose form the compiler knows ----------------------------------------
 
-// The normalised laws of motion begin at the power of the number of their terms or one
-// below: 3-4-5 has three terms from the third power on, 5-6-7-8-9 five from the fifth.
-// Their derivatives, as parts of longer programs, are here as well.
+// The lowest power of a normalised motion law is the number of its terms or one less: 3-4-5
+// has three terms from the third power on, 5-6-7-8-9 five from the fifth. The forms of their
+// derivatives are included, because these occur in longer programs.
 constexpr std::uint32_t kMostTerms = 5;
 
 constexpr bool isLawForm(PolynomialForm form)
@@ -47,8 +47,8 @@ constexpr bool isLawForm(PolynomialForm form)
                                         form.lowest == 0 || form == PolynomialForm{1, 2});
 }
 
-// What happens to the x of a law: nothing, (x + first) / divisor, or (x + first) * factor + last,
-// which is what is left of a stretch whose length is a power of two.
+// The argument of a law: x, (x + first) / divisor, or (x + first) * factor + last, which a segment
+// has whose length is a power of two.
 enum class Stretch { None, Divided, Scaled };
 
 bool isLaw(const Step& step)
@@ -86,7 +86,7 @@ template <std::uint32_t terms, unsigned lowest>
     return polynomialValue(u, lowest, std::span<const double, terms>(c, terms));
 }
 
-// The derivatives from the next one on, until there are no more.
+// Stores the derivatives of this form, until `count` of them are done or the next one is 0.
 template <std::uint32_t terms, unsigned lowest>
 [[gnu::always_inline]] inline void keepDerivatives(double u, const double* c, const std::uint32_t* list,
                                                    unsigned count, double* registers)
@@ -145,7 +145,7 @@ void runAllOfLaw(const Program& program, double x, double*, double* values)
         .storeTo(values);
 }
 
-// The functions of the laws in order of their forms, null where there is none.
+// The functions of the laws are in tables in order of their forms, null for a form without one.
 constexpr std::size_t indexOf(PolynomialForm form)
 {
     return (form.terms - 1) * (kMostTerms + 1) + form.lowest;
@@ -156,8 +156,8 @@ constexpr PolynomialForm formAt(std::size_t index)
             static_cast<unsigned>(index % (kMostTerms + 1))};
 }
 
-// Among other steps the x of a law is that of the text. There the long laws are rare, but not their
-// last derivatives, which begin with a constant.
+// In a longer program the law has no input stage. Long laws are rare there, but their last
+// derivatives, which begin with a constant, are not.
 template <std::size_t index>
 constexpr Step::Run lawStepAt()
 {
@@ -167,8 +167,8 @@ constexpr Step::Run lawStepAt()
     return nullptr;
 }
 
-// A law is nearly always a program of its own, and then no polynomial with a constant term. An
-// x that nothing happens to is scaled by 1, which changes no bit.
+// A law is nearly always a whole program, and then has no constant term. Without an input stage
+// the x is scaled by 1, which changes no bit.
 struct RunsOfLaw {
     RunProgram asProgram = nullptr;
     RunOrders asOrders = nullptr;  // with three derivatives, none of which is 0
@@ -200,7 +200,7 @@ constexpr auto lawPrograms(std::index_sequence<i...>)
     return std::array{lawProgramAt<stretch, i>()...};
 }
 
-// Nulls for a step that is not a law.
+// Both are null for a step that is not a law.
 RunsOfLaw runsOfLaw(const Step& step)
 {
     static constexpr auto kDivided = lawPrograms<Stretch::Divided>(LawIndices());
@@ -249,8 +249,8 @@ struct Sine {
     }
 };
 
-// Whether steps are a sine and cosine of x and three multiples of them. Nothing else is asked for
-// than these four: a multiple that is no order would not be there.
+// Whether the steps are a sine and cosine of x and three multiples of them. Then only these four
+// are needed: a program has no multiple that is not an order.
 bool isSine(std::span<const Step> steps)
 {
     const Step& both = steps.front();

@@ -6,20 +6,22 @@
 #include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/program.h"
 
-/// Programs that are one law of motion, with functions of their own: most laws are a polynomial, which
-/// is one step, or a sine, whose derivatives are multiples of sine and cosine.
+/// Dedicated functions for programs that are a single motion law. Most laws are a polynomial,
+/// which is one step, or a sine, whose derivatives are multiples of sine and cosine.
 namespace mf::engine {
 
-/// The function of a polynomial that has the form of a law, of its x as it is; null for another step.
+/// The dedicated function for a polynomial step in the form of a law, without an input stage;
+/// null if there is no such function.
 Step::Run runOfLaw(const Step& step);
 
-/// Whether a program is one step, a law of x with its three derivatives, and these are its orders.
+/// Whether a program is a single step that computes a law of x and its three derivatives,
+/// which are the orders of the program.
 bool isLawWithDerivatives(const Program& program);
 
-/// Null where steps have no function of their own.
+/// The dedicated function for these steps; null if there is no such function.
 RunProgram runOfShortProgram(std::span<const Step> steps);
 
-/// Null where a program has no function of its own.
+/// The dedicated function for this program; null if there is no such function.
 RunOrders ordersOfShortProgram(const Program& program);
 
 }  // namespace mf::engine

@@ -9,8 +9,8 @@
 
 namespace mf::engine {
 
-/// Eight numbers side by side, in vector registers of the processor: what computes one
-/// point from a double computes eight from a strip, with the same roundings.
+/// Eight numbers side by side, in vector registers of the processor. Code that computes
+/// one point from a double computes eight from a strip, with the same roundings.
 struct Strip {
     using Pair [[gnu::vector_size(16)]] = double;
 
@@ -100,7 +100,7 @@ private:
             withError(sum.p3, error.p3)};
 }
 
-/// One function for all exponents: eight points at a time make up for the call.
+/// One function for all exponents, not inlined: a call for eight points costs little.
 Strip compensatedPower(Strip u, unsigned exponent);
 
 inline Strip libraryPower(Strip u, unsigned exponent)

@@ -21,8 +21,8 @@ Term makeNode(Op op, Term a, Term b)
     return a.maker().make({.a = a.id(), .b = b.id(), .op = op});
 }
 
-// Equal operands in another order are the same sum or product, bit for bit;
-// constants come first.
+// A sum or product has the same bits in either order of its operands, so they are
+// sorted: constants first, then by id.
 Term makeCommutative(Op op, Term a, Term b)
 {
     if (!a.isConstant() && (b.isConstant() || b.id() < a.id()))
@@ -55,7 +55,7 @@ std::optional<Term> joinedSum(Term a, const Scaled& addend)
     }
     if (same.base != addend.base || same.base.isConstant())
         return std::nullopt;
-    // Not through operator+, which would walk down a long row of a text.
+    // Not through operator+, which would walk down a long sum.
     const Term joined = (same.factor + addend.factor) * same.base;
     return joined.isConstant(0.0) ? rest : makeCommutative(Op::Sum, rest, joined);
 }
@@ -142,7 +142,7 @@ Term operator*(double factor, Term a)
         return a;
     if (factor == 0.0 && a.isFree())
         return a.constant(0.0);
-    // One level: a long row of factors in a text is not walked again and again.
+    // Only one level, so that a long product is not walked again and again.
     const Scaled inner = scaled(a);
     const double both = factor * inner.factor;
     const bool exact = isPowerOfTwo(factor) || isPowerOfTwo(inner.factor);
@@ -226,7 +226,7 @@ Term polynomial(Term u, int lowest, std::span<const double> c)
     for (; c.size() > 1 && c.front() == 0.0 && lowest < kHighestMonomial; ++lowest)
         c = c.subspan(1);
 
-    // Where u is undefined the text is, even if no coefficient asks for u.
+    // Where u is undefined the text is undefined, even if no coefficient needs u.
     if (c.size() == 1 && lowest == 0)
         return 0.0 * u + u.constant(c[0]);
     if (c.size() == 1 && lowest == 1)

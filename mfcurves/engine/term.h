@@ -10,12 +10,12 @@ namespace mf::engine {
 
 /// How much simplification may do. The value's own text is changed only where
 /// the result stays what the text says for every x, failures included; in a
-/// derivative, which has no text of its own, `0 * f` is 0 wherever f is defined or not.
+/// derivative, which has no text of its own, `0 * f` is 0 even where f is not defined.
 enum class Folding : std::uint8_t { KeepText, Free };
 
 class Term;
 
-/// Makes the terms of one graph under one folding rule. It outlives its terms.
+/// Makes the terms of one graph under one folding rule. It must outlive its terms.
 class TermMaker {
 public:
     TermMaker(Graph& graph, Folding folding) : graph_(graph), folding_(folding) {}
@@ -24,7 +24,7 @@ public:
 
     Term constant(double number);
     Term variable(std::uint32_t number);
-    /// The term of a node that the graph has already.
+    /// The term of a node that is already in the graph.
     Term term(NodeId id);
     /// The term of a node as it is, without simplification.
     Term make(const Node& node);
@@ -41,14 +41,13 @@ private:
 
 /// A node together with its maker, so that formulas of nodes read as formulas.
 ///
-/// Each operator and function below returns the simplest term for what it is asked,
-/// as far as the folding rule allows: constants are folded by the very functions that
-/// evaluate them, neutral elements dropped, monomials in one inner variable gathered
-/// into polynomials.
+/// Each operator and function below returns the simplest term that the folding rule
+/// allows: constants are folded by the functions that evaluate them, neutral elements are
+/// dropped, and monomials in one inner variable are gathered into polynomials.
 ///
-/// What KeepText allows costs no accuracy: a change is made only where it is exact,
-/// or where the text would round in the same places. The sign of a zero does not
-/// count; only a division by it shows one.
+/// KeepText costs no accuracy: it allows only changes that are exact, or that round in
+/// the same places as the text. The sign of a zero may change; only a division by the
+/// zero shows it.
 class Term {
 public:
     Term(TermMaker& maker, NodeId id) : maker_(&maker), id_(id) {}
@@ -67,7 +66,7 @@ public:
 
     bool isConstant() const { return op() == Op::Constant; }
     bool isConstant(double number) const { return isConstant() && node().number == number; }
-    /// Of a constant.
+    /// The number of a constant.
     double number() const { return node().number; }
 
     /// A constant of the same maker.
@@ -125,9 +124,9 @@ Term call(FunctionId function, Term a, Term b);
 
 /// `ifLess` where p < q, else `otherwise`.
 Term chooseLess(Term p, Term q, Term ifLess, Term otherwise);
-/// By the sign of c.
+/// One of three terms by the sign of c.
 Term chooseSign(Term c, Term ifNegative, Term ifZero, Term ifPositive);
-/// `before` up to x0, `after` from x1 on; undefined where x1 is not above x0.
+/// `before` up to x0, `after` from x1 on, else `between`; undefined where x1 is not above x0.
 Term chooseStep(Term x, Term x0, Term x1, Term before, Term between, Term after);
 
 }  // namespace mf::engine

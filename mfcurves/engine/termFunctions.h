@@ -6,7 +6,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/term.h"
 
-/// Functions of terms under the names that formulas give them.
+/// Functions of terms, with their names in formulas.
 namespace mf::engine {
 
 inline Term sin(Term a)

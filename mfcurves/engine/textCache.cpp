@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kKeptBytes = std::size_t{8} << 20;  // of all kept texts together
 
-// What a compiled text follows from.
+// All that a compiled text depends on.
 struct Key {
     std::wstring_view text;
     std::optional<std::wstring_view> variableName;
@@ -55,7 +55,7 @@ private:
 
     void keep(const Key& key, const std::shared_ptr<CompiledText>& compiled)
     {
-        // Its derivatives have come since it was kept.
+        // It may have grown by its derivatives since it was measured.
         if (!entries_.empty())
             measureFirst();
         entries_.push_front(
@@ -87,7 +87,7 @@ private:
         entries_.pop_back();
     }
 
-    std::list<Entry> entries_;  // the latest used first
+    std::list<Entry> entries_;  // the most recently used first
     std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> places_;
     std::size_t bytes_ = 0;
 };

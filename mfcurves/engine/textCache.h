@@ -8,9 +8,9 @@
 
 namespace mf::engine {
 
-/// The compiled form of a text, from the calling thread's cache of the texts
-/// compiled last if it is there. The cache keeps as many texts as fit into a few
-/// megabytes; texts that cannot be compiled are not kept.
+/// Returns the compiled form of a text, from the calling thread's cache of recently
+/// used texts if it is there. The cache keeps as many texts as fit into a few megabytes;
+/// texts that cannot be compiled are not kept.
 CompiledText::Result compiledThroughCache(std::wstring_view text,
                                           const std::optional<std::wstring_view>& variableName);
 

@@ -3,12 +3,12 @@
 // From a graph to the steps of a program.
 //
 // Each node whose value is needed gets a register. The walk goes down the ids of the
-// nodes, from the root to the parameters, so that all users of a node have asked for it
-// when its turn comes. The steps come out last first and are reversed at the end.
+// nodes, from the root to the parameters, so that all users of a node come before it.
+// The steps are written in reverse order and reversed at the end.
 //
 // Constants around an operation are not steps of their own: they become its stages.
 // Therefore a step with one operand is not written at once. It waits at that operand,
-// and when the turn of the operand comes, the two may turn out to be parts of one step.
+// and when the walk reaches the operand, the two may become parts of one step.
 // For example 3-8*(10*u^3-15*u^4) with u = (x-0.5)/1.75 is the graph
 //
 //      n1 = x - 0.5      n2 = n1 / 1.75      n3 = -80 n2^3 + 120 n2^4      n4 = 3 + n3
@@ -17,14 +17,14 @@
 //
 //      n4  only a constant around n3: a Move with an output stage, which waits at n3
 //      n3  the operation itself: takes the stage of the Move, and waits at n2
-//      n2  only constants around x: becomes the input stage of what waits, which waits at x
+//      n2  only constants around x: becomes the input stage of the step that waits, now at x
 //      x   has a register, and nothing else can be joined: the step is written
 //
 // which leaves one step, where register r0 is x, r3 is n2, r2 is n3 and r1 is n4:
 //
 //      r3 = (r0 + -0.5) / 1.75 * 1 + -0; r2 = r3^3 * [-80, 120]; r1 = r2 * 1 + 3
 //
-// The next order finds a register for n2, and only adds what is new, a polynomial of r3:
+// For the next order n2 already has a register, and only a polynomial of r3 is new:
 //
 //      r4 = r3^2 * [-137.143, 274.286]
 //
@@ -48,8 +48,8 @@ namespace {
 constexpr std::uint32_t kNoRegister = 0xffffffff;
 constexpr std::uint32_t kNone = 0xffffffff;
 
-// The operation of a node is that of its step. Constants and variables have none: they
-// are registers.
+// The operation of the step for a node. Constants and variables are registers and do not
+// need one.
 Code codeOf(Op op)
 {
     static constexpr Code kCodes[] = {Code::Move,     Code::Move,       Code::Sum,        Code::Product,
@@ -108,7 +108,7 @@ public:
     }
 
 private:
-    // The register of a node, which will have been computed when its user runs.
+    // Returns the register of a node and makes sure that it is computed before its user runs.
     std::uint32_t use(NodeId id)
     {
         std::uint32_t& place = registerOf_[id];
@@ -128,8 +128,8 @@ private:
     bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
     double number(NodeId id) const { return graph_[id].number; }
 
-    // Takes the constants around a node off and returns what is left. A part that has
-    // a register already is left whole.
+    // Moves the constants around a node to `stage` and returns the node inside them. A part
+    // that already has a register is kept whole.
     NodeId peel(NodeId id, OpenStage& stage) const
     {
         if (graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
@@ -188,8 +188,8 @@ private:
             translateStage(pending, base);
     }
 
-    // A node that is only constants around another: the input stage of the step
-    // that waits for it, or else the output stage of the one it waits for.
+    // A node that is only constants around another one becomes the input stage of the step
+    // that waits for it, or else the output stage of the step that computes the other node.
     void translateStage(PendingStep& pending, NodeId base)
     {
         const std::uint32_t waiting = waitingAt_[pending.node];
@@ -222,8 +222,8 @@ private:
             write(pending, kNoRegister);
     }
 
-    // Takes over the stage of a step that only moves what this one computes. Any other
-    // that waits for it is written.
+    // Adopts the stage of a waiting step that only moves what this one computes. Any other
+    // waiting step is written.
     void joinWaiting(PendingStep& pending)
     {
         const PendingStep waiting = takeWaiting(pending.node);
@@ -235,7 +235,7 @@ private:
         }
     }
 
-    // Where another step waits already, this one is written at its own place.
+    // If another step already waits there, this one is written now.
     void waitAt(NodeId operand, const PendingStep& pending)
     {
         const std::uint32_t place = use(operand);
@@ -329,7 +329,7 @@ private:
         }
     }
 
-    // A product with a constant is done by the sum that uses it.
+    // A sum computes the products with constants that it uses.
     void writeSum(const Node& node, Step& step)
     {
         double factors[2];
@@ -346,7 +346,7 @@ private:
         return use(scaled ? node.b : id);
     }
 
-    // A constant added to a divisor is added by the quotient.
+    // A quotient adds the constant of a divisor that is a sum.
     void writeQuotient(const Node& node, Step& step)
     {
         step.a = use(node.a);
@@ -369,7 +369,7 @@ private:
     PerNode<std::uint32_t>& registerOf_;
     Draft& draft_;
     const int order_;
-    PerNode<char> isNeeded_;            // whether its turn will come in this order
+    PerNode<char> isNeeded_;            // whether this order has to compute it
     PerNode<std::uint32_t> waitingAt_;  // place in pending_ of the step that waits for it
     std::vector<PendingStep> pending_;
 };

@@ -15,11 +15,11 @@ class Translator {
 public:
     explicit Translator(std::uint32_t parameterCount);
 
-    /// Writes the steps of the next order: those that `root` needs beside what the lower
-    /// orders have computed. When memory runs out, the translator is of no more use.
+    /// Writes the steps of the next order: those that `root` needs in addition to what the
+    /// lower orders compute. After std::bad_alloc the translator must not be used again.
     void add(const Graph& graph, NodeId root);
 
-    /// -1 before the first.
+    /// The highest order added so far; -1 before the first.
     int highestOrder() const { return static_cast<int>(draft_.results.size()) - 1; }
 
     /// The steps of all orders so far.

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-/// The values of what is no function of the standard library. Constant folding
+/// The values of functions that the standard library does not have. Constant folding
 /// and evaluation share them, so a folded constant has the bits that evaluation
 /// would have given.
 namespace mf::engine {
@@ -20,14 +20,14 @@ inline void sineAndCosine(double x, double& sine, double& cosine)
     ::sincos(x, &sine, &cosine);
 }
 
-/// `pow`, except that what is undefined stays undefined: pow(NaN, 0) is NaN.
+/// `pow`, except that NaN stays NaN: pow(NaN, 0) and pow(1, NaN) are NaN.
 inline double powerValue(double a, double b)
 {
     return a != a || b != b ? a + b : std::pow(a, b);
 }
 
-/// Zero has no sign here: a point on the left half of the x axis is at pi, however
-/// its zero came about.
+/// `atan2` without the signs of zeros: the angle of a point on the left half of the x
+/// axis is pi, even if its y is -0.0.
 inline double angleValue(double y, double x)
 {
     return std::atan2(y + 0.0, x + 0.0);
@@ -43,7 +43,7 @@ inline double signOfValue(double a, double b)
     return b != b ? kNaN : b < 0.0 ? -std::fabs(a) : std::fabs(a);
 }
 
-/// The first of equal ones, and NaN when either is.
+/// The smaller one, the first of two equal ones; NaN if either is NaN. maxValue likewise.
 inline double minValue(double a, double b)
 {
     return b < a || b != b ? b : a;
