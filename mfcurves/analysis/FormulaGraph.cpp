@@ -20,13 +20,13 @@ using engine::Op;
 
 namespace {
 
-// Derivatives of texts that grow beyond this are not worth their time: an enclosure of
-// so many operations says little.
+// Derivatives of larger graphs are not worth their time: an enclosure with so many
+// operations is too wide to prove anything.
 constexpr std::size_t kMostNodesToDifferentiate = 20'000;
 
 using Kind = Condition::Kind;
 
-// The conditions that choose the piece of a node, in the order in which they are asked.
+// The conditions that choose the piece of a node, in the order in which they are decided.
 struct Conditions {
     std::array<Condition, 2> list;
     int count = 0;
@@ -83,7 +83,7 @@ Conditions conditionsOf(const Graph& graph, const Node& node)
     return found;
 }
 
-// Makes nodes just as they are said, so that their values have the bits of the formula.
+// Makes nodes without simplification, so that their values have the bits of the formula.
 class Maker {
 public:
     explicit Maker(Graph& graph) : graph_(graph) {}
@@ -109,7 +109,7 @@ private:
     Graph& graph_;
 };
 
-// The piece of a node that its decided conditions lead to. `operand` gives the
+// The piece of a node that its decided conditions select. `operand` returns the
 // decided form of an operand.
 NodeId pieceOf(Graph& graph, const Node& node, double first, double second, auto operand)
 {
@@ -140,7 +140,7 @@ NodeId pieceOf(Graph& graph, const Node& node, double first, double second, auto
         case FunctionId::Mod:
             return make.pair(Op::Sum, a, make.pair(Op::Product, make.number(-first), b));
         case FunctionId::Atan2: {
-            // Below the x axis by the mirror image, which goes on to the cut.
+            // Below the x axis, minus the angle of the mirror image, which is continuous up to the cut.
             Node angle = node;
             angle.a = first < 0.0 ? make.negative(a) : a;
             angle.b = b;
@@ -189,7 +189,7 @@ std::size_t FormulaGraph::nodesOfOrders() const
     return nodes;
 }
 
-// From the root down, so that the last one found has no open condition below it.
+// From the root down, so that the last condition found depends on no open one.
 std::optional<Condition> FormulaGraph::openCondition(NodeId root, const Decisions& decisions) const
 {
     engine::PerNode<char> wanted;

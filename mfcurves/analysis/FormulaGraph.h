@@ -16,8 +16,8 @@
 
 namespace mf::analysis {
 
-/// Orders that a graph holds: the value, the derivatives that are asked about, and one or
-/// two more, which prove what those do.
+/// The highest order in a graph: one or two more than the analysis is about, which prove
+/// the behaviour of the others.
 constexpr int kHighestOrder = 5;
 
 /// A condition that decides between smooth pieces of a formula.
@@ -25,8 +25,8 @@ struct Condition {
     enum class Kind {
         Sign,   // of a
         Order,  // sign of a - b
-        Whole,  // the whole number that `function` makes of a
-        Turns   // the whole number of times that b goes into a
+        Whole,  // function(a), a whole number
+        Turns   // int(a / b)
     };
     Kind kind;
     engine::NodeId a;
@@ -39,34 +39,35 @@ struct Condition {
     }
 };
 
-/// What the conditions come to on a stretch where none of them changes.
+/// The results of conditions on a stretch where none of them changes.
 using Decisions = std::map<Condition, double>;
 
 /// The graph of a formula and of its derivatives.
 class FormulaGraph {
 public:
-    /// Nothing when the text does not compile, which a curve's own texts do.
+    /// Null if the text does not compile or has more than one variable.
     static std::unique_ptr<FormulaGraph> make(const curve::FormulaText& text);
 
-    /// Orders 0 to highest() exist; fewer than kHighestOrder where they outgrew the limits.
+    /// The highest order that exists; below kHighestOrder if further ones exceed the limits.
     int highest() const { return static_cast<int>(orders_.size()) - 1; }
     const std::vector<engine::NodeId>& orders() const { return orders_; }
     engine::Graph& graph() { return graph_; }
-    /// Nodes that are looked at for all orders: what `openCondition` and `decided` cost for them.
+    /// Number of nodes that `openCondition` or `decided` visits for all orders: the cost.
     std::size_t nodesOfOrders() const;
 
     /// A condition in `root` that is not decided yet and depends on no other such
-    /// condition. What no decision leads to is not looked at.
+    /// condition; nothing if all are decided. Pieces that the decisions exclude do not count.
     std::optional<Condition> openCondition(engine::NodeId root, const Decisions& decisions) const;
 
-    /// The node without decided conditions: each is replaced by the piece that it leads
-    /// to, with the operations of that piece as they are.
+    /// `root` without its decided conditions: each is replaced by the piece that its
+    /// decision selects. The operations of that piece stay as they are.
     engine::NodeId decided(engine::NodeId root, const Decisions& decisions);
 
-    /// A node whose zeros are where a condition changes: `level` is the value to find of it.
+    /// The node whose value decides a condition: Sign and Order change where it is 0, Whole
+    /// and Turns where it passes from one whole number to the next.
     engine::NodeId functionOf(const Condition& condition);
 
-    /// Appends derivatives to `orders` until there are `count` nodes, or the limit is met.
+    /// Appends derivatives to `orders` until it has `count` nodes or the graph is too large.
     void differentiate(std::vector<engine::NodeId>& orders, std::size_t count);
 
 private:

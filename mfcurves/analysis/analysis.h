@@ -11,26 +11,27 @@
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// Questions about a curve whose answers are exact to rounding and proved, or say that
-/// they could not be proved.
+/// Analysis of curves. Results are exact to rounding and proved, or say that they could
+/// not be proved.
 ///
-/// Every formula is also evaluated in interval arithmetic, rounded outwards, with its
-/// derivatives. What cannot be is excluded so, and what is left is found by bracketing;
-/// nothing is sampled. Pieces of splines are solved in closed form.
+/// Every formula and its derivatives are also evaluated in interval arithmetic, rounded
+/// outwards. This excludes the places that cannot hold a result; in the others bracketing
+/// finds it. Only what cannot be proved is sampled. Pieces of splines are solved in closed
+/// form.
 ///
 /// Orders: 0 is the value, 1 to 3 are the derivatives by x.
 /// Units: those of the curve; nothing is converted.
 /// Ranges: a Range is cut to the curve's own, [firstX(), lastX()]; `all` is the whole of
-/// it. Without anything in common there is nothing to report.
+/// it. If the two have nothing in common, the result is empty, or NaN in a Summary.
 /// Pieces: a curve consists of rows, of the polynomials between points, or of one expression.
 /// Inside a row or expression a condition (of if, abs, min, max, sign, mod, step, int, nint,
 /// floor, ceil, dim) makes further pieces, which meet at a kink.
 /// Jumps: an order jumps where its two sides differ by more than 1e-9 of its largest
-/// magnitude on the pieces beside it. Where order k - 1 jumps, order k has an impulse.
+/// magnitude on the two adjacent pieces. Where order k - 1 jumps, order k has an impulse.
 /// Errors: no function throws, except std::bad_alloc, and CurveError where that is documented.
-/// Cost: each function limits its work for one piece by a count of operations, so that
-/// it takes 50 ms at most and always the same path.
-/// Threads: any number may ask about one curve at once.
+/// Cost: each function limits its work for one piece by a count of operations, which take
+/// 50 ms at most (toTable: 1 s). The result therefore does not depend on the speed.
+/// Threads: any number of threads may analyse the same curve at once.
 namespace mf::analysis {
 
 /// The curve's own range.
@@ -53,18 +54,18 @@ struct Break {
     CurveValues left;   ///< the limits from below x
     CurveValues right;  ///< the limits from above x
     Cause cause;        ///< why
-    /// The row that begins there, of a kink the row that it lies in, of a knot the point, all
-    /// from 1; else 0.
+    /// Number, from 1, of the row that begins there; for a kink, of the row that it is in; for a
+    /// knot, of the point. Otherwise 0.
     int row;
 };
 
-/// The breaks in a range, ascending, of which some order up to `upToOrder` (0 to 4) jumps.
-/// An end of the curve is one only with Outside::Repeat: CycleEnd at lastX, its right side
-/// from firstX.
+/// The breaks in a range where an order up to `upToOrder` (0 to 4) jumps, ascending in x.
+/// The end of the curve is a break only with Outside::Repeat: CycleEnd at lastX, whose right
+/// limits are those at firstX.
 MFCURVES_API std::vector<Break> breaks(const Curve& curve, int upToOrder = 3, Range range = all);
 
-/// The first break strictly after an x. With Outside::Repeat the search goes on through
-/// every cycle. Nothing when there is none, or `after` is not finite.
+/// The x of the first break strictly after an x. With Outside::Repeat the search continues
+/// through every cycle. Nothing if no break follows, or if `after` is not finite.
 MFCURVES_API std::optional<double> nextBreak(const Curve& curve, double after, int upToOrder = 3);
 
 // --- Extremes ---------------------------------------------------------------------------
@@ -74,44 +75,45 @@ struct Peak {
     double x;   ///< where
     double y;   ///< the value of the order
     Side side;  ///< Left or Right at the end of a piece, else Plain
-    /// Bounds the distance of y to the true extreme, and to every computed value beyond it. Of a
-    /// stationary point: the distance of x to the true place.
+    /// Bound of the distance from y to the true extreme, and to any computed value beyond it. For
+    /// a stationary point: bound of the distance from x to the true place.
     double error;
 };
 
 /// One order on a range.
 struct Summary {
-    Peak least;                    ///< of equal ones the first; NaN without any finite value
-    Peak greatest;                 ///< of equal ones the first; NaN without any finite value
+    Peak least;                    ///< the first of equal ones; NaN if no value is finite
+    Peak greatest;                 ///< the first of equal ones; NaN if no value is finite
     double rms;                    ///< root of the mean square over x
     double mean;                   ///< over x
-    std::vector<double> impulses;  ///< where the order has an impulse; the peaks are those beside it
-    /// true: the errors of both peaks are proved, and rms and mean leave out nothing between the
-    /// places that they are taken from.
+    std::vector<double> impulses;  ///< where the order has an impulse; the peaks leave them out
+    /// true: the errors of both peaks are proved, and rms and mean miss nothing between the x
+    /// where the order is evaluated for them.
     bool guaranteed;
 };
 
 /// Value, velocity, acceleration and jerk on a range.
 MFCURVES_API std::array<Summary, 4> summarize(const Curve& curve, Range range = all);
 
-/// Where the next order (1 to 4) of an order (0 to 3) is 0, ascending: inside a piece, and at its
-/// ends as seen from it. Places that rounding cannot tell apart are one. Stretches where the
+/// Where the derivative of an order (0 to 3) is 0, ascending: inside a piece, and at its ends as
+/// a limit from inside. Places that rounding cannot separate count once. Stretches where the
 /// order is constant are left out.
 MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range = all);
 
-/// Where an order takes a value, ascending; of a stretch where it has that value throughout, both
-/// ends. A jump over the value takes it nowhere.
+/// Where an order (0 to 3) has a value, ascending; both ends of a stretch where it has that value
+/// throughout. A jump across the value does not count.
 MFCURVES_API std::vector<double> crossings(const Curve& curve, int order, double value, Range range = all);
 
-/// Where an order is below `low` or above `high`, ascending; neighbours are joined. An impulse
-/// breaks every finite limit; alone it is a range of no length.
+/// Where an order (0 to 3) is below `low` or above `high`, ascending; adjacent ranges are joined.
+/// An impulse exceeds every finite limit; by itself it is a range of length 0.
 MFCURVES_API std::vector<Range> beyond(const Curve& curve, int order, double low, double high,
                                        Range range = all);
 
 // --- Motion laws ------------------------------------------------------------------------
 
-/// What a law does between (0, 0) and (1, 1). For a stroke H in a time T the largest velocity
-/// is cv H/T, the largest acceleration ca H/T^2, the largest jerk cj H/T^3.
+/// The properties of a law between (0, 0) and (1, 1). For a stroke H in a time T the largest
+/// velocity is cv H/T, the largest acceleration ca H/T^2, the largest jerk cj H/T^3. All three
+/// are magnitudes.
 struct LawFactors {
     double cv;               ///< largest velocity; infinite where the value jumps inside
     double ca;               ///< largest acceleration; infinite where the velocity jumps inside
@@ -121,7 +123,7 @@ struct LawFactors {
     double cjAt;             ///< the first place of cj
     double power;            ///< largest magnitude of velocity times acceleration
     double rmsAcceleration;  ///< root of the mean square of the acceleration
-    /// The highest order, up to 4, such that it and all lower ones do not jump against rest at
+    /// The highest order, up to 4, such that neither it nor a lower one jumps between rest and
     /// the start. -1: the value itself jumps.
     int startContinuity;
     int endContinuity;    ///< the same at the end
@@ -132,7 +134,7 @@ struct LawFactors {
 /// Throws CurveError when the law does not compile.
 MFCURVES_API LawFactors factors(const LawText& law);
 
-/// What a drive can do; infinite where there is no limit.
+/// The limits of a drive; infinite without a limit.
 struct Limits {
     double velocity = std::numeric_limits<double>::infinity();      ///< largest magnitude
     double acceleration = std::numeric_limits<double>::infinity();  ///< largest magnitude
@@ -140,8 +142,8 @@ struct Limits {
 };
 
 /// The shortest time of a move that keeps the limits: the greatest of cv H/V, sqrt(ca H/A) and
-/// cbrt(cj H/J). H is the size of the stroke. Infinite where a factor is and its limit is not; 0
-/// without a limit.
+/// cbrt(cj H/J), where H is the magnitude of the stroke and V, A and J are the limits. Infinite
+/// if a factor is infinite and its limit is not; 0 without a limit and for a stroke of 0.
 MFCURVES_API double shortestDuration(const LawFactors& factors, double stroke, const Limits& limits);
 
 // --- Derivatives ------------------------------------------------------------------------
@@ -149,11 +151,11 @@ MFCURVES_API double shortestDuration(const LawFactors& factors, double stroke, c
 /// How well each derivative agrees with differences of the order below it.
 struct DerivativeCheck {
     bool ok;           ///< no error above 1e-6
-    int worstOrder;    ///< 1 to 3; 0 where nothing could be compared
+    int worstOrder;    ///< 1 to 3; 0 if nothing could be compared
     double worstX;     ///< where the error is largest
     double stated;     ///< the derivative as evaluated
     double estimated;  ///< from differences of the order below
-    double error;      ///< their distance relative to the largest magnitude of the order on its piece
+    double error;      ///< their difference relative to the largest magnitude of the order on its piece
 };
 
 /// Compares derivatives 1 to 3 with extrapolated differences inside every piece (Ridders, Adv.
@@ -169,7 +171,7 @@ enum class Form {
     Xyva     ///< by quintics that have value, velocity and acceleration of both rows
 };
 
-/// How far a table may be from its curve; infinite where it does not matter.
+/// How far a table may be from its curve; infinite if it does not matter.
 struct Tolerance {
     double value;                                         ///< of the value
     double d1 = std::numeric_limits<double>::infinity();  ///< of the first derivative; Xyva only
@@ -179,27 +181,27 @@ struct Tolerance {
 /// A curve as rows of numbers.
 struct CamTable {
     Form form;  ///< how to join the rows
-    std::vector<double>
-        x;  ///< ascending; twice the same where the value jumps, in Xyva also where v or a does
+    /// Ascending. The same x twice where the value jumps, in Xyva also where d1 or d2 does.
+    std::vector<double> x;
     std::vector<double> y;   ///< one for each x
-    std::vector<double> d1;  ///< one for each x in Xyva, else none
-    std::vector<double> d2;  ///< one for each x in Xyva, else none
-    double bound;            ///< of the distance between what joins the rows and the curve
-    double boundD1;          ///< of the distance of first derivatives; infinite except in Xyva
-    double boundD2;          ///< of the distance of second derivatives; infinite except in Xyva
+    std::vector<double> d1;  ///< one for each x in Xyva, else empty
+    std::vector<double> d2;  ///< one for each x in Xyva, else empty
+    double bound;            ///< of the distance between the joined rows and the curve
+    double boundD1;          ///< of the distance of the first derivatives; infinite except in Xyva
+    double boundD2;          ///< of the distance of the second derivatives; infinite except in Xyva
     bool guaranteed;         ///< true: the bounds are proved and within the tolerance
 };
 
 /// The curve as a table within a tolerance, from firstX() to lastX(). Rows are as far apart as
 /// the proof of the bound allows: the error of a form is a known multiple of a derivative, which
-/// is enclosed between the rows. Points cannot follow a jump of the value.
+/// is enclosed between the rows. Form::Points cannot follow a jump of the value.
 ///
-/// Throws CurveError for a tolerance that is not positive, and for one of a derivative with another
-/// form than Xyva.
+/// Throws CurveError for a tolerance that is not positive, and for a finite tolerance of a
+/// derivative with a form other than Xyva.
 MFCURVES_API CamTable toTable(const Curve& curve, Form form, const Tolerance& tolerance);
 
-/// An angle curve at a constant speed, as a curve over time: x times `secondsPerUnit`. Throws
-/// CurveError for a speed that is not positive and finite.
+/// A curve over an angle, run at a constant speed, as a curve over time: x times
+/// `secondsPerUnit`. Throws CurveError if `secondsPerUnit` is not positive and finite.
 MFCURVES_API Curve overTime(const Curve& curve, double secondsPerUnit);
 
 }  // namespace mf::analysis

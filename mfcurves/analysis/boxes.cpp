@@ -7,11 +7,11 @@ namespace mf::analysis {
 using engine::Interval;
 using engine::kUnbounded;
 
-// From the highest derivative down. Each order lies within what its natural enclosure
-// says, and within Taylor's formula about the middle (with a remainder of second order)
-// and about both ends (of first order; they are sharp where a derivative is 0 at an
-// end, as laws of motion have it). Where the next order has one sign, the order lies between
-// its values at the ends.
+// From the highest derivative down. Each order lies within its natural enclosure, within
+// Taylor's formula about the middle (with a remainder of second order), and within those
+// about both ends (of first order; these are sharp where a derivative is 0 at an end, as in
+// motion laws). Where the next order has one sign, the order lies between its values at the
+// ends.
 Enclosures BoxEvaluator::over(double from, double to, const Enclosures& atFrom, double middle,
                               const Enclosures& atMiddle, const Enclosures& atTo)
 {

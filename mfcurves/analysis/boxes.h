@@ -14,7 +14,7 @@ namespace mf::analysis {
 /// Enclosures of a function and its derivatives, from order 0 on.
 using Enclosures = std::array<engine::Interval, kHighestOrder + 1>;
 
-/// How much work a question may take for one piece, counted in operations on
+/// How much work an analysis may do for one piece, counted in operations on
 /// intervals, so that the result does not depend on the clock.
 class Budget {
 public:
@@ -36,7 +36,7 @@ private:
 /// Enough for some ten thousand boxes of a law, and 50 ms at most.
 constexpr std::size_t kOperationsPerPiece = 1'000'000;
 
-/// Whether a box is too narrow to be cut again, in a search between two x.
+/// Whether a box is too narrow to be cut again, in a search on a range of length `searchLength`.
 inline bool isNarrow(double from, double to, double searchLength)
 {
     constexpr double kUlps = 4.0;
@@ -66,7 +66,7 @@ public:
         return values;
     }
 
-    /// One order and the next at x; the others mean nothing.
+    /// One order and the next at x; the other enclosures have no meaning.
     Enclosures pairAt(double x, std::size_t order)
     {
         Enclosures values;
@@ -79,7 +79,7 @@ public:
     Enclosures over(double from, double to, const Enclosures& atFrom, double middle,
                     const Enclosures& atMiddle, const Enclosures& atTo);
 
-    /// Encloses computed values, too, and assumes nothing.
+    /// Enclosures of the exact and the computed values over [from, to], smooth or not.
     Enclosures plainly(double from, double to)
     {
         Enclosures values;
@@ -87,11 +87,11 @@ public:
         return values;
     }
 
-    /// Bounds of the rounding of computed values over [from, to], for each order.
+    /// Bounds of the rounding errors of computed values over [from, to], for each order.
     std::array<double, kHighestOrder + 1> rounding(double from, double to);
 
     Budget& budget() { return budget_; }
-    /// What an evaluation costs.
+    /// The cost of an evaluation, in operations on intervals.
     std::size_t cost() const { return enclosure_.cost() + 4; }
 
 private:

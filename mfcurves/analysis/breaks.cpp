@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kHighestOfBreaks = kOrdersOfBreaks - 1;
 
-// The limits as the curve computes them, where it knows the side; else as enclosed.
+// The limits as the curve computes them if the enclosures contain them; else as enclosed.
 CurveValues limits(const CurveValues& computed, const EndValues& end)
 {
     const auto one = [&](std::size_t k) {
@@ -68,7 +68,8 @@ std::vector<Break> knotBreaks(const Curve& curve, const host::SplinePieces& spli
     return found;
 }
 
-// Seams in the range, its own ends included, so that a piece beside it counts.
+// The breaks in the range, both ends included. There the adjacent piece outside the range
+// counts, so the parts of the whole curve are needed.
 std::vector<Break> formulaBreaks(const Curve& curve, int upTo, Range range)
 {
     const std::vector<Part> parts = partsOf(curve, all);
@@ -78,7 +79,7 @@ std::vector<Break> formulaBreaks(const Curve& curve, int upTo, Range range)
     return found;
 }
 
-// The end of the cycle against its start; nothing where no order jumps.
+// The break between the end of the cycle and its start; empty if no order jumps.
 std::vector<Break> cycleEnd(const Curve& curve, int upTo)
 {
     std::vector<Break> found;
@@ -114,7 +115,7 @@ std::optional<double> nextKnot(const Curve& curve, const host::SplinePieces& spl
     return found.front().x;
 }
 
-// Piece by piece from x on, so that what lies far ahead costs nothing.
+// Piece by piece from x on, so that pieces after the break cost nothing.
 std::optional<double> nextInFormulas(const Curve& curve, double after, int upTo)
 {
     const std::vector<curve::CurvePiece> pieces = formulaPieces(curve, all);
@@ -141,7 +142,8 @@ std::optional<double> nextInside(const Curve& curve, double after, int upTo)
     return nextInFormulas(curve, after, upTo);
 }
 
-// A place of the first cycle in that which begins at `start`, strictly after x.
+// The place that corresponds to x of the first cycle in the cycle that begins at `start`;
+// always greater than `after`.
 double shifted(double x, double start, double firstX, double after)
 {
     const double there = start + (x - firstX);
@@ -175,7 +177,7 @@ std::optional<double> nextInCycles(const Curve& curve, double after, int upTo)
     return std::nullopt;
 }
 
-// The places in a range where the order below one jumps.
+// Collects the places in a range where an order has an impulse: the order below it jumps.
 class Impulses {
 public:
     Impulses(int order, Range range) : below_(order - 1), range_(range) {}

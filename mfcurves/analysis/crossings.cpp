@@ -82,7 +82,7 @@ std::vector<Place> placesOf(const Curve& curve, int order, double value, Range r
     return places;
 }
 
-// Two finds at one seam, or so near that rounding cannot tell them apart.
+// Whether two finds are one place: both at one seam, or closer than their rounding errors.
 bool same(const Place& a, const Place& b)
 {
     const double ulps = 16.0 * 0x1p-52 * std::max(std::fabs(a.x), std::fabs(b.x));
@@ -94,7 +94,7 @@ bool isOrder(int order)
     return order >= 0 && order <= 3;
 }
 
-// The places where an order may go in or out of its limits: where it has one of them, and all
+// The places where an order may enter or leave its limits: where its value is a limit, and all
 // ends of pieces.
 std::vector<double> changes(const Curve& curve, int order, double low, double high, Range range)
 {

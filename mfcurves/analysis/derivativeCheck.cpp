@@ -50,7 +50,7 @@ Estimate slopeOf(const Curve& curve, int order, double x, double step)
     return best;
 }
 
-// The places inside a smooth stretch that are compared.
+// The places inside a smooth stretch that are compared, as shares of its length.
 constexpr std::array<double, 5> kShares = {0.11, 0.31, 0.53, 0.71, 0.93};
 
 class Comparison {
@@ -81,8 +81,8 @@ private:
         return size;
     }
 
-    // With smaller first steps until the differences settle. Where they never do, they
-    // say nothing.
+    // Tries smaller first steps until the differences settle. If they never do, this x does
+    // not count.
     void compare(int order, double x, double room, double size)
     {
         constexpr double kSettled = 1e-8;

@@ -18,22 +18,22 @@ namespace {
 struct Box {
     double from, to;
     Enclosures atFrom, atTo;
-    Enclosures around;  // over a box that holds this one
-    unsigned open;      // bit k: the extremes of order k may lie in it
-    unsigned unseen;    // bit k: order k may do there what its values do not show
+    Enclosures around;  // over a box that contains this one
+    unsigned open;      // bit k: an extreme of order k may be in the box
+    unsigned unseen;    // bit k: order k may vary in the box more than its values show
 };
 
-// Below this, relative to the largest value, rounding is not worth a closer look.
+// Rounding below this, relative to the largest value, is not examined more closely.
 constexpr double kFineRounding = 1e-12;
 
-// A bound this near to the values seen, relative to the largest value, is a proof even where no
-// closer one was found. It is enough once most of the work is spent.
+// A bound this close to the values seen, relative to the largest value, counts as a proof if no
+// closer one was found. It is enough once most of the budget is spent.
 constexpr double kLoose = 1e-6;
 
 // Branch and bound, for all orders at once: a box is done for an order when the order
 // cannot leave the values seen so far, when it rises or falls throughout, or when its
-// one stationary point in the box was found. Level by level, so that the orders that are done
-// early are not left open by one that takes all the work.
+// one stationary point in the box was found. Boxes are cut level by level, so that an order
+// that needs all the budget does not keep easier ones from being done.
 class RangeSearch {
 public:
     RangeSearch(BoxEvaluator& function, int orders, double from, double to)
@@ -81,9 +81,9 @@ private:
         OrderRange::End greatest;
         Interval seen{kUnbounded, -kUnbounded};   // from the least to the greatest value seen
         Interval bound{kUnbounded, -kUnbounded};  // of all boxes that are done, as computed
-        bool failed = false;                      // some box has no bound
-        bool undefined = false;                   // in some box there is no value at all
-        bool unseen = false;                      // some box may hold what its values do not show
+        bool failed = false;                      // a box has no bound
+        bool undefined = false;                   // the order has no value at all in a box
+        bool unseen = false;                      // in a box it may vary more than its values show
         double seenLowAt = std::nan("");
         double seenHighAt = std::nan("");
     };
@@ -136,8 +136,8 @@ private:
         next.push_back({middle, box.to, atMiddle, box.atTo, over, open, unseen});
     }
 
-    // Gives up a box. What is left open in it is known by bounds alone, which prove something
-    // where they are not beyond what was seen by more than a share of it.
+    // Gives up a box. For its open orders only bounds are known. They count as a proof if they
+    // exceed the values seen by no more than a share of them.
     void leave(const Box& box, double share)
     {
         hasBoxRounding_ = false;
@@ -161,9 +161,9 @@ private:
         return share == kUnbounded || (y.lo >= seen.lo - room && y.hi <= seen.hi + room);
     }
 
-    // Whether the values at the ends and in the middle show what an order does in a box: most of
-    // its moves, and no more turns than the slope allows, or all but what matters neither to an
-    // integral nor to that of the square.
+    // Whether the values at the ends and in the middle show how an order varies in a box: they
+    // span most of its range, and its slope is too small for further turns; or what they miss is
+    // too small for the integrals of the order and of its square.
     bool isSeen(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& all)
     {
         const Interval& over = all[k];
@@ -191,7 +191,7 @@ private:
         found.undefined |= over[k].isNothing();
         if (!over[k].isFinite())
             return over[k].isNothing();
-        // Nor does what rounding cannot tell apart in the middle of the box.
+        // Differences within the rounding of the value in the middle do not count, either.
         const double room =
             std::max(tolerance(k), 4.0 * atMiddle.width()) + looseness() * found.seen.largest();
         if (over[k].lo >= found.seen.lo - room && over[k].hi <= found.seen.hi + room)
@@ -212,7 +212,7 @@ private:
         return hasOneExtreme(k, box, over, ends);
     }
 
-    // The slope rises or falls throughout, so that it is 0 once at most.
+    // The slope rises or falls throughout, so it is 0 at most once.
     bool hasOneExtreme(std::size_t k, const Box& box, const Enclosures& over, const Interval& ends)
     {
         const Interval& first = box.atFrom[k + 1];
@@ -232,7 +232,7 @@ private:
             return settle(k, box, std::min(ends.lo, there[k].lo - beyond),
                           std::max(ends.hi, there[k].hi + beyond));
         }
-        // A slope at an end that rounding cannot tell from 0 has its zero next to it.
+        // If the slope at an end is 0 within rounding, its zero is next to that end.
         double beyond = 0.0;
         for (const Interval* slope : {&first, &last}) {
             if (!slope->excludesZero())
@@ -245,7 +245,7 @@ private:
         return settle(k, box, ends.lo - beyond, ends.hi + beyond);
     }
 
-    // A box where an order moves no more than its rounding, as where it is 0 but for that.
+    // Whether an order varies in a box no more than by rounding, such as an order that is 0.
     bool isNoise(std::size_t k, const Box& box, const Interval& over)
     {
         constexpr double kSmall = 1e-3;
@@ -259,7 +259,7 @@ private:
         return left > budgetAtStart_ / 2 ? 0.0 : left > budgetAtStart_ / 4 ? kLessLoose : kLoose;
     }
 
-    // A difference that does not matter: what rounding makes of a value anyway.
+    // A difference that does not matter, because the rounding of values is as large.
     double tolerance(std::size_t k) const
     {
         const double size = found_[k].seen.largest();
@@ -267,13 +267,14 @@ private:
                             : std::max(0x1p-51 * size, std::min(rounding_[k], kFineRounding * size));
     }
 
-    // Whether an order is 0 but for rounding, as far as it was seen.
+    // Whether all values of an order that were seen are 0 except for rounding.
     bool isNothing(std::size_t k) const
     {
         return found_[k].seen.largest() <= rounding_[k] && rounding_[k] <= smallOf(k);
     }
 
-    // What is nothing of an order beside the orders below it over the length of the stretch.
+    // Up to this size an order is negligible compared with the lower orders, given the length of
+    // the stretch.
     double smallOf(std::size_t k) const
     {
         constexpr double kNothing = 1e-8;
@@ -286,8 +287,8 @@ private:
         return kNothing * scale;
     }
 
-    // The rounding of computed values in a box. That of the whole stretch will do, unless it
-    // is large somewhere else.
+    // A bound of the rounding of computed values in a box. The bound for the whole stretch is
+    // good enough unless it is large.
     double roundingIn(std::size_t k, const Box& box)
     {
         if (rounding_[k] <= kFineRounding * found_[k].seen.largest())
@@ -304,7 +305,7 @@ private:
         return boxRounding_;
     }
 
-    // Adds what an order may be in a box to its bound. False where rounding has none.
+    // Extends the bound of an order by its range in a box. False if rounding has no bound.
     bool settle(std::size_t k, const Box& box, double lo, double hi)
     {
         const double rounding = roundingIn(k, box);
@@ -330,7 +331,7 @@ private:
         }
     }
 
-    // Of equal ones the first counts.
+    // Keeps an extreme candidate. Of equal ones the first counts.
     void offer(std::size_t k, double x, const Interval& y)
     {
         Found& found = found_[k];
@@ -347,7 +348,7 @@ private:
         see(k, x, y);
     }
 
-    // A value in the middle of some box may be nearest to an extreme.
+    // Improves the extremes by values that were seen in the middle of a box.
     void polish(std::size_t k)
     {
         Found& found = found_[k];
@@ -390,7 +391,7 @@ private:
     std::size_t budgetAtStart_;
     std::array<Found, kHighestOrder> found_;
     std::array<double, kHighestOrder + 1> rounding_{};     // on the whole stretch
-    std::array<double, kHighestOrder + 1> boxRounding_{};  // in the box at hand
+    std::array<double, kHighestOrder + 1> boxRounding_{};  // in the current box
     bool hasBoxRounding_ = false;
     std::vector<double> cuts_;
 };

@@ -8,7 +8,7 @@
 
 namespace mf::analysis {
 
-/// What a function does on a stretch: its extremes, and bounds that no value leaves.
+/// The extremes of a function on a stretch, and bounds of all its values.
 struct OrderRange {
     struct End {
         double x;
@@ -16,18 +16,18 @@ struct OrderRange {
     };
     End least;
     End greatest;
-    // Of exact and computed values; infinite where nothing is proved.
+    // Of exact and computed values; infinite if nothing is proved.
     double lowest = -engine::kUnbounded;
     double highest = engine::kUnbounded;
-    double rounding = engine::kUnbounded;  // of computed values; infinite where no bound is known
-    bool isSeen = false;                   // what `cuts` promise holds
+    double rounding = engine::kUnbounded;  // of computed values; infinite if no bound is known
+    bool isSeen = false;                   // the promise of StretchRanges::cuts holds
 };
 
-/// What the orders of a function do on a stretch.
+/// The ranges of the orders of a function on a stretch.
 struct StretchRanges {
     std::array<OrderRange, kHighestOrder> orders;
-    /// Ascending, from end to end. Between neighbours no order moves much more than it does from
-    /// one to the middle and to the other, so that values there do not miss what it does.
+    /// Ascending, from end to end. Between neighbours no order varies much more than its values
+    /// at the two and in the middle show, so that an integration does not miss a part of it.
     std::vector<double> cuts;
 };
 

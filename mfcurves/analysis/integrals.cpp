@@ -69,7 +69,7 @@ private:
         return sum;
     }
 
-    // Whether two estimates are the same, for each order that has values at all.
+    // Whether two estimates agree for each order with finite values.
     bool agree(const AllIntegrals& a, const AllIntegrals& b, double length) const
     {
         constexpr double kSame = 1e-13;
@@ -113,7 +113,7 @@ private:
     const std::array<double, kOrders>& noise_;
     std::size_t cost_;
     Budget& budget_;
-    std::array<double, kOrders> total_{};  // of the squares over all, as far as it is known
+    std::array<double, kOrders> total_{};  // the first estimate of the whole integral of each square
 };
 
 }  // namespace

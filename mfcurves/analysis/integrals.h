@@ -19,13 +19,14 @@ struct Integrals {
 };
 using AllIntegrals = std::array<Integrals, kOrders>;
 
-/// The integrals of a smooth part, by Gauss's formula with 10 points, which is exact for
-/// polynomials up to degree 9 and their squares.
+/// The integrals of a smooth part, by the Gauss-Legendre formula with 10 points, which is exact
+/// for polynomials up to degree 9 and their squares.
 ///
-/// `cuts` are the places of extremes.h from end to end. Where the sum over what lies between them
-/// differs from the formula for the whole, each is halved until its halves agree with it.
-/// `noise` is what rounding makes of each order, by its scale: squares of it need not agree.
-/// `cost` of one x; what `budget` does not cover is not halved.
+/// `cuts`: see StretchRanges. If the sum over the intervals between them differs from the formula
+/// for the whole, each interval is halved until its halves agree with it.
+/// `noise`: the rounding error of each order, divided by its scale. Differences up to its square
+/// do not count.
+/// `cost`: of one x. Once `budget` is spent, intervals are no longer halved.
 AllIntegrals integrate(const Curve& curve, const std::vector<double>& cuts,
                        const std::array<double, kOrders>& scales, const std::array<double, kOrders>& noise,
                        std::size_t cost, Budget& budget);

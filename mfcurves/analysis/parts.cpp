@@ -13,8 +13,8 @@ using engine::Interval;
 
 namespace {
 
-// Whether a step is no jump against the magnitude of an order, as a few places have it; a jump is
-// judged by its power of ten alone.
+// Whether a step is too small for a jump, compared with the magnitude of an order at a few places.
+// A few are enough, because the limit for a jump is only a power of ten.
 bool isSmall(double step, const EndValues& end, std::size_t k)
 {
     constexpr int kPlaces = 8;
@@ -32,7 +32,7 @@ bool isSmall(double step, const EndValues& end, std::size_t k)
     return false;
 }
 
-// A bound of the magnitude; infinite where none is known.
+// A bound of the magnitude; infinite if no bound is known.
 double boundOf(const EndValues& end, std::size_t k)
 {
     if (end.part == nullptr)
@@ -122,7 +122,7 @@ EndValues endOf(const Part& part)
     return endOf(part, evaluator);
 }
 
-// Where rounding cannot tell the two sides apart there is no jump.
+// Two sides that are equal within rounding do not jump.
 bool jumps(const EndValues& left, const EndValues& right, int order)
 {
     const auto k = static_cast<std::size_t>(order);
@@ -134,7 +134,7 @@ bool jumps(const EndValues& left, const EndValues& right, int order)
     const bool apart = a.hi < b.lo || b.hi < a.lo;
     if (!apart || !(step > kJump * std::max(std::fabs(a.middle()), std::fabs(b.middle()))))
         return false;
-    // Most jumps are large against bounds, which cost less.
+    // Most jumps are large compared with the bounds, which cost less.
     if (step > kJump * std::max(boundOf(left, k), boundOf(right, k)))
         return true;
     return !isSmall(step, left, k) && !isSmall(step, right, k);

@@ -11,7 +11,7 @@
 
 namespace mf::analysis {
 
-/// Orders that a break may ask about.
+/// The number of orders whose jumps are found: 0 to 4.
 constexpr int kOrdersOfBreaks = 5;
 
 /// A smooth part of a row or expression.
@@ -29,23 +29,23 @@ struct Part {
     BoxEvaluator evaluator() const { return piece->evaluator(smooth()); }
 };
 
-/// The range that a question is about; empty (from above to) where there is none.
+/// The part of a range that is on the curve; empty (from above to) if there is no such part.
 Range cutToCurve(const Curve& curve, Range range);
 
-/// The parts of a curve of rows or of an expression in a range. A curve through points has none.
+/// The parts of a curve of rows or of an expression in a range; empty for a curve through points.
 std::vector<Part> partsOf(const Curve& curve, Range range);
 
-/// The pieces of such a curve, cut to a range.
+/// The pieces of such a curve that overlap a range. They are not cut to it.
 std::vector<curve::CurvePiece> formulaPieces(const Curve& curve, Range range);
 
 /// The parts of one piece, cut to a range.
 void appendParts(const Curve& curve, const curve::CurvePiece& piece, Range range, std::vector<Part>& parts);
 
-/// Orders 0 to kOrdersOfBreaks - 1 at one end of a part, and how large they are on it.
+/// Orders 0 to kOrdersOfBreaks - 1 at one end of a part, and their largest magnitudes on it.
 struct EndValues {
     Enclosures values;
     std::array<double, kOrdersOfBreaks> size{};
-    const Part* part = nullptr;  // not null: the sizes are those of this part, if they are asked for
+    const Part* part = nullptr;  // not null: `size` is not set; this part gives the magnitudes
 };
 EndValues startOf(const Part& part);
 EndValues endOf(const Part& part);
@@ -53,13 +53,13 @@ EndValues endOf(const Part& part);
 EndValues startOf(const Part& part, BoxEvaluator& evaluator);
 EndValues endOf(const Part& part, BoxEvaluator& evaluator);
 
-/// The smallest jump, relative to the largest magnitude beside it.
+/// The smallest jump, relative to the largest magnitude on the adjacent parts.
 constexpr double kJump = 1e-9;
 
 /// Whether an order jumps between the end of one part and the start of the next.
 bool jumps(const EndValues& left, const EndValues& right, int order);
 
-/// The lowest order up to `upTo` that jumps; none: upTo + 1.
+/// The lowest order up to `upTo` that jumps; upTo + 1 if no order jumps.
 int lowestJump(const EndValues& left, const EndValues& right, int upTo);
 
 /// Where an order (1 to 3) has an impulse in a range: where the order below it jumps.

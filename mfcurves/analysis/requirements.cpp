@@ -14,8 +14,8 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// The order that is the velocity, less 1: of a curve whose values are velocities it is
-// order 0. What drives no motor counts as a displacement.
+// How often a displacement is differentiated to give the values of a curve. Quantities that
+// are not motions count as displacements.
 int derivedOrders(Quantity quantity)
 {
     switch (quantity) {
@@ -94,7 +94,8 @@ std::vector<Violation> violations(const Curve& curve, const Requirements& requir
 
 namespace {
 
-// Where an order up to the highest that has a limit jumps, the next one has an impulse.
+// Where an order jumps, the next one has an impulse. The orders that have limits must not have
+// one; acceleration counts as limited in any case.
 bool isWithoutImpulse(const LawFactors& law, const Limits& limits)
 {
     const int needed = limits.jerk < kInfinity ? 2 : 1;

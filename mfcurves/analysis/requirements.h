@@ -11,30 +11,30 @@
 
 namespace mf::analysis {
 
-/// What a curve is checked for. Velocity, acceleration and jerk are those of the thing that
-/// moves: of a curve whose values are velocities they are its orders 0, 1 and 2.
+/// What a curve has to satisfy. Velocity, acceleration and jerk are those of the moving part: if
+/// the values of the curve are velocities, they are its orders 0, 1 and 2.
 struct Requirements {
     Limits limits;                  ///< of magnitudes
     std::optional<Range> values;    ///< lowest and highest value
     std::optional<int> continuity;  ///< no order up to this one, 0 to 3, may jump
-    bool isCyclic = false;          ///< the end meets the start; asks for continuity 0 there at least
+    bool isCyclic = false;          ///< the end must meet the start, at least with continuity 0
 };
 
 /// A stretch where a requirement is broken.
 struct Violation {
     int order;                    ///< of the values that break it, 0 to 3
     std::optional<double> limit;  ///< as required; nothing for a jump
-    Range where;                  ///< of no length for a jump and for an impulse
+    Range where;                  ///< of length 0 for a jump and for an impulse
     std::optional<Peak> worst;    ///< the value farthest beyond the limit; nothing for a jump and an impulse
 };
 
-/// Where the curve breaks what is required, in the order of the fields above, each ascending.
+/// The violations, in the order of the fields of Requirements, ascending in x for each of them.
 /// An impulse breaks every finite limit of its order.
 MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Requirements& required);
 
 /// A move from rest to rest by a motion law.
 struct Move {
-    /// What keeps a move from being faster.
+    /// The limit that keeps a move from being faster.
     enum class Limit { Velocity, Acceleration, Jerk };
 
     std::string profile;  ///< name of the law
@@ -46,8 +46,8 @@ struct Move {
 /// the fastest first. Without a finite limit, or for a stroke of 0, there is nothing to
 /// compare and the list is empty.
 MFCURVES_API std::vector<Move> fastest(double stroke, const Limits& limits);
-/// The same of other laws; of those with one name the first counts. Throws CurveError when a law does not
-/// compile.
+/// The same for other laws; of several with the same name, the first counts. Throws CurveError if a law
+/// does not compile.
 MFCURVES_API std::vector<Move> fastest(double stroke, const Limits& limits, const std::vector<Law>& laws);
 
 }  // namespace mf::analysis

@@ -8,8 +8,8 @@
 namespace mf::analysis {
 namespace {
 
-// The zeros of p + q t + r t^2, without cancellation: the one of larger size first, the
-// other one by their product.
+// The zeros of p + q t + r t^2, without cancellation: the larger one in magnitude first,
+// the other one from their product.
 int quadraticZeros(double p, double q, double r, double* t)
 {
     if (r == 0.0) {
@@ -60,7 +60,7 @@ double zeroBetween(const SplinePart& part, int order, double value, double low, 
 }  // namespace
 
 // Between its stationary points the polynomial rises or falls throughout. A place where
-// it only touches the value is one of them.
+// it only touches the value is a stationary point.
 int SplinePart::zeros(int order, double value, std::array<double, 3>& t) const
 {
     std::array<double, 4> cuts;

@@ -31,14 +31,15 @@ struct SplinePart {
                 return 0.0;
         }
     }
-    /// Bounds the magnitude of an order, and what its rounding is small against.
+    /// A bound of the magnitude of an order, to which its rounding error is proportional.
     double size(int order) const
     {
         const double t = std::max(std::fabs(from), std::fabs(to));
         const SplinePart sizes{{std::fabs(c.a), std::fabs(c.b), std::fabs(c.c), std::fabs(c.d)}, knot, t, t};
         return sizes.at(order, t);
     }
-    /// Where the order is `value` on (from, to): up to three t, ascending; how many.
+    /// Sets t to the places on (from, to) where the order is `value`, ascending. Returns their
+    /// number, up to three.
     int zeros(int order, double value, std::array<double, 3>& t) const;
 };
 
@@ -51,7 +52,7 @@ struct PointRange {
 };
 PointRange pointsIn(const host::SplinePieces& spline, Range range);
 
-/// The values of both sides of a point, as the ends of two parts.
+/// The orders of a part at one of its ends, t.
 EndValues splineEnd(const SplinePart& part, double t);
 
 }  // namespace mf::analysis

@@ -99,7 +99,7 @@ public:
     }
 
 private:
-    // A part that was examined, and its slope and second derivative where it ends.
+    // A part that was examined, with its slope and second derivative at its end.
     struct End {
         SplinePart part;
         std::array<double, kOrders> sizes;
@@ -116,7 +116,7 @@ private:
             p, h, [](std::size_t, double number) { return number; }, totals_);
 
         // Each order lies between the least and the greatest of its control points (Farin, Curves
-        // and Surfaces for CAGD). Few pieces hold an extreme, and only those are looked at closely.
+        // and Surfaces for CAGD). Few pieces contain an extreme, and only those are examined closely.
         const double value = part.at(0, part.to), slope = part.at(1, part.to), bend = part.at(2, part.to);
         const double third = kThird * h;
         if (mayLeave(0, p.a, value, p.a + third * p.b, value - third * slope))
@@ -137,7 +137,7 @@ private:
         previous_ = end;
     }
 
-    // Whether one of the numbers, or a NaN among them, is outside of what was seen so far.
+    // Whether one of the numbers is NaN or outside the range of the values seen so far.
     template <class... Numbers>
     bool mayLeave(std::size_t k, Numbers... numbers) const
     {
@@ -158,7 +158,8 @@ private:
 
     void examineInside(const SplinePart& part, int order)
     {
-        // Only where the slope changes its sign, which a straight slope does between its ends.
+        // An order has an extreme inside only if its slope changes sign there. A slope that is
+        // linear, or does not bend, shows this at its ends.
         const double bendFrom = part.at(2, part.from);
         const double bendTo = part.at(2, part.to);
         const bool bends = (bendFrom < 0.0) != (bendTo < 0.0);
@@ -180,12 +181,12 @@ private:
         extremes_[k].offer(part.knot + t, y, side);
     }
 
-    // Where an order jumps, from `left` to `right`. A value does not, as the pieces meet in the
-    // point.
+    // Notes the impulse of the next order if an order jumps from `left` to `right`. The value
+    // does not jump, because the pieces meet in the point.
     void noteImpulse(int order, const End& before, const End& after, double left, double right)
     {
-        // Most knots are clear at once: a step that is small against the values beside it is
-        // none, one that is large against bounds of both pieces is one.
+        // Most knots are clear at once: a step that is small compared with the values at the knot
+        // is not a jump; one that is large compared with the bounds of both pieces is a jump.
         const auto k = static_cast<std::size_t>(order);
         const double step = std::fabs(left - right);
         if (step <= kJump * std::max(std::fabs(left), std::fabs(right)))
@@ -219,7 +220,7 @@ private:
         }
     }
 
-    // The values as the curve computes them, and the rounding of the polynomials as bound.
+    // Takes the values that the curve computes. The rounding of the polynomials is the bound.
     void settle(std::size_t k)
     {
         constexpr double kRounding = 16.0 * 0x1p-53;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMostStretches = 2000;
 
-// The whole number that a condition makes of a value.
+// The whole number to which a condition of whole numbers maps a value.
 double wholeOf(const Condition& condition, double value)
 {
     if (condition.kind == Kind::Turns)
@@ -33,7 +33,6 @@ double decisionAt(const Condition& condition, const Interval& value)
     return wholeOf(condition, value.middle());
 }
 
-// A decision for every part between changes, taken in its middle.
 double middleOf(double from, double to)
 {
     return 0.5 * from + 0.5 * to;
@@ -48,8 +47,8 @@ FormulaPiece::FormulaPiece(const curve::FormulaText& text, double from, double t
         iCut(from, to, 0.0, {});
 }
 
-// Conditions are decided one after the other, inner ones first; each cuts the stretch
-// where it changes, and the parts go on with what is open for them.
+// Conditions are decided one after the other, inner ones first. Each cuts the stretch
+// where it changes; the parts continue with the conditions that are open for them.
 void FormulaPiece::iCut(double from, double to, double kinkError, Decisions decisions)
 {
     for (;;) {
@@ -69,7 +68,8 @@ void FormulaPiece::iCut(double from, double to, double kinkError, Decisions deci
     }
 }
 
-// True when the stretch was cut and its parts are done; false when it is whole and the
+// Decides a condition in the middle of each part between two places where it may change.
+// True if the stretch was cut and its parts are done; false if it is still whole and the
 // condition is now among the decisions.
 bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, double kinkError,
                           Decisions& decisions)
@@ -144,7 +144,7 @@ Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double
 void FormulaPiece::iAppend(double from, double to, double kinkError, const Decisions& decisions,
                            bool isSmooth)
 {
-    Stretch stretch{from, to, {}, isSmooth, !stretches_.empty(), kinkError};
+    Stretch stretch{from, to, {}, isSmooth, kinkError};
     if (!decisions.empty())
         budget_.spend(formula_->nodesOfOrders());
     for (const NodeId order : formula_->orders())

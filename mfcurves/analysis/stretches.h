@@ -16,14 +16,13 @@ struct Stretch {
     double from;
     double to;
     std::vector<engine::NodeId> orders;  // without conditions
-    bool isSmooth = true;                // false: conditions are left that were too many
-    bool startsAtKink = false;           // or at the start of the piece
+    bool isSmooth = true;                // false: too many conditions, some are not decided
     double kinkError = 0.0;              // how far the kink may be from `from`
 };
 
 /// One formula of a curve between two x, with its stretches.
 ///
-/// Threads: the graph grows as it is asked, so one object is for one thread.
+/// Threads: operations change the graph and the budget, so one object is for one thread.
 class FormulaPiece {
 public:
     /// The part of a piece between two x.
@@ -32,7 +31,7 @@ public:
     /// False: the text is not a function of one variable.
     bool hasFormula() const { return formula_ != nullptr; }
     const std::vector<Stretch>& stretches() const { return stretches_; }
-    /// Enclosures of the orders of a stretch. They use this object.
+    /// Evaluates the orders of a stretch. The evaluator refers to this object.
     BoxEvaluator evaluator(const Stretch& stretch) { return {formula_->graph(), stretch.orders, budget_}; }
     /// The same for the formula with its conditions.
     BoxEvaluator wholeEvaluator() { return {formula_->graph(), formula_->orders(), budget_}; }

@@ -24,7 +24,7 @@ Side sideAtEnd(const Part& part)
     return part.endsPiece ? Side::Left : Side::Plain;
 }
 
-// The extremes of the formula curves, order by order.
+// Summarizes all orders of a curve of rows or of an expression.
 class FormulaSummary {
 public:
     FormulaSummary(const Curve& curve, Range range) : curve_(curve), range_(range) {}
@@ -49,11 +49,11 @@ public:
     }
 
 private:
-    // What is known of a part.
+    // A part that was examined.
     struct Examined {
         const Part& part;
         StretchRanges ranges;
-        std::size_t cost;  // of an evaluation by intervals
+        std::size_t cost;  // of an evaluation with intervals
         EndValues start;
         EndValues end;
     };
@@ -61,7 +61,7 @@ private:
     AllIntegrals integrals()
     {
         constexpr std::size_t kOperations = kOperationsPerPiece / 4;
-        constexpr std::size_t kCheaper = 4;  // a number than an interval
+        constexpr std::size_t kCheaper = 4;  // an evaluation with numbers than with intervals
         for (std::size_t k = 0; k < kOrders; ++k) {
             const Extremes& found = extremes_[k];
             const double size = std::max(std::fabs(found.least.y), std::fabs(found.greatest.y));
@@ -119,7 +119,7 @@ private:
             {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
     }
 
-    // A condition may have a value of its own in one x, such as sign(0).
+    // At a single x the curve may have a value of its own, such as sign(0).
     void offerOwnValue(double x)
     {
         const CurveValues itself = curve_.at(x);
@@ -160,7 +160,7 @@ private:
         return end;
     }
 
-    // The zero near x by Newton's method; NaN where it is no simple one.
+    // The zero near x by Newton's method; NaN if it is not a simple one.
     static double simpleZero(BoxEvaluator& slope, double x, double flat, double length)
     {
         constexpr int kSteps = 20;
@@ -190,7 +190,7 @@ private:
         extremes_[k].offer(end.x, end.y.contains(computed) ? computed : end.y.middle(), side);
     }
 
-    // The best there is where nothing could be proved.
+    // Extremes of samples, for the orders for which nothing could be proved.
     void sample(const Part& part, const std::array<bool, kOrders>& isProved)
     {
         constexpr std::size_t kSamples = 256;
@@ -212,7 +212,7 @@ private:
         }
     }
 
-    // Near a kink, whose place is known to rounding, either branch may be the one.
+    // The place of a kink is known only to rounding, so near it both branches count.
     void examineKink(const Part& part)
     {
         BoxEvaluator whole = part.piece->wholeEvaluator();

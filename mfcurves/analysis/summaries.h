@@ -45,7 +45,7 @@ struct Extremes {
 /// What summarize returns for a curve through points.
 std::array<Summary, 4> summarizePoints(const Curve& curve, Range range);
 
-/// Puts extremes and integrals together.
+/// Combines extremes and integrals, whose orders are divided by `scale`, on a range.
 Summary summaryOf(const Extremes& extremes, const Integrals& integrals, double scale, Range range);
 
 }  // namespace mf::analysis

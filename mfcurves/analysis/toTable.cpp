@@ -68,7 +68,7 @@ public:
         evaluator_.emplace(part.piece->formula().graph(), orders, budget_);
     }
 
-    // The order at index i over [from, to]; everything where it is not known.
+    // The order at index i over [from, to]; unbounded if it is not known.
     Interval over(std::size_t i, double from, double to)
     {
         if (!evaluator_ || budget_.isSpent())
@@ -107,18 +107,19 @@ struct Bounds {
         d2 = std::max(d2, other.d2);
     }
     bool isWithin(const Tolerance& t) const { return value <= t.value && d1 <= t.d1 && d2 <= t.d2; }
-    // How much too large, at most 1 where it is within.
+    // The largest ratio of a bound to its tolerance; at most 1 if all are within.
     double excess(const Tolerance& t) const { return std::max({value / t.value, d1 / t.d1, d2 / t.d2}); }
 };
 
-// A chord over a length h is off by h^2/8 times the second derivative, its slope by h/2 times it.
+// The error of a chord over a length h is at most h^2/8 times the second derivative, that of its
+// slope h/2 times it.
 Bounds chordError(double h, double second)
 {
     return {h * h / 8.0 * second, h / 2.0 * second, second};
 }
 
-// A quintic that has value, velocity and acceleration at both ends: Birkhoff and Priver, J. Math.
-// and Phys. 46 (1967).
+// The error of a quintic with the value, velocity and acceleration of the curve at both ends;
+// Birkhoff and Priver, J. Math. and Phys. 46 (1967).
 Bounds quinticError(double h, double sixth)
 {
     const double h2 = h * h;
@@ -126,7 +127,8 @@ Bounds quinticError(double h, double sixth)
             h2 * h2 / 1920.0 * sixth};
 }
 
-// A step that the proof has to stay below; rounding of rows is added to the bound.
+// The share of the tolerance for the proved error. The rest is for the rounding of the rows, which
+// is added to the bound.
 constexpr double kShareForRounding = 0.999;
 
 class TableMaker {
@@ -157,7 +159,7 @@ public:
     }
 
 private:
-    // Rows along a part, each as far as the tolerance reaches.
+    // Appends the rows of a part, each as far from the previous one as the tolerance allows.
     void walk(std::size_t index)
     {
         const Part& part = parts_[index];
@@ -219,7 +221,7 @@ private:
         return best;
     }
 
-    // One-sided values, as enclosed where the curve does not know the side.
+    // One-sided values: as computed if the enclosures contain them, else as enclosed.
     CurveValues limits(const Part& part, BoxEvaluator& evaluator, double x, Side side)
     {
         const CurveValues computed = curve_.at(x, side);
@@ -242,14 +244,14 @@ private:
         return values;
     }
 
-    // Whether the part begins with other values than the previous one ended with.
+    // Whether the part begins with values other than those at the end of the previous part.
     bool isDoubled(const CurveValues& start) const
     {
         const auto differs = [](double a, double b, double size) {
             return std::fabs(a - b) > 1e-9 * std::max({std::fabs(a), std::fabs(b), size});
         };
         const double h = table_.x.size() > 1 ? table_.x.back() - table_.x[table_.x.size() - 2] : 0.0;
-        const double size = tolerance_.value / 1e-3;  // what moves the quintic by a part of the tolerance
+        const double size = tolerance_.value / 1e-3;  // moves the quintic by a part of the tolerance
         if (differs(table_.y.back(), start.y, size))
             return true;
         return table_.form == Form::Xyva && h > 0.0 &&
@@ -274,7 +276,7 @@ private:
         std::size_t part;
     };
 
-    // Cells that are off too far are halved until all are within the tolerance.
+    // Halves cells with too large an error until all are within the tolerance.
     void fitCubic()
     {
         constexpr int kMostRounds = 40;
@@ -323,8 +325,8 @@ private:
         finer.push_back({middle, cell.to, cell.part});
     }
 
-    // The difference is 0 at both ends, so that it is h^2/8 times its second derivative at most;
-    // that is what it is in the middle and, at most, half a length times the third derivative.
+    // The difference is 0 at both ends, so it is at most h^2/8 times its second derivative. This is
+    // at most its value in the middle plus half the length times the third derivative.
     static double cubicError(const host::SplinePiece& piece, const Cell& cell, PartOrders& orders)
     {
         const double h = cell.to - cell.from;
@@ -332,7 +334,7 @@ private:
         const double t = middle - cell.from;
         const Interval second = orders.at(2, middle) - Interval(2.0 * piece.c + 6.0 * piece.d * t);
         const Interval third = orders.over(3, cell.from, cell.to) - Interval(6.0 * piece.d);
-        // The cubic meets the curve at both ends but for rounding, unless the value jumps.
+        // The cubic meets the curve at both ends except for rounding, unless the value jumps.
         const Interval endError =
             orders.at(0, cell.to) - Interval(piece.a + h * (piece.b + h * (piece.c + h * piece.d)));
         const Interval startError = orders.at(0, cell.from) - Interval(piece.a);

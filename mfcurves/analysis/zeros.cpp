@@ -16,9 +16,9 @@ Interval shifted(const Interval& y, double value)
     return value == 0.0 ? y : y - Interval(value);
 }
 
-// How far the zero may be from an x where the function is at most `size`: in a box where it
-// rises or falls throughout by `slope`, which is part of [from, to]. The slope beside x is
-// nearer to its own than that of the whole box, which may come close to 0 elsewhere.
+// A bound of the distance between x and the zero, in a box within [from, to] where the function
+// rises or falls throughout by `slope`. `size` bounds the function at x. The slope near x often
+// gives a smaller bound than that of the whole box, which may be close to 0 elsewhere.
 double reachOf(BoxEvaluator& function, std::size_t k, double x, double size, const Interval& slope,
                double from, double to)
 {
@@ -127,8 +127,8 @@ private:
         found_.push_back({std::max(from, from_), std::min(to, to_), x});
     }
 
-    // Touching finds are one zero: at the end that it reaches, where it was computed,
-    // or in the middle.
+    // Finds that touch are one zero. A single find is where it was computed; others are at the
+    // end of the range that they reach, or inside.
     void join()
     {
         std::sort(found_.begin(), found_.end(),
@@ -187,7 +187,7 @@ private:
     double value_;
     double from_;
     double to_;
-    double noise_ = 0.0;  // what cannot be told from 0
+    double noise_ = 0.0;  // values up to this size count as 0
     Zeros zeros_;
     std::vector<Found> found_;
 };
@@ -199,7 +199,7 @@ Zeros zerosOf(BoxEvaluator& function, int k, double value, double from, double t
     return ZeroSearch(function, k, value, from, to).run();
 }
 
-// Newton's method, which falls back on halving where it would leave the bracket.
+// Newton's method, with a halving step where it would leave the bracket.
 Zero zeroBetween(BoxEvaluator& function, int k, double value, double from, double to, const Interval& slope)
 {
     constexpr int kMostSteps = 100;

@@ -21,7 +21,7 @@ struct Zeros {
 };
 
 /// Where order k of a smooth function is `value` on [from, to], ends included.
-/// Places that rounding cannot tell apart, such as a multiple zero, are one.
+/// Places that rounding cannot separate, such as a multiple zero, count once.
 Zeros zerosOf(BoxEvaluator& function, int k, double value, double from, double to);
 
 /// The one zero of order k minus `value` between two x where it has different signs.
