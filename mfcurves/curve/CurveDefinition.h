@@ -9,11 +9,11 @@
 #include "mfcurves/motion/mfEnumerations.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// What a curve is made of: plain data with exact doubles, which mf::Curve turns
-/// into a curve. All texts are UTF-8.
+/// The definition of a curve: plain data with exact doubles, from which mf::Curve makes
+/// a curve. All texts are UTF-8.
 ///
-/// Equality is that of every field, texts to the letter and doubles by their bits,
-/// so that two equal definitions make curves of equal bits.
+/// Definitions are equal if every field is equal, texts exactly and doubles by their
+/// bits. Equal definitions make curves with the same bits.
 namespace mf {
 
 /// The x from `from` to `to`, both included.
@@ -22,7 +22,7 @@ struct Range {
     double to;    ///< the greatest x
 };
 
-/// One stretch of a curve made of rows. It starts where the previous one ends.
+/// One row of a curve. It starts where the previous one ends.
 struct CurveRow {
     double endX = 0.0;    ///< where the next row starts
     double value = 0.0;   ///< at endX
@@ -31,7 +31,7 @@ struct CurveRow {
 
 /// A motion law in the profile language (docs/profile-language.md).
 struct LawText {
-    std::string name;  ///< that rows call it by
+    std::string name;  ///< by which rows refer to it
     std::string text;  ///< "SegmentType(...) ... endSegmentType"
 };
 
@@ -49,18 +49,18 @@ enum class Over { Time, CycleAngle, MotionResult };
 struct SegmentShape {
     double startX = 0.0;         ///< where the first row starts
     double startValue = 0.0;     ///< the value there
-    std::vector<CurveRow> rows;  ///< at least one; ends do not descend, and one at least ascends
-    std::vector<LawText> laws;   ///< found before built-in and shipped laws of the same name
-    /// How numbers enter the laws: rounded to six decimals, as tables and documents
-    /// write them, or with all their digits.
+    std::vector<CurveRow> rows;  ///< at least one; endX never descends, and ascends at least once
+    std::vector<LawText> laws;   ///< take precedence over built-in and shipped laws of the same name
+    /// True: numbers enter the laws rounded to six decimals, as tables and documents
+    /// write them. False: with all their digits.
     bool sixDecimals = false;
 };
 
 /// A curve through points.
 struct PointShape {
-    std::vector<double> x;  ///< at least one, ascending
-    std::vector<double> y;  ///< as many
-    /// How the curve runs between the points; beyond them the end tangents go on.
+    std::vector<double> x;  ///< at least one, strictly ascending
+    std::vector<double> y;  ///< one for each x
+    /// How the curve runs between the points.
     Interpolation interpolation = Interpolation::Linear;
 };
 
@@ -68,8 +68,8 @@ struct PointShape {
 /// (docs/expressions.md).
 struct ExpressionShape {
     std::string text;   ///< such as "10*sin(2*pi*x)"
-    double from = 0.0;  ///< range of x; beyond it the expression goes on
-    double to = 0.0;    ///< not below `from`
+    double from = 0.0;  ///< the start of the range of x
+    double to = 0.0;    ///< the end of the range, not below `from`
 };
 
 /// Everything that makes one curve.
@@ -81,29 +81,29 @@ struct ExpressionShape {
 ///     cam.over = mf::Over::CycleAngle;
 ///     const mf::Curve curve(cam);
 ///
-/// Units: x in seconds, degrees or the unit of the motion result; values in
-/// millimetres, or degrees if `rotary`, and their derivatives by x, newtons or
-/// newton metres. Nothing is converted, so any other consistent unit will do.
+/// Units: x in seconds, degrees or the unit of the motion result. Displacements in
+/// millimetres, or degrees if `rotary`, velocities and accelerations in these per unit
+/// of x, forces in newtons, torques in newton metres. Nothing is converted, so any
+/// other consistent units will do.
 struct CurveDefinition {
     using Segments = SegmentShape;       ///< rows shaped by motion laws
     using Points = PointShape;           ///< a spline through points
     using Expression = ExpressionShape;  ///< a text
 
     std::variant<Segments, Points, Expression> shape;  ///< the curve itself
-    std::string name;                                  ///< for a person; may be empty
+    std::string name;                                  ///< for people; may be empty
     Quantity quantity = Quantity::Displacement;        ///< what its values are
     Over over = Over::Time;                            ///< what x is
     std::string motionResult;                          ///< name of the result; only for Over::MotionResult
-    bool rotary = false;                               ///< degrees in place of millimetres
-    /// The kind of X-Y data in a document; only where quantity and rotary do not
-    /// imply it.
+    bool rotary = false;                               ///< degrees instead of millimetres
+    /// The kind of X-Y data in a document; empty if quantity and rotary imply it.
     std::optional<MotFuncXYDataType_e> dataType;
 };
 
 /// What a document may refer to that is not in it.
 struct ReadSettings {
-    std::vector<std::string>
-        libraryFolders;  ///< each with a SegmentTypes.txt, the first one that knows a law wins
+    /// Folders with a SegmentTypes.txt. The first one that defines a law counts.
+    std::vector<std::string> libraryFolders;
     std::vector<std::string> motionResults;  ///< names that a curve may run over
 };
 

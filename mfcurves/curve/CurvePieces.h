@@ -8,7 +8,7 @@
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/host/SplinePieces.h"
 
-/// What a curve is made of, for those who examine it.
+/// The pieces of a curve, for its analysis.
 namespace mf::curve {
 
 /// A text of one variable, as the engine compiles it.
@@ -22,13 +22,13 @@ struct FormulaText {
 struct CurvePiece {
     double start = 0.0;
     double end = 0.0;
-    int row = 0;  // of a table, or of the point where the piece begins, both from 1; 0 for an expression
+    int row = 0;  // number from 1 of the row, or of the point where the piece begins; 0 for an expression
     /// The formula, with the numbers of its row, or a polynomial in x - start.
     std::variant<FormulaText, host::SplinePiece> formula;
 };
 
-/// The pieces in ascending order, each starting where the previous one ends. Rows of no
-/// length are not among them. A single point is one piece of no length.
+/// The pieces in ascending order, each starting where the previous one ends. Rows of
+/// length 0 are left out. A single point is one piece of length 0.
 std::vector<CurvePiece> piecesOf(const Curve& curve);
 
 }  // namespace mf::curve

@@ -17,7 +17,7 @@
 namespace mf {
 namespace {
 
-// What was found odd before belongs to the reasons why there is no curve.
+// If there is no curve, the warnings so far are reported together with the errors.
 std::shared_ptr<const curve::FrozenCurve> freeze(CurveDefinition definition, std::vector<Problem> warnings)
 {
     try {

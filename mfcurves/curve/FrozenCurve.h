@@ -23,7 +23,7 @@ struct FrozenRows {
     };
 
     host::KnotIndex starts;  // of the rows, and the end of the last one
-    std::vector<Row> rows;   // the last one twice, so that it is also what begins at its end
+    std::vector<Row> rows;   // the last one twice, so that it also begins at its own end
     std::vector<double> numbers;
     std::vector<std::shared_ptr<const engine::Formula>> formulas;
 };
@@ -32,7 +32,8 @@ struct FrozenExpression {
     std::shared_ptr<const engine::Formula> formula;
 };
 
-/// A definition, checked, with everything compiled that its evaluation needs. Constant.
+/// A checked definition and the compiled form of all that its evaluation needs. It never
+/// changes.
 class FrozenCurve {
 public:
     /// Throws CurveError with every problem of the definition.
@@ -52,8 +53,9 @@ public:
     /// The value at x between the ends of rows or an expression; NaN for points and every other x.
     double valueInside(double x) const noexcept;
 
-    /// Computes as many of `count` x, the first and those after it, as are computed together: at
-    /// least 1. Sets y[i] for them to the derivative of that order, and returns how many they are.
+    /// Computes the first x, and as many of the following ones, up to `count` in all, as can be
+    /// computed together with it. Sets y[i] to the derivative of that order for each of them and
+    /// returns their number, at least 1.
     std::size_t evaluateRun(const double* x, std::size_t count, Outside outside, int order,
                             double* y) const noexcept;
     /// The same for all orders.

@@ -26,7 +26,7 @@ constexpr const char* kDefinitionFile = "SegmentTypes.txt";
 constexpr const char* kDefaultSource = "(Default)";
 constexpr const char* kUserSource = "(User)";
 
-// "(Default)" of "Cubic (Default)"; empty where there is none.
+// "(Default)" of "Cubic (Default)"; empty for a name without a source.
 std::string sourceOf(const std::string& name)
 {
     const std::size_t open = name.find('(');
@@ -64,7 +64,7 @@ std::shared_ptr<const Law> lawNamed(const std::string& base, const Laws& laws)
     return found == laws.end() ? nullptr : *found;
 }
 
-// Why the text of one law does not parse; empty when it does.
+// Why the text of one law does not parse; empty if it does.
 std::string parse(const std::string& text, mfProfile_c& record)
 {
     const std::vector<std::string> definitions = profiles::cutDefinitions(profiles::normalText(text));
@@ -162,7 +162,7 @@ bool isBuiltIn(const std::string& name, std::string_view definitionText)
 LawFinder::LawFinder(const std::vector<LawText>& own, Laws library) : own_(own), library_(std::move(library))
 {
     for (const LawText& law : own_) {
-        // A name that is given twice means neither.
+        // A name that is given twice refers to neither law.
         if (const auto [place, isNew] = byName_.emplace(law.name, &law); !isNew)
             place->second = nullptr;
         byLooseName_.emplace(folded(law.name), &law);

@@ -17,39 +17,39 @@ namespace mf::curve {
 struct Law {
     mfProfile_c record;
     LawText text;            // as a definition stores it
-    bool isBuiltIn = false;  // a definition needs no text of it
+    bool isBuiltIn = false;  // a definition does not need its text
 };
 
 using Laws = std::vector<std::shared_ptr<const Law>>;
 
 const Laws& builtInLaws();
-/// Those of share/mfcurves/SegmentTypes.txt that are not built in.
+/// The laws of share/mfcurves/SegmentTypes.txt that are not built in.
 const Laws& shippedLaws();
 /// The path of the file SegmentTypes.txt in a folder.
 std::string definitionFileIn(const std::string& folder);
-/// The laws of that file. What keeps it from being read, and what
-/// the reader passes over, is appended to `problems`; there are no laws after an error.
+/// The laws of that file. Reasons why it cannot be read are appended to `problems` as
+/// errors, text that the reader skips as warnings. Empty after an error.
 Laws lawsOfFolder(const std::string& folder, std::vector<Problem>& problems);
 
 /// "Cubic" for "Cubic (Default)".
 std::string withoutSource(const std::string& name);
-/// Whether a law of that name and definition is the built-in one: "Cubic" or
-/// "Cubic (Default)" with its very text.
+/// Whether a law with that name and definition is a built-in one: "Cubic" or
+/// "Cubic (Default)" with exactly its text.
 bool isBuiltIn(const std::string& name, std::string_view definitionText);
 
 /// Finds laws by name: a definition's own, then those of a library, the built-in ones and
 /// the shipped ones. Each is parsed once.
 ///
-/// An own law is called by its name; if that is not found, it is enough that the names
-/// agree without the source in brackets, or but for case. Of the others, "(Default)" means
-/// the built-in law alone, and "(User)" as much as no source.
+/// An own law is found by its exact name, else by a name that agrees except for case or
+/// the source in brackets. For other laws "(Default)" means only the built-in law, and
+/// "(User)" means the same as no source.
 class LawFinder {
 public:
-    /// `own` is referred to.
+    /// `own` must outlive the finder.
     explicit LawFinder(const std::vector<LawText>& own, Laws library = {});
 
     struct Found {
-        std::shared_ptr<const Law> law;  // null where there is a problem
+        std::shared_ptr<const Law> law;  // null if there is a problem
         std::string problem;             // "there is no law ..."
         bool isOwn = false;
     };

@@ -14,8 +14,8 @@
 
 namespace mf::curve {
 
-/// What a function needs of a host while a document is read or written: the names of motion
-/// results. Points do without a spline and rows without a profile manager.
+/// The host of a function while a document is read or written. It only has the names of motion
+/// results: points need no spline then, and rows no profile manager.
 class DocumentHost : public QelMotionFunctionContext_c {
 public:
     explicit DocumentHost(const std::vector<std::string>& motionResults);
@@ -28,8 +28,8 @@ private:
     host::Services services_;
 };
 
-/// Takes back, at its end, the starts of the XML engine that the calling thread has made
-/// since.
+/// Undoes, when it is destroyed, the starts of the XML engine that the calling thread has
+/// made since it was constructed.
 class XmlStarts {
 public:
     XmlStarts();
@@ -41,12 +41,12 @@ private:
     const int before_;
 };
 
-/// A motion function to read a document into or to write one from, whatever the process
-/// and its host are doing: it asks a host of its own and leaves nothing behind.
+/// A motion function to read a document into or to write one from, independently of the
+/// process and its host: it uses its own host and leaves no trace.
 ///
-/// Its kinds are members, because mfFunctionData_c::initialize exchanges the resource library
-/// of the process for a moment.
-/// Threads: any number may have one each; it ends in the thread that made it.
+/// Its kinds are members, because mfFunctionData_c::initialize would briefly replace the
+/// resource library of the process.
+/// Threads: each thread may have its own; the thread that made it must destroy it.
 class PlainFunction : public mfFunctionData_c {
 public:
     explicit PlainFunction(const std::vector<std::string>& motionResults = {});

@@ -9,16 +9,16 @@
 
 namespace mf {
 
-/// One thing that is wrong or odd, in words for a person.
+/// One error or oddity, in words for people.
 struct Problem {
-    /// An error leaves no curve; with a warning there is one.
+    /// With an error there is no curve; with a warning there is one.
     enum class Level { Error, Warning };
 
     /// How bad it is.
     Level level = Level::Error;
     /// Where: "cam.xml:12", "row 3", "point 3", "character 7", counted from 1. The
-    /// row that states where a curve begins is row 0. Empty where it is about the
-    /// whole.
+    /// row that states where a curve begins is row 0. Empty if the problem is about
+    /// the whole.
     std::string place;
     /// One line, UTF-8: what was expected and what was found. Its first letter is
     /// lower case, and it has no full stop.
@@ -30,7 +30,7 @@ inline bool operator==(const Problem& a, const Problem& b)
 {
     return a.level == b.level && a.place == b.place && a.message == b.message;
 }
-/// Different in some field.
+/// Different in any field.
 inline bool operator!=(const Problem& a, const Problem& b)
 {
     return !(a == b);
@@ -48,13 +48,13 @@ inline bool operator!=(const Problem& a, const Problem& b)
 /// `what()` has one line for each problem, "PLACE: MESSAGE".
 class MFCURVES_API CurveError : public std::runtime_error {
 public:
-    /// With all that was found; what() is made of it.
+    /// Takes all problems found; what() is made from them.
     explicit CurveError(std::vector<Problem> problems);
     CurveError(const CurveError&) = default;
     CurveError& operator=(const CurveError&) = default;
     ~CurveError() override;
 
-    /// All that was found, in the order of places; at least one is an error.
+    /// All problems found, errors before warnings; at least one is an error.
     const std::vector<Problem>& problems() const { return problems_; }
 
 private:

@@ -26,8 +26,9 @@ static_assert(kBlock >= kMostPoints);
 
 // --- The argument ------------------------------------------------------------------------
 
-// Where the numbers of an argument are, before all others. It is (x + shift) / factor where it
-// divides, else (x + shift) * factor + offset; a division is slow and most laws have one.
+// The positions of the numbers of an argument, which are before all others. The argument is
+// (x + shift) / scale if it divides, else (x + shift) * scale + offset. A division is slow, so
+// only laws that need one have it.
 enum ArgumentNumber { kShift, kScale, kOffset, kArgumentNumbers };
 
 template <bool divides>
@@ -59,11 +60,11 @@ void allByBlock(decltype(RowForm::block) block, RowData row, const double* x, st
 
 // --- Polynomial laws ---------------------------------------------------------------------
 
-// Where the numbers of a polynomial law are.
+// The positions of the numbers of a polynomial law.
 enum PolynomialNumber { kFactor = kArgumentNumbers, kAddend, kCoefficients };
 
-// The polynomial of an order of a law: u^lowest times so many terms, which follow those of the
-// lower orders.
+// The polynomial of an order of a law: u^lowest times a sum of `terms` terms, whose coefficients
+// begin at `first`, after those of the lower orders.
 template <std::uint32_t lawTerms, unsigned lawLowest, int order>
 struct Polynomial {
     using Below = Polynomial<lawTerms, lawLowest, order - 1>;
@@ -173,8 +174,8 @@ struct PolynomialRow {
         }
     }
 
-    // A flat law has the value of any other, by the same function, so that a processor that
-    // foresees calls does not tell them apart.
+    // The value of a flat law is computed by the function for other laws, so that the processor
+    // predicts the call better.
     static constexpr RowForm form = {PolynomialRow<terms, lowest, divides, false>::value, orders, block, all};
 };
 
@@ -206,7 +207,7 @@ const RowForm* formOf(const engine::PolynomialLaw& law, std::vector<double>& num
 
 // --- Sine laws -----------------------------------------------------------------------------
 
-// Where the numbers of a sine law are. Those of order k are 3 k after the first.
+// The positions of the numbers of a sine law. Those of order k are 3 k after those of order 0.
 enum SineNumber { kFirstShift = kArgumentNumbers, kFirstFactor, kFirstAddend };
 
 template <bool beginsWithCosine, bool divides, bool isFlat>
@@ -296,7 +297,7 @@ void formulaOrders(RowData row, double x, int order, double* values)
     evaluateFormula(*row.formula, x, order, values);
 }
 
-// Formulas with more registers would leave the processor's caches in blocks.
+// Blocks of formulas with more registers would not fit into the caches of the processor.
 constexpr std::size_t kMostBlockRegisters = 512;
 
 void formulaBlock(RowData row, const double* x, std::size_t count, int lowestOrder, int highestOrder,
@@ -325,8 +326,8 @@ void formulaAll(RowData row, const double* x, std::size_t count, CurveValues* va
     allByBlock(formulaBlock, row, x, count, values);
 }
 
-// The distances from x at which a formula is asked for its branch, nearest first: a condition
-// may take some to differ from what it is at x.
+// Tries points beside x, the nearest first, until all branches of a formula are decided there. A
+// condition may need some distance to differ from its value at x.
 template <class Try>
 void besideInTurn(double x, bool fromLeft, const Try& isSettledAt)
 {

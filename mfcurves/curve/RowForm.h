@@ -20,7 +20,7 @@ union RowData {
     const engine::Formula* formula;
 };
 
-/// How rows of one form are computed. What is not finite is left as it is.
+/// The functions that compute rows of one form. Values that are not finite stay as they are.
 struct RowForm {
     double (*value)(RowData row, double x);
     /// values[k] for k from 0 to `order`; the others up to 3 may be written too.
@@ -28,17 +28,17 @@ struct RowForm {
     /// values[k][i] for k from `lowest` to `highest` at `count` points, at most kMostPoints.
     void (*block)(RowData row, const double* x, std::size_t count, int lowest, int highest,
                   double* const* values);
-    /// values[i] at as many points.
+    /// values[i] at `count` points, at most kMostPoints.
     void (*all)(RowData row, const double* x, std::size_t count, CurveValues* values);
 };
 
 extern const RowForm kFormulaRow;
 
-/// The form of rows with such a law, and its numbers appended to `numbers`; null for a law that
-/// has no form of its own.
+/// Returns the form of rows with such a law and appends its numbers to `numbers`; null for a law
+/// without a form.
 const RowForm* rowFormOf(const engine::LawForm& law, std::vector<double>& numbers);
 
-/// values[0..order] of a formula at x; NaN when there is no memory for its registers.
+/// Sets values[0] to values[order] of a formula at x; NaN if there is no memory for its registers.
 void evaluateFormula(const engine::Formula& formula, double x, int order, double* values);
 
 /// The same as a limit from the left or the right.

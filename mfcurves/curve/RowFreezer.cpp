@@ -23,7 +23,7 @@ bool areFinite(std::initializer_list<double> numbers)
 }  // namespace
 
 // Each row may have about a thousand characters, which is more than any ordinary law has, and
-// a few rows may have the longest text that the engine takes.
+// a few rows may have the longest text that the engine accepts.
 std::size_t RowFreezer::charactersAllowed(std::size_t rows)
 {
     return 4 * engine::kLongestText + 1024 * rows;
@@ -91,7 +91,7 @@ void RowFreezer::iCompile(const Law& law, const CurveRow& row, const std::string
         iKeep(std::get<std::shared_ptr<const engine::Formula>>(std::move(formula)));
 }
 
-// What cannot be paid ends the work.
+// Takes the characters of a formula off those left. If they are too many, no further row is read.
 bool RowFreezer::iPayFor(std::size_t characters)
 {
     isTooLong_ = characters > charactersLeft_;
@@ -100,7 +100,7 @@ bool RowFreezer::iPayFor(std::size_t characters)
     return !isTooLong_;
 }
 
-// Of a law of a known form the numbers are kept, of any other the formula.
+// Keeps the numbers of a law of a known form, and the formula of any other law.
 void RowFreezer::iKeep(std::shared_ptr<const engine::Formula> formula)
 {
     const std::size_t firstNumber = frozen_.numbers.size();
@@ -112,7 +112,7 @@ void RowFreezer::iKeep(std::shared_ptr<const engine::Formula> formula)
         frozen_.formulas.push_back(std::move(formula));
 }
 
-// Now that the lists of numbers and formulas grow no more.
+// Sets the pointers into the lists of numbers and formulas, which no longer grow.
 void RowFreezer::iFinish()
 {
     frozen_.numbers.shrink_to_fit();

@@ -12,12 +12,12 @@ namespace mf::curve {
 
 /// Checks the rows of a shape and compiles them.
 ///
-/// A short definition can name one long law in many rows. So their formulas may only have so
-/// many characters together; the row that goes beyond is a problem, and those after it are not
-/// looked at.
+/// A short definition can name one long law in many rows. Therefore the number of characters in
+/// all their formulas is limited; the row that exceeds the limit is a problem, and the rows after
+/// it are not checked.
 class RowFreezer {
 public:
-    /// Both are referred to; problems are appended.
+    /// Both must outlive the object; problems are appended.
     RowFreezer(const SegmentShape& shape, std::vector<Problem>& problems)
         : shape_(shape),
           problems_(problems),
@@ -26,10 +26,10 @@ public:
     {
     }
 
-    /// How many characters the formulas of so many rows may have together.
+    /// How many characters the formulas of `rows` rows may have in all.
     static std::size_t charactersAllowed(std::size_t rows);
 
-    /// What it returns is of use only if there were no problems.
+    /// The result may be used only if no problem was appended.
     FrozenRows freeze();
 
     /// The texts of the laws that the rows use and the shape does not have.
@@ -45,12 +45,12 @@ private:
     const SegmentShape& shape_;
     std::vector<Problem>& problems_;
     LawFinder laws_;
-    std::size_t charactersLeft_;  // for the formulas of the rows to come
+    std::size_t charactersLeft_;  // for the formulas of the remaining rows
     bool isTooLong_ = false;
     FrozenRows frozen_;
     std::vector<double> starts_;
     std::vector<std::size_t> places_;  // by row: of its first number or of its formula
-    double startX_ = 0.0;              // of the row whose turn it is
+    double startX_ = 0.0;              // of the current row
     double startValue_ = 0.0;
 };
 

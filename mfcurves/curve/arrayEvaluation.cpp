@@ -10,8 +10,8 @@
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/FrozenCurve.h"
 
-// A curve at many x: runs of x on one piece are computed together. Of x in no order those of one
-// row are brought together first, block by block.
+// Evaluates a curve at many x. Successive x on one piece are computed together. Unsorted x are
+// first gathered by row, block by block.
 
 namespace mf {
 namespace curve {
@@ -20,16 +20,16 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// Fewer x of one row are quicker one by one.
+// Fewer x of one row are faster one by one.
 constexpr std::size_t kFewestPoints = 4;
 
-// Of at least so many x in no order those of one row are brought together, if the rows are few.
+// Unsorted x are gathered by row if there are enough of them and the rows are few.
 constexpr std::size_t kFewestMixedPoints = 256;
 constexpr std::size_t kMostMixedPoints = 4096;
 constexpr std::size_t kMostMixedRows = 32;
 
-// How many x, from the first one on, are at `from` or above it and below `to`. Many are compared
-// at once, without a branch in between.
+// The number of x, from the first one on, that are in [from, to). Sixteen are compared at once,
+// without a branch in between.
 std::size_t runBetween(const double* x, std::size_t count, double from, double to)
 {
     constexpr std::size_t kAtOnce = 16;
@@ -46,7 +46,7 @@ std::size_t runBetween(const double* x, std::size_t count, double from, double t
     return length;
 }
 
-// The row that an x belongs to, or would if its ends were not where they are.
+// The row that contains an x; for an x beyond the ends, the row at that end.
 std::size_t rowAt(const FrozenRows& rows, double x)
 {
     if (!(x > rows.starts.first()))
@@ -60,8 +60,8 @@ double finiteOrNaN(double value)
     return value - value == 0.0 ? value : kNaN;
 }
 
-// What is not finite has no difference from itself. Several sums side by side do not wait for
-// each other.
+// The difference of a value from itself is 0 if it is finite, else NaN. Several sums do not wait
+// for each other.
 bool areFinite(const double* values, std::size_t count)
 {
     constexpr std::size_t kSums = 8;
@@ -91,8 +91,9 @@ bool areFinite(const CurveValues* values, std::size_t count)
     return y + d1 + d2 + d3 == 0.0;
 }
 
-// Brings x of one row together, and calls compute(row, x, places, length) for at most kGathered of
-// them at a time, where places are those in the array; other(i) for x beyond the ends.
+// Gathers the x of each row. Calls compute(row, x, places, length) for at most kGathered of them
+// at a time, where `places` are their positions in the array, and other(i) for each x beyond the
+// ends.
 template <class Compute, class Other>
 void eachByRow(const FrozenRows& rows, const double* x, std::size_t count, const Compute& compute,
                const Other& other)
@@ -127,8 +128,8 @@ void eachByRow(const FrozenRows& rows, const double* x, std::size_t count, const
 
 }  // namespace
 
-// The row that computes x[0], and how many x from there on are its; no length where another
-// rule holds.
+// The row that computes x[0], and the number of x from there on that it computes; 0 if another
+// rule applies to x[0].
 FrozenCurve::Run FrozenCurve::iRun(const double* x, std::size_t count, Outside outside) const noexcept
 {
     const bool extends = outside == Outside::Extend;
@@ -148,7 +149,7 @@ FrozenCurve::Run FrozenCurve::iRun(const double* x, std::size_t count, Outside o
     return {rows->rows[row], runBetween(x, count, from, to)};
 }
 
-// The rows, if it is worth it to bring those of so many x together that are of one row; else null.
+// The rows, if it is worth gathering so many x by row; else null.
 const FrozenRows* FrozenCurve::iMixedRows(std::size_t count) const noexcept
 {
     const auto* rows = std::get_if<FrozenRows>(&pieces_);

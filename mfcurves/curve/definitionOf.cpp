@@ -41,8 +41,8 @@ std::string rowPlace(int row)
     return "row " + std::to_string(row);
 }
 
-// The quantity that the kind says it gives, by its own field for motor or force. A kind
-// that says it in the other field alone means that one.
+// The quantity in the field of the kind that is valid for its object, motor or force. If
+// only the other field has a quantity, it is that one. Null if neither has one.
 const QuantityRecord* quantityOf(const mfFunctionBase_c& kind)
 {
     const bool isMotor = kind.motionObjectType == 0;
@@ -106,8 +106,8 @@ bool isRotary(MotFuncXYDataType_e type)
     return type >= MfXY_Disp_RotMotor && type <= MfXY_Acc_RotMotor;
 }
 
-// A number as a law has it: six digits after a point. Texts without them are those of the
-// same law with any numbers.
+// A formula with "#" for each number with six decimals, as laws insert them, and without minus
+// signs. Two formulas of one law with different numbers become equal.
 std::wstring withoutNumbers(const std::wstring& formula)
 {
     constexpr std::wstring_view kDigits = L"0123456789";
@@ -115,7 +115,7 @@ std::wstring withoutNumbers(const std::wstring& formula)
     for (std::size_t i = 0; i < formula.size();) {
         const std::size_t end = std::min(formula.find_first_not_of(kDigits, i), formula.size());
         if (end == i) {
-            if (formula[i] != L'-')  // the sign of a number enters with it
+            if (formula[i] != L'-')  // it may be the sign of an inserted number
                 text += formula[i];
             ++i;
             continue;
@@ -129,10 +129,10 @@ std::wstring withoutNumbers(const std::wstring& formula)
     return text;
 }
 
-// The laws of a host for the rows of its table; the default one where a row has none.
+// The laws of a host for the rows of its table; the default law for a row without one.
 class RowLaws {
 public:
-    // The law of a row; null where its key has none.
+    // The law of a row; null if the host has no law for its key.
     const mfProfile_c* recordOf(const mfSegment_c& segment)
     {
         const mfProfileKey_c* key = segment.getProfileKey();
@@ -162,7 +162,7 @@ private:
     mfProfileManager_c* const manager_ = interfaces::profileManager();
 };
 
-// A formula that was set by hand is not a law, so no definition has it.
+// False for a formula that was set by hand: it is not a law, so no definition can contain it.
 bool hasFormulaOf(const mfProfile_c& law, const mfSegment_c& segment)
 {
     const CString held = segment.getProfileExpr();
@@ -221,7 +221,7 @@ private:
     std::string iFreeName(const RowLaw& law)
     {
         std::string name(law.name);
-        // Only a built-in law is called by that source.
+        // That source is for built-in laws only.
         if (const std::size_t source = name.find(" (Default)"); source != std::string::npos)
             name.replace(source, std::string::npos, " (Assembly)");
         std::string free = name;
@@ -272,9 +272,7 @@ SegmentShape rowsOf(mfFunctionSegments_c& table, std::vector<Problem>& problems)
             shape.startX = segment->getStartX();
         else if (segment->getStartX() != shape.rows.back().endX)
             report(problems, Problem::Level::Error, rowPlace(row),
-                   "it starts at " + shortNumber(segment->getStartX()) +
-                       ", where the previous row does not "
-                       "end; that ends at " +
+                   "it starts at " + shortNumber(segment->getStartX()) + ", but the previous row ends at " +
                        shortNumber(shape.rows.back().endX));
         shape.rows.push_back({segment->getEndX(), segment->getValue(), {}});
     }

@@ -13,16 +13,16 @@ class mfFunctionData_c;
 class mfFunctionExpression_c;
 class mfFunctionSegments_c;
 
-/// From motion functions to definitions. What is odd is appended to `problems` as warnings,
-/// what makes a definition impossible as errors.
+/// Makes definitions from motion functions. Oddities are appended to `problems` as warnings,
+/// reasons why there is no definition as errors.
 namespace mf::curve {
 
-/// The definition of what a function is now.
+/// The definition of a function in its current state.
 CurveDefinition definitionOf(mfFunctionData_c& function, std::vector<Problem>& problems);
 
 // The parts of it:
 
-/// A definition that has name, quantity and variable.
+/// A definition with name, quantity and variable only.
 CurveDefinition headOf(mfFunctionData_c& function, const mfFunctionBase_c& kind,
                        std::vector<Problem>& problems);
 /// The numbers of a table's rows, whose profiles are left empty.
@@ -30,15 +30,15 @@ SegmentShape rowsOf(mfFunctionSegments_c& table, std::vector<Problem>& problems)
 PointShape pointsOf(mfFunctionDataPoints_c& table);
 ExpressionShape textOf(mfFunctionExpression_c& expression);
 
-/// A law as its source calls it: "Bend (cam)" and its definition in normal form.
+/// A law with its name and source, such as "Bend (cam)", and its definition in normal form.
 struct RowLaw {
     std::string_view name;
     std::string_view definition;
 };
 
-/// Gives the rows of `shape` their laws, one for each. Built-in laws get their plain names
-/// unless another law would answer to them; all others come with their texts, and under
-/// distinct names where one name stands for several texts.
+/// Sets the laws of the rows of `shape`, one for each. Built-in laws get their plain names
+/// unless another law would be found by them. The texts of all others are added to `shape`,
+/// under distinct names if one name has several texts.
 void nameLaws(SegmentShape& shape, const std::vector<RowLaw>& laws);
 
 }  // namespace mf::curve

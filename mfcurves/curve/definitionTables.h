@@ -5,7 +5,7 @@
 
 namespace mf::curve {
 
-/// How the enumerations of a motion function say a quantity.
+/// A quantity and its values in the enumerations of a motion function.
 struct QuantityRecord {
     const char* name;  ///< for a message
     Quantity quantity;

@@ -7,8 +7,8 @@
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/FrozenCurve.h"
 
-// A curve at one x. The calls of Curve are here, beside what they call, so that the usual case, an
-// x between the ends, is one function.
+// Evaluates a curve at one x. The operations of Curve are in one file with the functions that they
+// call, so that the usual case, an x between the ends, is compiled into one function.
 
 namespace mf {
 namespace curve {
@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// What is not finite has no difference from itself.
+// The difference of a value from itself is 0 if it is finite, else NaN.
 bool areFinite(const double* values, int order)
 {
     double differences = 0.0;
@@ -60,7 +60,7 @@ void evaluatePolynomial(const host::SplinePiece& piece, double t, double* values
     values[3] = d6;
 }
 
-// The left limit at a knot has the knot's own Y, as the last piece has it.
+// The left limit at a knot is exactly the knot's own Y, the `a` of the piece that begins there.
 void evaluateInside(const host::SplinePieces& spline, double x, Side side, int, double* values)
 {
     const std::size_t index = spline.indexAt(x);
@@ -74,7 +74,7 @@ void evaluateInside(const host::SplinePieces& spline, double x, Side side, int, 
     }
 }
 
-// A derivative only where there is a value and every lower one.
+// Keeps a derivative only if the value and every lower derivative are finite.
 [[gnu::noinline]] void takeOutAboveNaN(int order, double* values)
 {
     for (int k = 1; k <= order; ++k)
@@ -151,7 +151,7 @@ void FrozenCurve::iRepeated(double x, Side side, int order, double* values) cons
     }
 }
 
-// The usual cases by the shortest way. Anything else is NaN here.
+// A short way for the usual cases. Returns NaN for all others.
 inline double FrozenCurve::valueInside(double x) const noexcept
 {
     if (!(x >= firstX_ && x <= lastX_))

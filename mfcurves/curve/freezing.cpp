@@ -15,7 +15,7 @@
 namespace mf::curve {
 namespace {
 
-// The names of an expression that compiles.
+// The variables of an expression that compiles, as a list for a message.
 std::string variablesOf(const std::string& text)
 {
     constexpr std::size_t kMostNames = 5;

@@ -9,13 +9,12 @@
 
 namespace mf::curve {
 
-/// The formula of a row between two points, under the shape's rule for numbers. False when
-/// it would be longer than the engine takes.
+/// Sets `formula` to that of a row between two points, under the shape's rule for numbers.
+/// False if it would be longer than the engine accepts.
 bool lawFormula(const Law& law, double startX, double startValue, const CurveRow& row, bool sixDecimals,
                 FormulaText& formula);
 
-/// A number with as many digits as it takes to tell it from its neighbours, without an
-/// exponent.
+/// The shortest text without an exponent that reads back as the number.
 std::string allDigits(double number);
 
 }  // namespace mf::curve

@@ -15,12 +15,12 @@ struct Law {
     std::string text;    ///< its definition, in normal form (docs/profile-language.md)
 };
 
-/// All laws that are known without a definition of their own: those of the file
-/// SegmentTypes.txt in each folder, in that order, the built-in ones and the shipped ones
-/// (share/mfcurves/SegmentTypes.txt, which is data of the library). Where several have one
+/// All laws that rows may name without defining them: those of the file SegmentTypes.txt
+/// in each folder, in that order, the built-in ones and the shipped ones
+/// (share/mfcurves/SegmentTypes.txt, which is data of the library). If several have the same
 /// name, a row takes the first.
 ///
-/// Throws CurveError with place and reason when a file cannot be read or does not parse.
+/// Throws CurveError with place and reason if a file cannot be read or does not parse.
 /// Any thread may call it.
 MFCURVES_API std::vector<Law> laws(const std::vector<std::string>& folders = {});
 

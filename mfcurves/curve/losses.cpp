@@ -16,16 +16,16 @@
 namespace mf::curve {
 namespace {
 
-constexpr std::size_t kMostLosses = 20;  // told one by one
+constexpr std::size_t kMostLosses = 20;  // reported one by one
 
-// With as many digits as tell it from its neighbours.
+// The shortest text that reads back as the number.
 std::string digits(double number)
 {
     char buffer[40];
     return {buffer, std::to_chars(std::begin(buffer), std::end(buffer), number).ptr};
 }
 
-// How far one curve is from another, over some of their x.
+// The largest distance between two curves at some x, and the x where it is.
 struct Distance {
     double size = 0.0;
     double x = 0.0;
@@ -37,7 +37,7 @@ struct Distance {
     }
 };
 
-// The definition of a curve beside the one that its document gives.
+// Compares the definition of a curve with the one that was read from its document.
 class Comparison {
 public:
     Comparison(const Curve& curve, const CurveDefinition& read) : curve_(curve), read_(read)
@@ -56,8 +56,8 @@ public:
         if (whole.over != read_.over || whole.motionResult != read_.motionResult)
             add("", "the motion result " + quoted(whole.motionResult) +
                         (read_.over == Over::MotionResult ? " becomes " + quoted(read_.motionResult)
-                         : read_.over == Over::Time       ? " is that of time"
-                                                          : " is that of the cycle angle"));
+                         : read_.over == Over::Time       ? " becomes time"
+                                                          : " becomes the cycle angle"));
         if (whole.rotary != read_.rotary)
             add("", whole.rotary ? "the document does not say that it is rotary"
                                  : "the document says that it is rotary");
@@ -81,7 +81,7 @@ private:
             add("", std::string(what) + ' ' + quoted(whole) + " becomes " + quoted(read));
     }
 
-    // A number that becomes another moves the curve in these stretches.
+    // Reports a number that changes, and how far that moves the curve in these stretches.
     void compare(const std::string& place, const char* what, double whole, double read,
                  std::initializer_list<Range> stretches)
     {
@@ -160,14 +160,14 @@ private:
     {
         const auto& read = std::get<ExpressionShape>(read_.shape);
         compare("the expression", whole.text, read.text);
-        // The range is no part of the value.
+        // The range does not change the value.
         compare("", "the range's start", whole.from, read.from, {});
         compare("", "the range's end", whole.to, read.to, {});
     }
 
     const Curve& curve_;
     const CurveDefinition& read_;
-    std::optional<Curve> readCurve_;  // none where the document holds no curve
+    std::optional<Curve> readCurve_;  // empty if the document has no curve
     std::vector<Problem> losses_;
     std::size_t count_ = 0;  // of numbers that change
     Distance worst_;

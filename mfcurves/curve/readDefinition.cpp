@@ -21,7 +21,7 @@ namespace {
 using documents::DocumentLaws;
 using documents::ReadOutcome;
 
-// Where a document comes from, for its places.
+// Where a document comes from, for the places of problems.
 struct Origin {
     std::string path;  // empty for a text
 
@@ -55,8 +55,9 @@ public:
             library_.push_back(std::move(law));
     }
 
-    // A name that the document does not define is that of a law of the library, or the bare
-    // name of a built-in one if the document defines any at all; no other name counts.
+    // A name that the document does not define may be that of a library law, or the bare name
+    // of a built-in law if the document defines laws at all. For any other name the result is
+    // empty.
     RowLaw lawOf(const std::string& name) const
     {
         if (const auto own = own_.find(name); own != own_.end())
@@ -114,8 +115,8 @@ Laws libraryOf(const ReadSettings& settings, std::vector<Problem>& problems)
     return library;
 }
 
-// What x is in the document of an expression, by the names that the library has itself: those
-// of a host's resource library are for its own documents.
+// Sets the meaning of x for the document of an expression. Only the library's own names count:
+// those of a host's resource library are for the documents of that host.
 void setVariable(CurveDefinition& definition, const std::string& name)
 {
     const std::wstring wide = platform::widen(name);
@@ -130,7 +131,7 @@ void setVariable(CurveDefinition& definition, const std::string& name)
     }
 }
 
-// What a text loses before it is read as XML.
+// Reports what a text loses before it is read as XML.
 void checkBytes(std::string_view xml, std::vector<Problem>& problems)
 {
     const auto warn = [&](std::size_t position, const char* message) {
@@ -194,8 +195,8 @@ CurveDefinition read(const Origin& origin, std::string xml, const ReadSettings& 
     for (const documents::Remark& remark : outcome.remarks)
         problems.push_back({Problem::Level::Warning, remark.place, oneLine(remark.message)});
     if (outcome.remarks.size() == documents::kMostRemarks)
-        problems.push_back({Problem::Level::Warning, "",
-                            "after these, no more numbers and rows were examined for what is odd"});
+        problems.push_back(
+            {Problem::Level::Warning, "", "after these, numbers and rows were no longer checked"});
 
     CurveDefinition definition;
     if (!outcome.reason.empty())

@@ -8,11 +8,11 @@
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/curve/Problem.h"
 
-/// From documents to definitions, in any thread and apart from the host.
+/// Reads documents as definitions, in any thread and independently of the host.
 namespace mf::curve {
 
-/// The definition in the file `path`, or in the text of a document. Throws CurveError when
-/// there is none; what the document says oddly is appended to `warnings`.
+/// The definition in the file `path`, or in the text of a document. Throws CurveError if it
+/// cannot be read; oddities of the document are appended to `warnings`.
 CurveDefinition readDefinitionFile(const std::string& path, const ReadSettings& settings,
                                    std::vector<Problem>& warnings);
 CurveDefinition readDefinitionText(std::string_view xml, const ReadSettings& settings,

@@ -8,11 +8,11 @@
 
 namespace mf::curve {
 
-/// Registers on the stack are quickest up to here, and possible up to 64 kB.
+/// Up to how many registers the stack is fastest, and up to how many (64 kB) it is used.
 constexpr std::size_t kFewRegisters = 64;
 constexpr std::size_t kMostRegistersOnStack = 8192;
 
-/// Room for `count` doubles that the thread keeps; null when there is no memory for it.
+/// Room for `count` doubles that the thread keeps; null if there is no memory for it.
 inline double* threadRegisters(std::size_t count) noexcept
 try {
     thread_local std::vector<double> registers;
@@ -30,7 +30,7 @@ template <class Use>
     use(registers);
 }
 
-/// Calls use(registers) with room for `count` doubles. False, without a call, when there is no
+/// Calls use(registers) with room for `count` doubles. False, without a call, if there is no
 /// memory for it.
 template <class Use>
 bool withRegisters(std::size_t count, const Use& use)

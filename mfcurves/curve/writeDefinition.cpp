@@ -65,8 +65,8 @@ private:
         function.setFunctionType(FunctionType_Segments);
         setVariables(function.segments, definition);
         LawFinder finder(shape.laws);
-        // The first row states the value at the start. Without a law it would keep those of
-        // the others out of the document.
+        // The first row has the value at the start. If it had no law, those of the other rows
+        // would not be written.
         iAddRow(shape.startX, {shape.startX, shape.startValue, shape.rows.front().profile}, finder);
         double startX = shape.startX;
         for (const CurveRow& row : shape.rows) {

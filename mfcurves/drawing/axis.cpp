@@ -55,8 +55,8 @@ void placeTicks(Axis& axis, double step)
         axis.ticks.push_back(std::clamp((first + i) * step, axis.low, axis.high));
 }
 
-// A common power of ten, a multiple of three, for values that would need many
-// zeros, and as many decimals as tell the ticks apart.
+// Chooses a common power of ten, a multiple of three, for values that would need many
+// zeros, and enough decimals to distinguish the ticks.
 void chooseLabels(Axis& axis, double step)
 {
     const double largest = std::max(std::fabs(axis.low), std::fabs(axis.high));
@@ -68,7 +68,7 @@ void chooseLabels(Axis& axis, double step)
     axis.decimals = std::max(0, -stepMagnitude);
 }
 
-// Room around a value that stands alone, so that its line runs in the middle.
+// Adds room around a single value, so that its line runs in the middle.
 void widenConstant(double& low, double& high)
 {
     const double largest = std::max(std::fabs(low), std::fabs(high));

@@ -62,14 +62,14 @@ private:
     bool isOpen_ = false;
 };
 
-// What rounding leaves of 0, measured by the whole curve, is 0.
+// A value that is 0 except for rounding, compared with the whole curve, becomes 0.
 Point withoutRounding(Point point, double size)
 {
     constexpr double kRounding = 1e-12;
     return std::fabs(point.y) <= kRounding * size ? Point{point.x, 0.0} : point;
 }
 
-// The extremes of what is drawn, and those of the formulas where they go further.
+// Takes the extremes of the analysis. If they are not proved, the drawn points count as well.
 void addExtremes(Trace& trace, const analysis::Summary& summary, double factor)
 {
     trace.areExtremesProved = summary.guaranteed;
@@ -94,8 +94,8 @@ void addExtremes(Trace& trace, const analysis::Summary& summary, double factor)
     trace.greatest = withoutRounding(*trace.greatest, size);
 }
 
-// Extremes that are not proved and far from nearly all values are those beside a pole, an accident of where
-// the curve was evaluated.
+// Extremes that are not proved and far from nearly all values come from a pole, and depend on where the
+// curve happens to be evaluated.
 bool hasPole(const Trace& trace, const Range& most)
 {
     constexpr double kFar = 1e3;
@@ -156,7 +156,8 @@ void cutPoles(Trace& trace)
     trace.lines = std::move(within);
 }
 
-// An expression goes on beyond its range, a question about it does not.
+// The curve with the range that is drawn: an expression continues beyond its range, but its analysis does
+// not.
 Curve examined(const Curve& curve, Range range)
 {
     CurveDefinition definition = curve.definition();
@@ -168,7 +169,7 @@ Curve examined(const Curve& curve, Range range)
     return Curve(definition);
 }
 
-// What a picture marks: extremes and impulses, those of the formulas and not of the drawn points.
+// Adds what a picture marks: extremes and impulses.
 void addMarks(Diagram& diagram, const Curve& curve, double rate)
 {
     const Range range{diagram.from, diagram.to};

@@ -9,7 +9,7 @@
 #include "mfcurves/drawing/quantities.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// Pictures of curves: what a picture shows as plain data, and that as SVG.
+/// Pictures of curves: their contents as plain data, and as SVG.
 ///
 ///     const mf::Curve cam = mf::Curve::read("cam.xml");
 ///     const std::string svg = mf::drawing::toSvg(mf::drawing::diagramOf({cam}));
@@ -21,7 +21,7 @@ struct Point {
     double y;  ///< of the value or derivative
 };
 
-/// A run of points joined by a line, ascending in x. Two points of one x are a jump.
+/// Points joined by a line, ascending in x. Two points with the same x are a jump.
 using Line = std::vector<Point>;
 
 /// Where a lower order jumps, so that this one is infinite.
@@ -34,10 +34,11 @@ struct Impulse {
 struct Trace {
     std::vector<Line> lines;        ///< in ascending x
     std::vector<Point> knots;       ///< the points of a curve through points; only in the panel of the value
-    std::optional<Point> least;     ///< the first of equal ones; none without a finite value
-    std::optional<Point> greatest;  ///< likewise
-    bool areExtremesProved = true;  ///< false: the curve may go beyond them
-    /// Where a pole would leave nothing else to see: the values that the axis shows. The lines end there.
+    std::optional<Point> least;     ///< the first of equal ones; empty without a finite value
+    std::optional<Point> greatest;  ///< the same
+    bool areExtremesProved = true;  ///< false: the curve may exceed them
+    /// Set if a pole would make the rest of the curve invisible: the values that the axis shows. The lines
+    /// end shortly outside them.
     std::optional<Range> beside;
     std::vector<Impulse> impulses;  ///< ascending in x
 };
@@ -46,7 +47,7 @@ struct Trace {
 struct Panel {
     int order = 0;              ///< 0 the value, 1 to 3 its derivatives
     std::string quantity;       ///< "Velocity"
-    std::string unit;           ///< "mm/s", empty for none
+    std::string unit;           ///< "mm/s", or empty
     std::vector<Trace> traces;  ///< one for each curve
 };
 
@@ -57,40 +58,40 @@ struct Stretch {
     std::string name;  ///< a law, "Dwell" or "Constant"
 };
 
-/// What a picture shows: the stacked panels of a cam designer, which share one horizontal axis.
+/// The contents of a picture: stacked panels that share one horizontal axis, as cam designers use them.
 struct Diagram {
     std::string title;               ///< may be empty
     std::string variable;            ///< "Cycle angle"
-    std::string variableUnit;        ///< "deg", empty for none
+    std::string variableUnit;        ///< "deg", or empty
     double from = 0.0;               ///< start of the shared axis
     double to = 1.0;                 ///< its end, not below `from`
     std::vector<std::string> names;  ///< of the curves, in the order of traces
     std::vector<Panel> panels;       ///< from top to bottom
-    std::vector<double> seams;       ///< where rows meet; of a single curve
+    std::vector<double> seams;       ///< where rows meet; only for a single curve
     std::vector<Stretch> stretches;  ///< its rows, named by their laws
 };
 
-/// What of the curves is drawn.
+/// Which part of the curves is drawn, and how.
 struct Contents {
     std::optional<Range> range;  ///< of x; else from the first x of all curves to the last one
     std::optional<Units> units;  ///< labels; else the usual ones of the first curve
-    std::vector<int> orders;     ///< 0 to 3; none: those that have a name
-    double rate = 1.0;           ///< order k is drawn times rate to the power of k
+    std::vector<int> orders;     ///< 0 to 3; empty: the orders that have a name
+    double rate = 1.0;           ///< order k is multiplied by rate to the power of k
     std::string title;           ///< else the name of a single curve
 };
 
-/// What the picture of one or several curves shows. The least and greatest values and the impulses are those
-/// of mf::analysis and not of the drawn points. Several curves share each panel.
+/// The contents of a picture of one or several curves, which share each panel. The least and greatest values
+/// and the impulses come from mf::analysis, not from the drawn points.
 MFCURVES_API Diagram diagramOf(const std::vector<Curve>& curves, const Contents& contents = {});
 
 /// How a picture looks.
 struct Style {
-    int width = 920;      ///< pixels, 300 at least
-    int height = 0;       ///< pixels; 0: what the panels need. Panels are 40 high at least, whatever it says
+    int width = 920;      ///< pixels, at least 300
+    int height = 0;       ///< pixels; 0: as high as the panels need. Each panel is at least 40 high
     bool isDark = false;  ///< light letters on a dark ground
 };
 
-/// The picture as a complete SVG document in UTF-8, with a title and a description for those who cannot see
+/// The picture as a complete SVG document in UTF-8, with a title and a description for people who cannot see
 /// it.
 MFCURVES_API std::string toSvg(const Diagram& diagram, const Style& style = {});
 

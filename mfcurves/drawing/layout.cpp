@@ -56,7 +56,7 @@ int ticksThatFit(double length, double each, int most)
     return std::clamp(static_cast<int>(length / each), 2, most);
 }
 
-// Lines of entries as wide as the plot. Entries that no line has room for are left out.
+// Lines of entries as wide as the plot. An ellipsis replaces the entries beyond kMostLegendLines lines.
 std::vector<std::vector<Label>> wrapped(const std::vector<std::string>& entries, double left, double right,
                                         double extra)
 {
@@ -78,8 +78,8 @@ std::vector<std::vector<Label>> wrapped(const std::vector<std::string>& entries,
     return lines;
 }
 
-// Each name above its stretch. Where one does not fit, a number is, which the legend explains; stretches of
-// one name share it.
+// Puts each name above its stretch. A number replaces a name that does not fit, and the legend explains it;
+// stretches with the same name share it.
 void placeStretchNames(const Diagram& diagram, Layout& layout)
 {
     std::vector<std::string> numbered;
@@ -103,7 +103,7 @@ void placeStretchNames(const Diagram& diagram, Layout& layout)
     layout.stretchLegend = wrapped(numbered, layout.plotLeft, layout.plotRight, 0.0);
 }
 
-// The ends and the seams that no tick of the axis names, as far as their labels do not meet.
+// Labels the ends and the seams that are not at a tick of the axis, unless the labels would overlap.
 void placeSeamLabels(const Diagram& diagram, Layout& layout)
 {
     std::vector<double> places{diagram.from};

@@ -13,7 +13,7 @@ namespace mf::drawing {
 
 constexpr double kSmallLetter = 11.0;
 constexpr double kLetter = 12.0;
-constexpr double kMargin = 2.0;  ///< that labels keep from the edge of the picture
+constexpr double kMargin = 2.0;  ///< distance of labels from the edge of the picture
 
 struct Theme {
     const char* background;
@@ -65,12 +65,12 @@ struct Layout {
     double panelsBottom = 0.0;
     Axis x;
     std::vector<Label> stretchLabels;               ///< names of rows, or numbers where a name does not fit
-    std::vector<Label> seamLabels;                  ///< below the axis, where no tick says it
+    std::vector<Label> seamLabels;                  ///< below the axis, except at ticks
     std::vector<std::vector<Label>> curveLegend;    ///< lines: names of several curves
     std::vector<std::vector<Label>> stretchLegend;  ///< lines: what the numbers mean
 
     double toX(double value) const;
-    /// The frame of that panel, from 0, with an axis for these values.
+    /// The frame of panel number `panel`, from 0, with an axis for the values from `low` to `high`.
     Frame frame(std::size_t panel, double low, double high) const;
 };
 

@@ -50,7 +50,7 @@ Line thinned(const Line& line, double from, double to, std::size_t columns)
     return result;
 }
 
-// Douglas and Peucker, Cartographica 10 (1973): of each stretch the farthest point stays, until all are near.
+// Douglas and Peucker, Cartographica 10 (1973): keeps the farthest point of each stretch, until all are near.
 Line simplified(const Line& line)
 {
     if (line.size() < 3)

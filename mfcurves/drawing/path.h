@@ -7,11 +7,11 @@
 
 namespace mf::drawing {
 
-/// A line with many points to a pixel, by the first, lowest, highest and last point of each of `columns`
-/// equal parts of [from, to]: they leave the picture the same, however fast the curve is.
+/// Reduces a line with many points per pixel to the first, lowest, highest and last point of each of
+/// `columns` equal parts of [from, to]. The picture stays the same, however fast the curve changes.
 Line thinned(const Line& line, double from, double to, std::size_t columns);
 
-/// The line, in pixels, without the points that are not needed to keep it within a tenth of a pixel.
+/// A line, in pixels, without the points that it can lose and still stay within a tenth of a pixel.
 Line simplified(const Line& line);
 
 /// "M1 2L3 4": a line, in pixels, as the data of an SVG path, rounded to hundredths.

@@ -21,7 +21,7 @@ bool isMotor(Quantity quantity)
     return quantity != Quantity::Force && quantity != Quantity::Torque;
 }
 
-// How often the value itself is derived from a displacement; a force or torque counts as none.
+// How often a displacement is differentiated to give the value; 0 for a force or torque.
 int motorStep(Quantity quantity)
 {
     return quantity == Quantity::Velocity ? 1 : quantity == Quantity::Acceleration ? 2 : 0;
@@ -34,7 +34,7 @@ std::string overVariable(const std::string& unit, const std::string& variable, i
     return unit.empty() || variable.empty() ? "" : unit + "/" + variable + kPowers[power];
 }
 
-// The one name in a text; "x" for a constant.
+// The variable of a text; "x" for a constant.
 std::string nameInText(const std::string& text)
 {
     MotionMEParser parser;

@@ -6,21 +6,21 @@
 #include "mfcurves/curve/CurveDefinition.h"
 #include "mfcurves/platform/mfExport.h"
 
-/// What the axes of a curve are called. Nothing here converts a number.
+/// The names and units for the axes of a curve. Nothing here converts a number.
 namespace mf::drawing {
 
-/// Units as texts: "deg", "mm". Empty where there is none.
+/// Units as texts, such as "deg" and "mm"; may be empty.
 struct Units {
     std::string variable;  ///< of x
     std::string value;     ///< of the value
-    std::string rate;      ///< what derivatives are by; empty: `variable`
+    std::string rate;      ///< unit that derivatives are divided by; empty: `variable`
 };
 
-/// How many orders of a curve have a name of their own: the value and its derivatives down to the jerk, of a
-/// force or torque the value and its rate. 1 to 4.
+/// How many orders of a curve have a name of their own, 1 to 4: the value and its derivatives up to the jerk;
+/// for a force or torque, the value and its rate.
 MFCURVES_API int namedOrders(const CurveDefinition& definition);
 
-/// "Velocity": the name of a derivative of that order, 0 being the value.
+/// "Velocity": the name of a derivative of that order, where 0 is the value.
 MFCURVES_API std::string quantityName(const CurveDefinition& definition, int order);
 
 /// "Cycle angle", the name of the motion result, or the name in the text of an expression.

@@ -8,8 +8,8 @@ namespace mf::drawing {
 
 namespace {
 
-constexpr int kCells = 6400;      // of a whole picture, some to each pixel
-constexpr int kCellsOfRow = 100;  // of a row at least; even, so that the middle of a law is among the samples
+constexpr int kCells = 6400;      // of a whole picture, several per pixel
+constexpr int kCellsOfRow = 100;  // at least, for a row; even, so that the middle of a law is a sample
 
 void addPiece(std::vector<Piece>& pieces, double from, double to, int row, Range range)
 {
@@ -48,9 +48,9 @@ int cellsOf(const Piece& piece, std::size_t pieceCount, double width)
     return cells + cells % 2;
 }
 
-// Evenly spaced samples alone would show a vibration faster than they are as a slow wave. So each cell has
-// one more at a place of its own: the multiples of the golden ratio, less their whole parts, never come near
-// a pattern.
+// Evenly spaced samples alone would show a fast vibration as a slow wave. Therefore each cell has another
+// sample, at a place that differs from cell to cell: the fractional parts of the multiples of the golden
+// ratio, which have no pattern.
 std::vector<Sample> samplesOf(const Curve& curve, const Piece& piece, int cells)
 {
     constexpr double kGoldenRatio = 0.6180339887498949;

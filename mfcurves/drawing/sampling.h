@@ -14,8 +14,8 @@ struct Piece {
     int row = 0;  ///< of a table of rows, from 1; else 0
 };
 
-/// The pieces of a curve within a range, in ascending order. Rows of no length are not among them. An
-/// expression is one piece, as wide as the range.
+/// The pieces of a curve within a range, in ascending order. Rows of length 0 are left out. An expression is
+/// one piece, as wide as the range.
 std::vector<Piece> piecesWithin(const Curve& curve, Range range);
 
 /// The value and the derivatives of a curve at one x.
@@ -27,7 +27,7 @@ struct Sample {
 /// Samples of a piece from end to end, ascending in x. At both ends they are the limits from inside.
 std::vector<Sample> samplesOf(const Curve& curve, const Piece& piece, int cells);
 
-/// How many cells each of so many pieces is drawn with.
+/// The number of cells to draw a piece with: one of `pieceCount` pieces on a range of length `width`.
 int cellsOf(const Piece& piece, std::size_t pieceCount, double width);
 
 }  // namespace mf::drawing

@@ -104,8 +104,8 @@ std::string drawStretchNames(const Layout& layout)
     return svg;
 }
 
-// The number at a tick of the shared axis. One too wide for its room is written smaller, and the last one is
-// at the edge of the picture if it would run out of it.
+// The number at a tick of the shared axis. It is written smaller if it is too wide for its room, and ends at
+// the edge of the picture if it would run beyond it.
 std::string variableLabel(double x, double y, double room, const Layout& layout, const std::string& label)
 {
     constexpr double kDigitWidth = 7.6;

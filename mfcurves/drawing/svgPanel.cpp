@@ -36,7 +36,8 @@ Extremes extremesOf(const Panel& panel)
     return extremes;
 }
 
-// What the axis has to show: the extremes, beside poles most values, and where impulses start, which is 0.
+// The values that the axis has to show: the extremes, or most values if there is a pole, and 0, where
+// impulses start.
 Extremes shownBy(const Panel& panel)
 {
     Extremes extremes;
@@ -55,8 +56,8 @@ Extremes shownBy(const Panel& panel)
     return extremes;
 }
 
-// The number at a tick before x. One too wide for its room is written smaller, because without its first
-// digits it would be another number.
+// The number at a tick; it ends at x. It is written smaller if it is too wide for its room, because without
+// its first digits it would be another number.
 std::string tickLabel(double x, double y, const std::string& label)
 {
     const double room = x - kMargin;
@@ -103,8 +104,8 @@ Line inPixels(const Line& line, const Frame& frame)
     return simplified(result);
 }
 
-// A line from edge to edge of the frame has the area down to 0 filled. Its path goes on beyond both edges and
-// down to 0 there, which the clip hides.
+// If a line runs from edge to edge of the frame, the area between it and 0 is filled. Its path then continues
+// beyond both edges and to 0, which the clip path hides.
 std::string drawLine(const Line& line, const Frame& frame, const char* colour, const std::string& clip,
                      bool isFilled)
 {
@@ -157,7 +158,7 @@ struct LabelPlace {
     const char* anchor;
 };
 
-// Above or below its place, away from the edges and beside the arrow of an impulse.
+// The place of a label above or below x, away from the edges and beside the arrow of an impulse.
 LabelPlace labelPlace(double x, double width, const Frame& frame, bool isBesideArrow)
 {
     constexpr double kEdge = 4.0;

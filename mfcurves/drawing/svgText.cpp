@@ -10,10 +10,10 @@ namespace mf::drawing {
 
 namespace {
 
-// Of a letter or digit, as a part of its size, on average.
+// The average width of a letter or digit, as a part of its size.
 constexpr double kLetterWidth = 0.56;
 
-// A character is as many bytes as follow until the next one begins.
+// Whether a byte of UTF-8 is the first one of a character.
 bool beginsCharacter(char c)
 {
     return (static_cast<unsigned char>(c) & 0xC0) != 0x80;

@@ -354,8 +354,7 @@ TEST(ReadDocument, SaysThatWarningsEnd)
         points += point(std::to_string(i), "high");
     const Curve curve = Curve::parse(dataPointDocument().set("Points", points).xml());
     ASSERT_EQ(curve.warnings().size(), 21u);
-    EXPECT_EQ(curve.warnings().back().message,
-              "after these, no more numbers and rows were examined for what is odd");
+    EXPECT_EQ(curve.warnings().back().message, "after these, numbers and rows were no longer checked");
 }
 
 TEST(ReadDocument, EachProblemIsOneLine)
@@ -583,7 +582,7 @@ TEST(WriteDocument, NameOfAResultMayMeanSomethingElse)
     definition.motionResult = "TIME";
     std::vector<Problem> losses;
     Curve(definition).toXml(&losses);
-    EXPECT_THAT(shown(losses), ElementsAre("warning: the motion result \"TIME\" is that of time"));
+    EXPECT_THAT(shown(losses), ElementsAre("warning: the motion result \"TIME\" becomes time"));
 }
 
 TEST(WriteDocument, FileIsReplacedOrTheReasonGiven)

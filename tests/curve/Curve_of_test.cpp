@@ -118,7 +118,7 @@ TEST_F(CurveOf, RowsThatDoNotJoinAreErrors)
     segments().selectSegment(2, row);
     row->setStartX(2.5);
     EXPECT_EQ(problem().place, "row 2");
-    EXPECT_EQ(problem().message, "it starts at 2.5, where the previous row does not end; that ends at 2");
+    EXPECT_EQ(problem().message, "it starts at 2.5, but the previous row ends at 2");
     row->setStartX(std::nextafter(2.0, 3.0));
     EXPECT_EQ(problem().place, "row 2");
 }
