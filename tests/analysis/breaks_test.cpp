@@ -158,7 +158,7 @@ TEST(Breaks, OfACycleIncludeItsEnd)
     EXPECT_EQ(found[1].left.y, 2.0);
     EXPECT_EQ(found[1].right.y, 0.0);
     EXPECT_EQ(breaks(ramp).size(), 1u);
-    // A cam that closes smoothly up to the third derivative has its own seam alone.
+    // A cam that closes smoothly up to the third derivative has only the break at its own seam.
     EXPECT_EQ(show(breaks(cam().with(mf::Outside::Repeat))), (Shown{{90.0, 3}, {360.0, 3}}));
 }
 

@@ -57,7 +57,7 @@ TEST(StationaryPoints, OfASineAreItsExtremes)
     expectPlaces(xOf(stationaryPoints(expression("sin(x)", 0.0, 7.0), 1)), {0.0, kPi, 2 * kPi});
 }
 
-// With 40 digits of mpmath (stationary.txt, make_stationary.py).
+// Compared with 40 digits of mpmath (stationary.txt, make_stationary.py).
 TEST(StationaryPoints, AreThoseOfMpmath)
 {
     std::ifstream file(ANALYSIS_TEST_DATA "/stationary.txt");
@@ -111,15 +111,15 @@ TEST(StationaryPoints, OfPointsAreInClosedForm)
     EXPECT_TRUE(stationaryPoints(curve, 4).empty());
 }
 
-// The slope of the box from 0 to the top is 0 at the top, but for rounding.
-TEST(Crossings, BesideATopInTheMiddleOfTheRange)
+// In the box from 0 to the top, the slope at the top is 0 except for rounding.
+TEST(Crossings, AreFoundBesideATopInTheMiddleOfTheRange)
 {
     expectPlaces(crossings(expression("sin(pi*x)", 0.0, 1.0), 0, 0.5), {1.0 / 6.0, 5.0 / 6.0});
     expectPlaces(crossings(expression("10*sin(2*pi*x)", 0.0, 1.0), 0, 5.0), {1.0 / 12.0, 5.0 / 12.0});
     expectPlaces(crossings(expression("10*sin(2*pi*x)", 0.0, 1.0), 0, -5.0), {7.0 / 12.0, 11.0 / 12.0});
 }
 
-TEST(Beyond, BesideATopInTheMiddleOfTheRange)
+TEST(Beyond, EndsBesideATopInTheMiddleOfTheRange)
 {
     expectRanges(beyond(expression("sin(pi*x)", 0.0, 1.0), 0, -kInfinity, 0.5), {{1.0 / 6.0, 5.0 / 6.0}});
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Curves as the tests of the analysis write them.
+// Short ways to make curves for the tests of the analysis.
 
 #include <string>
 #include <vector>
@@ -31,7 +31,7 @@ inline mf::Curve points(const std::vector<double>& x, const std::vector<double>&
     return mf::Curve(definition);
 }
 
-/// Rise, dwell, return and dwell of a cam, 25 high.
+/// A cam with rise, dwell, return and dwell, 25 high.
 inline mf::Curve cam()
 {
     return rows({{90.0, 25.0, "3-4-5-Polynomial"},

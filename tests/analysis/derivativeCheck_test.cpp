@@ -9,8 +9,8 @@
 #include "mfcurves/engine/functionTable.h"
 #include "tests/analysis/curves.h"
 
-// The linker sends every question for a row of the function table here (--wrap), so that the
-// slope rule of one function can be made wrong.
+// The linker redirects every request for a row of the function table to this file (--wrap), so that
+// the slope rule of one function can be made wrong.
 namespace {
 
 using mf::engine::Function;
@@ -56,7 +56,7 @@ using mf::analysis::DerivativeCheck;
 struct RuleCase {
     const char* name;
     FunctionId function;
-    const char* text;  // one that has the function's slope in its first derivative
+    const char* text;  // its first derivative contains the slope of the function
 };
 
 const RuleCase kRules[] = {

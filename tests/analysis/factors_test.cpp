@@ -160,7 +160,7 @@ TEST_P(ContinuityOfLaw, CountsOrdersThatDoNotJump)
 INSTANTIATE_TEST_SUITE_P(Laws, ContinuityOfLaw, testing::ValuesIn(kContinuities),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(Factors, OfALawThatJumpsInside)
+TEST(Factors, OfALawThatJumpsInsideHaveAnInfiniteVelocity)
 {
     const LawFactors found = factors({"Jump",
                                       "SegmentType(\"Jump\", x, x1, y1, x2, y2) xbar = (x-x1)/(x2-x1); "
@@ -172,7 +172,7 @@ TEST(Factors, OfALawThatJumpsInside)
     EXPECT_TRUE(found.guaranteed);
 }
 
-TEST(Factors, OfALawThatMissesItsEnds)
+TEST(Factors, OfALawThatMissesItsEndHaveNoContinuityThere)
 {
     const LawFactors found = factors({"Off",
                                       "SegmentType(\"Off\", x, x1, y1, x2, y2) "
@@ -181,7 +181,7 @@ TEST(Factors, OfALawThatMissesItsEnds)
     EXPECT_EQ(found.endContinuity, -1);
 }
 
-TEST(Factors, OfWhatIsNoLawAreAnError)
+TEST(Factors, OfATextThatIsNotALawAreAnError)
 {
     EXPECT_THROW(factors({"Broken", "SegmentType(\"Broken\""}), mf::CurveError);
 }

@@ -4,7 +4,7 @@
 
     /usr/bin/python3 make_factors.py > factors.txt
 
-Each law is its formula between (0, 0) and (1, 1), written here once more, as pieces
+Each law is its formula between (0, 0) and (1, 1), written here independently, as pieces
 (start, end, formula). Derivatives come from SymPy. The extremes of an order on a piece are at
 its ends and at the zeros of the next order: sign changes on a grid of 4000 cells, refined
 with 40 digits. Columns: name, then each of cv, ca, cj with its first place ("inf" where the
@@ -29,7 +29,7 @@ def whole(formula):
 
 
 def mirrored(pieces):
-    """Pieces up to 1/2, and the same turned about (1/2, 1/2)."""
+    """Pieces up to 1/2, and the same ones turned by 180 degrees about (1/2, 1/2)."""
     turned = [(1 - end, 1 - start, 1 - f.subs(x, 1 - x)) for start, end, f in reversed(pieces)]
     return pieces + turned
 

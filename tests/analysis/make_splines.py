@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes splines.txt: what curves through points do, by SciPy's piecewise polynomials.
+"""Writes splines.txt: properties of curves through points, by SciPy's piecewise polynomials.
 
     /usr/bin/python3 make_splines.py > splines.txt
 
 Natural cubic splines are SciPy's CubicSpline with bc_type "natural", Akima's its
 Akima1DInterpolator. A curve is a line `curve KIND COUNT`, then one `point X Y` for each point.
-For each order follow `order K LEAST GREATEST RMS MEAN` and, for orders 0 and 1, `stationary K
-COUNT X...`: the zeros of the next order, from PPoly.roots; a jump over 0 is none. RMS and mean
-are the exact integrals of the polynomials and of their squares.
+For each order there is a line `order K LEAST GREATEST RMS MEAN` and, for orders 0 and 1, one
+`stationary K COUNT X...`: the zeros of the next order, from PPoly.roots. A jump across 0 is not a
+zero. RMS and mean are the exact integrals of the polynomials and of their squares.
 """
 
 import random
@@ -72,7 +72,7 @@ def show(kind, x, y):
     for k in (0, 1):
         places = places_of_zeros(orders[k + 1])
         if kind == "cubic" and k == 1:
-            # 0 by definition at the ends of a natural spline, where rounding may hide it.
+            # The ends of a natural spline are zeros by definition, which rounding may hide.
             places = [x[0], *(p for p in places if x[0] + 1e-9 < p < x[-1] - 1e-9), x[-1]]
         print("stationary", k, len(places), *(repr(float(place)) for place in places))
 

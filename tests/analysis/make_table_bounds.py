@@ -16,7 +16,7 @@ from fractions import Fraction
 
 import mfcurves
 
-# Of functions that are no polynomials, as supnorm asks.
+# Of functions that are not polynomials, as supnorm requires.
 CASES = [
     ("linear", 0.05, 0, 1, "sin(2*pi*x)"),
     ("linear", 0.02, -1, 2, "exp(-x^2)"),
@@ -34,7 +34,10 @@ def line(y, h):
 
 
 def natural_spline(x, y):
-    """By pieces: the coefficients in x - x[i]. The bends solve a tridiagonal system."""
+    """The natural cubic spline by pieces, each with the coefficients in x - x[i].
+
+    The second derivatives solve a tridiagonal system.
+    """
     last = len(x) - 1
     h = [x[i + 1] - x[i] for i in range(last)]
     slope = [(y[i + 1] - y[i]) / h[i] for i in range(last)]
@@ -54,7 +57,7 @@ def natural_spline(x, y):
 
 
 def quintic(y, v, a, h):
-    """The polynomial of degree 5 with value, slope and bend at both ends."""
+    """The polynomial of degree 5 with given value and two derivatives at both ends."""
     rise = (y[1] - y[0] - v[0] * h - a[0] * h**2 / 2) / h**3
     turn = (v[1] - v[0] - a[0] * h) / h**2
     bend = (a[1] - a[0]) / h

@@ -49,13 +49,13 @@ TEST(OverTime, IsADefinitionOfItsOwn)
     const auto& shape = std::get<mf::SegmentShape>(timed.definition().shape);
     EXPECT_EQ(timed.definition().over, mf::Over::Time);
     EXPECT_FALSE(shape.sixDecimals);
-    EXPECT_EQ(shape.rows[0].value, 25.0);  // as the law had it
+    EXPECT_EQ(shape.rows[0].value, 25.0);  // as it entered the law
     EXPECT_EQ(shape.rows[0].endX, 45.0);
     EXPECT_EQ(timed.outside(), mf::Outside::Repeat);
     EXPECT_EQ(Curve(timed.definition()).with(mf::Outside::Repeat)(10.0), timed(10.0));
 }
 
-TEST(OverTime, OfAnExpressionWithoutAVariable)
+TEST(OverTime, OfAnExpressionWithoutAVariableKeepsItsValue)
 {
     const Curve timed = overTime(expression("2*pi", 0.0, 4.0), 0.5);
     EXPECT_EQ(timed.lastX(), 2.0);

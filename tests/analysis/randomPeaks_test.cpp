@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// No sample of a curve made at random exceeds a peak that is called guaranteed, and few
-// peaks are not.
+// No sample of a random curve exceeds a peak that is guaranteed, and few peaks are not.
 //
-// The ordinary run takes two hundred curves of each kind. The whole one is a command of its own:
+// The ordinary run has two hundred curves of each kind. The full run is a separate command:
 //
 //     MFCURVES_RANDOM_CURVES=10000 MFCURVES_RANDOM_SAMPLES=100000 randomPeaks_test
 
@@ -41,7 +40,7 @@ std::optional<Curve> curveOf(const mf::CurveDefinition& definition)
     }
 }
 
-constexpr double kLarge = 1e8;  // what is beyond it has a pole nearby
+constexpr double kLarge = 1e8;  // larger values have a pole nearby
 
 // The largest magnitude of an order at evenly spaced places, and where it is.
 double largest(const Curve& curve, int order, double from, double to, int places, double& at)
@@ -60,7 +59,7 @@ double largest(const Curve& curve, int order, double from, double to, int places
     return most;
 }
 
-// Whether an order stays moderate, closer and closer to where it is largest.
+// Whether an order stays moderate closer and closer to the place where it is largest.
 bool isModerate(const Curve& curve, int order)
 {
     constexpr int kPlaces = 4000;
@@ -75,8 +74,8 @@ bool isModerate(const Curve& curve, int order)
     return most < kLarge;
 }
 
-// All four orders are finite, as far as can be seen: at many places, and on both sides of the
-// halves, where the numbers of these expressions put most of their poles.
+// Whether all four orders are finite at many places, and on both sides of the multiples of a half,
+// where the numbers of these expressions put most of their poles.
 bool isFinite(const Curve& curve)
 {
     for (double x = std::ceil(2.0 * curve.firstX()) / 2.0; x <= curve.lastX(); x += 0.5) {
@@ -167,8 +166,8 @@ TEST(RandomPeaks, OfTablesAreNotExceeded)
     EXPECT_EQ(tables.notGuaranteed, 0);
 }
 
-// Of expressions made at random some are not proved: those with thousands of kinks, and those
-// that are constant but for rounding.
+// Some random expressions are not proved: those with thousands of kinks, and those that are
+// constant except for rounding.
 TEST(RandomPeaks, OfExpressionsAreNotExceeded)
 {
     curve_test::RandomCurves random(22);

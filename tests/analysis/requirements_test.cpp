@@ -49,7 +49,7 @@ Curve driving(mf::Quantity quantity)
     return Curve(definition);
 }
 
-TEST(Violations, NoneOfACurveThatKeepsItsLimits)
+TEST(Violations, OfACurveThatKeepsItsLimitsAreEmpty)
 {
     EXPECT_TRUE(violations(move(), limits(9.375000001, 14.434, 75.001)).empty());
     EXPECT_TRUE(violations(move(), {}).empty());
@@ -84,7 +84,7 @@ TEST(Violations, OfAMagnitudeCountBelowZeroAsWell)
 struct QuantityCase {
     const char* name;
     mf::Quantity quantity;
-    int velocity;  // the order that a limit of the velocity is about, -1 for none
+    int velocity;  // the order that a limit of the velocity applies to; -1 for no order
     int jerk;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Curves through points beside SciPy's piecewise polynomials (splines.txt, make_splines.py).
+// Compares curves through points with SciPy's piecewise polynomials (splines.txt, make_splines.py).
 
 #include <algorithm>
 #include <cmath>
@@ -75,7 +75,7 @@ TEST(Splines, PeaksRmsAndMeanAreThoseOfSciPy)
         ASSERT_EQ(spline.orders.size(), 4u);
         for (std::size_t k = 0; k < 4; ++k) {
             const Order& expected = spline.orders[k];
-            // SciPy's coefficients are rounded otherwise, and its squares of sums cancel.
+            // SciPy rounds its coefficients differently, and its squares of sums cancel.
             const double near =
                 1e-11 * std::max({1.0, std::fabs(expected.least), std::fabs(expected.greatest)});
             EXPECT_NEAR(summary[k].least.y, expected.least, near) << spline.name() << " order " << k;

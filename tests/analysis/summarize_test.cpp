@@ -92,7 +92,7 @@ TEST(Summarize, OfARampHasOneVelocity)
     EXPECT_TRUE(summary[2].guaranteed);
 }
 
-TEST(Summarize, OfAConstantExpression)
+TEST(Summarize, OfAConstantExpressionIsItsValueAndProved)
 {
     const auto summary = summarize(expression("7", -1.0, 1.0));
     EXPECT_EQ(summary[0].least.y, 7.0);
@@ -104,7 +104,7 @@ TEST(Summarize, OfAConstantExpression)
 
 TEST(Summarize, SaysOnWhichSideOfASeamAPeakIs)
 {
-    // The jerk of the rise ends with 60 H / T^3 and the dwell has none.
+    // The jerk of the rise ends with 60 H / T^3 and that of the dwell is 0.
     const auto summary = summarize(rows({{1.0, 1.0, "3-4-5-Polynomial"}, {2.0, 1.0, "Linear"}}), {0.8, 2.0});
     expectPeak(summary[3].greatest, 1.0, 60.0);
     EXPECT_EQ(summary[3].greatest.side, Side::Left);
@@ -113,7 +113,7 @@ TEST(Summarize, SaysOnWhichSideOfASeamAPeakIs)
 TEST(Summarize, CountsALeftSideAtAJump)
 {
     const auto summary = summarize(expression("if(x-1: x, 5, -x)", 0.0, 2.0));
-    // The single value at the jump itself is one that the curve takes.
+    // The value at the jump itself is one of the values of the curve.
     expectPeak(summary[0].greatest, 1.0, 5.0);
     expectPeak(summary[0].least, 2.0, -2.0);
     ASSERT_EQ(summary[1].impulses.size(), 1u);
@@ -154,7 +154,7 @@ TEST(Summarize, PassesOverARowOfNoLength)
     EXPECT_TRUE(summary[2].impulses.empty());  // the velocity is 1 on both sides
 }
 
-TEST(Summarize, OfOnePoint)
+TEST(Summarize, OfOnePointIsItsValue)
 {
     const auto summary = summarize(points({3.0}, {-2.0}, mf::Interpolation::Cubic));
     EXPECT_EQ(summary[0].least.y, -2.0);
@@ -164,7 +164,7 @@ TEST(Summarize, OfOnePoint)
     EXPECT_TRUE(summary[0].guaranteed);
 }
 
-TEST(Summarize, OfOneXInARange)
+TEST(Summarize, OfARangeOfOneXIsTheValueThere)
 {
     const auto summary = summarize(expression("x^2", 0.0, 3.0), {2.0, 2.0});
     EXPECT_EQ(summary[0].least.y, 4.0);
@@ -228,7 +228,7 @@ TEST(Summarize, OfEqualBranchesHasNoImpulses)
 
 TEST(Summarize, SeesAPulseBetweenSamples)
 {
-    // 1e-9 wide in a range of 10, by a law that no sampling meets.
+    // The pulse is 1e-9 wide in a range of 10, so that no sampling finds it.
     const auto summary = summarize(expression("exp(-((x-3.3333333)/1e-9)^2)", 0.0, 10.0));
     EXPECT_NEAR(summary[0].greatest.y, 1.0, 1e-12);
     EXPECT_NEAR(summary[0].greatest.x, 3.3333333, 1e-15);
@@ -251,7 +251,7 @@ TEST(Summarize, IntegratesAPulseThatNoSampleMeets)
     }
 }
 
-// The second pulse is half as high, so that no search for a peak has to find it.
+// The second pulse is half as high, so a search for the peak need not find it.
 TEST(Summarize, IntegratesALowerPulseBesideAPeak)
 {
     const auto summary =
@@ -273,7 +273,7 @@ TEST(Summarize, IntegratesManyWaves)
     EXPECT_NEAR(summary[0].mean, (1.0 - std::cos(10000.0)) / 10000.0, 1e-12);
 }
 
-// y = mod(x, 0.4) rises 900 times to 0.4: the square is 0.16/3 in the mean.
+// y = mod(x, 0.4) rises 900 times to 0.4: the mean of its square is 0.16/3.
 TEST(Summarize, OfASawWithHundredsOfTeethIsProved)
 {
     const auto summary = summarize(expression("mod(x,0.4)", 0.0, 360.0));
@@ -285,7 +285,7 @@ TEST(Summarize, OfASawWithHundredsOfTeethIsProved)
 }
 
 // Every derivative is 0, but computed values are not.
-TEST(Summarize, OfWhatIsConstantButForRounding)
+TEST(Summarize, OfAConstantWithRoundingIsProved)
 {
     const auto summary = summarize(expression("-((x+x)*(8/x))", 4.7, 9.0));
     expectPeak(summary[0].least, summary[0].least.x, -16.0);
@@ -317,7 +317,7 @@ TEST(Summarize, DoesNotProvePoles)
         const auto summary = summarize(expression(text, 0.0, 2.0));
         EXPECT_FALSE(summary[0].guaranteed) << text;
     }
-    // The value is finite, its slope is not.
+    // The value is finite, but its slope is not.
     for (const char* text : {"cbrt(x-1)", "sqrt(abs(x-1))", "sqrt(x)", "asin(x-1)"}) {
         const auto summary = summarize(expression(text, 0.0, 2.0));
         EXPECT_FALSE(summary[1].guaranteed) << text;
@@ -325,7 +325,7 @@ TEST(Summarize, DoesNotProvePoles)
 }
 
 // The extremes of these polynomials and roots are at the ends of the range.
-TEST(Summarize, OfNumbersOfAllSizes)
+TEST(Summarize, ProvesNumbersOfAllSizes)
 {
     struct Case {
         const char* text;
@@ -345,7 +345,7 @@ TEST(Summarize, OfNumbersOfAllSizes)
 }
 
 // Zeros of the velocity of any multiplicity at the ends: x^n (1-x)^n has its peak in the middle.
-TEST(Summarize, OfMultipleRootsAtTheEnds)
+TEST(Summarize, IsProvedWithMultipleRootsAtTheEnds)
 {
     for (int n = 2; n <= 12; ++n) {
         const std::string power = std::to_string(n);
@@ -398,7 +398,7 @@ TEST(Summarize, CountsTheEndOfACycle)
     EXPECT_TRUE(summary[2].impulses.empty());
 }
 
-// No value of a curve is beyond a peak that is called guaranteed.
+// No value of a curve exceeds a peak that is guaranteed.
 TEST(Summarize, BoundsEverySample)
 {
     for (const Curve& curve :

@@ -71,7 +71,7 @@ void expectWithin(const Curve& curve, Form form, double tolerance)
     const CamTable table = toTable(curve, form, {tolerance});
     EXPECT_TRUE(table.guaranteed);
     EXPECT_LE(table.bound, tolerance);
-    constexpr double kRoundingHere = 1e-13;  // of the joints as this test computes them
+    constexpr double kRoundingHere = 1e-13;  // of the joined rows as this test computes them
     EXPECT_LE(largestError(curve, table), table.bound + kRoundingHere);
     EXPECT_EQ(table.x.front(), curve.firstX());
     EXPECT_EQ(table.x.back(), curve.lastX());
@@ -118,7 +118,7 @@ std::vector<CertifiedTable> certifiedTables()
 
 TEST(ToTable, BoundsADistanceThatSollyaCertifies)
 {
-    constexpr double kOtherRounding = 1e-6;  // of the places of the rows, by other libraries for sin and exp
+    constexpr double kOtherRounding = 1e-6;  // other libraries' sin and exp move the rows
     const std::vector<CertifiedTable> certified = certifiedTables();
     ASSERT_EQ(certified.size(), 8u);
     for (const CertifiedTable& expected : certified) {
@@ -133,7 +133,7 @@ TEST(ToTable, BoundsADistanceThatSollyaCertifies)
     }
 }
 
-// A cam of four rows, 25 high, by laws that are no quintics.
+// A cam of four rows, 25 high, with laws that are not quintics.
 Curve otherCam()
 {
     return rows({{90.0, 25.0, "Modified-Sine"},

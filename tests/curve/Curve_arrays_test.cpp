@@ -26,7 +26,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr Outside kRules[] = {Outside::Extend, Outside::Hold, Outside::Repeat, Outside::Undefined};
 
-// All NaN are alike.
+// All NaN have the same result.
 std::uint64_t bits(double value)
 {
     return std::bit_cast<std::uint64_t>(std::isnan(value) ? kNaN : value);
@@ -83,7 +83,7 @@ TEST(CurveArrays, HaveTheBitsOfSingleCalls)
     }
 }
 
-// Many x in no order, over few rows and over many, with some that no row computes.
+// Many unsorted x, over few rows and over many, with some that no row computes.
 TEST(CurveArrays, InNoOrderHaveTheBitsOfSingleCalls)
 {
     RandomCurves random(24);
@@ -112,7 +112,7 @@ TEST(CurveArrays, InNoOrderHaveTheBitsOfSingleCalls)
     }
 }
 
-// More registers than a block keeps beside the processor, and than the stack takes.
+// More registers than a block may have, and more than are kept on the stack.
 TEST(CurveArrays, OfLongExpressionsHaveTheBitsOfSingleCalls)
 {
     for (const int terms : {40, 400, 4000}) {
@@ -146,7 +146,7 @@ TEST(CurveArrays, MayBeSpansAndEmpty)
     EXPECT_EQ(values[1].d1, 2.0);
 }
 
-// Equal definitions make curves of equal bits, whatever was made and evaluated in between.
+// Equal definitions make curves with equal bits, whatever was made and evaluated in between.
 TEST(EqualDefinitions, HaveEqualBits)
 {
     RandomCurves one(22);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Curves from documents and into documents: what they are made of, what is said about it, and
-// that nothing else in the process counts.
+// Reading curves from documents and writing them: the definitions, the problems that are
+// reported, and that nothing else in the process matters.
 
 #include <cmath>
 #include <filesystem>
@@ -138,7 +138,7 @@ const DocumentCase kDocumentCases[] = {
                          "ybar=xbar^2;y=y1+(y2-y1)*ybar;returny;endsegmenttype")),
      "0 1 | 2 5 Quadratic",
      {}},
-    // Whoever reads the document gets this text, whatever is built in under that name.
+    // A reader of the document gets this text, even if a law with that name is built in.
     {"OtherLawUnderABuiltInName",
      withRows(segment("0", "2", "5", "Linear (Default)") + segment("2", "3", "4", "Linear"),
               definition("Linear (Default)", lineTimes("2", "Linear"))),
@@ -371,7 +371,7 @@ TEST(ReadDocument, EachProblemIsOneLine)
     EXPECT_THAT(problemsOf([&] { Curve made(definition); }), ElementsAre(HasSubstr("\"a b\"")));
 }
 
-TEST(ReadDocument, ErrorsOfTheCurveComeBeforeWhatIsOdd)
+TEST(ReadDocument, ErrorsOfTheCurveComeBeforeWarnings)
 {
     EXPECT_THAT(problemsOf(withRows(segment("0", "2", "1e999", "A"), definition("A", lineTimes("2", "B")))),
                 testing::Contains("row 1: the value is inf, which is not a finite number"));
@@ -401,7 +401,7 @@ TEST(ReadDocument, MotionResultHasToBeGiven)
     const Curve curve = Curve::parse(document.xml(), {{}, {"Other", "Slip Speed"}});
     EXPECT_EQ(curve.definition().over, Over::MotionResult);
     EXPECT_EQ(curve.definition().motionResult, "Slip Speed");
-    // Points want it only from who has a list.
+    // Points need it only if the settings have a list of results.
     const Document points = dataPointDocument().set("IndepVar", "Slip Speed");
     EXPECT_EQ(Curve::parse(points.xml()).definition().motionResult, "Slip Speed");
     EXPECT_THAT(problemsOf(points, {{}, {"Other"}}), ElementsAre(HasSubstr("\"Slip Speed\"")));
@@ -438,7 +438,7 @@ TEST(ReadDocument, LawsOfFoldersComeAfterTheDocuments)
                                             "; Own=" + kLine + "; Linear=" + kLine);
     EXPECT_THAT(shown(curve.warnings()), ElementsAre("warning: " + (folder / "SegmentTypes.txt").string() +
                                                      ":4: what follows the last endSegmentType is not read"));
-    // The definition is whole: no folder is needed any more.
+    // The definition is complete, so the folder is no longer needed.
     EXPECT_EQ(Curve(curve.definition()), curve);
     EXPECT_EQ(Curve(curve.definition())(1.0), 1.0 + 7.0 * 2.0);
 }
@@ -492,7 +492,7 @@ TEST(WriteDocument, SaysWhatSixDigitsChange)
     ASSERT_EQ(losses.size(), 1u);
     EXPECT_EQ(losses[0].level, Problem::Level::Warning);
     EXPECT_EQ(losses[0].place, "point 2");
-    // The line to (1001, 2) is met at 1000.123 with 1.000 + 0.003/0.88.
+    // At 1000.123 the line to (1001, 2) has the value 1.000 + 0.003/0.88.
     EXPECT_EQ(losses[0].message,
               "x 1000.123 becomes 1000.12; the value moves by up to 0.003409090909, at x = 1000.123");
 }
@@ -563,7 +563,7 @@ TEST(WriteDocument, JumpMayNameNoLaw)
     EXPECT_EQ(read.at(1.0, Side::Right).y, 5.0);
 }
 
-TEST(WriteDocument, RotaryForceCannotBeSaid)
+TEST(WriteDocument, ReportsARotaryForceAsLost)
 {
     CurveDefinition definition;
     definition.shape = CurveDefinition::Expression{"x", 0.0, 1.0};
@@ -574,7 +574,7 @@ TEST(WriteDocument, RotaryForceCannotBeSaid)
     EXPECT_THAT(shown(losses), ElementsAre("warning: the document does not say that it is rotary"));
 }
 
-TEST(WriteDocument, NameOfAResultMayMeanSomethingElse)
+TEST(WriteDocument, ReportsAResultWhoseNameMeansTime)
 {
     CurveDefinition definition;
     definition.shape = CurveDefinition::Expression{"x", 0.0, 1.0};

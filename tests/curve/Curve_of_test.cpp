@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// What a motion function is now, as a curve.
+// The curve of a motion function in its current state.
 
 #include <algorithm>
 #include <cmath>
@@ -47,7 +47,7 @@ protected:
         return std::get<SegmentShape>(curve.definition().shape);
     }
 
-    // The first problem that there is.
+    // The first problem.
     Problem problem()
     {
         try {
@@ -88,7 +88,7 @@ TEST_F(CurveOf, RowsThatWereNotCompiledAreCompiled)
     EXPECT_TRUE(row->getProfileExpr().IsEmpty()) << "the function stays as it is";
 }
 
-TEST_F(CurveOf, RowsThatWereEditedAreWhatTheyAreNow)
+TEST_F(CurveOf, EditedRowsHaveTheirCurrentValues)
 {
     fill();
     segments().parseExpression(1);
@@ -99,7 +99,7 @@ TEST_F(CurveOf, RowsThatWereEditedAreWhatTheyAreNow)
     EXPECT_EQ(curve(2.5), (-7.5 + 4.0) / 2.0);
 }
 
-TEST_F(CurveOf, FormulaThatIsNoLawsIsAnError)
+TEST_F(CurveOf, FormulaThatIsNotThatOfItsLawIsAnError)
 {
     fill();
     mfSegment_c* row = nullptr;
@@ -225,7 +225,7 @@ TEST_F(CurveOf, PointsAndExpressionsAreTaken)
     EXPECT_EQ(formula(2.0), 12.0) << "the unit factor counts as 1";
 }
 
-TEST_F(CurveOf, WhatIsNotSaidIsAWarning)
+TEST_F(CurveOf, MissingQuantityAndVariableAreWarnings)
 {
     function.setFunctionType(FunctionType_DataPoints);
     points().appendDataPoint(new mfDataPoints_c(new mfPoint2D_c(1, 2)));
@@ -234,7 +234,7 @@ TEST_F(CurveOf, WhatIsNotSaidIsAWarning)
                             "it does not say what x is; it counts as time"));
 }
 
-TEST_F(CurveOf, WhatIsNoFunctionIsAnError)
+TEST_F(CurveOf, FunctionOfNoKindIsAnError)
 {
     function.setFunctionType(static_cast<FunctionType_e>(9));
     EXPECT_EQ(problem().message,

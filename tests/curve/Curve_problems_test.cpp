@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Definitions that make no curve: every problem with its place and message.
+// Invalid definitions: every problem has its place and message.
 
 #include <cmath>
 #include <gmock/gmock.h>
@@ -66,7 +66,7 @@ std::string law(const std::string& statements)
     return "SegmentType(\"Own\", x, x1, y1, x2, y2) " + statements + " endSegmentType";
 }
 
-/// "PLACE: MESSAGE" of each problem; nothing when there is a curve.
+/// "PLACE: MESSAGE" of each problem; empty for a valid definition.
 std::vector<std::string> problemsOf(const CurveDefinition& definition)
 {
     std::vector<std::string> lines;
@@ -138,7 +138,7 @@ TEST_P(BadDefinitions, AreRefusedWithPlaceAndReason)
 INSTANTIATE_TEST_SUITE_P(Curve, BadDefinitions, testing::ValuesIn(kBadDefinitions),
                          [](const auto& tested) { return tested.param.name; });
 
-// The parser's own words are tested with the parser; here the place and the form count.
+// The messages of the parser are tested with the parser; this tests the place and the form.
 TEST(BadTexts, OfAnExpressionNameTheCharacter)
 {
     EXPECT_THAT(problemsOf(expression("2*+x)")), ElementsAre(HasSubstr("character 5: ")));
@@ -193,7 +193,7 @@ TEST(BadDefinition, HasOneLineForEachProblemInWhat)
     }
 }
 
-/// `count` rows of a law whose formula has 131,071 characters and says x.
+/// `count` rows of a law whose formula has 131,071 characters and the value x.
 CurveDefinition rowsOfALongLaw(int count)
 {
     std::string formula = "x";
@@ -207,7 +207,7 @@ CurveDefinition rowsOfALongLaw(int count)
     return definition;
 }
 
-// 4 * 2^20 characters, and 1,024 for each row: that is 32 and a quarter of those formulas.
+// 4 * 2^20 characters and 1,024 for each row allow 32 and a quarter of those formulas.
 TEST(CurveProblems, FewRowsMayHaveALongLaw)
 {
     const Curve curve(rowsOfALongLaw(32));
@@ -221,13 +221,13 @@ TEST(CurveProblems, ManyRowsOfALongLawAreTooLongTogether)
                             "characters are allowed for 33 rows"));
 }
 
-// The rows after it are not looked at: 20,000 of these would take minutes.
+// The rows after it are not checked: 20,000 of them would take minutes.
 TEST(CurveProblems, TheWorkEndsAtTheRowThatIsTooLong)
 {
     EXPECT_THAT(problemsOf(rowsOfALongLaw(3000)), ElementsAre(HasSubstr("row 56: the formulas")));
 }
 
-// A formula that outgrows the engine's limit costs as much as the longest one that does not.
+// A formula beyond the engine's limit counts as much as the longest formula within it.
 TEST(CurveProblems, FormulasThatOutgrowTheEngineCountToo)
 {
     std::string sum = "x1";

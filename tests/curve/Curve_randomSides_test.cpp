@@ -43,7 +43,7 @@ void expectSame(const CurveValues& values, const Values& expected)
     }
 }
 
-// What the motion function has at x. Where the curve has no value, it has 0.0.
+// The values of the motion function at x. Where the curve has no value, they are 0.0.
 Values givenAt(GivenCurve& given, const Curve& curve, double x)
 {
     const CurveValues values = curve.at(x);
@@ -56,8 +56,8 @@ Values givenAt(GivenCurve& given, const Curve& curve, double x)
     return expected;
 }
 
-// The plain values by the words of the rules. The motion function goes on beyond its ends as the
-// curve does with Extend.
+// The plain values according to the documented rules. The motion function continues beyond its ends
+// as the curve does with Extend.
 Values byRule(GivenCurve& given, const Curve& curve, Outside outside, double x)
 {
     const double first = curve.firstX();
@@ -127,8 +127,8 @@ Values taylor(const CurveValues& from, double t)
             from.d1 + t * (from.d2 + t * from.d3 / 2.0), from.d2 + t * from.d3, from.d3};
 }
 
-// A piece is one polynomial: what it is at its end follows from what it is in its middle, but
-// for the rounding of terms of the size of the largest one.
+// A piece is one polynomial: its values at its end follow from those in its middle, except for the
+// rounding of terms as large as the largest one.
 TEST_F(RandomSides, OfAKnotAreThePiecesBesideIt)
 {
     RandomCurves random(23);

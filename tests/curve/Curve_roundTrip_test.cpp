@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// From definitions through documents and back, at random: what is not reported as lost comes
-// back, and what was read once stays.
+// Writes random definitions as documents and reads them back: all that is not reported as lost
+// comes back, and a second round changes nothing.
 
 #include <algorithm>
 #include <bit>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kCurves = 1000;
 
-// A definition as a document says it: laws in normal form, and only those that rows name.
+// A definition as a document stores it: laws in normal form, and only those that rows name.
 CurveDefinition asDocument(CurveDefinition definition)
 {
     if (auto* shape = std::get_if<SegmentShape>(&definition.shape)) {
@@ -106,7 +106,7 @@ TEST(RoundTrip, OfRandomCurvesKeepsWhatIsNotReported)
     EXPECT_LT(exact, kCurves);
 }
 
-// Every law of the library through its definition, and the bits that it has.
+// Every law of the library comes back with its bits.
 TEST(RoundTrip, OfEveryLawKeepsItsBits)
 {
     curve_test::RandomCurves random(12);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A curve has the bits that the same motion function has through its own classes: inside rows,
-// and everywhere for points and expressions.
+// A curve has the same bits as the motion function of its definition: inside rows, and everywhere
+// for points and expressions.
 
 #include <bit>
 #include <cmath>

@@ -50,7 +50,8 @@ void expectSame(const CurveValues& values, const Values& expected)
 
 // --- Rows ------------------------------------------------------------------------------
 
-// What a curve of rows has to be, from the formulas of the rows and the words of the rules.
+// The values that a curve of rows has to have, from the formulas of the rows and the documented
+// rules.
 class Oracle {
 public:
     explicit Oracle(const CurveDefinition& definition) : given_(definition)
@@ -114,7 +115,7 @@ private:
         return at(inside, side, Outside::Undefined);
     }
 
-    // What is not finite is 0.0 in the table.
+    // Values that are not finite are 0.0 in the table.
     Values formula(int row, double x)
     {
         auto& table = static_cast<mfFunctionSegments_c&>(*given_.function().getFunctionSegments());
@@ -212,7 +213,7 @@ TEST_F(Sides, OfARowOfNoLengthAreTheRowsBesideIt)
     EXPECT_EQ(curve.at(2.0).y, 8.0);
 }
 
-// Close to an end a period's rest rounds to the end itself, which is still inside.
+// Close to an end, the rest after whole periods rounds to the end itself, which is still inside.
 TEST_F(Sides, RoundedPlacesOfAPeriodStayInside)
 {
     CurveDefinition definition;
@@ -292,7 +293,7 @@ TEST_F(Sides, OfACubicDifferInItsThirdDerivative)
     expectSame(curve.at(1.0, Side::Left), {1.0, 0.0, -3.0, -3.0});
     expectSame(curve.at(1.0, Side::Right), {1.0, 0.0, -3.0, 3.0});
     expectSame(curve.at(1.0), {1.0, 0.0, -3.0, 3.0});
-    // Beyond the ends the tangent goes on.
+    // Beyond the ends the tangent continues.
     expectSame(curve.at(0.0, Side::Left), {0.0, 1.5, 0.0, 0.0});
     expectSame(curve.at(0.0, Side::Right), {0.0, 1.5, 0.0, -3.0});
     expectSame(curve.at(2.0, Side::Left), {0.0, -1.5, 0.0, 3.0});
@@ -357,7 +358,7 @@ const Branches kBranches[] = {
     {"StepEnd", "step(x, 1, 0, 3, 8)", 3.0, {8, 0, -12, -12}, {8, 0, 0, 0}, {8, 0, 0, 0}},
     {"FloorInsideIf", "if(floor(x)-1: 10, 20, 30)", 1.0, {10, 0, 0, 0}, {20, 0, 0, 0}, {20, 0, 0, 0}},
     {"JumpOfAJump", "floor(x)*floor(x)", 3.0, {4, 0, 0, 0}, {9, 0, 0, 0}, {9, 0, 0, 0}},
-    // Nothing differs where no branch begins.
+    // Without a branch at x the sides do not differ.
     {"Smooth", "x^2", 1.0, {1, 2, 2, 0}, {1, 2, 2, 0}, {1, 2, 2, 0}},
     {"OneDoubleAfterAKink",
      "abs(x-1)",
@@ -365,7 +366,7 @@ const Branches kBranches[] = {
      {0x1p-52, 1, 0, 0},
      {0x1p-52, 1, 0, 0},
      {0x1p-52, 1, 0, 0}},
-    // The branch is the same everywhere, so none of the sides decides.
+    // The condition is 0 everywhere, so neither side decides.
     {"EqualEverywhere", "if(x-x: 1, 2, 3)", 1.0, {2, 0, 0, 0}, {2, 0, 0, 0}, {2, 0, 0, 0}},
 };
 
@@ -391,7 +392,7 @@ TEST(BranchSidesOfARow, AreThoseOfItsLaw)
     definition.shape = CurveDefinition::Segments{
         0.0, 0.0, {{4.0, 8.0, "Two-Parabolas"}}, {curve_test::kTwoParabolas}, false};
     const Curve curve(definition);
-    // The acceleration is 4 strokes by length squared, and then as much below 0.
+    // The acceleration is 4 strokes divided by the length squared, then the same with a minus.
     expectSame(curve.at(2.0, Side::Left), {4.0, 4.0, 2.0, 0.0});
     expectSame(curve.at(2.0, Side::Right), {4.0, 4.0, -2.0, 0.0});
     expectSame(curve.at(2.0), {4.0, 0.0, 0.0, 0.0});

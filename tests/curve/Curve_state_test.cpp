@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Making, reading and writing a curve depends on nothing in the process and changes nothing
-// there, whatever happens in it.
+// Making, reading and writing a curve does not depend on the state of the process, and does not
+// change it.
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -121,7 +121,7 @@ TEST_P(State, StaysUnderAnotherLocaleAndVersion)
 INSTANTIATE_TEST_SUITE_P(Curves, State, testing::ValuesIn(kStateCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// What a thread does with the errors of the XML engine.
+// The thread's handler of the XML engine's errors.
 TEST(State, HandlerOfXmlErrorsStays)
 {
     int token = 0;
@@ -132,7 +132,7 @@ TEST(State, HandlerOfXmlErrorsStays)
     xmlSetStructuredErrorFunc(nullptr, nullptr);
 }
 
-// The same whatever came before
+// What came before has no influence
 
 TEST(Reading, DoesNotSeeWhatWasReadBefore)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// What a curve is at one x, for each kind.
+// The values of a curve at one x, for each kind.
 
 #include "mfcurves/curve/Curve.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Threads make, read, write, evaluate and end curves at once, each its own and all one. Under
-// the thread sanitizer this shows that what they share is safe to share.
+// Threads make, read, write, evaluate and destroy curves at once, their own ones and a common one.
+// Under the thread sanitizer this shows that what they share is safe to share.
 
 #include <atomic>
 #include <functional>
@@ -32,7 +32,7 @@ void onEachThread(const std::function<void(int)>& run)
         thread.join();
 }
 
-// A table of one row with a law of that factor; the value at its middle is 1 + factor.
+// The document of one row with a law of that factor; the value at its middle is 1 + factor.
 std::string documentOf(int factor)
 {
     return segmentDocument()
@@ -41,7 +41,7 @@ std::string documentOf(int factor)
         .xml();
 }
 
-// Every thread has its own law of one name; some of its documents are wrong.
+// Every thread has its own law under the same name; some of its documents are wrong.
 void readAndWrite(int thread)
 {
     ReadSettings settings;
@@ -73,7 +73,7 @@ TEST(CurveThreads, ReadAndWriteUnderAHostThatWorks)
     QelSession_c::setMotionFunctionContext(&context);
     context.profileManager();
     std::atomic<bool> isDone = false;
-    // The host's own thread goes on with what belongs to it.
+    // The host's own thread continues to work on its own objects.
     std::thread host([&] {
         while (!isDone) {
             context.profileManager().rebuildUserProfileMap();

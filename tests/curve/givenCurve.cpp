@@ -94,7 +94,7 @@ void GivenCurve::iFill(const mf::PointShape& shape)
     points.RegenSplineData();
 }
 
-// Three derivatives are had by more than two plotting points.
+// The three derivatives need more than two plotting points.
 void GivenCurve::iFill(const mf::ExpressionShape& shape)
 {
     function_.setFunctionType(mf::FunctionType_Expression);

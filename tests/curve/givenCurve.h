@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The motion function that a definition describes, made through the classes that a host
-// edits.
+// The motion function of a definition, made through the classes that a host uses.
 
 #include <string>
 
@@ -13,7 +12,7 @@ namespace curve_test {
 
 class GivenCurve {
 public:
-    /// A context has to be in the session. Every row is compiled and sampled.
+    /// The session must have a context. Every row is compiled and sampled.
     explicit GivenCurve(const mf::CurveDefinition& definition);
 
     mfFunctionData_c& function() { return function_; }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Laws by their names: where they are looked for, how they may be called, and what is said
-// when there is none.
+// Laws by their names: where they are searched for, which names find them, and the message if a
+// law is not found.
 
 #include "mfcurves/curve/laws.h"
 
@@ -20,7 +20,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// Ends at `factor` times the way, so that a law can be told by its end.
+// A law that ends at `factor` times the stroke, by which the tests recognise it.
 std::string lawText(const std::string& name, int factor)
 {
     return "SegmentType(\"" + name + "\", x, x1, y1, x2, y2)\n  y = y1+" + std::to_string(factor) +

@@ -25,7 +25,7 @@ const mf::LawText kTwoParabolas = {"Two-Parabolas",
                                    "  return y;\n"
                                    "endSegmentType"};
 
-// A number with six decimals at most, as tables keep them, often a round one.
+// A number with at most six decimals, as tables store them, often a round one.
 double RandomCurves::number(double from, double to)
 {
     const double any = uniform(from, to);
@@ -39,7 +39,7 @@ double RandomCurves::number(double from, double to)
     }
 }
 
-// Some rows have no length, which are jumps.
+// Some rows have length 0: they are jumps.
 mf::CurveDefinition RandomCurves::segments()
 {
     mf::SegmentShape shape;

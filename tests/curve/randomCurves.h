@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Definitions of curves made at random from a fixed seed, of all kinds.
+// Random definitions of curves of all kinds, from a fixed seed.
 
 #include <cstddef>
 #include <vector>
@@ -18,7 +18,7 @@ public:
     mf::CurveDefinition segments();
     mf::CurveDefinition points();
     mf::CurveDefinition expression();
-    /// One of the three.
+    /// One of the three kinds.
     mf::CurveDefinition any();
 
     double uniform(double from, double to) { return random_.uniform(from, to); }
@@ -30,10 +30,10 @@ private:
     engine_test::Generator random_;
 };
 
-/// A law of its own for definitions, with branches inside: (0, 0) to (1, 1) by parabolas.
+/// A law with branches inside, which is not built in: two parabolas from (0, 0) to (1, 1).
 extern const mf::LawText kTwoParabolas;
 
-/// The x where rows or points meet, both ends included, ascending, each once.
+/// The distinct x where rows or points meet, both ends included, ascending.
 std::vector<double> seamsOf(const mf::CurveDefinition& definition);
 
 const mf::SegmentShape& segmentsOf(const mf::CurveDefinition& definition);

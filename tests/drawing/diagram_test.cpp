@@ -95,7 +95,7 @@ TEST(Diagram, HasAGapWhereThereIsNoFiniteValue)
     EXPECT_EQ(diagram.panels[0].traces.front().lines.size(), 2u);
 }
 
-// tan has poles at pi/2, 3 pi/2 and 5 pi/2. Beside them any value is an accident of where it is computed.
+// tan has poles at pi/2, 3 pi/2 and 5 pi/2. Close to them a value depends on where it happens to be computed.
 TEST(Diagram, ShowsWhatIsBesideAPole)
 {
     const Diagram diagram = diagramOf({formula("tan(x)", 0.0, 10.0)});
@@ -127,7 +127,7 @@ TEST(Svg, NamesNoExtremesBesideAPole)
     EXPECT_EQ(svg.find("e+"), std::string::npos);
 }
 
-// The velocity falls from 1 to 0 where the acceleration is greatest, 6: its label would hide the arrow.
+// The velocity falls from 1 to 0 where the acceleration is greatest, 6. Its label must not hide the arrow.
 TEST(Svg, WritesALabelBesideAnArrow)
 {
     const std::string svg = toSvg(diagramOf({rows({{1.0, 1.0, "Linear"}, {2.0, 2.0, "Cubic"}})}));

@@ -10,7 +10,7 @@ namespace {
 using mf::drawing::Line;
 using mf::drawing::Point;
 
-// How far p is from the nearest stretch of a line.
+// The distance from p to the nearest stretch of a line.
 double distanceTo(const Line& line, const Point& p)
 {
     double nearest = 1e9;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Compiled expressions as the engine's tests use them: calculators that release
-// themselves, and values that are absent where an evaluation fails.
+// Compiled expressions for the tests of the engine: calculators that release
+// themselves, and values that are absent if an evaluation fails.
 
 #include <array>
 #include <memory>
@@ -25,7 +25,7 @@ inline std::wstring wide(const std::string& ascii)
     return std::wstring(ascii.begin(), ascii.end());
 }
 
-/// The compiled text, or null when it is refused. Its one argument is `variable`.
+/// The compiled text, or null if it is refused. Its one argument is `variable`.
 inline Calculator compile(const std::wstring& text, std::wstring variable = L"x")
 {
     ICalculator* calculator = nullptr;
@@ -53,7 +53,7 @@ inline Calculator derivative(const Calculator& calculator)
     return Calculator(calculator ? calculator->differentiate(0) : nullptr);
 }
 
-/// Nothing when there is no calculator or the evaluation fails.
+/// The value at x; nothing if the calculator is null or the evaluation fails.
 inline std::optional<double> evaluate(const Calculator& calculator, double x)
 {
     if (!calculator)
@@ -65,7 +65,7 @@ inline std::optional<double> evaluate(const Calculator& calculator, double x)
     return *result.getValue();
 }
 
-/// A text with its three derivatives: one family.
+/// A text and its three derivatives, which are one family.
 class Orders {
 public:
     explicit Orders(const std::string& text, const std::wstring& variable = L"x")

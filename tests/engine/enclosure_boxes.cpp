@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 // Encloses every function of the expression language over many random boxes, and compares with
-// MPFR: the exact value at a random point of the box, to 200 bits, lies inside.
+// MPFR: the exact value at a random point of the box, to 200 bits, is inside the enclosure.
 //
 //     enclosure_boxes [BOXES]        1,000,000 boxes for each function without a number
 //
-// Not among the tests, which take 10,000 boxes and values of doubles. Built where MPFR is found
-// (Debian: libmpfr-dev). Exit status 1: a value lies outside.
+// Not one of the tests, which use 10,000 boxes and values in doubles. It is built if MPFR is found
+// (Debian: libmpfr-dev). Exit status 1: a value is outside its enclosure.
 
 #include <cmath>
 #include <cstdio>
@@ -77,7 +77,7 @@ int signOf(mpfr_ptr y, mpfr_srcptr a, mpfr_srcptr b, mpfr_rnd_t)
     return mpfr_sgn(b) < 0 ? mpfr_neg(y, y, MPFR_RNDN) : 0;
 }
 
-// Zero has no sign here, as in the engine.
+// The sign of a zero is ignored, as in the engine.
 int angle(mpfr_ptr z, mpfr_srcptr y, mpfr_srcptr x, mpfr_rnd_t rounding)
 {
     const bool isOnAxis = mpfr_zero_p(y) != 0;
@@ -133,7 +133,8 @@ private:
     std::mt19937_64 random_{1};
 };
 
-// Whether the exact value lies inside. Where there is none, or it is no double, the enclosure says so.
+// Whether the enclosure contains the exact value. If that does not exist or is infinite, the enclosure has to
+// say so.
 bool holds(const Interval& y, mpfr_ptr exact)
 {
     if (!mpfr_number_p(exact))

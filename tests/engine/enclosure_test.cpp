@@ -28,7 +28,7 @@ using mf::engine::NodeId;
 
 constexpr int kBoxes = 10'000;
 
-// Boxes of all sizes, about places of all sizes; some begin or end at a whole number.
+// Boxes of all sizes around numbers of all sizes; some begin or end at a whole number.
 class Boxes {
 public:
     explicit Boxes(unsigned seed) : random_(seed) {}
@@ -107,7 +107,7 @@ TEST_P(EnclosureOfFunction, HoldsTheValuesAtPointsOfTheBox)
     }
 }
 
-// A point gives a few units in the last place: those of the library's error and a step.
+// The enclosure of a point is a few units in the last place wide: the library's error and a step.
 TEST_P(EnclosureOfFunction, IsNarrowAtPoints)
 {
     constexpr double kMostUlps = 14.0;
@@ -225,7 +225,7 @@ TEST_P(EnclosureOfText, HoldsComputedValuesOfAllOrders)
 INSTANTIATE_TEST_SUITE_P(Texts, EnclosureOfText, testing::ValuesIn(kTexts),
                          [](const auto& tested) { return std::to_string(tested.index); });
 
-// The formula in long double is the exact value, compared with an error 2,000 times smaller.
+// The formula in long double, whose error is 2,000 times smaller, counts as the exact value.
 TEST(ErrorBounds, HoldTheDistanceBetweenComputedAndExactValues)
 {
     struct Case {
@@ -299,7 +299,7 @@ TEST(Interval, PowersOfABaseFromNegativeZeroAreUnbounded)
     EXPECT_TRUE(y.contains(1e39));
 }
 
-// Products just below the largest double, whose halves would overflow; long double holds them.
+// Products just below the largest double, whose halves would overflow; a long double does not.
 TEST(Interval, ProductsNearTheLargestNumberAreBounded)
 {
     Boxes boxes(5);
@@ -324,7 +324,7 @@ TEST(Interval, DividingByWhatMayBeZeroLeavesPointsWithoutValue)
     EXPECT_TRUE((Interval(0.0) / Interval(0.0)).isNothing());
 }
 
-TEST(Interval, TellsUndefinedFromPartlyDefined)
+TEST(Interval, DistinguishesUndefinedFromPartlyDefined)
 {
     using namespace mf::engine::intervals;
     EXPECT_TRUE(ofSqrt({-2.0, -1.0}).isNothing());

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// An evaluation allocates nothing, and a derivative that finds no memory can be asked
-// for again: this binary counts what the whole process takes from the allocator, and
-// can refuse it.
+// An evaluation allocates nothing, and a derivative that found no memory can be requested
+// again. This program counts all allocations of the process, and can make them fail.
 
 #include <atomic>
 #include <cstdlib>
@@ -40,7 +39,7 @@ namespace {
 
 class Allocations : public testing::TestWithParam<const char*> {};
 
-TEST_P(Allocations, OfAnEvaluationAreNone)
+TEST_P(Allocations, DoNotOccurInAnEvaluation)
 {
     const Orders compiled(GetParam());
     ASSERT_TRUE(compiled);
@@ -55,7 +54,7 @@ TEST_P(Allocations, OfAnEvaluationAreNone)
     EXPECT_EQ(allocations - before, 0);
 }
 
-// The derivative with at most so many allocations, or null.
+// The derivative, or null if it takes more than `count` allocations.
 Calculator derivativeWithin(long count, const Calculator& calculator)
 {
     allocationsLeft = count;
@@ -75,7 +74,7 @@ TEST_P(Allocations, ThatFailLeaveTheOrdersAsTheyAre)
     for (long allowed = 0; failed; ++allowed) {
         ASSERT_LT(allowed, 1000);
         failed = false;
-        // Blanks make it a text that the cache does not hold.
+        // Blanks make it a text that is not in the cache.
         Calculator orders[4] = {
             compile(GetParam() + std::string(static_cast<std::size_t>(allowed) + 1, ' '))};
         for (int order = 1; order < 4; ++order) {

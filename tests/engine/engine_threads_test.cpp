@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Distinct parsers and calculators on distinct threads. What they share inside the
-// engine, compiled texts above all, must not show; the thread sanitizer looks on.
+// Distinct parsers and calculators on distinct threads. What they share in the engine,
+// above all compiled texts, must have no effect. Run this under the thread sanitizer, too.
 
 #include <array>
 #include <atomic>
@@ -74,7 +74,7 @@ TEST(Threads, EvaluateFamiliesOfOneText)
     EXPECT_EQ(wrong, 0);
 }
 
-// A formula is constant: each thread brings registers of its own.
+// A formula never changes: each thread brings registers of its own.
 TEST(Threads, EvaluateOneFormula)
 {
     using mf::engine::Formula;

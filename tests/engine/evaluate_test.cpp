@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Evaluating: counts of arguments, failures, and what a family of calculators
+// Evaluation: numbers of arguments, failures, and what a family of calculators
 // remembers between two evaluations.
 
 #include <algorithm>
@@ -97,7 +97,7 @@ struct FailureCase {
     const char* name;
     std::string text;
     double x;
-    std::optional<double> value;  ///< absent where the evaluation fails
+    std::optional<double> value;  ///< absent if the evaluation fails
 };
 
 void PrintTo(const FailureCase& c, std::ostream* os)
@@ -217,7 +217,7 @@ void PrintTo(const RangeCase& c, std::ostream* os)
 
 class Range : public testing::TestWithParam<RangeCase> {};
 
-TEST_P(Range, IsThatOfTheTextAsItStands)
+TEST_P(Range, IsThatOfTheTextAsWritten)
 {
     const RangeCase& c = GetParam();
     const Orders compiled(c.text);
@@ -281,7 +281,7 @@ TEST(FamilyMemory, DoesNotOutliveAFailure)
 
 TEST(FamilyMemory, HoldsNothingBeforeTheFirstEvaluation)
 {
-    // Registers that start as zeros must not pass for those of x = 0.
+    // Registers that start as zeros must not be taken for those of x = 0.
     for (int order = 0; order < 4; ++order) {
         const Orders compiled("cos(x)+exp(2*x)");
         ASSERT_TRUE(compiled);
@@ -305,8 +305,8 @@ TEST(FamilyMemory, GrowsWhenADerivativeIsAdded)
     EXPECT_EQ(evaluate(value, 2.0), 16.0 + std::sin(2.0));
 }
 
-// Whatever was asked before, an order at a point answers what a family answers
-// that has never been asked anything.
+// Whatever was evaluated before, an order at a point has the value that a new family
+// returns.
 TEST(FamilyMemory, ChangesNoResult)
 {
     constexpr int kExpressions = 300;
@@ -320,9 +320,9 @@ TEST(FamilyMemory, ChangesNoResult)
         for (int question = 0; question < kQuestions; ++question) {
             const int order = generator.whole(0, 3);
             const double x = points[generator.whole(0, static_cast<int>(std::size(points)) - 1)];
-            const std::optional<double> answer = asked.at(x, order);
+            const std::optional<double> value = asked.at(x, order);
             const Orders unasked(text);
-            ASSERT_EQ(bits(answer), bits(unasked.at(x, order))) << text << "\norder " << order << " at " << x;
+            ASSERT_EQ(bits(value), bits(unasked.at(x, order))) << text << "\norder " << order << " at " << x;
         }
     }
 }

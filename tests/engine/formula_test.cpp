@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// A formula is constant: its registers come from the caller, its values are those of
+// A formula never changes: its registers come from the caller. Its values are those of
 // the calculators, bit for bit, for one point and for many.
 
 #include "mfcurves/engine/formula.h"
@@ -36,7 +36,7 @@ FormulaPtr formula(const std::string& text, int highestOrder = kHighest)
 
 using Values = std::array<double, kHighest + 1>;
 
-// Registers with numbers of somebody else's in them.
+// Registers that still contain the numbers of another formula.
 std::vector<double> usedRegisters(std::size_t count)
 {
     return std::vector<double>(count, -7.25);
@@ -154,7 +154,7 @@ TEST(Formula, HasTheBitsOfTheCalculators)
     }
 }
 
-// Block sizes on both sides of whatever number of points is worked on at a time.
+// Block sizes below and above the numbers of points that are computed together.
 TEST(Formula, HasTheSameBitsInBlocks)
 {
     Generator generator(31);
@@ -177,7 +177,7 @@ TEST(Formula, HasTheSameBitsInBlocks)
     }
 }
 
-// The thread sanitizer looks on.
+// Run this under the thread sanitizer, too.
 TEST(Formula, RunsOnManyThreadsAtOnce)
 {
     constexpr int kThreads = 8;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Every function of the engine against values that SymPy and mpmath made at 60
-// digits: function_values.txt, written by make_function_values.py.
+// Compares every function of the engine with values that SymPy and mpmath computed
+// with 60 digits: function_values.txt, written by make_function_values.py.
 
 #include <algorithm>
 #include <cmath>
@@ -18,8 +18,8 @@ using TestedFunction = TabledText<5>;  // x, value, three derivatives
 
 class FunctionValues : public testing::TestWithParam<TestedFunction> {};
 
-// The points stay away from kinks and are chosen well-conditioned, so that 1e-12
-// leaves the engine thousands of roundings and a wrong formula none.
+// The points are well-conditioned and not near kinks. 1e-12 allows the engine thousands
+// of rounding errors, and no wrong formula.
 constexpr double kRelativeTolerance = 1e-12;
 
 TEST_P(FunctionValues, AgreeInAllOrders)

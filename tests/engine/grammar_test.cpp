@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Values of accepted texts at x = 3. What is refused, and why, is in parser_test.cpp.
+// Values of accepted texts at x = 3. For texts that are refused see parser_test.cpp.
 
 #include <cmath>
 #include <gtest/gtest.h>

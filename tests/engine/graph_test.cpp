@@ -93,7 +93,7 @@ TEST_F(GraphOfTerms, CountsCoefficientsAsNodes)
     EXPECT_TRUE(graph.full());
 }
 
-// One long list, looked up again and again, makes no node and takes its time.
+// One long list that is looked up again and again adds no nodes, but takes time.
 TEST_F(GraphOfTerms, LooksUpNoMoreThanTheLimit)
 {
     constexpr std::size_t kLength = kMostNodes / 10;

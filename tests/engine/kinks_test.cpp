@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Derivatives where no formula of analysis helps: kinks, jumps, constants, ends of
-// domains; and derivatives past the third.
+// Derivatives that the rules of calculus do not define: at kinks, jumps, and ends of
+// domains. Also those of constants, and derivatives above the third.
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-/// A text with its value and three derivatives at one point; those absent fail.
+/// A text with its value and three derivatives at one point; absent ones fail.
 struct KinkCase {
     const char* name;
     std::string text;
@@ -53,8 +53,8 @@ const KinkCase kKinks[] = {
     {"TieOfZeros", "min(x,-x)", -0.0, {0, 1, 0, 0}},
     {"TieOfDifferenceGoesToTheFirst", "dim(3*x,2*x)", 0.0, {0, 1, 0, 0}},
     {"TieOfDifferenceWithAConstant", "dim(x,1)", 1.0, {0, 1, 0, 0}},
-    // The angle jumps where the point crosses the left half of the axis. On it it is pi,
-    // whatever sign the zero got on its way: -0 + 0 is 0, and so is x(x + 1) at -1.
+    // The angle jumps where the point crosses the left half of the axis. There it is pi,
+    // whatever the sign of the zero: -0 + 0 is 0, and so is x(x + 1) at -1.
     {"AngleOnTheLeftHalf", "atan2(x,-1)", 0.0, {kPi, -1, 0, 2}},
     {"AngleOfNegativeZero", "atan2(x,-1)", -0.0, {kPi, -1, 0, 2}},
     {"AngleOfZeroPlusNegativeZero", "atan2(0+x,-1)", -0.0, {kPi, -1, 0, 2}},

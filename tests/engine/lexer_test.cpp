@@ -49,7 +49,7 @@ const char* nameOf(TokenKind kind)
     return "?";
 }
 
-// One token a word: kind, offset and text, such as `name@2:sin`; the last is `end` or `bad`.
+// One word per token: kind, offset and text, such as `name@2:sin`; the last is `end` or `bad`.
 std::string tokensOf(std::wstring_view text)
 {
     Lexer lexer(text);

@@ -4,14 +4,14 @@
 
     python3 make_function_values.py > function_values.txt
 
-Each text of the table stands beside the same function as a SymPy expression.
-SymPy differentiates, mpmath evaluates at 60 digits, and the result is rounded
+The table has each text together with the same function as a SymPy expression.
+SymPy differentiates, mpmath evaluates with 60 digits, and the result is rounded
 once to a double. A function made of pieces is given as a Python function that
-answers the formula of the piece in force at the point.
+returns the formula of the piece that is valid at the point.
 
 Points at which the problem itself is ill-conditioned (a relative change of x by
-one unit would move an order by more than 300) are left out: there the nearest
-double of x says more than the engine.
+one unit would move an order by more than 300) are left out: there the rounding
+of x matters more than the engine.
 """
 
 import math

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes plain_values.txt: texts evaluated as they stand, and how far that is from the truth.
+"""Writes plain_values.txt: texts evaluated as written, and how far that is from the exact value.
 
     python3 make_plain_values.py > plain_values.txt
 
@@ -10,7 +10,7 @@ same double numbers. A line holds x, the double result, and the exact value less
 that result.
 
 The texts are the built-in motion laws with numbers filled in with six decimals,
-a negative one with its sign as it stands, and expressions made at random.
+negative ones with their sign and no parentheses, and random expressions.
 """
 
 import math
@@ -58,7 +58,7 @@ EXACT = {
 
 
 def evaluator(text):
-    """The text as a Python expression; Python's own precedences are the engine's."""
+    """The text as a Python expression; Python has the same precedences as the engine."""
     with_numbers = re.sub(r"(?<![\w.])\d+(\.\d+)?", r"number('\g<0>')", text)
     return compile(with_numbers.replace("^", "**"), text, "eval")
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Many points at a time give the bits of one point after the other.
+// Many points at a time have the same bits as one point after the other.
 
 #include <bit>
 #include <cmath>
@@ -56,7 +56,7 @@ std::vector<double> points(std::size_t count, double from, double to)
 
 class ManyPoints : public testing::TestWithParam<std::size_t> {};
 
-// Counts on both sides of whatever number of points is worked on at a time.
+// Numbers of points below and above those that are computed together.
 TEST_P(ManyPoints, HaveTheBitsOfSinglePoints)
 {
     Generator generator(11);
@@ -112,7 +112,7 @@ TEST(ManyPoints, OfTwoParametersFail)
     EXPECT_EQ(many(compileFree(L"a+b"), {1.0, 2.0}), std::vector<double>());
 }
 
-// More numbers at a time than are worked on side by side.
+// More registers than a block may have.
 TEST(ManyPoints, OfAVeryLongTextHaveItsValues)
 {
     std::string text = "0";
@@ -132,7 +132,7 @@ TEST(ManyPoints, ChangeNoSinglePoint)
     EXPECT_EQ(third.size(), 10u);
 }
 
-// A calculator of somebody else's making.
+// A calculator that is not the engine's own.
 class Doubler : public ICalculator {
 public:
     ICalculator* differentiate(int) override { return nullptr; }
@@ -145,8 +145,8 @@ public:
     bool Release() override { return true; }
 };
 
-// A law of motion: `terms` terms from the power `lowest` on, scaled and shifted, of
-// x as it is, shifted, divided, or both.
+// A motion law: `terms` terms from the power `lowest` on, scaled and shifted, of the
+// argument `u`, which is x, or x shifted, divided or both.
 std::string lawText(int terms, int lowest, const std::string& u)
 {
     std::string sum = "0";
@@ -156,7 +156,7 @@ std::string lawText(int terms, int lowest, const std::string& u)
     return "1.3-2.1*(" + sum + ")";
 }
 
-// At each x the orders are asked for in another sequence, so that laws and their
+// At each x the orders are requested in another sequence, so that laws and their
 // derivatives are computed alone, together and one after the other.
 void expectBitsOfManyPoints(const std::string& text)
 {
@@ -201,7 +201,7 @@ TEST(Laws, HaveTheBitsOfManyPointsWhateverIsAskedFor)
     }
 }
 
-// What stands behind the law is a polynomial too, and not the law's derivative.
+// The expression beside the law is a polynomial as well, but not the law's derivative.
 TEST(Laws, KeepTheirBitsBesideOtherPolynomials)
 {
     for (const std::string other :
@@ -236,7 +236,7 @@ TEST(Functions, HaveTheBitsOfManyPointsWhateverIsAskedFor)
     }
 }
 
-// The derivative of half the square of what the law shifts is that shifted x.
+// The derivative of half the square of the shifted x is the shifted x itself.
 TEST(Laws, LendTheirShiftedXToADerivative)
 {
     expectBitsOfManyPoints("1.5+0.5*(x-0.3)^2");

@@ -70,7 +70,7 @@ struct MeaningCase {
 
 class Meaning : public testing::TestWithParam<MeaningCase> {};
 
-TEST_P(Meaning, OfTheOneParameter)
+TEST_P(Meaning, OfAParameterFollowsFromItsName)
 {
     const MeaningCase& c = GetParam();
     MotionMEParser parser;
@@ -127,7 +127,7 @@ TEST(Parameters, AreThoseOfTheLastParse)
     EXPECT_EQ(parser.getParamsNum(), 0);
 }
 
-// Two texts that differ in case alone are two texts, also for whatever is kept of them.
+// Two texts that differ only in case are different texts, also for the cache.
 TEST(Parameters, AreSpeltAsInThisText)
 {
     for (const wchar_t* name : {L"Speed", L"SPEED", L"speed", L"Speed"}) {
@@ -187,7 +187,7 @@ TEST(Parameters, AreFoundAgainAmongMany)
     EXPECT_EQ(*result.getValue(), 3 * 5.0 + 4 * 7.0);
 }
 
-// No character at all, and yet a name like any other.
+// Such a value is not a character, but names may contain it.
 TEST(Parameters, MayHaveCharactersBelowZero)
 {
     const wchar_t text[] = {wchar_t(-5), L'*', L'2', L'+', L'a', L'\0'};
@@ -203,7 +203,7 @@ TEST(Parameters, MayHaveCharactersBelowZero)
     EXPECT_EQ(*result.getValue(), 7.0);
 }
 
-/// A text with a given variable, and its value where that is 3; absent when it is refused.
+/// A text with a given variable, and its value where that is 3; absent if it is refused.
 struct GivenCase {
     const char* name;
     const wchar_t* variable;

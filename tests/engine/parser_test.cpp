@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Texts that are refused: the place, the reason, and what was expected there.
+// Texts that are refused: the place, the reason, and what would be expected there.
 
 #include "mfcurves/engine/parser.h"
 
@@ -197,7 +197,7 @@ TEST_P(Refusal, LeavesThePointerAndHasNoParameters)
 INSTANTIATE_TEST_SUITE_P(Engine, Refusal, testing::ValuesIn(kRefusalCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// Each coefficient that is not a number costs a polynomial of its degree.
+// Each coefficient that is not a constant costs a polynomial of its degree.
 TEST(CheckText, RefusesATextWithTooManyParts)
 {
     std::wstring text = L"cheby(x,0";

@@ -126,8 +126,8 @@ inline std::string listing(const mf::engine::Step& step)
     return text + "\n";
 }
 
-/// Its registers of constants, its steps with a line `order k: r` after the last one that
-/// order k needs, where r is the register of the order's value.
+/// The constants of a program with their registers, then its steps. A line `order k: r`
+/// comes after the last step that order k needs; r is the register of its value.
 inline std::string listing(const mf::engine::Program& program)
 {
     std::string text;

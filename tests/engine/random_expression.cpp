@@ -28,7 +28,7 @@ Jet fromSlope(const Jet& u, Real value, const Series& slope)
 
 Jet reciprocal(const Jet& u)
 {
-    if (u.value[0] == 0)  // infinite, of which a finite value may come again
+    if (u.value[0] == 0)  // infinite, from which a later operation may make a finite value
         return clearOf(undefinedJet(), 0, 0);
     const Series value = constant(1) / u.value;
     return clearOf(chain(value, -(value * value), u), u.value[0], u.size[0]);
@@ -51,7 +51,7 @@ Jet tan(const Arguments& a)
     return clearOf(result, std::cos(a[0].value[0]), a[0].size[0]);
 }
 
-/// 1 - u^2, of which asin and acos need the root.
+/// asin or acos, whose slope is `sign` / sqrt(1 - u^2).
 Jet arc(const Jet& u, Real value, Real sign)
 {
     const Real x = u.value[0];
@@ -382,7 +382,7 @@ Tree moderate(Tree argument)
 
 }  // namespace
 
-// `if` has no jet of its own: only the piece that answers is evaluated.
+// `if` does not have a jet of its own: only the chosen argument is evaluated.
 const std::vector<Function>& functions()
 {
     static const std::vector<Function> table = {
@@ -442,7 +442,7 @@ Tree Generator::call(int depth)
             argument = tree.function->guard(std::move(argument));
         tree.arguments.push_back(std::move(argument));
     }
-    // A step needs ends in order; now and then it has them the wrong way round.
+    // A step needs its ends in ascending order; sometimes they are the wrong way round.
     if (count == 5 && tree.function->fewestArguments == 5 && chance(0.9)) {
         tree.arguments[1] = leaf(whole(-30, 0) / 10.0);
         tree.arguments[3] = leaf(whole(1, 30) / 10.0);
@@ -535,7 +535,7 @@ std::string Generator::spelt(const Tree& tree, int binding)
         case Tree::Kind::Binary: {
             const bool sum = tree.sign == '+' || tree.sign == '-';
             own = tree.sign == '^' ? kPower : sum ? kSum : kProduct;
-            // A power groups to the right and takes a sign behind it; the others group to the left.
+            // A power groups to the right and may have a sign after it; the others group to the left.
             const int left = tree.sign == '^' ? kPrimary : own;
             const int right = tree.sign == '^' ? kSign : own + 1;
             const std::string sign = tree.sign == '^' && chance(0.3) ? "**" : std::string(1, tree.sign);
@@ -574,7 +574,7 @@ Jet wholePowerJet(const Jet& base, int n)
         return clearOf(undefinedJet(), 0, 0);
     const Series slope = n == 0 ? constant(0) : static_cast<Real>(n) * wholePower(base.value, n - 1);
     const Jet result = chain(wholePower(base.value, n), slope, base);
-    // A power below the order takes the base into a denominator.
+    // A derivative of higher order than the exponent has the base in a denominator.
     return n < kOrders ? clearOf(result, base.value[0], base.size[0]) : result;
 }
 
@@ -653,8 +653,8 @@ Jet treeJet(const Tree& tree, double x)
 
 }  // namespace
 
-// Beyond these bounds a double in the middle of a formula might overflow, or sink
-// to 0, where the longer format of the jet does not.
+// Beyond these bounds a double inside a formula might overflow or underflow, where the
+// longer format of the jet does not.
 Jet jet(const Tree& tree, double x)
 {
     constexpr Real kLargest = 1e60L;

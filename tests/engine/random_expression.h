@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Expressions made at random from a fixed seed: a tree that can be spelt as the
-// engine's text in many ways, and evaluated with Taylor jets.
+// Random expressions from a fixed seed: a tree that can be written as a text for the
+// engine in many ways, and evaluated with Taylor jets.
 
 #include <memory>
 #include <random>
@@ -31,7 +31,7 @@ struct Function {
     int fewestArguments;
     int mostArguments;
     Jet (*jet)(const std::vector<Jet>& arguments);
-    /// Makes an argument lie where the function is defined; null where any does.
+    /// Moves an argument to where the function is defined; null if it is defined everywhere.
     Tree (*guard)(Tree argument);
 };
 
@@ -42,7 +42,7 @@ public:
     explicit Generator(unsigned seed) : random_(seed) {}
 
     Tree tree(int depth);
-    /// The tree as text, with blanks, redundant parentheses, cases and spellings at random.
+    /// The tree as text, with random blanks, redundant parentheses, cases and spellings.
     std::string text(const Tree& tree);
     double uniform(double from, double to);
     int whole(int from, int to);
@@ -59,7 +59,7 @@ private:
     std::mt19937 random_;
 };
 
-/// The tree at x. An `if` looks only at the piece that answers.
+/// The value of the tree at x. Only the chosen argument of an `if` is evaluated.
 Jet jet(const Tree& tree, double x);
 
 /// Calls `use` with each function of the tree.

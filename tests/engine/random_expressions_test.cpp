@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-// Expressions made at random against Taylor jets in extended precision.
+// Compares random expressions with Taylor jets in extended precision.
 //
 // Tolerance: 1e-12, relative, wherever the problem is well-conditioned, that is
 // where first-order error analysis of an evaluation in doubles (the size of a jet)
-// allows an error of up to 100 units. Behind that the bound grows with the size,
-// because there no evaluation in doubles can do better: 1e-14 of the size is
-// about a hundred roundings.
+// allows an error of up to 100 units. Elsewhere the bound grows with the size,
+// because no evaluation in doubles can do better: 1e-14 of the size is about a
+// hundred rounding errors.
 
 #include <algorithm>
 #include <cmath>
@@ -72,7 +72,7 @@ TEST_P(RandomExpressions, AgreeWithTaylorJets)
     if (HasFailure())
         return;
 
-    // What was skipped must not have hollowed out the test.
+    // Most points must have been compared, not skipped.
     EXPECT_GT(compared_, kExpressions * kPoints / 2);
     EXPECT_GT(undefined_, 10);
     for (const Function& function : functions())

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The list of functions in docs/expressions.md is the engine's own table. After a
+// The list of functions in docs/expressions.md is that of the engine's table. After a
 // change of the table
 //
 //     MFCURVES_WRITE_REFERENCE=1 build/dev/tests/engine/reference_page_test

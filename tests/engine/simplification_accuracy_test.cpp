@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// What the engine rearranges costs no accuracy: its error is at most twice that of
-// evaluating the text as it stands, in doubles, operation by operation. Truth and
-// plain evaluation come from plain_values.txt, written by make_plain_values.py.
+// Simplification costs no accuracy: the engine's error is at most twice that of
+// evaluating the text as written, in doubles, operation by operation. The exact values
+// and those of the plain evaluation are in plain_values.txt, which make_plain_values.py
+// writes.
 
 #include <algorithm>
 #include <cmath>
@@ -45,11 +46,11 @@ private:
 
 class SimplificationAccuracy : public testing::TestWithParam<TestedText> {};
 
-// Single points say little: there a plain evaluation may be exact by luck. Over the
-// points of a text the largest error, the mean one and the median of the relative
-// ones do; the largest relative error again hangs on one point, the one next to a
-// zero of the function.
-TEST_P(SimplificationAccuracy, IsThatOfTheTextAsItStands)
+// At a single point a plain evaluation may be exact by luck. Therefore the largest and
+// the mean error over the points of a text are compared, and the median of the relative
+// errors. The largest relative error would again depend on a single point, the one next
+// to a zero of the function.
+TEST_P(SimplificationAccuracy, IsThatOfTheTextAsWritten)
 {
     constexpr double kFactor = 2.0;
     const TestedText& tested = GetParam();
@@ -70,8 +71,8 @@ TEST_P(SimplificationAccuracy, IsThatOfTheTextAsItStands)
 
 INSTANTIATE_TEST_SUITE_P(Engine, SimplificationAccuracy, testing::ValuesIn(readTable<3>("plain_values.txt")));
 
-// Rows meet where their laws end: there the angle is what the text says, to the bit.
-TEST(AngleOfALaw, KeepsItsBitsAtTheEndOfItsStretch)
+// Rows meet where their laws end: there the angle has exactly the bits of the text.
+TEST(AngleOfALaw, KeepsItsBitsAtTheEndOfTheRow)
 {
     constexpr double kPi = std::numbers::pi;
     for (int i = 1; i <= 2000; ++i) {

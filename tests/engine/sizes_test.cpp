@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Sizes: what is taken, what is refused, and that neither takes long or crashes.
+// Sizes of texts: which are accepted, which are refused, and that neither takes long or
+// crashes.
 
 #include <ctime>
 #include <functional>
@@ -28,7 +29,7 @@ constexpr bool kOptimised = true;
 constexpr bool kOptimised = false;
 #endif
 
-// The limits of time are for an optimised build; others get five times as long.
+// The time limits are for an optimised build; other builds have five times as long.
 constexpr double kSlowness = kOptimised && !kSanitized ? 1.0 : 5.0;
 
 // Processor time, because the machine may be busy with something else.
@@ -114,12 +115,12 @@ TEST(NestingLimit, LetsDeepFunctionsBeDifferentiated)
     EXPECT_NEAR(*compiled.at(0.0, 3), -200.0, 1e-9);  // sin o ... o sin = x - n x^3/6 + ...
 }
 
-/// A long text that is taken or refused, but quickly.
+/// A long text that is accepted or refused, but quickly.
 struct LongCase {
     const char* name;
     std::string text;
     bool mayBeRefused;
-    double value;  ///< at x = 1 when it is taken
+    double value;  ///< at x = 1 if it is accepted
 };
 
 void PrintTo(const LongCase& c, std::ostream* os)
@@ -144,8 +145,8 @@ TEST_P(LongText, TakesUnderASecond)
     EXPECT_LT(seconds, 1.0 * kSlowness);
 }
 
-// The value and what can be had of its derivatives: null or right.
-TEST_P(LongText, IsDifferentiatedOrNot)
+// Each derivative is null or has a value.
+TEST_P(LongText, HasDerivativesWithinTheLimits)
 {
     const double seconds = secondsOf([] {
         const LongCase& c = GetParam();
@@ -206,7 +207,7 @@ const LongCase kLongTexts[] = {
 INSTANTIATE_TEST_SUITE_P(Engine, LongText, testing::ValuesIn(kLongTexts),
                          [](const auto& tested) { return tested.param.name; });
 
-// Derivatives that grow: they end in null at worst.
+// Derivatives that grow become null at some order, at worst.
 TEST(DerivativeLimit, IsReachedInBoundedTime)
 {
     std::string product = "1";

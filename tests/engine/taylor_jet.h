@@ -122,16 +122,16 @@ inline Series sine(const Series& u)
     return constant(s) + c * d + (-s / 2) * (d * d) + (-c / 6) * (d * d * d);
 }
 
-/// A series with the size of the roundings behind it: an evaluation in double
+/// A series and the size of its rounding errors: an evaluation in double
 /// arithmetic, formula by formula, errs in coefficient k by a small multiple of
-/// epsilon * size[k]. Sizes follow first-order error analysis: an operation hands
-/// on the sizes of its arguments, each times its partial derivative, and adds the
-/// magnitudes of the terms that it sums itself.
+/// epsilon * size[k]. Sizes follow first-order error analysis: an operation adds the
+/// sizes of its arguments, each times its partial derivative, and the magnitudes of
+/// the terms that it sums itself.
 struct Jet {
     Series value{};
     Series size{};
     bool defined = true;  ///< the function has a value at this point
-    bool smooth = true;   ///< the point is clear of kinks, jumps and the ends of a domain
+    bool smooth = true;   ///< the point is not near a kink, a jump or the end of a domain
 };
 
 inline Series magnitudes(const Series& a)
@@ -179,7 +179,7 @@ inline Jet operator*(const Jet& a, const Jet& b)
     return withFlagsOf(withFlagsOf(product, a), b);
 }
 
-/// f(u), given its series and the series of f'(u).
+/// The jet of f(u), from its series and the series of f'(u).
 inline Jet chain(const Series& value, const Series& slope, const Jet& u)
 {
     const Series handedOn = magnitudes(slope) * u.size;
@@ -187,8 +187,8 @@ inline Jet chain(const Series& value, const Series& slope, const Jet& u)
     return withFlagsOf({value, handedOn + own}, u);
 }
 
-/// `result`, known to be sound only while `distance` is well away from 0, seen
-/// against the roundings in `size`.
+/// `result`, which is not smooth if `distance` is close to 0 compared with the rounding
+/// errors of `size`.
 inline Jet clearOf(Jet result, Real distance, Real size)
 {
     constexpr Real kMargin = 1e-5L;

@@ -22,7 +22,7 @@ std::string number(double value)
     return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
 }
 
-// The node written out with every pair of parentheses, a polynomial as u^lowest[c0, c1, ...].
+// The node as text with all parentheses, a polynomial as u^lowest[c0, c1, ...].
 std::string show(const Graph& graph, NodeId id)
 {
     const Node& node = graph[id];

@@ -17,24 +17,24 @@ std::shared_ptr<CompiledText> compiled(const std::wstring& text, std::optional<s
     return std::get<std::shared_ptr<CompiledText>>(result);
 }
 
-TEST(TextCache, AnswersTheSameTextAgain)
+TEST(TextCache, ReturnsTheSameCompiledTextAgain)
 {
     EXPECT_EQ(compiled(L"x+1"), compiled(L"x+1"));
 }
 
-TEST(TextCache, TellsTextsApartByTheirLetters)
+TEST(TextCache, DistinguishesTextsByTheirLetters)
 {
     EXPECT_NE(compiled(L"x+1"), compiled(L"X+1"));
     EXPECT_NE(compiled(L"x+1"), compiled(L"x+1 "));
 }
 
-TEST(TextCache, TellsVariableNamesApart)
+TEST(TextCache, DistinguishesVariableNames)
 {
     EXPECT_NE(compiled(L"5", L"x"), compiled(L"5", L"y"));
     EXPECT_NE(compiled(L"5", L""), compiled(L"5", std::nullopt));
 }
 
-// A text of its own for each number, and about so many characters long.
+// A different text for each number, about `size` characters long.
 std::wstring textOf(int number, std::size_t size)
 {
     std::wstring text = L"x+" + std::to_wstring(number);
@@ -42,7 +42,7 @@ std::wstring textOf(int number, std::size_t size)
     return text;
 }
 
-constexpr std::size_t kTenthOfTheCache = 150'000;  // characters of which a tenth of the cache is full
+constexpr std::size_t kTenthOfTheCache = 150'000;  // characters that fill a tenth of the cache
 
 TEST(TextCache, ForgetsWhatWasUsedLongestAgo)
 {
@@ -72,7 +72,7 @@ TEST(TextCache, KeepsALongText)
     EXPECT_EQ(compiled(text), compiled(text));
 }
 
-// What derivatives need counts as well, although it comes later.
+// The memory of derivatives counts as well, although they are compiled later.
 TEST(TextCache, CountsTheDerivatives)
 {
     std::wstring text = L"0";
@@ -95,7 +95,7 @@ TEST(TextCache, KeepsATextAliveForWhoeverHoldsIt)
     EXPECT_EQ(held->programs(0)->value->highestOrder(), 0);
 }
 
-// One derivative brings the usual three, after which nobody needs the graph.
+// The first derivative compiles the usual three. After that the graph is not needed.
 TEST(CompiledText, DropsTheGraphWithTheFirstDerivative)
 {
     const auto text = compiled(L"10*sin(2*pi*x)+x^2*exp(-x)/(1+x)");
@@ -104,7 +104,7 @@ TEST(CompiledText, DropsTheGraphWithTheFirstDerivative)
     EXPECT_LT(text->bytes(), before);
 }
 
-// The graph comes back from the text, whatever characters it has.
+// The graph is built again from the text, whatever characters it has.
 TEST(CompiledText, HasFurtherDerivativesLater)
 {
     const auto text = compiled(L"\u00fc^5 + \u00fc", L"\u00fc");

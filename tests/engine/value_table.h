@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The tables of expected values beside the tests: a line "= text", then lines of
+// The tables of expected values in this folder: a line "= text", then lines of
 // numbers that belong to it.
 
 #include <array>
@@ -45,7 +45,7 @@ std::array<double, Columns> readRow(const std::string& line)
     return row;
 }
 
-/// The table `name` of this folder. Throws when it is missing, empty or damaged.
+/// The table `name` of this folder. Throws if it is missing, empty or damaged.
 template <int Columns>
 std::vector<TabledText<Columns>> readTable(const std::string& name)
 {
