@@ -19,7 +19,8 @@
 /// finds it. Only what cannot be proved is sampled. Pieces of splines are solved in closed
 /// form.
 ///
-/// Orders: 0 is the value, 1 to 3 are the derivatives by x.
+/// Orders: 0 is the value, 1 to 3 are the derivatives by x. For any other order the result
+/// of stationaryPoints, crossings and beyond is empty.
 /// Units: those of the curve; nothing is converted.
 /// Ranges: a Range is cut to the curve's own, [firstX(), lastX()]; `all` is the whole of
 /// it. If the two have nothing in common, the result is empty, or NaN in a Summary.
@@ -101,7 +102,7 @@ MFCURVES_API std::array<Summary, 4> summarize(const Curve& curve, Range range = 
 MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range = all);
 
 /// Where an order (0 to 3) has a value, ascending; both ends of a stretch where it has that value
-/// throughout. A jump across the value does not count.
+/// throughout. A jump across the value does not count. Empty for a value that is not finite.
 MFCURVES_API std::vector<double> crossings(const Curve& curve, int order, double value, Range range = all);
 
 /// Where an order (0 to 3) is below `low` or above `high`, ascending; adjacent ranges are joined.
@@ -159,7 +160,7 @@ struct DerivativeCheck {
 };
 
 /// Compares derivatives 1 to 3 with extrapolated differences inside every piece (Ridders, Adv.
-/// Eng. Softw. 4 (1982)).
+/// Eng. Softw. 4 (1982)). Of a curve through points, at most 1000 pieces are compared, spread evenly.
 MFCURVES_API DerivativeCheck checkDerivatives(const Curve& curve, Range range = all);
 
 // --- Other forms ------------------------------------------------------------------------

@@ -114,8 +114,9 @@ public:
 
     /// The curve of a document (docs/curve-document.md) in the file `path`, UTF-8. Oddities of
     /// the document are in warnings(). An error has its place, such as "cam.xml:12", "row 3" or
-    /// "point 3". A motion result that is missing in `settings` is an error. Laws that the
-    /// document does not define come from the folders of `settings`.
+    /// "point 3". If rows run over a motion result, it has to be among those of `settings`; for
+    /// points, only if `settings` have any. Laws that the document does not define come from the
+    /// folders of `settings`.
     MFCURVES_API static Curve read(const std::string& path, const ReadSettings& settings = {});
     /// The same for the text of a document, UTF-8.
     MFCURVES_API static Curve parse(std::string_view xml, const ReadSettings& settings = {});

@@ -44,7 +44,7 @@ inline MotFuncXYDataType_e impliedDataType(Quantity quantity, bool rotary)
     return rotary ? record.rotary : record.linear;
 }
 
-/// For a message.
+/// The name of an object for a message.
 inline const char* objectName(MotionObjectType_e object)
 {
     switch (object) {

@@ -67,8 +67,7 @@ struct Node {
     FunctionId function{};
 };
 
-/// The expressions of one text as nodes that are made once each: equal
-/// subexpressions are the same node.
+/// The expressions of one text as nodes. Equal subexpressions are the same node.
 ///
 /// Errors: a graph that exceeds kMostNodes or kMostLookups takes no more nodes and
 /// returns node 0 for every request; `full` is then true.

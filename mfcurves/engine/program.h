@@ -128,7 +128,8 @@ struct Draft {
 /// The steps that compute the orders 0 to highestOrder() of one expression. Register i
 /// holds parameter i; each other value has a register of its own.
 ///
-/// Threads: it never changes. The caller provides the registers.
+/// Threads: a program never changes, so any number of threads may run it, each with
+/// registers of its own.
 class Program {
 public:
     explicit Program(const Draft& draft);

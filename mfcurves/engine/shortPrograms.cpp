@@ -47,8 +47,8 @@ constexpr bool isLawForm(PolynomialForm form)
                                         form.lowest == 0 || form == PolynomialForm{1, 2});
 }
 
-// The argument of a law: x, (x + first) / divisor, or (x + first) * factor + last, which a segment
-// has whose length is a power of two.
+// The argument of a law: x, (x + first) / divisor, or (x + first) * factor + last, as for a segment
+// whose length is a power of two.
 enum class Stretch { None, Divided, Scaled };
 
 bool isLaw(const Step& step)

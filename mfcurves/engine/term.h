@@ -8,9 +8,9 @@
 
 namespace mf::engine {
 
-/// How much simplification may do. The value's own text is changed only where
-/// the result stays what the text says for every x, failures included; in a
-/// derivative, which has no text of its own, `0 * f` is 0 even where f is not defined.
+/// What simplification may change. KeepText, for the value: the result stays that of the
+/// text for every x, failures included. Free, for derivatives, which have no text of
+/// their own: `0 * f` is 0 even where f is not defined.
 enum class Folding : std::uint8_t { KeepText, Free };
 
 class Term;
