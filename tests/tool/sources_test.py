@@ -163,7 +163,7 @@ class Points(ToolTest):
         points = self.write("points.csv", "0,0\n2,0\n1,1\n")
         result = run("eval", "--points", points, "0.5")
         self.assertEqual((result.returncode, result.stdout), (DONE, "0.5 0.5 1 0 0\n"))
-        self.assertEqual(result.stderr, f"mfcurve: warning: {points}:3: x is below that of the point before it; the points are sorted by x\n")
+        self.assertEqual(result.stderr, f"mfcurve: warning: {points}:3: x is below that of the previous point; the points are sorted by x\n")
 
     def test_measurements_as_they_come(self):
         for text, options in [("t;s;lift\ns;mm;mm\n0;0;0,0\n1;9;2,5\n", ["--csv-columns", "t,lift"]),

@@ -82,7 +82,7 @@ void declareBreaks(CLI::App& app, Action& action)
     const auto options = std::make_shared<BreaksOptions>();
     CLI::App& command = addCommand(app, "breaks", "Lists where the value or a derivative jumps");
     addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
-    addText(command, "--order", "N", "the highest order that counts, 0 to 4 [3]",
+    addText(command, "--order", "N", "the highest order to examine, 0 to 4 [3]",
             [options](const std::string& text) {
                 options->order = static_cast<int>(wholeNumber(text, "--order", 0, 4));
             });

@@ -11,8 +11,8 @@ namespace mfcurve {
 
 namespace {
 
-// Why a form of a table cannot have one x twice; null where it can. Among the tables of the Modelica standard
-// library that of time can.
+// The start of the message when a form of a table cannot have one x twice; null when it can. In the Modelica
+// standard library only a table over time can.
 const char* stoppedByJump(mf::analysis::Form form, const mf::CurveDefinition& definition)
 {
     if (form == mf::analysis::Form::Points)

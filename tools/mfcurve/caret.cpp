@@ -10,12 +10,12 @@ namespace mfcurve {
 
 namespace {
 
-// Of a long text so many characters are shown on each side of the place.
+// How many characters of a long text are shown on each side of the place.
 constexpr std::size_t kShownSide = 40;
 
 }  // namespace
 
-// Control characters, line ends among them, become blanks, so that the caret keeps its column.
+// Control characters, including line ends, become blanks, so that the caret keeps its column.
 std::string caretBelow(const std::string& text, std::size_t character)
 {
     const std::wstring wide = mf::platform::widen(text);

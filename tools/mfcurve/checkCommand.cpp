@@ -127,18 +127,16 @@ void declareCheck(CLI::App& app, Action& action)
                 demands.continuity = static_cast<int>(wholeNumber(text, "--continuity", 0, 4));
             });
     addFlag(command, "--derivatives", demands.areDerivativesChecked,
-            "each derivative agrees with differences of the order below it");
+            "each derivative agrees with differences of the next lower order");
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
     declareSpeedOptions(command, options->curve);
     declareCyclicOption(command, options->curve);
     addNotes(
         command,
-        "Prints every stretch that breaks a limit; the exit status is 1 when there is one. --cyclic includes "
-        "the step\n"
-        "from the end to the start, and asks for continuity 0 when nothing else is asked for. An impulse "
-        "breaks every\n"
-        "limit. Examples:\n"
+        "Prints every stretch that violates a limit; the exit status is then 1. --cyclic includes the step "
+        "from the\n"
+        "end to the start; alone it checks continuity 0. An impulse violates every limit. Examples:\n"
         "  mfcurve check cam.xml --max-velocity 1e6 --max-acceleration 1e9 --rpm 120\n"
         "  mfcurve check cam.xml --continuity 1 --cyclic");
     whenChosen(command, [options, &action] { action = [options] { return runCheck(*options); }; });

@@ -11,11 +11,11 @@
 
 namespace mfcurve {
 
-/// Names and what they stand for.
+/// Names and their values.
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-/// What a name stands for. Throws UsageError with the option's name when it is none of the choices.
+/// The value of the name `text`. Throws UsageError with the option's name when it is not one of the choices.
 template <class Value>
 Value chosen(const std::string& text, const std::string& option, const Choices<Value>& choices)
 {

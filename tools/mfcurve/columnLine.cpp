@@ -40,7 +40,7 @@ std::string_view takeLine(std::string_view& text)
 
 namespace {
 
-// Calls `see` with each character outside quotes and its place.
+// Calls `see` with each character outside quotes and its position.
 template <class See>
 bool anyUnquoted(std::string_view line, See see)
 {
@@ -74,7 +74,7 @@ std::vector<std::string_view> splitAtBlanks(std::string_view line)
 
 namespace {
 
-// A tab beside a comma only lines the columns up.
+// A tab next to a comma only aligns the columns.
 bool hasTabBesideComma(std::string_view line)
 {
     return anyUnquoted(line, [&](char c, std::size_t i) {
@@ -83,7 +83,7 @@ bool hasTabBesideComma(std::string_view line)
     });
 }
 
-// "1,5 2,5": a comma that separates would leave "5 2" as a field, which is not a number.
+// "1,5 2,5": with a comma as the separator, "5 2" would be a field, which is not a number.
 bool hasDecimalCommasBetweenBlanks(std::string_view line)
 {
     const std::vector<std::string_view> fields = splitAtBlanks(line);

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-/// A line of a text with columns, before it is known what they hold.
+/// Lines of a text with columns, before the columns are interpreted.
 namespace mfcurve {
 
 constexpr std::string_view kBlanks = " \t\v\f";
@@ -15,17 +15,17 @@ struct TextLine {
     std::string_view content;
 };
 
-/// The text without blanks at its ends.
+/// The text without kBlanks at its ends.
 std::string_view withoutBlanks(std::string_view text);
-/// The line up to a "#" that is not within quotes.
+/// The line up to the first "#" outside quotes.
 std::string_view withoutComment(std::string_view line);
-/// Removes the first line, which CR, LF or both end, and returns it.
+/// Removes the first line from `text` and returns it. CR, LF or both end a line.
 std::string_view takeLine(std::string_view& text);
-/// True when that character is in the line and not within quotes.
+/// True when the line has that character outside quotes.
 bool hasUnquoted(std::string_view line, char wanted);
 /// The pieces between blanks.
 std::vector<std::string_view> splitAtBlanks(std::string_view line);
-/// What separates the columns of all lines: the first of semicolon, tab, comma and blank that does.
+/// The separator of the columns of all lines: the first of semicolon, tab, comma and blank that fits.
 char separatorOf(const std::vector<TextLine>& lines);
 
 }  // namespace mfcurve

@@ -161,7 +161,7 @@ std::size_t ColumnText::columnOf(const std::string& name) const
                        inQuotes(name), nearestAdvice(name, known)));
 }
 
-// Those of the settings, those of the output of `table`, or the first ones.
+// The columns of the settings, those of the output of `table`, or the first columns.
 std::vector<std::size_t> ColumnText::chosenColumns(const ColumnSettings& settings)
 {
     std::vector<std::size_t> columns;

@@ -13,35 +13,35 @@
 
 namespace mfcurve {
 
-/// Which lines and columns of a file count: --csv-columns and --csv-skip.
+/// Which lines and columns of a file are read: --csv-columns and --csv-skip.
 struct ColumnSettings {
-    std::vector<std::string> columns;  ///< numbers from 1, or names in a header; none: the first columns
+    std::vector<std::string> columns;  ///< numbers from 1, or names in a header; empty: the first columns
     int skippedLines = 0;              ///< at the start of the file
 };
 
-/// What a caller wants of each line.
+/// What a caller expects of each line.
 struct ColumnForm {
     std::vector<std::string> names;  ///< one for each column: "x", "y"
     std::vector<std::string> also;   ///< the same columns in the output of `table`: "x", "value"
     std::string expected;            ///< "a point is ...", the end of messages
-    std::string advice;              ///< to lines with more columns, the end of a message; may be empty
-    std::function<bool(std::string_view)> isData;  ///< a text that, like a number, makes a line no header
+    std::string advice;              ///< the end of a message about too many columns; may be empty
+    std::function<bool(std::string_view)> isData;  ///< texts that, like a number, are not in a header
 };
 
-/// A line that holds data: the wanted fields in order, without quotes and blanks around them. Fields that
-/// the line does not have are missing at the end.
+/// A line with data: the chosen fields in order, without quotes and blanks around them. Shorter than the
+/// number of chosen columns if the line does not have all of them.
 struct ColumnLine {
     int number = 0;  ///< in the file, from 1
     std::vector<std::string_view> fields;
 };
 
-/// The columns of a text: separated by commas, semicolons, tabs or blanks, the same in the whole text. Blank
-/// lines and what follows a "#" do not count.
+/// The columns of a text, separated by commas, semicolons, tabs or blanks, with the same separator in the
+/// whole text. Blank lines and text after a "#" are ignored.
 ///
-/// Headers are the lines before the data in which no field is a number or other data; any number of them. A
-/// first field that begins with a digit, and is not a number, is a slip and not a header.
+/// Headers are lines before the data in which no field is a number or other data; there may be several. A
+/// line whose first field begins with a digit, but is not a number, is an error and not a header.
 /// The separator is that of a first line "sep=;", or else the first of semicolon, tab, comma and blank that
-/// occurs. Commas are decimal ones where another separator is in use, and inside quotes. A text that uses
+/// occurs. A comma is a decimal comma when another separator is used, and inside quotes. A text with both
 /// decimal points and decimal commas is refused.
 class ColumnText {
 public:
@@ -52,7 +52,7 @@ public:
 
     const std::vector<ColumnLine>& lines() const { return lines_; }
 
-    /// The finite number in a column of a line. Throws TextError where there is none.
+    /// The finite number in a column of a line. Throws TextError when that field is missing or is not one.
     double number(const ColumnLine& line, std::size_t column);
 
 private:
@@ -72,17 +72,17 @@ private:
 
     const ColumnForm& form_;
     std::string text_;
-    std::deque<std::string> unquoted_;  // fields that are not in the text as they are
+    std::deque<std::string> unquoted_;  // quoted fields whose content differs from the text
     char separator_ = ',';
     bool isSeparatorStated_ = false;
     std::vector<std::vector<std::string_view>> headers_;
-    bool areColumnsFirst_ = false;  // nobody chose them, so a line with more fields is odd
+    bool areColumnsFirst_ = false;  // by default and not by choice, so more fields are an error
     std::vector<std::size_t> columns_;
     std::vector<ColumnLine> lines_;
     DecimalMark decimal_;
 };
 
-/// A text as a message can show it: not too long, on one line, its characters whole, in quotes.
+/// A text for a message: quoted, on one line, and shortened between characters.
 std::string inQuotes(std::string_view text);
 
 }  // namespace mfcurve

@@ -9,7 +9,7 @@ class App;
 
 namespace mfcurve {
 
-/// What a subcommand does once the command line is read; returns the exit status.
+/// Runs a subcommand after the command line is read; returns the exit status.
 using Action = std::function<int()>;
 
 /// Each declares one subcommand and stores its action when that one is chosen.
@@ -26,7 +26,7 @@ void declareBreaks(CLI::App& app, Action& action);
 void declareCheck(CLI::App& app, Action& action);
 void declareFastest(CLI::App& app, Action& action);
 
-/// All of them, in the order of the help.
+/// Declares all subcommands, in the order of the help.
 void declareCommands(CLI::App& app, Action& action);
 
 }  // namespace mfcurve

@@ -13,7 +13,7 @@ namespace mfcurve {
 
 namespace {
 
-// The last argument is where the document goes to.
+// The last argument is the path that the document is written to.
 struct ConvertOptions {
     CurveOptions curve;
     std::vector<std::string> files;
@@ -53,9 +53,9 @@ void declareConvert(CLI::App& app, Action& action)
     declareCurveOptions(command, options->curve);
     addNotes(
         command,
-        "Numbers of segments are written with six decimals, all others with six digits. What that changes is "
-        "a\n"
-        "warning; a curve that it moves by more than a thousandth of its span is refused. Examples:\n"
+        "Numbers of segments are written with six decimals, all others with six digits. A warning says what "
+        "that\n"
+        "changes; a curve that it moves by more than a thousandth of its span is refused. Examples:\n"
         "  mfcurve convert old.xml new.xml\n"
         "  mfcurve convert --rows rows.csv --over angle --name 'Gripper cam' gripper.xml");
     whenChosen(command, [options, &action] { action = [options] { return runConvert(*options); }; });

@@ -20,7 +20,7 @@ std::string labelled(std::string_view label, std::string_view text)
     return fmt::format("{:<15}{}\n", label, text);
 }
 
-// A column is filled up to its width and one blank at least.
+// Pads a column with blanks to its width, with at least one blank.
 std::string column(std::string text, std::size_t width = 14)
 {
     text.resize(std::max(text.size() + 1, width), ' ');

@@ -6,13 +6,13 @@
 
 #include "tools/mfcurve/sources.h"
 
-/// What `info` says of a curve.
+/// The output of `info` for a curve.
 namespace mfcurve {
 
 std::string factsAsText(const mf::Curve& curve, const std::vector<mf::Problem>& problems);
 std::string factsAsJson(const Input& input, const std::vector<mf::Problem>& problems);
 
-/// The same of a document from which no curve can be made.
+/// The same for a document from which no curve can be made.
 std::string unsoundAsText();
 std::string unsoundAsJson(const std::string& file, const std::vector<mf::Problem>& problems);
 

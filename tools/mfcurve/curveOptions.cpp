@@ -76,7 +76,7 @@ void declareShapeOptions(CLI::App& command, CurveOptions& options)
             "the columns of a file of rows or points: numbers from 1 or names in its header",
             [&options](const std::string& text) { options.columns.columns = splitText(text, ','); })
         .group(kGroup);
-    addText(command, "--csv-skip", "N", "lines at its start that do not count",
+    addText(command, "--csv-skip", "N", "how many lines to skip at its start",
             [&options](const std::string& text) {
                 options.columns.skippedLines =
                     static_cast<int>(wholeNumber(text, "--csv-skip", 0, 1'000'000'000));
@@ -110,11 +110,11 @@ void declareSpeedOptions(CLI::App& command, CurveOptions& options)
 {
     const Option time =
         addText(command, "--cycle-time", "SECONDS",
-                "of an angle curve: the time for 360 degrees; derivatives are then by seconds, x stays in "
+                "for an angle curve: the time for 360 degrees; derivatives are then by seconds, x stays in "
                 "degrees",
                 [&options](const std::string& text) { options.cycleTime = positive(text, "--cycle-time"); })
             .group(kGroup);
-    addText(command, "--rpm", "N", "the same as turns per minute",
+    addText(command, "--rpm", "N", "the same in turns per minute",
             [&options](const std::string& text) { options.cycleTime = 60.0 / positive(text, "--rpm"); })
         .excludes(time)
         .group(kGroup);
@@ -136,14 +136,14 @@ void declareCurveOptions(CLI::App& command, CurveOptions& options)
                              {"torque", mf::Quantity::Torque}},
                             options.quantity)
         .group(kGroup);
-    addFlag(command, "--rotary", options.isRotary, "values are degrees and not millimetres").group(kGroup);
+    addFlag(command, "--rotary", options.isRotary, "values are in degrees, not in millimetres").group(kGroup);
     addText(command, "--over", "VARIABLE",
-            "what x of rows and points is [time]: time, angle or the name of a motion result",
+            "the meaning of x for rows and points [time]: time, angle or the name of a motion result",
             [&options](const std::string& text) { options.variable = readVariable(text); })
         .group(kGroup);
-    addNumber(command, "--from", "X", "start of the stretch that counts [that of the curve]", options.from)
+    addNumber(command, "--from", "X", "start of the range of x to use [that of the curve]", options.from)
         .group(kGroup);
-    addNumber(command, "--to", "X", "its end", options.to).group(kGroup);
+    addNumber(command, "--to", "X", "end of that range", options.to).group(kGroup);
     addText(command, "--name", "TEXT", "name of the curve", options.name).group(kGroup);
     declareLibraryOption(command, options.libraryFolders);
     addTexts(command, "--result", "NAME", "name of a motion result that exists; may be repeated",

@@ -15,13 +15,13 @@ class App;
 
 namespace mfcurve {
 
-/// Where rows begin: --start.
+/// The start of the rows: --start.
 struct Start {
     double x = 0.0;
     double value = 0.0;
 };
 
-/// What x is: --over.
+/// The meaning of x: --over.
 struct Variable {
     mf::Over over = mf::Over::Time;
     std::string motionResult;
@@ -33,7 +33,7 @@ struct Constant {
     double value;
 };
 
-/// What the command line says of the curves: an expression, rows, points, or the documents in `files`.
+/// The curves of the command line: an expression, rows, points, or the documents in `files`.
 struct CurveOptions {
     std::optional<std::string> expression;
     std::vector<Constant> constants;
@@ -60,28 +60,28 @@ struct CurveOptions {
 
 /// Declares the options on a subcommand.
 void declareCurveOptions(CLI::App& command, CurveOptions& options);
-/// Those that say where laws are.
+/// --library.
 void declareLibraryOption(CLI::App& command, std::vector<std::string>& folders);
 /// --cycle-time and --rpm.
 void declareSpeedOptions(CLI::App& command, CurveOptions& options);
 /// --cyclic.
 void declareCyclicOption(CLI::App& command, CurveOptions& options);
 
-/// Throws UsageError unless the options name one curve, or documents and nothing else.
+/// Throws UsageError unless the options describe exactly one curve, or name only documents.
 void checkOneSource(const CurveOptions& options);
-/// Throws UsageError when --from or --to does nothing: a command without a stretch takes both, as the range
-/// of an expression.
+/// Throws UsageError when --from or --to would have no effect: a command that has no stretch uses them only
+/// together, as the range of an expression.
 void checkNoStretch(const CurveOptions& options);
 
-/// The stretch of a curve that --from and --to choose. Throws UsageError when it ends before it starts, or
-/// when there is nothing to choose from.
+/// The part of a curve's domain that --from and --to choose. Throws UsageError when it ends before it starts,
+/// or when an end is given neither by the options nor by the curve.
 mf::Range chosenRange(const CurveOptions& options, mf::Range domain);
 
-/// What the order-th derivative of an angle curve by degrees is multiplied by to be one by seconds; 1 without
-/// --cycle-time. Throws Failure for a curve that is not over the cycle angle.
+/// Degrees per second of --cycle-time or --rpm; 1 without them. Its k-th power converts the k-th derivative
+/// of an angle curve from degrees to seconds. Throws Failure for a curve that is not over the cycle angle.
 double rateOf(const CurveOptions& options, const mf::CurveDefinition& definition, const std::string& place);
 
-/// The usual units of a curve, by seconds where --cycle-time says so.
+/// The usual units of a curve; derivatives are by seconds with --cycle-time.
 mf::drawing::Units unitsOf(const CurveOptions& options, const mf::CurveDefinition& definition);
 
 }  // namespace mfcurve

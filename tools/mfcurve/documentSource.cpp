@@ -19,7 +19,7 @@ mf::Curve read(const std::string& path, const mf::ReadSettings& settings)
                                   : mf::Curve::read(path, settings);
 }
 
-// The library says what is missing, and the tool how to give it.
+// The library says what is missing; the tool adds the option that provides it.
 std::vector<mf::Problem> withAdvice(std::vector<mf::Problem> problems)
 {
     for (mf::Problem& problem : problems) {

@@ -68,7 +68,7 @@ void declareEdit(CLI::App& app, Action& action)
     addTexts(command, "--set", "ROW.FIELD=VALUE", "field end, value or profile of a row, x or y of a point",
              options->sets);
     addTexts(command, "--insert", "ROW:END,VALUE,PROFILE",
-             "a new row of that number, the one after the last appends; a point is POINT:X,Y",
+             "a new row with that number, at most one more than the last; a point is POINT:X,Y",
              options->insertions);
     addTexts(command, "--delete", "ROW", "a row or point", options->deletions);
     declareLibraryOption(command, options->curve.libraryFolders);
@@ -79,7 +79,7 @@ void declareEdit(CLI::App& app, Action& action)
         command,
         "Rows are numbered as in info: the start is row 0; points from 1. Edits apply in the order written. "
         "A row\n"
-        "starts where the previous one ends; what an edit moves is printed as 'row 3: start 150 to 120'. An "
+        "starts where the previous one ends; a start that moves is printed as 'row 3: start 150 to 120'. An "
         "edit that\n"
         "would leave a row without length is refused. Examples:\n"
         "  mfcurve edit cam.xml new.xml --set 1.value=30\n"

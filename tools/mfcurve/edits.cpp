@@ -24,7 +24,7 @@ double finite(const std::string& text, const Edit& edit)
     return *number;
 }
 
-// A row or point from `least` to `most`.
+// The number of a row or point, from `least` to `most`.
 std::size_t numberIn(const std::string& text, const Edit& edit, std::size_t least, std::size_t most)
 {
     const auto number = readNumber(text);
@@ -60,7 +60,7 @@ Assignment assignmentOf(const Edit& edit, const std::vector<std::string>& fields
                               fmt::join(fields, ", "), nearestAdvice(assignment.field, fields)));
 }
 
-// "ROW:A,B,C" as ROW and its fields.
+// Splits "ROW:A,B,C" into ROW and the fields.
 std::vector<std::string> insertionOf(const Edit& edit, std::size_t fields, const char* form)
 {
     const std::size_t colon = edit.text.find(':');
@@ -141,7 +141,7 @@ void Editor::insertRow(mf::SegmentShape& shape, const Edit& edit)
     mayBeEmpty_.insert(mayBeEmpty_.begin() + row, false);
 }
 
-// The name of a law that exists; the definition gets the text of one that is not built in.
+// The exact name of an existing law. Adds its text to the definition unless the law is built in.
 std::string Editor::profileNamed(mf::SegmentShape& shape, const std::string& name, const Edit& edit) const
 {
     for (const mf::LawText& law : shape.laws) {

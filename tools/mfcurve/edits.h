@@ -9,18 +9,19 @@
 
 namespace mfcurve {
 
-/// One change of a document, as an option states it.
+/// One change of a document, as given by an option.
 struct Edit {
     enum class Kind { Set, Insert, Delete } kind;
     std::string text;   ///< "3.end=120", "3:120,25,Cubic", "3"
     std::string place;  ///< "--set 3.end=120"
 };
 
-/// Applies edits to rows or points in their order. Rows are numbered as `info` does, points from 1. A row
-/// starts where the previous one ends, so that moving an end moves the next start.
+/// Applies edits to rows or points, in order. Rows are numbered as in `info`, points from 1. A row starts
+/// where the previous one ends, so moving an end moves the next start.
 ///
-/// Throws Failure with the edit as place when it is not one, names a row, point, field or profile that does
-/// not exist, or would leave a row without length or an x that does not ascend; and for an expression.
+/// Throws Failure, with the edit as place, when the edit cannot be parsed; when it names a row, point, field
+/// or profile that does not exist; when it would leave a row without length or an x that does not ascend; and
+/// for an expression.
 class Editor {
 public:
     Editor(const mf::CurveDefinition& definition, std::vector<mf::Law> laws);
@@ -28,7 +29,7 @@ public:
     void apply(const Edit& edit);
     const mf::CurveDefinition& definition() const { return definition_; }
 
-    /// "row 3: start 150 to 120" for each row whose start moved, numbered as they are now.
+    /// "row 3: start 150 to 120" for each row whose start moved, with its present number.
     std::vector<std::string> movedRows() const;
 
 private:
@@ -41,8 +42,8 @@ private:
 
     mf::CurveDefinition definition_;
     std::vector<mf::Law> laws_;
-    std::vector<double> startsBefore_;  // of each row that was there; NaN for one that was inserted
-    std::vector<bool> mayBeEmpty_;      // rows without length, which are jumps
+    std::vector<double> startsBefore_;  // the original start of each row; NaN for an inserted row
+    std::vector<bool> mayBeEmpty_;      // true for rows that had no length at first, which are jumps
 };
 
 }  // namespace mfcurve

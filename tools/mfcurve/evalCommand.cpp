@@ -25,7 +25,7 @@ struct EvalOptions {
     std::vector<double> x;
 };
 
-// The first column of a file, or its column x.
+// Adds the first column of a file, or its column x.
 void addPlaces(EvalOptions& options, const std::string& path)
 {
     const ColumnForm form{
@@ -39,7 +39,7 @@ void addPlaces(EvalOptions& options, const std::string& path)
     }
 }
 
-// What reads as a number is an x, everything else a document.
+// An argument that is a number is an x; every other argument is a document.
 void sortArguments(EvalOptions& options)
 {
     for (const std::string& argument : options.arguments) {

@@ -40,7 +40,7 @@ struct ExportOptions {
     Format format = Format::Text;
 };
 
-// What is written, and what is known of it.
+// The text to write, and the facts to print about it.
 struct Exported {
     std::string text;
     std::size_t rows = 0;
@@ -143,7 +143,7 @@ void declareExport(CLI::App& app, Action& action)
             [options](const std::string& text) { options->output = text; })
         .required();
     addChoice<ExportForm>(command, "--as", "what is written", exportForms(), options->form).required();
-    addText(command, "--tolerance", "T", "how far it may be from the curve, in its unit; all but csv",
+    addText(command, "--tolerance", "T", "how far the output may be from the curve, in its unit; not for csv",
             [options](const std::string& text) { options->tolerance = positive(text, "--tolerance"); });
     declareStepOptions(command, options->steps);
     addFormat(command, options->format);
@@ -154,10 +154,9 @@ void declareExport(CLI::App& app, Action& action)
         "csv: the samples that table prints. xyva: columns x, y, v, a; the quintics between the rows keep "
         "the\n"
         "tolerance. modelica: a text file with the table \"curve\", for linear interpolation. points: a\n"
-        "document of points for cubic interpolation. How many rows there are and the proved bound of the "
-        "error "
-        "are\n"
-        "printed; without a proof nothing is written. Examples:\n"
+        "document of points for cubic interpolation. Prints the number of rows and the proved bound of the "
+        "error;\n"
+        "without a proof nothing is written. Examples:\n"
         "  mfcurve export cam.xml -o cam.csv --as xyva --tolerance 1e-4\n"
         "  mfcurve export cam.xml -o points.xml --as points --tolerance 0.01");
     whenChosen(command, [options, &action] { action = [options] { return runExport(*options); }; });

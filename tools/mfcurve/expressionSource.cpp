@@ -15,7 +15,7 @@ namespace mfcurve {
 
 namespace {
 
-// The text with a number in place of each name that --let gives. A name before a bracket is a function's.
+// Replaces each name of --let by its number. A name before a bracket is a function and is not replaced.
 std::string withConstants(std::string_view text, const std::vector<Constant>& constants)
 {
     std::string result;
@@ -40,7 +40,7 @@ std::string withConstants(std::string_view text, const std::vector<Constant>& co
     return result;
 }
 
-// What x stands for follows from the name in the text; a name of its own, such as x, counts as the time.
+// The name in the text decides what x means; an unknown name, such as x, means the time.
 Variable variableOf(const std::string& text)
 {
     MotionMEParser parser;

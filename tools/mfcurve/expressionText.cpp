@@ -20,7 +20,7 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-// How many characters a bracket at the start of a text has with all that is inside.
+// The length of the bracketed text at the start of a text, brackets included.
 std::size_t bracketLength(std::string_view text)
 {
     int depth = 0;
@@ -32,7 +32,7 @@ std::size_t bracketLength(std::string_view text)
     return text.size();
 }
 
-// A number, a name, a call or a bracket at the start of a text.
+// The number, name, call or bracketed text at the start of a text.
 std::string_view operand(std::string_view text)
 {
     if (text.empty())

@@ -10,7 +10,7 @@
 
 namespace mfcurve {
 
-/// The exit statuses of the tool, as --help states them.
+/// The exit statuses of the tool, as documented by --help.
 enum ExitStatus : int {
     kDone = 0,
     kFailed = 1,  ///< a file cannot be used or written, a document is not sound, a check fails, a point has
@@ -18,7 +18,7 @@ enum ExitStatus : int {
     kWrong = 2,   ///< wrong usage, or a wrong expression, row or list of points
 };
 
-/// Why the tool cannot do what it was asked.
+/// The reasons why the tool cannot do what was requested.
 class Failure : public std::runtime_error {
 public:
     Failure(ExitStatus status, std::vector<mf::Problem> problems)
@@ -37,7 +37,7 @@ private:
     std::vector<mf::Problem> problems_;
 };
 
-/// A command line that is not one. The message points to the help of the command.
+/// An error in the command line. The message refers to the help of the command.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -28,7 +28,7 @@ const char* nameOf(mf::analysis::Move::Limit limit)
     return kNames[static_cast<int>(limit)];
 }
 
-// The laws without those that do not compile, which are reported.
+// The laws that compile. The others are reported with a warning.
 std::vector<mf::Law> usableLaws(const std::vector<std::string>& folders)
 {
     std::vector<mf::Law> usable;

@@ -33,7 +33,7 @@ std::string readAll(std::FILE* file, const std::string& name)
     return content;
 }
 
-// Removes the file on the way out unless it was moved to its place.
+// A file whose destructor removes it unless it was moved to its place.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::string& target) : path_(target + ".new~") {}
@@ -66,7 +66,7 @@ private:
     bool isMoved_ = false;
 };
 
-// A device or a pipe cannot be replaced; it is written to.
+// For a device or a pipe, which cannot be replaced.
 void writeInPlace(const std::string& path, std::string_view content)
 {
     File file(std::fopen(path.c_str(), "wb"), &std::fclose);
@@ -134,7 +134,7 @@ void finishOutput()
 
 void report(const mf::Problem& problem)
 {
-    std::fflush(stdout);  // what was printed before comes first
+    std::fflush(stdout);  // keeps the order of the two outputs
     const char* level = problem.level == mf::Problem::Level::Error ? "error" : "warning";
     const std::string line = fmt::format("mfcurve: {}: {}{}{}\n", level, problem.place,
                                          problem.place.empty() ? "" : ": ", problem.message);

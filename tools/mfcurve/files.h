@@ -8,10 +8,10 @@
 
 namespace mfcurve {
 
-/// "-" stands for standard input or output.
+/// True for "-", which means standard input or output.
 bool isStandardStream(const std::string& path);
 
-/// What messages call the input at that path.
+/// The name of the input at that path in messages.
 std::string inputName(const std::string& path);
 
 /// "FILE:LINE" for messages; the file alone for line 0.
@@ -20,18 +20,18 @@ std::string linePlace(const std::string& path, int line);
 /// The whole content of a file or of standard input. Throws Failure with the reason when it cannot be read.
 std::string readInput(const std::string& path);
 
-/// Stores `content` in a file, whole or not at all, or writes it to standard output. Throws Failure with the
+/// Writes `content` to a file, completely or not at all, or to standard output. Throws Failure with the
 /// reason when it cannot be written.
 void writeOutput(const std::string& path, std::string_view content);
 
-/// Writes to standard output. Throws Failure with the reason when that is not possible.
+/// Writes to standard output. Throws Failure with the reason when that fails.
 void print(std::string_view text);
 
-/// Hands everything printed on to the system. Throws Failure when it does not take it.
+/// Flushes standard output. Throws Failure when that fails.
 void finishOutput();
 
-/// Writes "mfcurve: error: PLACE: message" or the like with "warning" to standard error, after everything
-/// printed so far.
+/// Writes "mfcurve: error: PLACE: message", or the same with "warning", to standard error. Flushes standard
+/// output first.
 void report(const mf::Problem& problem);
 void warn(const std::string& place, const std::string& message);
 

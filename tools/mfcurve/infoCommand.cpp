@@ -18,7 +18,7 @@ struct InfoOptions {
     Format format = Format::Text;
 };
 
-// Prints or returns what is known of the curves, those among them that are not sound as well.
+// Prints the facts of the curves, including those that are not sound, as text or as JSON.
 class InfoPrinter {
 public:
     explicit InfoPrinter(const InfoOptions& options) : options_(options) {}
@@ -101,17 +101,18 @@ int runInfo(const InfoOptions& options)
 void declareInfo(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<InfoOptions>();
-    CLI::App& command = addCommand(app, "info", "Shows what a document holds and whether it is sound");
+    CLI::App& command = addCommand(app, "info", "Shows what a document contains and whether it is sound");
     addArguments(command, "FILE", options->curve.files, "documents; '-' is standard input");
     addFormat(command, options->format);
     declareCurveOptions(command, options->curve);
     addNotes(
         command,
-        "Prints name, kind, variables, domain, what is wrong, rows with their profiles and, at each seam, "
-        "the\n"
-        "jump of the value and of each derivative; of an angle curve that from its end to its start too. A "
-        "curve\n"
-        "that is not valid makes the exit status 1; the other commands refuse its document. Examples:\n"
+        "Prints name, kind, variables, domain, problems, rows with their profiles and, at each seam, the "
+        "jump "
+        "of the\n"
+        "value and of each derivative; for an angle curve also from its end to its start. If a curve is not "
+        "valid,\n"
+        "the exit status is 1, and the other commands refuse its document. Examples:\n"
         "  mfcurve info cam.xml\n"
         "  mfcurve info *.xml");
     whenChosen(command, [options, &action] { action = [options] { return runInfo(*options); }; });

@@ -23,13 +23,13 @@ std::string jsonTruth(bool truth);
 /// Value and derivatives, [4].
 std::string jsonValues(const mf::CurveValues& values);
 
-/// An array of elements that are JSON themselves, on one line.
+/// An array of elements that are already JSON, on one line.
 std::string jsonArray(const std::vector<std::string>& elements);
 
-/// An array with one element on each line, as a whole output; nothing without elements.
+/// An array with one element per line, as a complete output; an empty text if there are no elements.
 std::string jsonDocument(const std::vector<std::string>& elements);
 
-/// An object of keys and values that are JSON themselves.
+/// An object of keys and values; the values are already JSON.
 std::string jsonObject(std::initializer_list<std::pair<std::string_view, std::string>> members);
 
 }  // namespace mfcurve

@@ -13,7 +13,7 @@ namespace mfcurve {
 
 namespace {
 
-// What cancels over [0, 1] in doubles stays far below.
+// A smaller difference counts as zero: rounding over [0, 1] stays far below it.
 constexpr double kNothing = 1e-9;
 
 std::string vanishingOrders(const mf::CurveValues& values)
@@ -45,7 +45,7 @@ std::string faultOf(const mf::Curve& curve, const mf::CurveValues& start, const 
     return "";
 }
 
-// The state at an end whose orders up to `continuity` are those of rest.
+// The state at an end of a law, given up to which order it agrees with rest.
 const char* endState(int continuity)
 {
     constexpr const char* kStates[] = {"a jump", "a velocity", "rest with an acceleration", "rest"};

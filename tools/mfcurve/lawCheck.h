@@ -7,10 +7,10 @@
 
 namespace mfcurve {
 
-/// Whether a law runs from (0, 0) to (1, 1) without a jump, with finite derivatives at its ends.
+/// The check that a law leads from (0, 0) to (1, 1) without a jump, with finite derivatives at its ends.
 struct LawCheck {
     bool isSound;
-    std::string text;  ///< what was found
+    std::string text;  ///< the finding
 };
 
 LawCheck checkLaw(const mf::Law& law);

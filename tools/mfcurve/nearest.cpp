@@ -14,8 +14,8 @@ char lower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Insertions, deletions, replacements and swaps of neighbours that make one text the other, in any case: the
-// optimal string alignment distance, three rows of its table at a time.
+// The number of insertions, deletions, replacements and swaps of neighbours that turn one text into the
+// other, ignoring case: the optimal string alignment distance, with three rows of its table in memory.
 std::size_t distance(std::string_view a, std::string_view b)
 {
     std::vector<std::size_t> before(b.size() + 1);
@@ -52,7 +52,7 @@ bool equalsInAnyCase(std::string_view a, std::string_view b)
 
 std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& known)
 {
-    constexpr std::size_t kLongest = 64;  // nobody slips in a longer name
+    constexpr std::size_t kLongest = 64;  // a longer text is not a misspelled name
     constexpr std::size_t kMost = 3;
     std::vector<std::pair<std::size_t, std::string>> near;
     for (const std::string& candidate : known) {

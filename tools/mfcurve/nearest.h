@@ -7,13 +7,13 @@
 
 namespace mfcurve {
 
-/// Compares letters of the English alphabet in any case.
+/// True for equal texts, ignoring the case of English letters.
 bool equalsInAnyCase(std::string_view a, std::string_view b);
 
-/// Those of `known` that `name` may be a slip of, the nearest first, three at most.
+/// The names in `known` that `name` may be a misspelling of, nearest first, at most three.
 std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& known);
 
-/// "; did you mean A or B?" as a part of a message; empty when nothing is near.
+/// "; did you mean A or B?" for the end of a message; empty when no name is near.
 std::string nearestAdvice(std::string_view name, const std::vector<std::string>& known);
 
 }  // namespace mfcurve

@@ -12,34 +12,34 @@
 #include "tools/mfcurve/choices.h"
 #include "tools/mfcurve/failure.h"
 
-// Only options.cpp knows the parser's headers, which take longer to compile than a command.
+// The commands do not include the parser's headers, which take longer to compile than a command.
 namespace CLI {
 class App;
 class Option;
 }  // namespace CLI
 
-/// Options of a command, each turned into its type where it is read. What is wrong with one is a UsageError.
+/// Options of a command. Each is converted to its type when it is read; an error is a UsageError.
 namespace mfcurve {
 
-/// A finite number out of an option. Throws UsageError with the option's name.
+/// Reads a finite number. Throws UsageError with the option's name, as the next two do.
 double finiteNumber(std::string_view text, const std::string& option);
-/// A finite number above 0.
+/// Reads a finite number above 0.
 double positive(std::string_view text, const std::string& option);
-/// A whole number from `least` to `most`.
+/// Reads a whole number from `least` to `most`.
 long long wholeNumber(std::string_view text, const std::string& option, long long least, long long most);
 
-/// A command of the tool with what it is for.
+/// Adds a command to the tool; `help` is its description.
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& help);
-/// What its help ends with.
+/// Sets the end of its help.
 void addNotes(CLI::App& command, const std::string& notes);
-/// What is done once a command line that names it is read.
+/// Sets what is done after a command line with this command is read.
 void whenChosen(CLI::App& command, std::function<void()> act);
 
-/// An option that was declared.
+/// A declared option.
 class Option {
 public:
     explicit Option(CLI::Option& option) : option_(&option) {}
-    /// The heading of the help that it is under.
+    /// Sets the heading in the help under which it is listed.
     Option group(const std::string& heading) const;
     Option required() const;
     Option excludes(Option other) const;
@@ -51,16 +51,16 @@ private:
 using TakeText = std::function<void(const std::string& text)>;
 using TakeTexts = std::function<void(const std::vector<std::string>& texts)>;
 
-/// What stands on the command line without an option.
+/// Declares the arguments that are not options.
 void addArguments(CLI::App& command, const std::string& name, std::vector<std::string>& target,
                   const std::string& help);
 
-/// An option without a text.
+/// An option without a value.
 Option addFlag(CLI::App& command, const std::string& name, bool& target, const std::string& help);
 Option addFlag(CLI::App& command, const std::string& name, std::function<void()> act,
                const std::string& help);
 
-/// An option that takes one text, and hands that to `take`.
+/// An option that takes one text, which is passed to `take`.
 Option addText(CLI::App& command, const std::string& name, const char* type, const std::string& help,
                const TakeText& take);
 Option addText(CLI::App& command, const std::string& name, const char* type, const std::string& help,
@@ -68,13 +68,13 @@ Option addText(CLI::App& command, const std::string& name, const char* type, con
 Option addNumber(CLI::App& command, const std::string& name, const char* type, const std::string& help,
                  std::optional<double>& target);
 
-/// An option that may be given several times; each takes one text, commas included.
+/// An option that may be given several times, each time with one text, which may contain commas.
 Option addTexts(CLI::App& command, const std::string& name, const char* type, const std::string& help,
                 const TakeTexts& take);
 Option addTexts(CLI::App& command, const std::string& name, const char* type, const std::string& help,
                 std::vector<std::string>& target);
 
-/// Name and text of the options with one text, in the order in which they were written.
+/// Name and text of each option that takes one text, in the order of the command line.
 std::vector<std::pair<std::string, std::string>> textsInOrder(const CLI::App& command);
 
 /// An option that takes one of several names.
@@ -90,7 +90,7 @@ Option addChoice(CLI::App& command, const std::string& name, const std::string& 
         [&target, name, choices](const std::string& text) { target = chosen(text, name, choices); });
 }
 
-/// The way the result of a command is printed.
+/// The format of the result of a command.
 enum class Format { Text, Json };
 void addFormat(CLI::App& command, Format& format);
 

@@ -22,7 +22,7 @@ struct PeaksOptions {
     Format format = Format::Text;
 };
 
-// One order of one curve, by seconds where --cycle-time says so.
+// One order of one curve; derivatives are by seconds with --cycle-time.
 struct OrderPeaks {
     int order;
     std::string quantity;
@@ -103,7 +103,7 @@ std::string trimmedLine(std::string line)
     return line + "\n";
 }
 
-// The curves side by side: for each order a line of each curve.
+// Prints the curves side by side: for each order, one line per curve.
 void printText(const std::vector<Input>& inputs, const std::vector<std::vector<OrderPeaks>>& all)
 {
     constexpr const char* kColumns = "{:<22} {:<9} {:>13} {:>11} {:>4}  {:>13} {:>11} {:>4}  {:>13}  {}";
@@ -160,9 +160,9 @@ void declarePeaks(CLI::App& app, Action& action)
     declareSpeedOptions(command, options->curve);
     addNotes(
         command,
-        "The extremes are those of the formulas, found by interval arithmetic and not by samples. Where a "
-        "lower order\n"
-        "jumps, an order has an impulse; its extremes are those beside it. Several curves are printed side "
+        "The extremes are those of the formulas, found by interval arithmetic and not from samples. Where a "
+        "lower\n"
+        "order jumps, an order has an impulse, which its extremes leave out. Several curves are printed side "
         "by side.\n"
         "Examples:\n"
         "  mfcurve peaks cam.xml --rpm 120\n"

@@ -40,7 +40,7 @@ cairo_status_t append(void* text, const unsigned char* bytes, unsigned length)
     return CAIRO_STATUS_SUCCESS;
 }
 
-// PNG has two dots for each pixel of the picture, for sharp letters; PDF has a point for each.
+// For each pixel of the picture, PNG gets two dots, for sharp letters; PDF gets one point.
 std::string rendered(const std::string& path, const std::string& svg)
 {
     constexpr double kDots = 2.0;

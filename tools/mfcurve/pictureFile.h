@@ -5,12 +5,12 @@
 
 namespace mfcurve {
 
-/// Throws UsageError unless the name of a picture ends in .svg, .png or .pdf, or is "-", and this program can
-/// write that kind.
+/// Throws UsageError unless the name of a picture is "-" or ends in .svg, .png or .pdf, and this program can
+/// write that format.
 void checkPictureName(const std::string& path);
 
-/// Writes an SVG document as the kind of picture that the name says; "-" is SVG on standard output. Throws
-/// Failure with the reason when it cannot be written.
+/// Writes an SVG document in the format of the name's ending; "-" is SVG on standard output. Throws Failure
+/// with the reason when it cannot be written.
 void writePicture(const std::string& path, const std::string& svg);
 
 }  // namespace mfcurve

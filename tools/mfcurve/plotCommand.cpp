@@ -56,7 +56,7 @@ void readSize(const std::string& text, mf::drawing::Style& style)
     style.height = static_cast<int>(wholeNumber(text.substr(sign + 1), "--size", 200, 10000));
 }
 
-// The range of the curves together, as --from and --to change it.
+// The common range of the curves, changed by --from and --to.
 mf::Range rangeOf(const PlotOptions& options, const std::vector<Input>& inputs)
 {
     mf::Range range = domainOf(inputs.front().curve);
@@ -70,7 +70,7 @@ mf::Range rangeOf(const PlotOptions& options, const std::vector<Input>& inputs)
     return range;
 }
 
-// A curve is called by its own name, and by its file too where names alone do not tell curves apart.
+// Gives each curve a distinct name: its own, followed by its file if several curves have the same name.
 std::vector<mf::Curve> distinct(const std::vector<Input>& inputs)
 {
     std::map<std::string, int> count;
@@ -116,8 +116,8 @@ std::string pictureName(const std::string& file)
     return (isStandardStream(file) ? "curve" : fs::path(file).stem().string()) + ".svg";
 }
 
-// A second picture of one name would take the place of the first. The same document twice is the same
-// picture.
+// A second picture of the same name would overwrite the first. Naming a document twice is allowed: it gives
+// the same picture.
 void checkPictureNames(const std::vector<std::string>& files)
 {
     std::map<std::string, std::string> fileOfPicture;
@@ -129,7 +129,7 @@ void checkPictureNames(const std::vector<std::string>& files)
     }
 }
 
-// Several documents go into a folder, unless they share a picture.
+// Several documents are drawn into a folder, unless they share one picture.
 int runPlot(const PlotOptions& options)
 {
     const bool isFolder = options.curve.files.size() > 1 && !options.isOverlay;
@@ -167,9 +167,9 @@ void declarePlot(CLI::App& app, Action& action)
             [options](const std::string& text) { options->output = text; })
         .required();
     addFlag(command, "--overlay", options->isOverlay, "draws all documents into one picture");
-    addText(command, "--orders", "N,N", "the orders that are drawn, 0 being the value, such as 0,2",
+    addText(command, "--orders", "N,N", "the orders to draw, such as 0,2; 0 is the value",
             [options](const std::string& text) { options->orders = readOrders(text); });
-    addText(command, "--size", "WxH", "width and height in pixels [920 x what is needed]",
+    addText(command, "--size", "WxH", "width and height in pixels [920 and the height needed]",
             [options](const std::string& text) { readSize(text, options->style); });
     addChoice<bool>(command, "--theme", "colours [light]", {{"light", false}, {"dark", true}},
                     options->style.isDark);

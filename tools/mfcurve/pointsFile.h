@@ -18,10 +18,10 @@ struct FilePoint {
 
 struct PointList {
     std::vector<FilePoint> points;  ///< ascending in x, at least one
-    int unsortedLine = 0;           ///< the first whose x is below that of the previous line; 0 when none is
+    int unsortedLine = 0;           ///< the first line whose x is below the previous one; 0 if x ascends
 };
 
-/// Reads one point per line: x and y, both finite. The output of `table` is taken as it is: its columns x and
+/// Reads one point per line: x and y, both finite. Also reads the output of `table`, from its columns x and
 /// value. Throws TextError with the line, what was found and what was expected.
 PointList parsePoints(std::string_view bytes, const ColumnSettings& settings = {});
 

@@ -14,7 +14,7 @@ namespace mfcurve {
 
 namespace {
 
-// Places that splines through them have; those within a range and its ends.
+// The knots of two splines within a range, and the ends of the range.
 std::vector<double> knotsOf(const mf::PointShape& a, const mf::PointShape& b, mf::Range range)
 {
     std::vector<double> knots{range.from, range.to};
@@ -29,8 +29,8 @@ std::vector<double> knotsOf(const mf::PointShape& a, const mf::PointShape& b, mf
     return knots;
 }
 
-// The largest size of y + d1 t + d2 t^2/2 + d3 t^3/6 for t from 0 to a length: at the ends, or where the
-// slope d1 + d2 t + d3 t^2/2 is 0.
+// The largest absolute value of y + d1 t + d2 t^2/2 + d3 t^3/6 for t from 0 to `length`: at the ends, or
+// where the slope d1 + d2 t + d3 t^2/2 is 0.
 double largestOfCubic(const mf::CurveValues& cubic, double length)
 {
     double largest = 0.0;
@@ -50,8 +50,8 @@ double largestOfCubic(const mf::CurveValues& cubic, double length)
     return largest;
 }
 
-// How far two splines are apart on the range of the first. Between two neighbouring knots of either their
-// difference is one cubic.
+// The largest distance of two splines on the range of the first. Between neighbouring knots of the two
+// together, their difference is one cubic.
 double distance(const mf::Curve& a, const mf::Curve& b)
 {
     const auto shapeOf = [](const mf::Curve& curve) {
@@ -83,7 +83,7 @@ mf::Curve withDocumentDigits(const mf::Curve& curve)
     return read;
 }
 
-// The x of points with the digits of a document, and the values of the curve there with those digits.
+// Rounds the x of the points to the digits of a document, and takes the curve's values there, rounded too.
 mf::Curve documentOf(const mf::Curve& curve, const mf::Curve& points)
 {
     const mf::Curve rounded = withDocumentDigits(points);
@@ -98,7 +98,7 @@ mf::Curve documentOf(const mf::Curve& curve, const mf::Curve& points)
 PointsFit fitPoints(const mf::Curve& curve, double tolerance, const std::string& place)
 {
     double bound = 0.0;
-    // What the digits change has to fit into the tolerance beside the error of the points.
+    // The error of the points and the change by rounding together must stay within the tolerance.
     for (double share : {1.0, 0.5, 0.25}) {
         const mf::analysis::CamTable table =
             provedTable(curve, mf::analysis::Form::Points, share * tolerance, place);
@@ -110,7 +110,7 @@ PointsFit fitPoints(const mf::Curve& curve, double tolerance, const std::string&
                 return {document, table.x.size(), bound};
         } catch (const mf::CurveError& error) {
             throw Failure(kFailed, place,
-                          "the six digits of a document do not tell the points apart: " +
+                          "the six digits of a document cannot distinguish the points: " +
                               error.problems().front().message);
         }
     }

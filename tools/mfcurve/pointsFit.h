@@ -10,13 +10,13 @@ namespace mfcurve {
 
 /// Points, joined by the natural cubic spline, that stay near another curve.
 struct PointsFit {
-    mf::Curve curve;     ///< with the digits of a document
-    std::size_t points;  ///< how many
-    double bound;        ///< of the distance to the other curve, proved
+    mf::Curve curve;     ///< its numbers have the digits of a document
+    std::size_t points;  ///< the number of points
+    double bound;        ///< the proved bound of the distance to the other curve
 };
 
-/// Points within a tolerance of a curve. Throws Failure at `place` when the digits of a document, a jump of
-/// the value or a formula without a proof do not allow that.
+/// Points whose spline stays within a tolerance of a curve. Throws Failure at `place` when the digits of a
+/// document are too few, the value jumps, or the formula allows no proof.
 PointsFit fitPoints(const mf::Curve& curve, double tolerance, const std::string& place);
 
 }  // namespace mfcurve

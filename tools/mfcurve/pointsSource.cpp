@@ -27,7 +27,7 @@ Description describedPoints(const CurveOptions& options)
     const PointList list = readPoints(path, options.columns);
     if (list.unsortedLine != 0)
         warn(linePlace(path, list.unsortedLine),
-             "x is below that of the point before it; the points are sorted by x");
+             "x is below that of the previous point; the points are sorted by x");
     Description description;
     mf::CurveDefinition::Points shape;
     shape.interpolation = options.interpolation.value_or(mf::Interpolation::Linear);

@@ -23,7 +23,7 @@ struct ProfilesOptions {
     Format format = Format::Text;
 };
 
-// The statements of a definition as they are written: "xbar = ...; y = ...".
+// The statements of a definition as written: "xbar = ...; y = ...".
 std::string formulaOf(const mf::Law& law)
 {
     const std::size_t first = law.text.find(')') + 1;
@@ -53,7 +53,7 @@ std::string motionText(const mf::Law& law)
     }
 }
 
-// Prints what the check of one law found; false when it is not a law from 0 to 1.
+// Prints the result of checking one law; false when it does not lead from 0 to 1.
 bool printCheck(const mf::Law& law)
 {
     const LawCheck check = checkLaw(law);
@@ -134,16 +134,15 @@ void declareProfiles(CLI::App& app, Action& action)
     CLI::App& command = addCommand(app, "profiles", "Lists the profiles that rows can name");
     declareLibraryOption(command, options->libraryFolders);
     addFlag(command, "--check", options->isChecked,
-            "evaluate each law from (0, 0) to (1, 1): does it compile, where does it start and end, "
-            "which derivatives vanish there, does it jump inside");
+            "evaluates each law from (0, 0) to (1, 1): whether it compiles, where it starts and ends, "
+            "which derivatives vanish there, whether it jumps inside");
     addFlag(command, "--factors", options->hasFactors,
             "prints the largest velocity (Cv), acceleration (Ca) and jerk (Cj) of each law for a stroke of 1 "
             "in a time of 1, and how continuous it is from rest to rest");
     addFormat(command, options->format);
     addNotes(command,
-             "Each profile is listed by its name, which is how rows name it, with where it comes from, its "
-             "formula\n"
-             "and how it begins and ends.\n"
+             "Lists each profile with the name that rows use, its source, its formula and how it begins and "
+             "ends.\n"
              "Continuity N means that orders 0 to N do not jump. Examples:\n"
              "  mfcurve profiles\n"
              "  mfcurve profiles --factors --format json\n"

@@ -12,11 +12,11 @@ namespace mfcurve {
 class Progress {
 public:
     Progress(std::string label, std::size_t total);
-    ~Progress();  ///< wipes the bar away
+    ~Progress();  ///< erases the bar
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Tells how much of the total is done.
+    /// Sets how much of the total is done, and shows the bar if it is due.
     void update(std::size_t done);
 
 private:

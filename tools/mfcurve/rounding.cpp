@@ -12,14 +12,14 @@ namespace mfcurve {
 
 namespace {
 
-// A number as it is in a formula.
+// A number as rounded in a formula.
 double inFormula(double number)
 {
     return readNumber(fixedText(number, 6)).value_or(number);
 }
 
-// How far apart the least and the greatest value are; of equal values, how far they are from 0. A value is
-// measured by the span, so that 1e-17 for 0 is no loss where a curve rises by 25.
+// The distance of the least and the greatest value; if all are equal, their distance from 0. Changes of a
+// value are compared with this span, so that 1e-17 in place of 0 is not a loss for a curve that rises by 25.
 double valueSpan(const mf::SegmentShape& shape)
 {
     double low = shape.startValue;

@@ -8,10 +8,10 @@
 
 namespace mfcurve {
 
-/// What a curve may lose of its span to the digits of a law or a document.
+/// The part of its span by which the digits of a law or a document may change a curve.
 constexpr double kMostLoss = 1e-3;
 
-/// The rows whose numbers their laws, which write them with six decimals, make others by more than that.
+/// One problem for each row whose numbers change by more than that in its law, which has six decimals.
 std::vector<mf::Problem> roundingProblems(const mf::CurveDefinition& definition);
 
 }  // namespace mfcurve

@@ -31,13 +31,13 @@ struct RowList {
     std::vector<FileRow> rows;
 };
 
-/// Reads one row per line: end x, value, profile. A first line of two numbers states the start. `isProfile`
-/// says which texts are profiles: a line that has one is not a header. Throws TextError with the line, what
-/// was found and what was expected.
+/// Reads one row per line: end x, value, profile. A first line of two numbers is the start. `isProfile` says
+/// which texts are profiles: a line with one is not a header. Throws TextError with the line, what was found
+/// and what was expected.
 RowList parseRows(std::string_view bytes, const std::function<bool(std::string_view)>& isProfile,
                   const ColumnSettings& settings = {});
 
-/// Reads one such line of the command line.
+/// Reads one such row from the command line.
 FileRow parseRow(std::string_view text, const std::function<bool(std::string_view)>& isProfile);
 
 }  // namespace mfcurve

@@ -37,8 +37,8 @@ std::vector<RowEnds> rowsOf(const mf::Curve& curve)
     return rows;
 }
 
-// The mean slope of a row, to the power that an order asks for: the measure of what rounding may leave in
-// that order. A row of no length is a jump and leaves none.
+// The rise of a row divided by its length to the power of the order: the scale of the rounding errors in that
+// order. 0 for a row of no length, which is a jump.
 double sizeOf(const RowEnds& row, int order)
 {
     const double length = row.end - row.start;
@@ -85,7 +85,7 @@ std::vector<Seam> seamsOf(const mf::Curve& curve)
 
 std::vector<std::string> missedValues(const mf::Curve& curve)
 {
-    constexpr double kMissed = 1e-6;  // of the rise: the digits of a law
+    constexpr double kMissed = 1e-6;  // relative to the rise: laws have six decimals
     std::vector<std::string> missed;
     const std::vector<RowEnds> rows = rowsOf(curve);
     for (std::size_t i = 0; i < rows.size(); ++i) {

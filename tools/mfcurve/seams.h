@@ -8,19 +8,18 @@
 
 namespace mfcurve {
 
-/// Where rows meet, or the end of a cycle meets its start: right less left, what rounding leaves of a sum of
-/// the sizes on both sides being 0.
+/// A place where rows meet, or where the end of a cycle meets its start.
 struct Seam {
     double x;
-    mf::CurveValues jump;
-    bool isCycleEnd;  ///< from the end to the start
+    mf::CurveValues jump;  ///< right minus left; 0 if rounding can explain the difference
+    bool isCycleEnd;       ///< from the end to the start
 };
 
-/// The seams of a table of rows, in their order; of an angle curve the cycle's end too. None for other
-/// curves.
+/// The seams of a table of rows, in their order; for an angle curve, the end of the cycle too. Empty for
+/// other curves.
 std::vector<Seam> seamsOf(const mf::Curve& curve);
 
-/// The rows whose law does not begin or end at the row's own numbers, one sentence each.
+/// One sentence for each row whose law does not begin or end at the row's own values.
 std::vector<std::string> missedValues(const mf::Curve& curve);
 
 }  // namespace mfcurve

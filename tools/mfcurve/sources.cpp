@@ -14,7 +14,7 @@ namespace mfcurve {
 
 namespace {
 
-// "row 3" and "point 3" are places of the definition; the user's are those of the file or option.
+// Replaces "row 3" or "point 3", a place in the definition, by the place in the user's file or option.
 mf::Problem placed(const Description& description, mf::Problem problem)
 {
     const std::size_t blank = problem.place.rfind(' ');

@@ -17,8 +17,8 @@ struct Description {
     std::vector<std::string> places;  ///< of its rows or points, the start or nothing first; may be empty
 };
 
-/// The curves that an expression, rows and points describe. Each throws Failure with the reasons when what it
-/// reads is not one.
+/// The curves described by an expression, by rows and by points. Each throws Failure with the reasons when
+/// its input does not describe a curve.
 Description describedExpression(const CurveOptions& options);
 Description describedRows(const CurveOptions& options);
 Description describedPoints(const CurveOptions& options);
@@ -27,38 +27,38 @@ Description describedPoints(const CurveOptions& options);
 struct Input {
     mf::Curve curve;
     std::string file;   ///< its document, "-" being standard input; empty for one from options
-    std::string place;  ///< what messages about it begin with; empty for one from options
+    std::string place;  ///< the start of messages about it; empty for one from options
 };
 
-/// The curve of one document. Throws Failure when it cannot be used: a document that says something oddly is
-/// one of those, because its curve is not what it says. With `oddities` those are stored there instead.
+/// The curve of one document. Throws Failure when the document cannot be used, which includes one whose curve
+/// differs from what it says. With `oddities`, such differences are stored there and do not throw.
 mf::Curve readDocument(const std::string& path, const CurveOptions& options,
                        std::vector<mf::Problem>* oddities = nullptr);
 
-/// The curve of a description. Throws Failure with the places of the command line.
+/// The curve of a description. Throws Failure with the places in the command line or its files.
 mf::Curve makeCurve(const Description& description);
 
-/// Problems of a document as a user meets them, its path first.
+/// Problems of a document with its path before each place.
 std::vector<mf::Problem> placed(const std::string& path, std::vector<mf::Problem> problems);
 
-/// The curves that the options name, in their order. A document that cannot be used is reported and keeps no
-/// other from its turn; the status is that of the last such.
+/// The curves that the options name, in their order. A document that cannot be used is reported and skipped;
+/// `status` is that of the last such document.
 struct Inputs {
     std::vector<Input> curves;
     int status = 0;
 };
 Inputs readInputs(const CurveOptions& options);
 
-/// "# FILE" before what is printed about one of several documents; else nothing.
+/// Prints "# FILE" before the output for one of several documents; otherwise nothing.
 void printSection(const CurveOptions& options, const Input& input);
 
 /// The value of the key "file" in JSON: the path or null.
 std::string jsonFile(const Input& input);
 
-/// The curve's own range; from 0 to 0 when it does not say.
+/// The curve's own range; from 0 to 0 when it has none.
 mf::Range domainOf(const mf::Curve& curve);
 
-/// A warning when a stretch goes beyond the curve.
+/// Warns when a range goes beyond the curve.
 void warnOutside(mf::Range range, const Input& input);
 
 }  // namespace mfcurve

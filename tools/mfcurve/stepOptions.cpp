@@ -17,10 +17,10 @@ void declareStepOptions(CLI::App& command, StepOptions& options)
             [&options](const std::string& text) {
                 options.samples = static_cast<std::size_t>(wholeNumber(text, "--samples", 1, kMostSamples));
             });
-    addText(command, "--step", "H", "the distance of samples, in place of their number",
+    addText(command, "--step", "H", "the distance of samples, instead of their number",
             [&options](const std::string& text) { options.step = positive(text, "--step"); });
     addFlag(command, "--open-end", options.isOpen,
-            "the end is left out, as it is the start of the next cycle");
+            "leaves out the end, which is the start of the next cycle");
 }
 
 Steps stepsOf(const StepOptions& options, mf::Range range)

@@ -12,7 +12,7 @@ class App;
 
 namespace mfcurve {
 
-/// Where a table has its lines: --samples, --step and --open-end.
+/// The x of the lines of a table: --samples, --step and --open-end.
 struct StepOptions {
     std::optional<std::size_t> samples;
     std::optional<double> step;
@@ -23,8 +23,8 @@ struct StepOptions {
 
 void declareStepOptions(CLI::App& command, StepOptions& options);
 
-/// The places of a table over a stretch. Throws UsageError when the options exclude each other or ask for too
-/// many.
+/// The x of the lines of a table over a range. Throws UsageError when the options exclude each other or give
+/// too many lines.
 Steps stepsOf(const StepOptions& options, mf::Range range);
 
 }  // namespace mfcurve

@@ -38,7 +38,7 @@ Decimal decimalOf(double number)
     return decimal;
 }
 
-// The digits of a decimal at a smaller exponent; nothing when they are too many.
+// The digits of a decimal at a smaller exponent; std::nullopt when they are too many.
 std::optional<long long> scaled(const Decimal& decimal, int exponent)
 {
     constexpr long long kMost = 100'000'000'000'000'000;
@@ -51,7 +51,8 @@ std::optional<long long> scaled(const Decimal& decimal, int exponent)
     return digits;
 }
 
-// Where both are doubles, one division or multiplication is rounded correctly.
+// The double nearest to digits * 10^exponent. If both factors are exact doubles, one multiplication or
+// division rounds correctly.
 double nearest(long long digits, int exponent)
 {
     constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,

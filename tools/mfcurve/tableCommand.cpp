@@ -30,7 +30,7 @@ struct TableOptions {
     std::string output = "-";
 };
 
-// Prints the samples of curves one after the other, in one of the two formats.
+// Prints the samples of the curves, in one of the two formats.
 class TablePrinter {
 public:
     explicit TablePrinter(const TableOptions& options) : options_(options) {}
@@ -50,7 +50,7 @@ public:
         isFirst_ = false;
     }
 
-    // Closes what is open and returns the exit status.
+    // Completes the output and returns the exit status.
     int finish()
     {
         if (isJson())
@@ -97,7 +97,7 @@ private:
         status_ = std::max(status_, status);
     }
 
-    // A file is written whole, standard output as it comes.
+    // A file is written at the end, as a whole; standard output block by block.
     void flush()
     {
         if (!isStandardStream(options_.output))
@@ -126,13 +126,13 @@ int runTable(const TableOptions& options)
 void declareLayout(CLI::App& command, TableOptions& options)
 {
     addText(command, "--columns", "NAME,NAME",
-            "those of x, value, d1, d2, d3 that are printed, in that order",
+            "the columns to print, in that order, out of x, value, d1, d2, d3",
             [&options](const std::string& text) { options.columns = readColumns(text); });
     addText(command, "--fixed", "N", "decimals of every number, 0 to 17",
             [&options](const std::string& text) {
                 options.style.decimals = static_cast<int>(wholeNumber(text, "--fixed", 0, 17));
             });
-    addText(command, "--delimiter", "CHARACTER", "what separates the columns: one character, or tab [,]",
+    addText(command, "--delimiter", "CHARACTER", "the separator of the columns: one character, or tab [,]",
             [&options](const std::string& text) { options.style.delimiter = readDelimiter(text); });
     addChoice<char>(command, "--decimal", "the decimal mark of numbers [point]",
                     {{"point", '.'}, {"comma", ','}, {".", '.'}, {",", ','}}, options.style.decimalMark);

@@ -21,7 +21,7 @@ struct Column {
 struct TableStyle {
     char delimiter = ',';
     char decimalMark = '.';
-    std::optional<int> decimals;  ///< none: the fewest digits that read back as the same number
+    std::optional<int> decimals;  ///< without: the fewest digits that read back as the same number
 };
 
 /// x, value, d1, d2, d3.
@@ -46,7 +46,7 @@ public:
     void add(std::string& text, double x, const mf::CurveValues& values);
 
 private:
-    // A column and its last number, whose text is used again where a curve dwells.
+    // A column and its last number with its text, which is reused while the number stays the same.
     struct Cell {
         Column column;
         double number;
@@ -60,7 +60,7 @@ private:
     std::vector<Cell> cells_;
 };
 
-/// An object with a key for each column, on a line of its own.
+/// Adds an object with a key for each column, on its own line.
 void addJsonLine(std::string& text, double x, const mf::CurveValues& values,
                  const std::vector<Column>& columns, bool isFirst);
 

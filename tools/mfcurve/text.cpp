@@ -12,8 +12,8 @@ namespace mfcurve {
 
 namespace {
 
-// What a text of decimal digits that no double holds comes to: infinity where the first digit that is not
-// zero has a positive power of ten, else zero.
+// The value of a decimal number that is out of the range of a double: infinity if its first nonzero digit has
+// a positive power of ten, else zero.
 double beyondDoubles(std::string_view text)
 {
     const bool isNegative = text.starts_with('-');
@@ -82,7 +82,7 @@ std::optional<double> readNumber(std::string_view text)
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (text.empty() || result.ptr != text.data() + text.size())
         return std::nullopt;
-    // Beyond the range of a double a number is infinite or zero.
+    // Out of the range of a double, a number is infinite or zero.
     return result.ec == std::errc() ? number : beyondDoubles(text);
 }
 

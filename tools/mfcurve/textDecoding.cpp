@@ -19,7 +19,7 @@ unsigned byteAt(std::string_view bytes, std::size_t i)
     return static_cast<unsigned char>(bytes[i]);
 }
 
-// No text begins with a zero byte, so one of the first two says which half of a unit comes first.
+// No UTF-8 text begins with a zero byte, so a zero in the first two bytes shows the byte order of UTF-16.
 Encoding encodingOf(std::string_view bytes)
 {
     if (bytes.size() < 2)
@@ -85,7 +85,7 @@ std::string fromUtf16(std::string_view bytes, bool isBig)
     return text;
 }
 
-// How many bytes the character at i has; 0 when it is not UTF-8.
+// The number of bytes of the character at i; 0 when it is not UTF-8.
 std::size_t characterLength(std::string_view text, std::size_t i)
 {
     const unsigned first = byteAt(text, i);

@@ -29,7 +29,7 @@ std::vector<std::string> optionNames(const CLI::App& command)
     return names;
 }
 
-// The command that the first argument names; null when there is none.
+// The command that the first argument names; null if it names none.
 const CLI::App* commandOf(const CLI::App& app, const std::vector<std::string>& arguments)
 {
     const std::vector<std::string> names = commandNames(app);

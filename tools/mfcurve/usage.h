@@ -11,11 +11,12 @@ class ParseError;
 
 namespace mfcurve {
 
-/// The arguments, last one first, as the parser takes them. A number such as -.5 would be taken for an
-/// option, and a "--" only before the first number or file: what follows it is written as no option can be.
+/// The arguments in reverse order, as the parser takes them. The parser would take a number such as -.5 for
+/// an option, and accepts "--" only before the first number or file; arguments that are not options are
+/// therefore rewritten so that they cannot look like one.
 std::vector<std::string> reversedArguments(int argc, char** argv);
 
-/// What is wrong with a command line that the parser refuses, with the nearest command or option.
+/// The error in a command line that the parser refuses, with the nearest command or option.
 std::string usageProblem(const CLI::App& app, const CLI::ParseError& error,
                          const std::vector<std::string>& arguments);
 

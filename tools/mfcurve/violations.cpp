@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-// The order of a curve that is its velocity (1), acceleration (2) or jerk (3).
+// The order of a curve that is its velocity (motionOrder 1), acceleration (2) or jerk (3).
 int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::string& place)
 {
     constexpr const char* kNames[] = {"", "velocity", "acceleration", "jerk"};
@@ -34,7 +34,8 @@ mf::analysis::Limits limitOf(int motionOrder, double magnitude)
     return limits;
 }
 
-// Where a requirement is broken. Its numbers are by the unit of the curve; what is stored is times `factor`.
+// Adds the ranges where a requirement is violated. The requirement is in units of the curve; the stored
+// numbers are multiplied by `factor`.
 void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
                const mf::analysis::Requirements& required, double factor = 1.0)
 {
@@ -67,7 +68,7 @@ std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& deman
         const std::size_t first = violations.size();
         addBroken(violations, curve, {limitOf(motionOrder, *limit / factor), {}, {}, false}, factor);
         for (std::size_t i = first; i < violations.size(); ++i)
-            violations[i].limit = *limit;  // with the digits it was given with
+            violations[i].limit = *limit;  // exactly as given, not divided and multiplied
     }
     if (demands.continuity)
         addBroken(violations, curve, {{}, {}, demands.continuity, false});

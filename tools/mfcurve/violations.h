@@ -9,7 +9,7 @@
 
 namespace mfcurve {
 
-/// What `check` asks for. Limits are by the unit that derivatives are by.
+/// The requirements of `check`. Limits are by degrees or by seconds, like the derivatives.
 struct Demands {
     std::optional<double> velocity;
     std::optional<double> acceleration;
@@ -24,7 +24,7 @@ struct Demands {
     }
 };
 
-/// A stretch where a demand is not met. NaN stands for what there is none of.
+/// A range where a requirement is not met. Numbers that do not apply are NaN.
 struct Violation {
     int order;
     double limit;
@@ -34,8 +34,8 @@ struct Violation {
     double worstX;
 };
 
-/// Where a curve breaks the demands; `rate` multiplies order k by its power of k. Throws Failure, with
-/// `place`, for a limit of an order that the curve does not have.
+/// The ranges where a curve violates the demands; order k is multiplied by the k-th power of `rate`. Throws
+/// Failure, with `place`, for a limit of an order that the curve does not have.
 std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& demands, double rate,
                                     const std::string& place);
 

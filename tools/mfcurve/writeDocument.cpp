@@ -16,7 +16,7 @@ namespace mfcurve {
 
 namespace {
 
-// Where a curve is compared with another: its rows, points and ends, and places between them.
+// The x at which two curves are compared: the ends of rows, the points, and places between them.
 std::vector<double> places(const mf::Curve& curve)
 {
     constexpr int kBetween = 8;
@@ -44,8 +44,8 @@ struct Change {
     double size() const { return std::fabs(after - before); }
 };
 
-// The largest change of the value, a jump apart: a row that is moved by the last digit of its end jumps
-// there.
+// The largest change of the value. Places where the value jumps are left out: rounding may move the jump, and
+// the difference there would be its size.
 Change largestChange(const mf::Curve& curve, const mf::Curve& read, double& span)
 {
     Change largest;
@@ -83,7 +83,7 @@ void checkRange(const mf::Curve& curve, const mf::Curve& read, const std::string
                                   shortNumberText(read.firstX()), shortNumberText(read.lastX())));
 }
 
-// Warns of what the digits change, and refuses a change that is too large.
+// Warns about the changes by rounding, and refuses a change that is too large.
 void checkLoss(const mf::Curve& curve, const std::string& xml, const std::vector<mf::Problem>& losses,
                const std::string& path)
 {

@@ -7,8 +7,9 @@
 
 namespace mfcurve {
 
-/// Writes a curve as a document to a file or standard output, with a warning about what its digits change.
-/// Throws Failure when they move the curve by more than kMostLoss of its span, or the file cannot be written.
+/// Writes a curve as a document to a file or standard output. Warns about numbers that change by rounding to
+/// the digits of a document. Throws Failure when this moves the curve by more than kMostLoss of its span, or
+/// when the file cannot be written.
 void writeDocument(const mf::Curve& curve, const std::string& path);
 
 }  // namespace mfcurve
