@@ -29,7 +29,7 @@ class CMakeBuild(build_ext):
         subprocess.run(["cmake", "--build", build, "--target", "_mfcurves", "--parallel"], check=True)
         module.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(build / "python" / "mfcurves" / module.name, module)
-        # The laws are in the library as data; the file is for those who read or change them.
+        # The library contains the laws; the file is for users who read or change them.
         shutil.copy(ROOT / "share" / "mfcurves" / "SegmentTypes.txt", module.parent)
 
     def configure(self, build):

@@ -40,7 +40,7 @@ __all__ = [
     "segments",
 ]
 
-# Everything is known by the name that users write.
+# Public classes show the name of the package, not of the private module.
 for _name in __all__:
     if isinstance(globals()[_name], type):
         globals()[_name].__module__ = __name__

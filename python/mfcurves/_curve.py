@@ -63,10 +63,10 @@ def _masked_as(x: t.Any, values: npt.NDArray[np.float64]) -> npt.NDArray[np.floa
 
 
 class Curve(_mfcurves.CurveCore):
-    """A motion function: constant, and shared by as many threads as you like.
+    """A motion function. It is constant, so any number of threads may share it.
 
-    Make one with `segments`, `points`, `expression`, `read` or `parse`. The units are
-    those of what it is made from; derivatives are by x.
+    Make one with `segments`, `points`, `expression`, `read` or `parse`. Values and x have
+    the units of the data that it is made from; derivatives are by x.
 
     Examples
     --------
@@ -78,14 +78,14 @@ class Curve(_mfcurves.CurveCore):
     (0.0, 150.0)
     """
 
-    # An object without its curve would end the process when it is used: there is none.
+    # Using an object without its C++ curve would crash the process, so __new__ makes both.
     def __new__(cls, core: _mfcurves.CurveCore) -> "Curve":
         curve = super().__new__(cls)
         _mfcurves.CurveCore.__init__(curve, core)
         return curve
 
     def __init__(self, core: _mfcurves.CurveCore) -> None:
-        pass  # it is whole already
+        pass  # __new__ has done everything
 
     def svaj(self, x: npt.ArrayLike, side: t.Literal["plain", "left", "right"] = "plain") -> npt.NDArray[np.float64]:
         """Value, velocity, acceleration and jerk: the value and three derivatives by x.
@@ -94,11 +94,11 @@ class Curve(_mfcurves.CurveCore):
         ----------
         x : array_like of real numbers, any shape
         side : {"plain", "left", "right"}
-            From which side each x is approached; see `__call__`.
+            The side from which each x is approached; see `__call__`.
 
         Returns
         -------
-        ndarray of shape ``(4,) + numpy.shape(x)``; NaN where there is no finite value.
+        ndarray of shape ``(4,) + numpy.shape(x)``; NaN where the curve has no finite value.
 
         Examples
         --------
@@ -125,13 +125,13 @@ class Curve(_mfcurves.CurveCore):
         return Derivative(self, as_order(nu))
 
     def with_outside(self, rule: t.Literal["extend", "hold", "repeat", "undefined"]) -> "Curve":
-        """The same curve under another rule beyond its ends.
+        """The same curve with another rule beyond its ends.
 
         Parameters
         ----------
         rule : {"extend", "hold", "repeat", "undefined"}
-            The end's formula goes on; the end's value is kept; the curve begins anew; NaN.
-            Equality and documents do not see the rule.
+            Continue the formula at the end; keep the value at the end; repeat the curve; NaN.
+            Comparison and documents ignore the rule.
 
         Examples
         --------
@@ -158,14 +158,14 @@ class Curve(_mfcurves.CurveCore):
 
     @property
     def over(self) -> str:
-        """What x is: ``"time"``, ``"angle"`` or the name of a motion result."""
+        """The meaning of x: ``"time"``, ``"angle"`` or the name of a motion result."""
         state = self.state()
         return str(state["result"] if state["over"] == "result" else state["over"])
 
     @property
     def drive(self) -> str:
-        """What the values are: ``"displacement"``, ``"velocity"``, ``"acceleration"``, ``"force"``
-        or ``"torque"``."""
+        """The quantity of the values: ``"displacement"``, ``"velocity"``, ``"acceleration"``,
+        ``"force"`` or ``"torque"``."""
         return str(self.state()["drive"])
 
     @property
@@ -174,12 +174,12 @@ class Curve(_mfcurves.CurveCore):
         return bool(self.state()["rotary"])
 
     def replace(self, **changes: t.Any) -> "Curve":
-        """A curve with some of the arguments that made this one changed.
+        """A copy of this curve with some of its arguments changed.
 
         Parameters
         ----------
         **changes
-            Arguments of `segments`, `points` or `expression`, whichever kind this curve is.
+            Arguments of `segments`, `points` or `expression`, depending on the kind of this curve.
 
         Examples
         --------
@@ -198,8 +198,8 @@ class Curve(_mfcurves.CurveCore):
         return Curve(_mfcurves.CurveCore(changed)).with_outside(self.outside)
 
     def _arguments(self) -> t.Tuple[t.Callable[..., "Curve"], t.Dict[str, t.Any]]:
-        """The function that makes such a curve, and its arguments for this one."""
-        from mfcurves import _making  # which needs this module
+        """The function that makes this kind of curve, and its arguments for this curve."""
+        from mfcurves import _making  # not at the top: it imports this module
 
         state = self.state()
         common = {"over": self.over, "drive": state["drive"], "rotary": state["rotary"], "name": state["name"]}
@@ -216,7 +216,7 @@ class Curve(_mfcurves.CurveCore):
         Parameters
         ----------
         order : int from 0 to 4
-            The highest order whose jumps count.
+            The highest order to examine.
 
         Examples
         --------
@@ -244,12 +244,14 @@ class Curve(_mfcurves.CurveCore):
         return summaries_from(self.summarize())
 
     def crossings(self, value: float, nu: int = 0) -> t.List[float]:
-        """Where an order takes a value, ascending.
+        """The x at which an order takes a value, ascending.
 
         Parameters
         ----------
         value : float
+            The value to find, in the unit of that order.
         nu : int from 0 to 3
+            The order: 0 is the value, 1 to 3 are the derivatives.
 
         Examples
         --------
@@ -268,18 +270,18 @@ class Curve(_mfcurves.CurveCore):
         continuity: t.Optional[int] = None,
         cyclic: bool = False,
     ) -> Check:
-        """Whether the curve keeps limits, and where it does not.
+        """Whether the curve stays within limits, and where it does not.
 
         Parameters
         ----------
         max_velocity, max_acceleration, max_jerk : float above 0, optional
-            In the units of the curve by x.
+            Limits of the absolute value, in the unit of the value by that of x.
         range : (low, high), optional
-            For the values.
+            The least and the greatest value allowed.
         continuity : int from 0 to 3, optional
             No order up to this one may jump.
         cyclic : bool
-            Whether the end meets the start, too; alone it asks for continuity 0 there.
+            Also check the step from the end to the start; alone it checks continuity 0.
 
         Examples
         --------
@@ -305,9 +307,9 @@ class Curve(_mfcurves.CurveCore):
         Parameters
         ----------
         rpm : float above 0
-            Revolutions of 360 degrees in a minute.
+            Revolutions of 360 degrees per minute.
         cycle_time : float above 0
-            Seconds for 360 degrees, in place of ``rpm``.
+            Seconds for 360 degrees, instead of ``rpm``.
 
         Examples
         --------
@@ -333,7 +335,7 @@ class Curve(_mfcurves.CurveCore):
         d1: t.Optional[float] = None,
         d2: t.Optional[float] = None,
     ) -> CamTable:
-        """This curve as a table that keeps within a tolerance.
+        """This curve as a table that stays within a tolerance.
 
         Parameters
         ----------
@@ -341,9 +343,9 @@ class Curve(_mfcurves.CurveCore):
             Points joined by lines; points for the natural cubic spline; points with velocity
             and acceleration, joined by polynomials of degree 5.
         tolerance : float above 0
-            For the value.
+            The largest error of the value, in its unit.
         d1, d2 : float above 0, optional
-            For the first two derivatives; for ``"xyva"`` alone.
+            The largest errors of the first two derivatives; only for ``"xyva"``.
 
         Examples
         --------
@@ -363,7 +365,7 @@ class Curve(_mfcurves.CurveCore):
         Parameters
         ----------
         tolerance : float above 0
-            For the value.
+            The largest error of the value, in its unit.
 
         Examples
         --------
@@ -385,13 +387,14 @@ class Curve(_mfcurves.CurveCore):
         return PPoly(np.concatenate(polynomials, axis=1), knots)
 
     def plot(self, ax: t.Any = None, orders: t.Iterable[int] = ORDERS) -> t.Any:
-        """Draws this curve with matplotlib: its orders, their extremes, and where it breaks.
+        """Draws this curve with matplotlib: its orders, their extremes and its breaks.
 
         Parameters
         ----------
         ax : matplotlib axes, optional
-            For all orders together; without it each has a panel of a new figure.
+            Axes for all orders; without it, each order gets a panel of a new figure.
         orders : list of int from 0 to 3
+            The orders to draw.
 
         Returns
         -------
@@ -405,7 +408,7 @@ class Curve(_mfcurves.CurveCore):
         return self.picture()
 
     def to_xml(self) -> str:
-        """This curve as a document. What its six digits change is a `CurveWarning`.
+        """This curve as a document. Changes by its six digits are reported by a `CurveWarning`.
 
         Examples
         --------
@@ -424,8 +427,12 @@ class Curve(_mfcurves.CurveCore):
         Parameters
         ----------
         path : str or path
-            The file holds its old content or the new, never a part. `OSError` or
-            `CurveError` when it cannot be written.
+            The file to replace. It has either its old or its new content, never a part.
+
+        Raises
+        ------
+        OSError, CurveError
+            When the file cannot be written; its old content stays.
         """
         check_writable(as_path(path))
         self.save(as_path(path))
@@ -460,7 +467,7 @@ class Curve(_mfcurves.CurveCore):
 
 
 def _frozen(value: t.Any) -> t.Any:
-    """A value that can be hashed: equal for equal ones, with numbers by their bits."""
+    """A hashable form of a value; numbers are compared by their bits."""
     if isinstance(value, dict):
         return tuple((key, _frozen(item)) for key, item in value.items())
     if isinstance(value, (list, tuple)):
@@ -484,7 +491,7 @@ class Derivative:
         return self.curve(x, as_order(self.nu + as_order(nu), "the sum of orders"), side)
 
     def derivative(self, nu: int = 1) -> "Derivative":
-        """A derivative of this derivative; order 3 of the curve is the highest."""
+        """A derivative of this derivative, up to order 3 of the curve."""
         return Derivative(self.curve, as_order(self.nu + as_order(nu), "the sum of orders"))
 
     @property

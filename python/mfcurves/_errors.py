@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a curve that cannot be made says, and what a document says oddly."""
+"""The error of a curve that cannot be made, and the warning for a document with differences."""
 
 from __future__ import annotations
 
@@ -8,14 +8,14 @@ import typing as t
 
 
 class Problem(t.NamedTuple):
-    """One thing that is wrong or odd.
+    """One problem of a curve or its document.
 
     Attributes
     ----------
     level : {"error", "warning"}
     place : str
-        Where: ``"cam.xml:12"``, ``"row 3"``, ``"point 3"``, ``"character 7"``, counted from
-        1; empty where it is about the whole.
+        Such as ``"cam.xml:12"``, ``"row 3"``, ``"point 3"`` or ``"character 7"``, counted
+        from 1; empty for a problem of the whole curve.
     message : str
         What was expected and what was found.
     """
@@ -26,9 +26,9 @@ class Problem(t.NamedTuple):
 
 
 class CurveError(ValueError):
-    """A curve cannot be made, read, evaluated as asked, or written.
+    """Raised when a curve cannot be made, read, evaluated as requested, or written.
 
-    ``problems`` is a tuple of `Problem`, at least one; the text of the error has a line
+    ``problems`` is a tuple of at least one `Problem`. The text of the error has one line
     for each.
 
     Examples
@@ -51,7 +51,7 @@ class CurveError(ValueError):
 
 
 class CurveWarning(UserWarning):
-    """A document says something oddly: the curve is not quite what its text suggests."""
+    """Warns that a curve differs from what its document says."""
 
 
 def warn(problems: t.Iterable[t.Tuple[str, str, str]]) -> None:

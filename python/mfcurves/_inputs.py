@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What users give, checked: each function returns it in one form, or raises an error with a sentence."""
+"""Checks of arguments. Each function returns the argument in one form, or raises an error that says why not."""
 
 from __future__ import annotations
 
@@ -11,7 +11,7 @@ import numpy as np
 
 from mfcurves._errors import CurveError
 
-# Its import would take as long as a good part of NumPy's, and nothing runs that needs it.
+# Only for annotations: importing it takes almost as long as importing NumPy.
 if t.TYPE_CHECKING:
     import numpy.typing as npt
 
@@ -79,7 +79,7 @@ def as_array(values: t.Any, name: str) -> npt.NDArray[np.float64]:
 
 
 def as_limit(value: t.Any, name: str) -> t.Optional[float]:
-    """A limit above 0, or None for none."""
+    """A limit above 0, or None for no limit."""
     if value is None:
         return None
     limit = as_number(value, name)
@@ -126,7 +126,7 @@ def as_path(path: t.Any) -> str:
 
 
 def check_writable(path: str) -> None:
-    """Raises the `OSError` that opening the file for writing would raise, without making it."""
+    """Raises the `OSError` that opening the file for writing would raise, without creating the file."""
     folder = os.path.dirname(path) or "."
     if os.path.isdir(path):
         raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR), path)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Motion laws: what there is, what each costs, and which one is fastest."""
+"""Motion laws: the known ones, their factors, and the fastest ones for a move."""
 
 from __future__ import annotations
 
@@ -14,8 +14,8 @@ class Law(t.NamedTuple):
     """A motion law and its factors.
 
     For a stroke H in a time T the largest velocity is ``cv`` H/T, the largest acceleration
-    ``ca`` H/T^2, the largest jerk ``cj`` H/T^3. ``continuity`` is the highest order such
-    that it and all lower ones do not jump, at the ends against rest or inside.
+    ``ca`` H/T^2, the largest jerk ``cj`` H/T^3. No order from 0 to ``continuity`` jumps
+    inside the law, or between the law and rest at its ends.
     """
 
     name: str
@@ -27,7 +27,7 @@ class Law(t.NamedTuple):
 
 
 class Move(t.NamedTuple):
-    """How long a law needs for a move, and which limit makes it so long."""
+    """The shortest duration of a move with a law, in seconds, and the limit that determines it."""
 
     profile: str
     duration: float
@@ -57,14 +57,14 @@ def fastest(
     Parameters
     ----------
     stroke : float
-        Not 0; its sign does not count.
+        Not 0; the sign does not matter.
     max_velocity, max_acceleration, max_jerk : float above 0, optional
         At least one, in the unit of the stroke and seconds.
 
     Returns
     -------
     list of Move
-        Only laws that keep the limits without an impulse, at their ends too.
+        Only laws without an impulse in a limited order, inside and at their ends.
 
     Examples
     --------

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What makes curves."""
+"""The functions that make curves."""
 
 from __future__ import annotations
 
@@ -64,20 +64,23 @@ def segments(
     start : (x, value)
         Where the first row starts.
     over : str
-        What x is: ``"time"`` in seconds, ``"angle"`` in degrees, or the name of a motion result.
+        The meaning of x: ``"time"`` in seconds, ``"angle"`` in degrees, or the name of a motion
+        result.
     drive : {"displacement", "velocity", "acceleration", "force", "torque"}
+        The quantity of the values.
     rotary : bool
-        Degrees in place of millimetres.
+        Whether values are in degrees instead of millimetres.
     name : str
+        The name of the curve in documents and pictures.
     laws : dict from name to text, optional
         Motion laws in the profile language.
     six_decimals : bool
-        Whether numbers enter the laws with six decimals, as those of documents do.
+        Whether numbers in the laws are rounded to six decimals, as they are for documents.
 
     Raises
     ------
     CurveError
-        With a problem for each row that is wrong.
+        With a problem for each wrong row.
 
     Examples
     --------
@@ -112,8 +115,8 @@ def points(
 
     Parameters
     ----------
-    x, y : array_like of real numbers, one-dimensional, of equal length, at least one
-        ``x`` strictly ascending.
+    x, y : array_like of real numbers, one-dimensional, of equal length, at least one number
+        ``x`` must be strictly ascending.
     interpolation : {"linear", "cubic", "akima"}
         Straight lines, the natural cubic spline, or Akima's.
     over, drive, rotary, name
@@ -150,7 +153,7 @@ def expression(
     Parameters
     ----------
     text : str
-        Such as ``"10*sin(2*pi*x)"``. The variable may have any name.
+        For example ``"10*sin(2*pi*x)"``. The variable may have any name.
     domain : (from, to)
         The range of x.
     over, drive, rotary, name
@@ -175,32 +178,33 @@ def read(
     Parameters
     ----------
     path : str or path
+        The file of the document.
     results : list of str
-        Names of motion results that the curve may run over.
+        Names of motion results that x may be.
     library : list of str or path
         Folders with a ``SegmentTypes.txt``, whose motion laws rows may name.
 
     Warns
     -----
     CurveWarning
-        For what the document says oddly.
+        When the curve differs from what the document says.
 
     Raises
     ------
     CurveError
-        When the document is not a curve.
+        When the document does not describe a curve.
     OSError
-        When the file cannot be read; `FileNotFoundError` when there is none.
+        When the file cannot be read; `FileNotFoundError` when it does not exist.
     """
     with open(path, "rb"):
-        pass  # what keeps a file from being read is Python's own error
+        pass  # raises Python's own error when the file cannot be read
     core = _mfcurves.read(as_path(path), as_texts(library, "library"), as_texts(results, "results"))
     warn(core.found_odd())
     return Curve(core)
 
 
 def parse(text: str, results: t.Iterable[str] = (), library: t.Iterable[t.Any] = ()) -> Curve:
-    """The curve of the text of a document; see `read`.
+    """The curve of a document given as text; see `read`.
 
     Examples
     --------

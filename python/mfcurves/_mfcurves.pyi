@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The compiled part: plain numbers, arrays and tuples. mfcurves gives them names and checks."""
+"""The compiled part, with plain numbers, arrays and tuples. The package mfcurves adds names and checks."""
 
 from typing import Any, Dict, List, Literal, Optional, Sequence, Tuple, overload
 
@@ -20,7 +20,7 @@ class CurveCore(metaclass=_Type):
     def __init__(self, core: CurveCore) -> None: ...
     @overload
     def __init__(self, state: Dict[str, Any]) -> None: ...
-    @overload  # an ArrayLike may be a float, for which the first one counts
+    @overload  # an ArrayLike may be a float, for which the first overload is used
     def __call__(self, x: float, nu: int = ..., side: _Side = ...) -> float: ...  # type: ignore[misc]
     @overload
     def __call__(self, x: ArrayLike, nu: int = ..., side: _Side = ...) -> NDArray[np.float64]: ...

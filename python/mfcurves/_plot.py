@@ -25,7 +25,7 @@ _NAMES = {
 
 
 def _samples(curve: Curve) -> npt.NDArray[np.float64]:
-    """x over the domain; twice where something jumps, for the two sides of it."""
+    """Samples of x over the domain; each break is included twice, once for each side."""
     first, last = curve.domain
     x = np.linspace(first, last, _SAMPLES)
     inside = [place.x for place in curve.breaks() if first < place.x < last]
@@ -42,7 +42,7 @@ def _line(curve: Curve) -> t.Tuple[npt.NDArray[np.float64], npt.NDArray[np.float
 
 
 def plot(curve: Curve, ax: t.Any, orders: t.Iterable[int]) -> t.Any:
-    """Draws orders of a curve, one panel each or all into `ax`; returns the axes."""
+    """Draws orders of a curve, each in its own panel or all into `ax`; returns the axes."""
     import matplotlib.pyplot as plt  # type: ignore[import]
 
     wanted = list(orders)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the questions about a curve return."""
+"""The results of analysing a curve."""
 
 from __future__ import annotations
 
@@ -16,9 +16,9 @@ Values = t.Tuple[float, float, float, float]
 class Break(t.NamedTuple):
     """A place where the value or a derivative jumps.
 
-    ``lowest`` is the lowest order that jumps; ``left`` and ``right`` are the value and
-    three derivatives on either side; ``row`` counts from 1, 0 for a place that no row or
-    point begins at.
+    ``lowest`` is the lowest order that jumps. ``left`` and ``right`` are the value and
+    three derivatives on each side. ``row`` is the row or point that begins there, counted
+    from 1; 0 if none does.
     """
 
     x: float
@@ -30,7 +30,7 @@ class Break(t.NamedTuple):
 
 
 class Peak(t.NamedTuple):
-    """An extreme: the place, the value, the side of x it lies on, and a bound of its error."""
+    """An extreme: its x, its value, the side of x on which it lies, and a bound of its error."""
 
     x: float
     y: float
@@ -39,10 +39,10 @@ class Peak(t.NamedTuple):
 
 
 class Summary(t.NamedTuple):
-    """What one order does over the range.
+    """One order over the domain.
 
-    ``impulses`` are the places where the order below jumps; the extremes are those beside
-    them. ``guaranteed`` says that both extremes are proved.
+    ``impulses`` are the places where the next lower order jumps; the extremes leave them
+    out. ``guaranteed`` is true when both extremes are proved.
     """
 
     least: Peak
@@ -54,9 +54,10 @@ class Summary(t.NamedTuple):
 
 
 class Violation(t.NamedTuple):
-    """A stretch where a limit is broken, or a jump where there should be none.
+    """A stretch where a limit is violated, or a jump that is not allowed.
 
-    ``limit``, ``worst`` and ``worst_x`` are None for a jump, the last two for an impulse.
+    For a jump, ``limit``, ``worst`` and ``worst_x`` are None; for an impulse, ``worst`` and
+    ``worst_x``.
     """
 
     order: int
@@ -68,16 +69,17 @@ class Violation(t.NamedTuple):
 
 
 class Check(t.NamedTuple):
-    """Whether a curve keeps its limits, and where it does not."""
+    """Whether a curve stays within its limits, and where it does not."""
 
     ok: bool
     violations: t.Tuple[Violation, ...]
 
 
 class CamTable(t.NamedTuple):
-    """A curve as a table: its rows, and the proved bound of what the table changes.
+    """A curve as a table: its rows, and a bound of the error of the table.
 
-    ``d1`` and ``d2`` are empty for forms without them.
+    ``d1`` and ``d2`` are empty for forms without them. ``guaranteed`` is true when the bound
+    is proved and within the tolerance.
     """
 
     x: npt.NDArray[np.float64]

@@ -119,7 +119,7 @@ std::string picture(const mf::Curve& curve)
 py::list knownLaws()
 {
     py::list list;
-    std::set<std::string> seen;  // of laws with one name the first counts
+    std::set<std::string> seen;  // of several laws with one name, the first is used
     for (const mf::Law& law : mf::laws()) {
         if (!seen.insert(law.name).second)
             continue;

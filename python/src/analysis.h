@@ -9,7 +9,7 @@ namespace mfpython {
 
 namespace py = pybind11;
 
-/// Adds the questions about a curve: operations of its class that return plain tuples, and
+/// Adds the analysis of a curve, as operations of its class that return plain tuples, and
 /// the functions about motion laws.
 void addAnalysis(py::module_& module, py::class_<mf::Curve>& curve);
 

@@ -8,8 +8,8 @@
 namespace mfpython {
 namespace {
 
-// The global interpreter lock is given back while this many points are computed; between
-// two such runs Python sees its signals. 65,536 points take a millisecond or so.
+// The number of points that are computed in one run without the global interpreter lock.
+// Between two runs Python handles its signals. A run takes about a millisecond.
 constexpr py::ssize_t kRun = 65'536;
 
 // Calls compute(first, count) for runs of points, without the lock.
@@ -51,7 +51,7 @@ py::array_t<double> allValuesAt(const mf::Curve& curve, const py::array_t<double
     const py::ssize_t points = x.size();
     const double* from = x.data();
     double* to = y.mutable_data();
-    // Small enough to stay close to the processor until its orders are laid apart.
+    // Small enough to stay in the processor's cache until the orders are stored apart.
     constexpr py::ssize_t kPart = 2048;
     inRuns(points, [&](py::ssize_t first, py::ssize_t count) {
         mf::CurveValues values[kPart];

@@ -9,7 +9,7 @@ namespace mfpython {
 
 namespace py = pybind11;
 
-/// A definition from the dictionary that Python keeps and pickles. Its keys:
+/// A definition from the dictionary that Python stores and pickles. Its keys:
 ///
 /// - "kind": "segments", "points" or "expression"
 /// - "name", "drive", "over" ("time", "angle" or "result"), "result", "rotary", "data_type"
@@ -17,7 +17,7 @@ namespace py = pybind11;
 /// - points: "x", "y" (arrays), "interpolation"
 /// - expression: "text", "domain" (from, to)
 ///
-/// Throws what Python calls KeyError, TypeError or ValueError for any other dictionary.
+/// Throws the C++ form of KeyError, TypeError or ValueError for any other dictionary.
 mf::CurveDefinition definitionFrom(const py::dict& state);
 
 /// The dictionary of a definition, with all digits of its numbers.

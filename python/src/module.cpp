@@ -27,7 +27,7 @@ py::list problemsOf(const std::vector<mf::Problem>& problems)
     return list;
 }
 
-// The exception class is Python's own, so that it survives pickling.
+// The exception class is defined in Python, so that it can be pickled.
 void raise(const mf::CurveError& error)
 {
     const py::object type = py::module_::import("mfcurves._errors").attr("CurveError");
@@ -58,7 +58,7 @@ mf::Outside outsideNamed(const std::string& name)
 
 using Array = py::array_t<double, py::array::c_style>;
 
-// The order that a call asks for where it is a float and at most a whole number; -1 for any other.
+// The order of a call whose arguments are a float and at most a whole number; -1 for any other call.
 int orderOfQuickCall(PyObject* const* arguments, Py_ssize_t count, PyObject* names)
 {
     if (names != nullptr || count < 1 || count > 2 || !PyFloat_Check(arguments[0]))
@@ -71,8 +71,8 @@ int orderOfQuickCall(PyObject* const* arguments, Py_ssize_t count, PyObject* nam
     return overflow == 0 && order >= 0 && order <= 3 ? static_cast<int>(order) : -1;
 }
 
-// Curve.__call__. One number is what a simulation asks for at each step, and pybind11 would take
-// longer than the curve; everything else takes the road through Python's checks.
+// Curve.__call__. A simulation calls it for one number at each step, for which pybind11 would take
+// longer than the curve. All other calls go through the checks in Python.
 PyObject* call(PyObject* self, PyObject* const* arguments, Py_ssize_t count, PyObject* names)
 try {
     const int order = orderOfQuickCall(arguments, count, names);
@@ -97,13 +97,22 @@ void addCall(py::class_<mf::Curve>& curve)
     static PyMethodDef definition = {
         "__call__", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&call)),
         METH_FASTCALL | METH_KEYWORDS,
-        "__call__($self, x, nu=0, side='plain')\n--\n\nThe value or a derivative at x."};
+        "__call__($self, x, nu=0, side='plain')\n--\n\n"
+        "The value or a derivative at x.\n\n"
+        "Parameters\n----------\n"
+        "x : real number, or array_like of real numbers\n"
+        "nu : int from 0 to 3\n"
+        "    The order: 0 is the value, 1 to 3 are the derivatives.\n"
+        "side : {\"plain\", \"left\", \"right\"}\n"
+        "    \"left\" and \"right\" return the limits from that side of x. At an x where two\n"
+        "    rows meet, \"plain\" evaluates the row that begins there.\n\n"
+        "Returns\n-------\n"
+        "float, or ndarray of the shape of x; NaN where the curve has no finite value."};
     curve.attr("__call__") = py::reinterpret_steal<py::object>(
         PyDescr_NewMethod(reinterpret_cast<PyTypeObject*>(curve.ptr()), &definition));
 }
 
-// Its operations get their sentences of help, their checks of types and their results
-// with names in mfcurves/_curve.py.
+// mfcurves/_curve.py adds the documentation, the checks of types and the named results.
 py::class_<mf::Curve> addCurve(py::module_& module)
 {
     return py::class_<mf::Curve>(module, "CurveCore", "What mfcurves.Curve is made of.")
@@ -145,8 +154,8 @@ void fill(py::module_& module)
     py::class_<mf::Curve> curve = addCurve(module);
     addCall(curve);
     addAnalysis(module, curve);
-    // The lock is kept while a curve is made or read: no other thread of Python can then
-    // fork this process with a lock of the library held.
+    // The lock is kept while a curve is made or read, so that no other thread of Python can
+    // fork this process while a lock of the library is held.
     module.def("read", [](const std::string& path, const std::vector<std::string>& library,
                           const std::vector<std::string>& results) {
         return mf::Curve::read(path, {library, results});
@@ -160,8 +169,8 @@ void fill(py::module_& module)
 }  // namespace
 }  // namespace mfpython
 
-// What PYBIND11_MODULE makes, after a check that has to come before all that pybind11 does:
-// in an interpreter other than the main one its first call would wait forever.
+// Does what PYBIND11_MODULE does, after a check that must come before any call of pybind11: in
+// an interpreter other than the main one, the first call of pybind11 would wait forever.
 extern "C" PYBIND11_EXPORT PyObject* PyInit__mfcurves()
 {
     if (PyInterpreterState_Get() != PyInterpreterState_Main()) {
