@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// What an integrator loses that is not told of breaks.
+// Why an integrator must know the breaks of a curve.
 //
-// A mass of 1 kg at rest gets a force pulse of 20 ms. Its velocity afterwards is the integral of
-// the force. An adaptive Runge-Kutta method takes long steps where nothing happens and steps over
-// the pulse, unless it stops at the breaks of the curve.
+// A force pulse of 20 ms acts on a mass of 1 kg at rest. The final velocity is the integral of the
+// force. An adaptive Runge-Kutta method takes long steps where nothing happens and steps over the
+// pulse, unless it stops at the breaks of the curve.
 
 #include <cmath>
 #include <cstdio>
@@ -29,8 +29,8 @@ struct State {
 };
 
 // One step of the method of Bogacki and Shampine (Appl. Math. Lett. 2 (1989)) for v' = F(t) / 1 kg:
-// the increment of third order, and its distance from that of second order. At both ends the side of
-// the step counts.
+// the increment of third order, and its distance from that of second order. At both ends the force is
+// evaluated from the side of the step.
 double increment(const mf::Curve& force, double t, double h, double& error)
 {
     const double k1 = force.at(t, mf::Side::Right).y;
@@ -69,22 +69,22 @@ int main()
     constexpr double kExact = 1.0;  // 50 N for 20 ms on 1 kg, in m/s
     const mf::Curve force = pulse();
 
-    State untold;
-    integrate(force, 0.0, 10.0, untold);
+    State withoutBreaks;
+    integrate(force, 0.0, 10.0, withoutBreaks);
 
-    State told;
+    State withBreaks;
     double t = 0.0;
     while (t < 10.0) {
         const std::optional<double> next = mf::analysis::nextBreak(force, t, 0);
         const double stop = std::fmin(next.value_or(10.0), 10.0);
-        integrate(force, t, stop, told);
+        integrate(force, t, stop, withBreaks);
         t = stop;
     }
 
     std::printf("exact         %.9f m/s\n", kExact);
-    std::printf("without breaks %.9f m/s in %d steps\n", untold.velocity, untold.steps);
-    std::printf("with breaks    %.9f m/s in %d steps\n", told.velocity, told.steps);
-    const bool missed = std::fabs(untold.velocity - kExact) > 0.5;
-    const bool met = std::fabs(told.velocity - kExact) <= 1e-6;
+    std::printf("without breaks %.9f m/s in %d steps\n", withoutBreaks.velocity, withoutBreaks.steps);
+    std::printf("with breaks    %.9f m/s in %d steps\n", withBreaks.velocity, withBreaks.steps);
+    const bool missed = std::fabs(withoutBreaks.velocity - kExact) > 0.5;
+    const bool met = std::fabs(withBreaks.velocity - kExact) <= 1e-6;
     return missed && met ? 0 : 1;
 }

@@ -3,8 +3,8 @@
 """Drives a mass by a short force pulse: scipy.integrate.solve_ivp with and without breaks.
 
 The pulse of 20 ms begins at 0.5 s and gives the mass of 1 kg a velocity of 2 m/s. An integrator
-whose steps have grown long steps over it. Stopped at each break of the curve it sees
-everything.
+steps over it once its steps have become long. If it stops at each break of the curve, it does not
+miss the pulse.
 """
 
 import numpy as np
@@ -31,7 +31,7 @@ def with_breaks():
     stops = [PULSE.domain[0], *(place.x for place in PULSE.breaks(order=0)), PULSE.domain[1]]
     state = [0.0, 0.0]
     for start, end in zip(stops, stops[1:]):
-        inside = np.nextafter(end, start)  # at a jump the piece on this side counts
+        inside = np.nextafter(end, start)  # at a jump, evaluates the piece on this side
 
         def side(time, state, inside=inside):
             return motion(min(time, inside), state)

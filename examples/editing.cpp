@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A host that lets its user edit a table row by row: what it calls after an edit, and how
-// the edited table becomes a constant curve.
+// A host whose user edits a table row by row: the calls after an edit, and how to make a
+// constant curve from the edited table.
 
 #include <cstdio>
 #include <vector>
@@ -17,18 +17,17 @@ void addRow(mfFunctionSegments_c& table, mfProfileManager_c& profiles, double fr
 {
     auto* row = new mfSegment_c(from, to, value, L"Cubic");
     row->setProfileKey(profiles.getProfileKeyFromDisplayName(L"Cubic"));
-    table.addSegment(row);  // which owns it now
+    table.addSegment(row);  // the table owns it now
 }
 
-// Puts the numbers of a row into its formula, and samples it: from now on it has
-// derivatives.
+// Writes the numbers of a row into its formula and samples it, so that it has derivatives.
 void bringUpToDate(mfFunctionSegments_c& table, int row)
 {
     table.parseExpression(row);
     table.calculateValue(row);
 }
 
-// An edit lists the rows whose formulas it made stale.
+// An edit lists the rows whose formulas are out of date.
 void edit(mfFunctionSegments_c& table, int row, int column, double endX, double value)
 {
     table.modifySegment(row, column, 0.0, endX, value, L"");
@@ -43,7 +42,7 @@ void edit(mfFunctionSegments_c& table, int row, int column, double endX, double 
 
 int main()
 {
-    mf::host::Context host;  // everything the library asks of a host
+    mf::host::Context host;  // everything that the library needs from a host
     QelSession_c::setMotionFunctionContext(&host);
 
     mfFunctionData_c cam;
@@ -65,7 +64,7 @@ int main()
     std::printf("with a longer rise: %g, and half way down %g\n", cam.evaluate(60.0, 0),
                 cam.evaluate(150.0, 0));
 
-    // What the table is now, as a value; later edits do not reach it.
+    // A constant copy of the present table; later edits do not change it.
     const mf::Curve frozen = mf::Curve::of(cam);
     edit(table, 1, kValueColumn, 0.0, 30.0);
     std::printf("frozen: %g, edited: %g\n", frozen(60.0), cam.evaluate(60.0, 0));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// What a program does with a curve that cannot be made: each problem has a place and a
-// reason. Nothing is half made, and the next curve is not affected.
+// How a program handles a curve that cannot be made: each problem has a place and a reason.
+// A failure leaves nothing half made and does not affect the next curve.
 
 #include <cstdio>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A host with a context, services, a study, a spline and units of its own, for which
-// mf::host::Context is not enough.
+// A host that needs more than mf::host::Context: it has its own context, services, study,
+// spline and units.
 
 #include <cstdio>
 #include <map>
@@ -12,8 +12,8 @@
 
 namespace {
 
-// Holds each value up to the next point: a curve of steps. All that a spline is asked for
-// comes through these operations.
+// Holds each value up to the next point: a curve of steps. The library uses a spline only
+// through these operations.
 class Steps : public ISimSplineData_c {
 public:
     void setKind(int kind) override { kind_ = kind; }
@@ -42,11 +42,11 @@ private:
     int kind_ = 2;
 };
 
-// The host computes in metres, and its expressions give millimetres: their values are
+// The host computes in metres, and its expressions are in millimetres: their values are
 // divided by the factor of the quantity.
 class Services : public IMotionServices_c {
 public:
-    CString getDesignLibraryPaths() override { return L""; }  // the built-in laws alone
+    CString getDesignLibraryPaths() override { return L""; }  // only the built-in laws
     CString getResourceLibraryPath(const CString&) override { return L""; }
     ISimSplineData_c* createSplineData() override { return *lent_.insert(new Steps).first; }
     void releaseSplineData(ISimSplineData_c* spline) override
@@ -66,7 +66,7 @@ public:
     std::size_t lentSplines() const { return lent_.size(); }
 
 private:
-    static constexpr int kOther = 0;  // numbers of the host's own choice
+    static constexpr int kOther = 0;  // the host chooses these numbers
     static constexpr int kLength = 1;
 
     std::set<ISimSplineData_c*> lent_;
@@ -115,7 +115,7 @@ int main()
 {
     Context context;  // outlives every function
     QelSession_c::setMotionFunctionContext(&context);
-    context.profiles.rebuildUserProfileMap();  // reads the laws, which a manager does not do by itself
+    context.profiles.rebuildUserProfileMap();  // reads the laws; a manager does not do this by itself
 
     tryPoints();
     tryExpression();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// A curve through points, and what it is beyond its ends.
+// A curve through points, and how it continues beyond its ends.
 
 #include <cstdio>
 
@@ -32,7 +32,7 @@ int main()
     print("beyond the end, held", lift.with(mf::Outside::Hold).at(3.0));
     print("beyond the end, repeated", lift.with(mf::Outside::Repeat).at(2.5));
 
-    // Many x are fastest as an array.
+    // For many x, evaluating an array is fastest.
     const double x[] = {0.25, 0.5, 0.75};
     double y[3];
     lift.evaluate(x, 3, 0, y);

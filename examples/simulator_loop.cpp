@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 // A mass on a spring whose other end follows a motion function: the loop of a
-// simulator that asks a curve for value and velocity at each step of an
+// simulator that evaluates the value and velocity of a curve at each step of an
 // integrator.
 //
-// The support moves by a smooth step; the mass, in kg, hangs on it by a spring,
-// in N/mm, and a damper, in N s/mm. Long after the step the mass has come to rest
-// where the support is.
+// The support moves by a smooth step. A spring (N/mm) and a damper (N s/mm) connect
+// the mass (kg) to it. Long after the step, the mass is at rest at the position of
+// the support.
 
 #include <cmath>
 #include <cstdio>

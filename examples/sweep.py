@@ -4,10 +4,10 @@
 
     examples/sweep.py --variants 100000 --output sweep.csv
 
-writes sweep.csv, a row for each variant, and sweep.png, the share of feasible variants over
-stroke and speed. The work runs on dask.distributed: on processes of this machine, or on the
-cluster whose scheduler is at --scheduler. A worker that dies loses nothing: its batches are
-computed again. --workers 0 does the same work in this process.
+writes sweep.csv, with a row for each variant, and sweep.png, with the share of feasible variants
+over stroke and speed. The work runs on dask.distributed: in processes of this machine, or on the
+cluster whose scheduler is at --scheduler. If a worker dies, its batches are computed again, so
+nothing is lost. --workers 0 does the same work in this process.
 """
 
 import argparse
@@ -18,7 +18,7 @@ import sys
 
 import mfcurves as mf
 
-BATCH = 250  # variants to a task: a tenth of a second of work
+BATCH = 250  # variants per task: about a tenth of a second of work
 MAX_ACCELERATION = 20.0e3  # mm/s^2
 MAX_JERK = 20.0e6  # mm/s^3
 COLUMNS = ["law", "stroke", "angle", "speed", "feasible", "velocity", "acceleration", "jerk", "guaranteed"]
@@ -97,7 +97,7 @@ def swept_by(client, count):
     from dask.distributed import as_completed
 
     work = list(batches(count))
-    # The batch is part of its task, so that any worker can do it again.
+    # The batch is an argument of its task, so that any worker can repeat it.
     futures = [client.submit(judged_batch, CAM, batch, pure=False, retries=5) for batch in work]
     number = {future.key: i for i, future in enumerate(futures)}
     rows = [None] * len(work)
@@ -113,7 +113,7 @@ def swept(count, workers, scheduler):
     import dask
     from dask.distributed import Client, LocalCluster
 
-    # A batch is not to blame for the death of its worker.
+    # The death of a worker is not the fault of its batch, so the batch is repeated.
     dask.config.set({"distributed.scheduler.allowed-failures": 100})
     if scheduler is not None:
         with Client(scheduler) as client:

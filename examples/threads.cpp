@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// One curve, used by four threads at once: a curve is constant, so it needs no lock and no
-// copy. Each thread looks for the greatest velocity in its quarter of a rise.
+// One curve, used by four threads at once. A curve is constant, so no lock and no copy is
+// needed. Each thread finds the greatest velocity in its quarter of a rise.
 
 #include <algorithm>
 #include <cmath>

@@ -10,8 +10,8 @@
 
 namespace mf::simbody {
 
-/// Stops an integrator at the breaks of a curve over time, so that no step passes over one:
-/// a step that does may miss a pulse altogether.
+/// Stops an integrator at the breaks of a curve over time, so that no step passes over one.
+/// A step that does may miss a pulse completely.
 ///
 ///     system.addEventHandler(new mf::simbody::CurveBreaks(force, 0));   // the system owns it
 ///
@@ -27,7 +27,7 @@ public:
         const double after = includeCurrentTime ? std::nextafter(now, -SimTK::Infinity) : now;
         return analysis::nextBreak(curve_, after, upToOrder_).value_or(SimTK::Infinity);
     }
-    /// Nothing changes; the integrator starts anew, with the values on the right.
+    /// Changes nothing; the integrator restarts with the values on the right.
     void handleEvent(SimTK::State&, SimTK::Real, bool&) const override {}
 
 private:

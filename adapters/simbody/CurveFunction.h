@@ -10,11 +10,11 @@
 
 namespace mf::simbody {
 
-/// A curve as a function object of one argument, for whatever takes a SimTK::Function:
-/// prescribed motions, springs, actuators.
+/// A curve as a function object of one argument, for everything that takes a
+/// SimTK::Function: prescribed motions, springs, actuators.
 ///
-/// Derivatives: up to the third. Where the curve has no value the result is NaN.
-/// Threads: constant.
+/// Derivatives: up to the third. The result is NaN where the curve has no value.
+/// Threads: constant, so any number of threads may use it.
 class CurveFunction : public SimTK::Function {
 public:
     explicit CurveFunction(const Curve& curve) : curve_(curve) {}

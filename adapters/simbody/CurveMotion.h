@@ -12,7 +12,7 @@ namespace mf::simbody {
 /// acceleration are those of the curve, in its own units (radians or metres for SimTK).
 ///
 /// A curve whose velocity jumps, such as straight lines through points, has impulses of
-/// acceleration, which no drive can follow: mf::analysis::summarize lists them.
+/// acceleration, which no drive can follow. mf::analysis::summarize lists them.
 class CurveMotion : public SimTK::Motion::Custom {
 public:
     CurveMotion(SimTK::MobilizedBody& body, const Curve& curve) : Custom(body, new Drive(curve)) {}

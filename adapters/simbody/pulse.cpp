@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A force pulse of 20 ms on a mass of 1 kg in Simbody: stepped over by an integrator that is not
-// told of the curve's breaks, met by one that is.
+// A force pulse of 20 ms on a mass of 1 kg in Simbody. An integrator that does not know the curve's
+// breaks steps over the pulse; one that stops at them does not.
 //
 //     pulse        prints both velocities; exit status 1 unless the first misses the pulse and
 //                  the second is within 1e-6 of the exact 1 m/s
@@ -60,7 +60,7 @@ double velocityAfter(const mf::Curve& force, bool withBreaks)
     return mass.getOneU(stepper.getState(), 0);
 }
 
-// The function object has the curve's values and derivatives.
+// True when the function object has the curve's values and derivatives.
 bool hasTheDerivatives()
 {
     mf::CurveDefinition definition;
