@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// Proved extremes of all four orders beside what a program does that proves nothing: a
-// hand-written scan of 10,000 places of a cam, and a hand-written pass over the pieces of a
-// spline that finds the extremes of its value alone.
+// Compares the proved extremes of all four orders with hand-written code that proves
+// nothing: a scan of 10,000 places of a cam, and a pass over the pieces of a spline that
+// finds only the extremes of its value.
 //
-// Benchmarks are named by curve and who does it; ratios.csv says which are compared.
+// Benchmarks are named by curve and implementation; ratios.csv lists which are compared.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -53,10 +53,10 @@ Curve points(mf::Interpolation interpolation)
     return Curve(definition);
 }
 
-// Aborts where two results that should be nearly the same are not.
+// Aborts when two results that should be nearly equal are not.
 void requireNear(double a, double b)
 {
-    constexpr double kNear = 1e-3;  // as near as a scan comes
+    constexpr double kNear = 1e-3;  // the accuracy of a scan
     if (!(std::fabs(a - b) <= kNear * std::fabs(b))) {
         std::fprintf(stderr, "analysis_bench: %.17g and %.17g\n", a, b);
         std::abort();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// Curves as constant values beside hand-written C++ for the same tables, points and function:
-// single x that jump about, so that no branch can be foreseen, and arrays.
+// Compares curves with hand-written C++ for the same tables, points and function: at single x
+// in random order, so that branches cannot be predicted, and on arrays.
 //
-// Benchmarks are named by curve, work and who does it; ratios.csv says which are compared.
+// Benchmarks are named by curve, work and implementation; ratios.csv lists which are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -36,7 +36,7 @@ void require(bool condition, const char* what)
     }
 }
 
-/// Many x over [0, end] in no order.
+/// Many x over [0, end] in random order.
 class Inputs {
 public:
     explicit Inputs(double end)
@@ -119,7 +119,7 @@ Curve general()
     return Curve(definition);
 }
 
-// A comparison of two curves that disagree would mean nothing.
+// Aborts when the two curves differ, because their comparison would be meaningless.
 template <class Hand>
 void checkAgreement(const Curve& curve, const Hand& hand, double end)
 {
@@ -217,8 +217,8 @@ void addArrays(const std::string& name, const Curve& curve, const std::vector<do
 
 // --- Threads -----------------------------------------------------------------------------
 
-// Each thread evaluates as many x; the time is that of the whole, so with two idle processors
-// twice the work takes as long.
+// Each thread evaluates the same number of x, and the time is that of all threads together, so
+// with two idle processors two threads take as long as one.
 void evaluateOnThreads(benchmark::State& state)
 {
     constexpr int kEvaluations = 2'000'000;

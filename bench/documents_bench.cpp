@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// Curve documents of data points, of segments and of an expression, read, written, and parsed by
-// the XML engine alone: the same bytes in one run.
+// Reads and writes curve documents of data points, of segments and of an expression, and parses
+// the same bytes with the XML engine alone.
 //
-// Benchmarks are named KIND/ROWS/WORK; ratios.csv says which are compared.
+// Benchmarks are named KIND/ROWS/WORK; ratios.csv lists which are compared.
 
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
@@ -47,7 +47,7 @@ std::string idOf(int row)
     return " ID=\"" + std::to_string(row + 1) + "\">";
 }
 
-// A sawtooth, so that no number is shorter than in a real table.
+// A sawtooth, whose numbers are as long as in a real table.
 double valueOf(int row)
 {
     return (row * 37 % 1000) * 0.0123;
@@ -113,7 +113,7 @@ void parseAlone(benchmark::State& state, Kind kind, int rows)
         parseOnce(state, xml);
 }
 
-// A host and a function that the document was read into.
+// A host and a function into which the document was read.
 class Curve {
 public:
     Curve(benchmark::State& state, const std::string& xml)
@@ -138,7 +138,7 @@ void read(benchmark::State& state, Kind kind, int rows)
         curve.function().readXMLData(L"", true, xml);
 }
 
-// What a host pays that draws every row: all of them compiled and sampled.
+// The cost for a host that draws every row: all rows are compiled and sampled.
 void readAndDraw(benchmark::State& state, int rows)
 {
     const std::string xml = documentOf(Kind::Segments, rows);
@@ -161,7 +161,7 @@ void readCurve(benchmark::State& state, int rows)
         benchmark::DoNotOptimize(mf::Curve::parse(xml));
 }
 
-// The last part of it: every row compiled, in all orders.
+// Only the last part of that: every row is compiled in all orders.
 void freeze(benchmark::State& state, int rows)
 {
     const mf::CurveDefinition definition = mf::Curve::parse(documentOf(Kind::Segments, rows)).definition();

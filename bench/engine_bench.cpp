@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// Three functions, each as hand-written C++, through the engine and through
+// Compares three functions as hand-written C++, through the engine and through
 // muParser, on the same inputs in one run.
 //
-// Benchmarks are named by function, work and who does it; ratios.csv says which are compared.
+// Benchmarks are named by function, work and implementation; ratios.csv lists which are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -28,7 +28,7 @@ struct Subject {
     std::string name;
     const Handwritten* handwritten;  ///< null for a law that is compared with another law
     /// The text with numbers filled in. Each `variant` has other numbers of the
-    /// same length; variant 0 is what the hand-written function computes.
+    /// same length; the hand-written function computes variant 0.
     std::string (*text)(int variant);
 };
 
@@ -44,7 +44,7 @@ double startOf(int variant)
     return 0.5 + variant * 1e-6;
 }
 
-// The first number of a profile's stretch varies; it occurs at each u.
+// Varies the start of the stretch, which occurs in each u.
 std::string polynomialText(int variant)
 {
     const std::string u = formatted("((x-%f)/(2.250000-0.500000))", startOf(variant));
@@ -83,8 +83,8 @@ const Subject kSubjects[] = {
     {"law_56789", nullptr, law56789Text},
 };
 
-/// Many x of the law's stretch in no order, so that no x comes twice in a row and
-/// nothing can be lifted out of a loop.
+/// Many x of the law's stretch in random order, so that no x is repeated at once and
+/// nothing can be moved out of a loop.
 class Inputs {
 public:
     Inputs()
@@ -109,7 +109,7 @@ void fail(const std::string& text)
     std::abort();
 }
 
-/// A value and its three derivatives, as a host compiles and keeps them.
+/// A value and its three derivatives, as a host compiles and stores them.
 class Compiled {
 public:
     explicit Compiled(const std::string& text)
@@ -206,7 +206,7 @@ void engineOrders(benchmark::State& state, const Subject& subject)
     }
 }
 
-// The engine's own call, which has all orders of a point in one run.
+// The engine's own call, which computes all orders of a point in one run.
 void formulaOrders(benchmark::State& state, const Subject& subject)
 {
     Inputs inputs;
@@ -248,7 +248,7 @@ void engineSamples(benchmark::State& state, const Subject& subject)
     }
 }
 
-/// So many texts that a cache of compiled texts has long lost the first when it comes again.
+/// So many texts that a cache of compiled texts no longer has the first when it is used again.
 std::vector<std::string> variants(const Subject& subject)
 {
     std::vector<std::string> texts;
@@ -257,11 +257,11 @@ std::vector<std::string> variants(const Subject& subject)
     return texts;
 }
 
-// Both compile until the program has run once, so that nothing is put off.
+// Both run the program once, so that no part of compiling is deferred.
 void engineCompile(benchmark::State& state, const Subject& subject)
 {
     const std::vector<std::string> texts = variants(subject);
-    static std::size_t i = 0;  // each repetition goes on where the last one ended
+    static std::size_t i = 0;  // each repetition continues where the previous one ended
     for (auto _ : state) {
         const Compiled compiled(texts[i++ % texts.size()]);
         for (int order = 0; order < 4; ++order)
@@ -269,7 +269,7 @@ void engineCompile(benchmark::State& state, const Subject& subject)
     }
 }
 
-// One parser for all texts: its set-up is not part of the comparison.
+// One parser for all texts: its set-up is not measured.
 void muparserCompile(benchmark::State& state, const Subject& subject)
 {
     const std::vector<std::string> texts = variants(subject);
@@ -300,7 +300,7 @@ const struct {
     {"compile/muparser", muparserCompile},
 };
 
-// The hand-written functions and the texts must be the same functions.
+// Aborts unless the hand-written functions and the texts are the same functions.
 void checkAgreement(const Subject& subject)
 {
     if (subject.handwritten == nullptr)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// An expression curve through mfFunctionData_c::evaluate, as a simulator calls it, beside the
-// same function as hand-written C++ that is called through a pointer, which nobody can inline.
+// Compares an expression curve through mfFunctionData_c::evaluate, as a simulator calls it, with
+// the same function as hand-written C++, called through a pointer so that it is not inlined.
 //
-// Benchmarks are named CURVES:TASK:WHO, with slashes for the colons; ratios.csv says which are compared.
+// Benchmarks are named CURVES:TASK:WHO, with slashes for the colons; ratios.csv lists which are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -32,8 +32,8 @@ void require(bool condition, const char* what)
     }
 }
 
-/// The general function with another number added for each curve, so that no two curves share a
-/// text, and `padding` characters that add nothing.
+/// The general function plus a number that differs for each curve, so that no two curves share a
+/// text, and `padding` characters without effect.
 std::wstring textOf(int curve, int padding = 0)
 {
     return L"10*sin(2*pi*time)+time^2*exp(-time)/(1+time)+" + std::to_wstring(curve) +
@@ -62,7 +62,7 @@ std::unique_ptr<mfFunctionData_c> curveOf(const std::wstring& text)
     return curve;
 }
 
-/// Many x in no order, so that no x comes twice in a row.
+/// Many x in random order, so that no x is repeated at once.
 class Inputs {
 public:
     Inputs()
@@ -138,7 +138,7 @@ BENCHMARK_CAPTURE(libraryOrders, one, 1, 0)->Name("expression_curve/orders/libra
 BENCHMARK_CAPTURE(libraryOrders, hundred, 100, 0)->Name("hundred_expression_curves/orders/library");
 BENCHMARK_CAPTURE(libraryOrders, long_text, 1, 10'000)->Name("long_expression_curve/orders/library");
 
-// Both must compute the same function.
+// Aborts unless both compute the same function.
 void checkAgreement()
 {
     const auto curve = curveOf(textOf(0));

@@ -2,9 +2,9 @@
 #pragma once
 
 // Three functions of x as an engineer writes them in C++ for speed: constants
-// folded, powers multiplied out in Horner form, everything shared that the orders
-// have in common. They are the limit that the engine is measured against, and
-// stand in a source of their own so that no call of them is inlined.
+// folded, powers in Horner form, terms that the orders have in common computed
+// once. The engine is compared with them. They are in a separate source file so
+// that calls are not inlined.
 
 namespace bench {
 

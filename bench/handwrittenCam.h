@@ -11,7 +11,7 @@ namespace bench {
 
 /// A row of a cam as an engineer writes it for speed: the value and its three
 /// derivatives as polynomials in u, from 0 at `start` to 1 at `end`, constant term
-/// first, with the length of the row already multiplied in.
+/// first; the coefficients include the powers of the row's length.
 struct CamRow {
     double start;
     double end;

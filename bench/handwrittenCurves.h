@@ -10,7 +10,7 @@
 
 namespace bench {
 
-/// The motion law of one row, as a program that knows several has it.
+/// The motion law of one row, in a program that supports several laws.
 class HandwrittenLaw {
 public:
     virtual ~HandwrittenLaw();
@@ -56,7 +56,7 @@ private:
     std::vector<Piece> pieces_;
 };
 
-/// The arrays of the general function of handwritten.h as values beside each other.
+/// The general function of handwritten.h, with the orders of each x stored together.
 void generalOrders(const double* x, std::size_t count, Orders* orders);
 
 }  // namespace bench

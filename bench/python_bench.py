@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Measures the Python module beside SciPy's CubicSpline, and prints the ratios as a Markdown table.
+"""Compares the Python module with SciPy's CubicSpline, and prints the ratios as a Markdown table.
 
     PYTHONPATH=build/bench/python bench/python_bench.py [REPETITIONS]
 
-Both sides of a ratio run in turn, in the same process, on the same numbers: CubicSpline with as
-many pieces as the curve has rows. A ratio is that of the medians; beside it is half the distance
-of the quartiles of the ratios of each turn, in percent. Times are those of the processor, but for
-two threads and for the import, where what passes on the clock counts: these two need a machine
-with nothing else on it. Exit status: 1 when a ratio misses its target by more than that spread.
+The two sides of a ratio run alternately, in the same process, on the same numbers; CubicSpline has
+as many pieces as the curve has rows. A ratio is that of the medians. Next to it is half the
+distance of the quartiles of the ratios of single turns, in percent. Times are processor time,
+except for two threads and for the import, which are measured in real time and need a machine that
+runs nothing else. Exit status: 1 when a ratio misses its target by more than that spread.
 """
 
 import statistics
@@ -50,7 +50,7 @@ def many(work, count=2000):
 
 
 def on_threads(count):
-    """Each thread computes as many points."""
+    """Each thread computes the same number of points."""
 
     def run():
         threads = [threading.Thread(target=lambda: CAM.svaj(ASCENDING)) for _ in range(count)]
@@ -102,7 +102,7 @@ def spent(work, clock):
 
 
 def measured(ours, theirs, repetitions, clock):
-    """Median times of both, and half the distance of the quartiles of their ratios."""
+    """Median times of both sides, and half the distance of the quartiles of their ratios."""
     times = [(spent(ours, clock), spent(theirs, clock)) for _ in range(repetitions)]
     lower, ratio, upper = statistics.quantiles([a / b for a, b in times], n=4, method="inclusive")
     return *(statistics.median(side) for side in zip(*times)), (upper - lower) / 2 / ratio

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Prints the ratios of ratios.csv, as a Markdown table, from results of Google Benchmark.
+"""Prints the ratios listed in ratios.csv as a Markdown table, from results of Google Benchmark.
 
     ratios.py RESULTS.json...
 
 RESULTS are files written with --benchmark_out_format=json and repetitions. A ratio is
-that of the medians, of processor time, or of real time for benchmarks whose name ends with
-/real_time. Beside it is its spread: half the distance of the quartiles of either
-side, in percent of the median, both sides added as squares. A ratio misses its target
-when it is above it by more than the spread. A line without a target only informs. Exit
-status: 1 when a ratio misses its target, 2 when a benchmark of the list did not run.
+that of the medians of processor time, or of real time for benchmarks whose name ends with
+/real_time. Next to it is its spread: half the distance of the quartiles of each side, in
+percent of the median; the two sides are combined as the root of the sum of squares. A ratio
+misses its target when it exceeds it by more than the spread. Lines without a target are for
+information. Exit status: 1 when a ratio misses its target, 2 when a listed benchmark did not run.
 """
 
 import csv
@@ -33,7 +33,7 @@ def repetitions(paths):
 
 
 def spread(times):
-    """Half the distance of the quartiles, as a part of the median."""
+    """Half the distance of the quartiles, relative to the median."""
     if len(times) < 2:
         return 0.0
     lower, median, upper = statistics.quantiles(times, n=4, method="inclusive")

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// A three-row cam through the library and as hand-written C++, the road from a
-// profile to compiled rows beside muParser, and edits of long tables.
+// Compares a three-row cam through the library with hand-written C++, and the steps from a
+// profile to compiled rows with muParser; measures edits of long tables.
 //
-// Benchmarks are named by work and who does it, or by work and rows; ratios.csv says which are
-// compared.
+// Benchmarks are named by work and implementation, or by work and rows; ratios.csv lists which
+// are compared.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -81,7 +81,7 @@ private:
     mfFunctionData_c function_;
 };
 
-/// Many x over the whole cam in no order, so that no branch can be foreseen.
+/// Many x over the whole cam in random order, so that branches cannot be predicted.
 class Inputs {
 public:
     Inputs()
@@ -181,8 +181,8 @@ BENCHMARK(librarySamples)->Name("cam/samples/library");
 
 // ------------------------------------------------- from a profile to calculators
 
-/// Numbers of the same length, so many that a cache of compiled texts has long
-/// lost the first when it comes again.
+/// Numbers of the same length, so many that a cache of compiled texts no longer has
+/// the first when it is used again.
 class StartXs {
 public:
     double next() { return 1e-6 * (++at_ % 8192); }
@@ -191,7 +191,7 @@ private:
     int at_ = 0;
 };
 
-// From the row's numbers to four orders that have run once.
+// Starts with the row's numbers and ends with four orders that have run once.
 void libraryParse(benchmark::State& state)
 {
     LibraryCam cam;
@@ -207,8 +207,8 @@ void libraryParse(benchmark::State& state)
 }
 BENCHMARK(libraryParse)->Name("cam/parse/library");
 
-// One parser for all texts, which are at hand: neither its set-up nor the filling
-// in of numbers is part of the comparison.
+// One parser for all texts, which are made before: neither its set-up nor writing the
+// numbers into the texts is measured.
 void muparserParse(benchmark::State& state)
 {
     LibraryCam cam;
@@ -242,7 +242,7 @@ void fill(mfFunctionSegments_c& table, int rows)
         addPolynomial(table, row - 1, row, row % 7);
 }
 
-// The end of row 1 is pushed over all rows behind it, and back.
+// Pushes the end of row 1 over all later rows, and back.
 void pushAllRows(benchmark::State& state)
 {
     profiles();
@@ -281,7 +281,7 @@ void parseAllRows(benchmark::State& state)
 }
 BENCHMARK(parseAllRows)->Name("table/parse_all_rows")->Arg(1'000)->Arg(10'000);
 
-// Every row is compiled and derived anew: its start value changes.
+// Every row is compiled and differentiated again, because its start value changes.
 void parseAndSampleAllRows(benchmark::State& state)
 {
     profiles();
@@ -302,7 +302,7 @@ void parseAndSampleAllRows(benchmark::State& state)
 }
 BENCHMARK(parseAndSampleAllRows)->Name("table/parse_and_sample_all_rows")->Arg(1'000)->Arg(10'000);
 
-// The two cams must be the same cam.
+// Aborts unless the two cams are equal.
 void checkAgreement()
 {
     Inputs inputs;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// The spline beside that of the GNU Scientific Library on the same 100,000 points,
-// and the reading of points beside the number parser alone.
+// Compares the spline with that of the GNU Scientific Library on the same 100,000
+// points, and the reading of points with the number parser alone.
 //
-// Benchmarks are named by subject, work and who does it; ratios.csv says which are compared.
+// Benchmarks are named by subject, work and implementation; ratios.csv lists which are compared.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -53,7 +53,7 @@ const Points& points()
     return made;
 }
 
-// Steps along the curve, so many to a piece.
+// Steps along the curve, with that many steps per piece.
 std::vector<double> stepQueries(double stepsToAPiece)
 {
     const double end = points().x.back();
@@ -117,7 +117,7 @@ std::unique_ptr<ISimSplineData_c> ourSpline(const Kind& kind)
     return spline;
 }
 
-// A comparison of two splines that disagree would mean nothing.
+// Aborts when the two splines differ, because their comparison would be meaningless.
 void checkAgreement(const Kind& kind)
 {
     const auto ours = ourSpline(kind);
@@ -221,7 +221,7 @@ void readOurs(benchmark::State& state)
     }
 }
 
-// The numbers alone, on the knowledge that one character stands behind each.
+// Only parses the numbers; one character follows each.
 void readNumbersAlone(benchmark::State& state)
 {
     const std::string& text = csvText();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// table_loop COUNT CURVE: what `mfcurve table --samples COUNT` of a curve has to do at least. The numbers of
-// the table are computed first; then a bare loop formats them with std::to_chars, as CSV, and writes them to
-// standard output. Prints the processor time of that loop in milliseconds on standard error. CURVE is a
-// document, or the text of an expression from 0 to 10.
+// table_loop COUNT CURVE: the least work of `mfcurve table --samples COUNT` for a curve. Computes the numbers
+// of the table first; then a bare loop formats them with std::to_chars, as CSV, and writes them to standard
+// output. Prints the processor time of that loop in milliseconds on standard error. CURVE is a document, or
+// the text of an expression from 0 to 10.
 
 #include <charconv>
 #include <cstdio>

@@ -25,7 +25,7 @@ EXPRESSION = "10*sin(2*pi*x)+x^2*exp(-x)/(1+x)"
 
 
 def processor_time(command):
-    """Milliseconds of a program from start to end, and what it says on standard error."""
+    """Milliseconds of a program from start to end, and its standard error."""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     with open(os.devnull, "wb") as nowhere:
         said = subprocess.run(command, stdout=nowhere, stderr=subprocess.PIPE, check=True, text=True).stderr
