@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The bytes describe a definition, as definitionText.h says. What the analysis says of its curve
-// is in order and inside the range, and no sample is beyond what is called guaranteed.
+// The bytes describe a definition, in the form of definitionText.h. The results of the analysis
+// of its curve are in order and inside the range, and no sample exceeds a guaranteed bound.
 
 #include <cmath>
 #include <cstdint>
@@ -19,7 +19,7 @@ namespace {
 using mf::Curve;
 using mf::Range;
 
-// A row or an expression may take 50 ms for each question, and sanitizers multiply that.
+// A row or an expression may take 50 ms for each analysis, and sanitizers multiply that.
 constexpr std::size_t kLongestInput = 400;
 constexpr std::size_t kMostRows = 3;
 constexpr int kSamples = 1000;
@@ -114,7 +114,7 @@ void checkPlaces(const Curve& curve)
     require(check.worstOrder >= 0 && check.worstOrder <= 3);
 }
 
-// Straight lines between rows are within the bound of the samples.
+// Straight lines between the rows differ from the samples by at most the bound.
 void checkTable(const Curve& curve)
 {
     const double tolerance = 1e-3 * (1.0 + std::fabs(curve(curve.lastX())));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Any text may be refused as a list of points or rows, none may crash. Points that are accepted ascend in x,
-// are finite, and written out read back as the same points; so do rows.
+// Any text may be refused as a list of points or rows; none may crash. Accepted points ascend in x, are
+// finite, and read back as the same points after writing. The same holds for rows.
 
 #include <cmath>
 #include <cstdint>

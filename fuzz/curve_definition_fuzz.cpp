@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// The bytes describe a definition, as definitionText.h says. It is refused with a reason, or it makes a
-// curve that its definition makes again, that a document takes, and that comes back from there
-// but for what is reported as lost.
+// The bytes describe a definition, in the form of definitionText.h. Either it is refused with a reason, or it
+// makes a curve. The curve's own definition makes the same curve, and a document of the curve reads back as
+// the same curve except for the reported losses.
 
 #include <bit>
 #include <cmath>
@@ -30,7 +30,7 @@ void require(bool holds)
         std::abort();
 }
 
-// The curve that `make` makes; none, with a reason, where it throws.
+// The curve that `make` returns; std::nullopt if it throws, which must be with a reason.
 template <class Make>
 std::optional<Curve> made(const Make& make)
 {
@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<Curve> read = throughDocument(*curve, losses);
     if (!read)
         return 0;
-    // Points may move again and again, as far as their digits go.
+    // Points may move at each writing, within their digits.
     std::vector<mf::Problem> more;
     const std::optional<Curve> second = throughDocument(*read, more);
     if (!std::holds_alternative<mf::PointShape>(definition.shape))

@@ -8,7 +8,7 @@
 
 #include "mfcurves/curve/CurveDefinition.h"
 
-// Definitions of curves as lines of text, for targets that take any definition:
+// Definitions of curves as lines of text, for fuzz targets that take any definition:
 //
 //     rows START VALUE [six]      row END VALUE LAW      law NAME TEXT
 //     points KIND                 point X Y              (kind 0 to 2)
@@ -18,7 +18,7 @@
 
 namespace fuzz {
 
-// The words of a line; what is missing reads as 0 or as no text.
+// The words of a line; a missing word reads as 0 or as an empty text.
 class Line {
 public:
     explicit Line(std::string_view text) : rest_(text) {}

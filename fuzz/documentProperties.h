@@ -12,7 +12,7 @@
 #include "mfcurves/platform/xmlRuntime.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 
-// What holds for a function that any curve document was read into.
+// The properties of a function into which any curve document was read.
 
 namespace document_fuzz {
 
@@ -25,7 +25,7 @@ inline void require(bool holds)
         std::abort();
 }
 
-/// A host of its own for each input, so that no profile of an earlier one is known.
+/// A new host for each input, so that profiles of earlier inputs are not known.
 class Host {
 public:
     Host()
@@ -51,8 +51,8 @@ inline std::string write(mfFunctionData_c& function)
     return function.getXMLData() ? function.getXMLData() : "";
 }
 
-/// A curve that was read evaluates, and what is written of it is taken again, as
-/// a function of the same type.
+/// A curve that was read can be evaluated, and its document can be read as a function of
+/// the same type.
 inline void checkCurve(mfFunctionData_c& function)
 {
     evaluate(function);

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Any text may be refused, none may crash, and a refused one leaves at most one
-// start of the XML engine behind. A curve that was read evaluates and can be
-// written and read again.
+// Any text may be refused; none may crash. A refused one leaves at most one start of
+// the XML engine. A curve that was read can be evaluated, written and read again.
 //
 // The input is the document, as a buffer.
 

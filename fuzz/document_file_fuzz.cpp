@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Any file may be refused, none may crash. One that is read fits exactly one
-// motion object type; its curve evaluates and can be written and read again.
+// Any file may be refused; none may crash. One that is read matches exactly one
+// motion object type; its curve can be evaluated, written and read again.
 //
 // The input is the document, as a file.
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-// The file of this process, in memory where the machine has such a folder.
+// The file of this process, in a folder in memory if the machine has one.
 class InputFile {
 public:
     InputFile()

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-// Any text may be refused, none may crash. A text that compiles has derivatives
-// or not, evaluates or fails, and whatever it does it does again: compiled afresh
-// or taken from the cache, in whatever order its derivatives and points are asked
-// for, and point by point or many at a time, it answers the same bits.
+// Any text may be refused; none may crash. A text that compiles may lack derivatives
+// and may fail to evaluate, but always with the same outcome and the same bits: freshly
+// compiled or from the cache, with derivatives and points in any order, and point by
+// point or many at a time.
 //
-// The input is the text, one character a byte. If it holds a line feed, what
-// stands before the first one is the name of the independent variable.
+// The input is the text, with one character per byte. If it has a line feed, the text
+// before the first one is the name of the independent variable.
 
 #include <algorithm>
 #include <array>
@@ -59,7 +59,7 @@ void require(bool holds)
         std::abort();
 }
 
-/// A compiled text with its derivatives, as many as there are.
+/// A compiled text with its derivatives, as far as they exist.
 class Family {
 public:
     Family(const std::wstring& text, wchar_t* variable)
@@ -102,7 +102,7 @@ public:
         return outcome;
     }
 
-    /// How many points of kPoints from `first` on succeed in a row, with their values.
+    /// How many consecutive points of kPoints from `first` on succeed, with their values.
     std::size_t manyAt(int order, int first, double* values) const
     {
         return mf::engine::evaluateMany(*orders_[order], kPoints + first, values,
@@ -125,7 +125,7 @@ Outcomes pointByPoint(const Family& family)
     return outcomes;
 }
 
-/// The highest order first, points backwards.
+/// The highest order first, the points in reverse.
 Outcomes orderByOrder(const Family& family)
 {
     Outcomes outcomes;
@@ -136,8 +136,8 @@ Outcomes orderByOrder(const Family& family)
     return outcomes;
 }
 
-// Many points at a time, starting again behind each failure. A text of two or
-// more parameters has no value for one argument, this way or that.
+// Many points at a time, starting again after each failure. A text of two or
+// more parameters has no value for one argument, in this way and in the others.
 Outcomes manyAtATime(const Family& family)
 {
     Outcomes outcomes;
@@ -158,7 +158,7 @@ void requireSameAnswers(const std::wstring& text, wchar_t* variable)
 {
     const Family first(text, variable);
     const Family cached(text, variable);
-    // A blank behind a text changes nothing but the key under which it is kept.
+    // A blank after a text only changes its key in the cache.
     const Family fresh(text + L" ", variable);
     for (int order = 0; order < kOrders; ++order) {
         require(first.has(order) == cached.has(order));

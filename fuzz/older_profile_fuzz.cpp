@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// Any text may be refused by the reader of the older dialect, none may crash, run
-// on or leave its lists uneven. What was accepted is made of texts that end in
-// the closing keyword, and its tokens make up its result.
+// The reader of the older dialect may refuse any text; none may crash it, run without
+// end or leave lists of different lengths. An accepted text consists of definitions
+// that end in the closing keyword, and the tokens of each make up its result.
 
 #include <cstdint>
 #include <cstdlib>
@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(joined == results[i]);
     }
 
-    // The definitions read before a failure are those of the text up to there.
+    // The definitions read before a failure are those of the text before it.
     if (accepted || count == 0)
         return 0;
     std::size_t end = 0;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// Any text may be refused as a file of profile definitions, none may crash, grow
-// without bound or leave the reader between quotes unnoticed. What is accepted is
-// what a slow and literal reduction makes of it, reads alike from its own
-// definition text, and is refused exactly when a reason can be named.
+// Any text may be refused as a file of profile definitions; none may crash, grow
+// without bound or leave the reader between quotes unnoticed. The result of an
+// accepted definition equals that of a slow and literal reduction, and its own
+// definition text reads as the same. A text is refused exactly when
+// definitionProblems has a reason.
 
 #include <cstdint>
 #include <cstdlib>
@@ -24,7 +25,7 @@ namespace {
 // Longer results are only measured: a short text can grow to a megabyte, and the
 // fuzzer would spend its time on that alone.
 constexpr std::size_t kLongestCompared = 50'000;
-constexpr std::size_t kLongestSlowResult = 100'000;  // where the slow reduction gives up
+constexpr std::size_t kLongestSlowResult = 100'000;  // the slow reduction stops above this
 
 void require(bool holds)
 {
@@ -68,8 +69,7 @@ void replaceSlowly(std::string& text, const std::string& pattern, const std::str
         text.replace(at, pattern.size(), replacement);
 }
 
-// The result of a definition that was accepted, or a text that is too long to go
-// on with.
+// The result of an accepted definition, or a text of more than kLongestSlowResult.
 std::string reduceSlowly(const std::string& definition)
 {
     std::string body = definition.substr(definition.find(')') + 1);
@@ -81,7 +81,7 @@ std::string reduceSlowly(const std::string& definition)
         else if (!pieces.back().empty())
             pieces.emplace_back();
     }
-    // What stands behind the last delimiter loses its last character.
+    // The text after the last delimiter loses its last character.
     if (pieces.back().empty())
         pieces.pop_back();
     else

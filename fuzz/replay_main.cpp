@@ -2,9 +2,9 @@
 
 // Runs a fuzz target over saved inputs: replay FILE_OR_FOLDER...
 //
-// A compiler without libFuzzer builds and runs the corpus too, so an input that
-// once failed is tried in every test run. A run without inputs fails, because it
-// would prove nothing.
+// It lets compilers without libFuzzer run the corpus too, so an input that once
+// failed is tried in every test run. A run without inputs fails, because it would
+// prove nothing.
 
 #include <cstdint>
 #include <cstdio>
@@ -27,9 +27,9 @@ bool replayFile(const fs::path& file)
         return false;
     }
     const std::vector<char> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    // The name goes out first, so that a crash shows which input it was.
+    // Prints the name first, so that a crash shows which input caused it.
     std::fprintf(stderr, "%s, %zu bytes\n", file.c_str(), bytes.size());
-    // A copy of exact size puts the sanitizer's guard right behind the last byte.
+    // A copy of exact size puts the sanitizer's guard directly after the last byte.
     const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(input.data(), input.size());
     return true;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// The bytes are a program of edits and calls on two motion functions under the
-// stand-alone host. Whatever its order and arguments, nothing may crash, the
-// tables keep their promises, and what a function writes it can be asked to read.
+// The bytes are a program of edits and calls on two motion functions under
+// mf::host::Context. Whatever the order and the arguments, nothing may crash, the
+// tables keep their invariants, and a function can read what it writes.
 
 #include <array>
 #include <cmath>
@@ -64,7 +64,7 @@ const wchar_t* const kTexts[] = {L"",
                                  L"Time",
                                  L"Force 1"};
 
-// Reads the program's bytes; zeros when they have run out.
+// Reads the program's bytes; zeros after the last one.
 class Program {
 public:
     Program(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
@@ -99,7 +99,7 @@ private:
     const std::uint8_t* end_;
 };
 
-const char* theStep = "";  // the one that runs, to be named when it breaks a promise
+const char* theStep = "";  // the running step, named when an invariant fails
 
 void require(bool promise)
 {
@@ -109,14 +109,14 @@ void require(bool promise)
     std::abort();
 }
 
-// One function, its kinds, and what the program knows of it.
+// One function, its kinds, and what is known about it.
 struct Curve {
     mfFunctionData_c function;
     mfFunctionSegments_c* segments = nullptr;
     mfFunctionDataPoints_c* points = nullptr;
     mfFunctionExpression_c* expression = nullptr;
-    // Only one-point rows at tame numbers came in through the rules of insertion,
-    // so the table has to ascend.
+    // True while only rows of one point with moderate numbers were inserted by the
+    // rules, so that the table must ascend.
     bool pointsAscend = true;
 
     Curve()
@@ -437,7 +437,7 @@ const Group kGroups[] = {
     {kDocumentSteps, [](const Curve& /*curve*/) {}},
 };
 
-// The choice says which curve and which kind, the next byte which step.
+// The choice selects the curve and the kind; the next byte selects the step.
 void runStep(Program& program, std::array<Curve, 2>& curves)
 {
     const std::uint8_t choice = program.byte();
