@@ -16,8 +16,8 @@ if(MFCURVES_FUZZ)
   target_compile_options(mfcurves_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(CMAKE_EXE_LINKER_FLAGS MATCHES "mold")
-  # Where all thread-local data is zero, mold 1.10 protects memory that is not
-  # there, and the program does not start.
+  # If all thread-local data is zero, mold 1.10 protects memory that does not
+  # exist, and the program does not start.
   target_link_options(mfcurves_flags INTERFACE -Wl,-z,norelro)
 endif()
 

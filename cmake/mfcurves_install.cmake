@@ -28,8 +28,8 @@ install(FILES
   ${PROJECT_BINARY_DIR}/mfcurvesConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# A static library brings its own dependencies to whoever links it. The definition is
-# that of mfcurves/platform/mfExport.h.
+# Programs that link the static library also need its dependencies. mfExport.h uses the
+# definition.
 if(BUILD_SHARED_LIBS)
   set(pc_requires "Requires.private: libxml-2.0")
   set(pc_definition " -DMFCURVES_SHARED")

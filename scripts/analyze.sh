@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 # scripts/analyze.sh
 #
-# Installs what is missing and lets clang's analyzer walk the paths of every function of
-# the library and the tool (clang-analyzer-*). This takes about as long as clang-tidy's
-# other checks together, which scripts/test.sh runs.
+# Installs missing packages and runs clang's analyzer (clang-analyzer-*) on every function
+# of the library and the tool. This takes about as long as all other checks of clang-tidy,
+# which scripts/test.sh runs.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh

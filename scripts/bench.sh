@@ -2,11 +2,11 @@
 # SPDX-License-Identifier: MIT
 # scripts/bench.sh [REPETITIONS]
 #
-# Builds the benchmarks (preset `bench`), runs each one's repetitions interleaved
-# with the others', and prints the ratios of medians against their targets, then
-# those of the tool (bench/tool.py). The results lie in build/bench/results. Exit
-# status 1: a ratio misses its target by more than the spread of its repetitions,
-# or one of the tool its limit.
+# Builds the benchmarks (preset `bench`), runs them with interleaved repetitions, and
+# prints the ratios of the medians with their targets, then those of the tool
+# (bench/tool.py). The results are in build/bench/results. Exit status 1: a ratio
+# misses its target by more than the spread of its repetitions, or a ratio of the
+# tool misses its limit.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 repetitions=${1:-15}

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Prints what the tests reached of each file and lists what they did not.
+"""Prints how much of each file the tests reached, and lists what they did not reach.
 
     scripts/coverage.py COVERAGE.json EXPLAINED.txt UNCOVERED.txt
 
@@ -27,9 +27,9 @@ def read_explained(path):
 
 
 def regions_not_run(functions):
-    """By file, the regions of code whose count is 0, as pairs of begin and end, without
-    those that stand straight in another one. Regions that begin at one place count as
-    one: the forms of a template, of which one may run what another leaves out."""
+    """By file, the regions of code whose count is 0, as pairs of begin and end, except those
+    directly inside another such region. Regions that begin at one place are added up: they
+    are the instances of a template, and one may run what another does not."""
     runs = collections.defaultdict(collections.Counter)
     ends = collections.defaultdict(dict)
     for function in functions:
@@ -52,14 +52,14 @@ def regions_not_run(functions):
 
 
 def conditions_half_taken(branches, not_run):
-    """Line numbers of conditions, each with what it never was. Several programs
-    and several forms of a template count as one."""
+    """Line numbers of conditions, each with the value that it never had. The counts of
+    all programs and all instances of a template are added up."""
     taken = {}
     for branch in branches:
         where, true, false = tuple(branch[:4]), branch[4], branch[5]
         before = taken.get(where, (0, 0))
         taken[where] = (before[0] + true, before[1] + false)
-    # Where the code runs and its condition is neither, the compiler knew the answer.
+    # If code runs and its condition has no count, the compiler evaluated the condition.
     taken = {where: counts for where, counts in taken.items()
              if counts != (0, 0) or any(begin <= where[:2] < end for begin, end in not_run)}
     missed = [(where[0], "true" if true == 0 else "false")
@@ -69,7 +69,7 @@ def conditions_half_taken(branches, not_run):
 
 
 def line_that_names(region, source):
-    """The line on which it begins; that of its head, for the body of a function."""
+    """The line on which the region begins; for the body of a function, the line of its head."""
     line = region[0][0]
     return line - 1 if source[line - 1].strip() == "{" else line
 

@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: MIT
 # scripts/demo.sh
 #
-# Installs what is missing, builds the tool and the Python module in build/release, and
-# does its main job on a sample curve: shows what the document holds, prints value and
+# Installs missing packages, builds the tool and the Python module in build/release, and
+# shows the main uses on a sample curve: prints the content of the document, the value and
 # three derivatives, draws the picture of the README into build/, and evaluates the curve
-# from Python. UNDER names a program that runs the tool, such as
+# in Python. The variable UNDER can name a program that runs the tool, such as
 # "valgrind --error-exitcode=1".
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -21,7 +21,7 @@ sample=share/mfcurves/curves/rise-dwell-return-cam.xml
 picture=build/rise-dwell-return.svg
 under=${UNDER-}
 
-# Shows a command as one would type it, and runs it.
+# Prints a command as typed in a shell, and runs it.
 show() {
     local word line="\$ mfcurve"
     for word in "$@"; do

@@ -3,8 +3,8 @@
 # scripts/docs.sh [FOLDER]
 #
 # Makes the reference of the public headers, with its main page and the examples, in
-# FOLDER, which is build/docs unless it is given. A public entity without a comment, or a comment that Doxygen cannot
-# follow, is an error.
+# FOLDER (default build/docs). A public entity without a comment is an error, and so is
+# a comment that Doxygen cannot read.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh

@@ -3,15 +3,15 @@
 # scripts/fuzz.sh MINUTES [NAME...]
 #
 # Builds the fuzz targets (clang, libFuzzer, address and undefined-behaviour
-# sanitizers) and runs each NAME, all of fuzz/*_fuzz.cpp without one, for its
-# share of MINUTES. New inputs that reach new code gather in
-# build/fuzz/corpus/NAME and are used again by the next run; inputs that fail lie
-# in build/fuzz/findings/NAME. The exit status is 1 when a target found something.
+# sanitizers) and runs each NAME, or all of fuzz/*_fuzz.cpp if none is given, for
+# its share of MINUTES. Inputs that reach new code are stored in
+# build/fuzz/corpus/NAME and used again by the next run; failing inputs are stored
+# in build/fuzz/findings/NAME. Exit status 1: a target has failed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 if ! [[ ${1:-} =~ ^[0-9]+$ ]] || [ "$1" -eq 0 ]; then
-    sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+    sed -n '3,/^set /s/^# \{0,1\}//p' "$0" >&2
     exit 2
 fi
 minutes=$1

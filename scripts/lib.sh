@@ -1,15 +1,15 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034  # the scripts that source this use its variables
-# Shared by demo.sh and test.sh, which source it: the tools and libraries that a
-# build needs, and how to get those that are missing.
+# Sourced by the other scripts: the tools and libraries that a build needs, and how to
+# install those that are missing.
 
 fail() {
     echo "$(basename "$0"): $*" >&2
     exit 1
 }
 
-# takes_no_arguments "$@": for a script that has none, tells what it is for when
-# it is asked or given any.
+# takes_no_arguments "$@": for a script without arguments. If any is given, prints the
+# script's header and exits.
 takes_no_arguments() {
     [ $# -eq 0 ] && return
     sed -n '5,/^set /s/^# \{0,1\}//p' "$0"
@@ -30,7 +30,7 @@ has_cmake() {
     [ -n "$version" ] && [ "$(printf '3.25\n%s\n' "$version" | sort -V | head -n 1)" = 3.25 ]
 }
 
-# True when what the Debian package holds is there, however it came there.
+# True when the content of the Debian package is available, however it was installed.
 has_package() {
     case $1 in
         g++) has_command c++ ;;
@@ -50,7 +50,7 @@ has_package() {
     esac
 }
 
-# Answers those of the named packages that are missing.
+# Prints the named packages that are missing.
 missing_packages() {
     local package
     for package in "$@"; do
@@ -58,8 +58,8 @@ missing_packages() {
     done
 }
 
-# Installs those of the named Debian packages that are missing. On a system
-# without apt-get it names them and stops.
+# Installs the named Debian packages that are missing. On a system without apt-get,
+# prints their names and exits.
 install_packages() {
     local missing as_root=()
     mapfile -t missing < <(missing_packages "$@")
@@ -79,7 +79,7 @@ install_packages() {
     [ ${#missing[@]} -eq 0 ] || fail "installed, but still not found: ${missing[*]}"
 }
 
-# Runs a command and shows what it said only when it failed.
+# Runs a command and prints its output only if it fails.
 quietly() {
     local log
     log=$(mktemp)
@@ -91,10 +91,10 @@ quietly() {
     rm -f "$log"
 }
 
-# A compiler cache makes a second build tree cheap where there is one.
+# With a compiler cache, if it is installed, a second build tree costs little.
 if has_command ccache; then
     export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
-    # Without this it passes by what uses precompiled headers.
+    # Without this, it does not cache sources that use precompiled headers.
     export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS-pch_defines,time_macros}
 fi
 jobs=$(nproc 2>/dev/null || echo 2)

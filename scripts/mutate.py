@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Changes one comparison or constant at a time and sees whether a test notices.
+"""Changes one comparison or constant at a time and checks whether a test notices.
 
     scripts/mutate.py                     every file of TARGETS
-    scripts/mutate.py spline Points.h     the targets and files whose name holds a word
+    scripts/mutate.py spline Points.h     the targets and files whose name contains a word
     scripts/mutate.py --list              the changes, without trying them
 
 Each change is made in a copy of the tree under build/mutate, the tests of its
 target are built and run, and a change that no test notices is printed. A change
-in scripts/mutate_equivalent.txt (file, changed line, reason) alters nothing that
-a caller can see and is counted apart. The exit status is 1 when a change that
-is not listed there went unnoticed, or one that is listed was noticed.
+in scripts/mutate_equivalent.txt (file, changed line, reason) has no effect that a
+caller can see and is counted separately. Exit status: 1 when a change that is not
+listed there was not noticed, or a listed one was noticed.
 """
 import argparse
 import math
@@ -69,7 +69,7 @@ OTHER = {
 SWAPPED = re.compile(r"(?<= )(<=|>=|==|!=|\+=|-=|<|>)(?= |$)|(?<![\w:])(std::\w+|true|false)(?!\w)")
 NUMBER = re.compile(r"(?<![\w.])(\d+\.\d+|\d+)(?![\w.])")
 
-# What all of these files include is compiled once.
+# Headers that all of these files include are compiled once.
 PRECOMPILE = """cmake_language(DEFER CALL target_precompile_headers mfcurves PRIVATE
     <algorithm> <array> <bit> <cmath> <map> <memory> <numeric> <string> <unordered_set> <vector>)
 """
@@ -81,7 +81,7 @@ LARGEST_TEST = 4 << 30       # or a vector grow without end
 
 
 def stepped(number):
-    """One more; for a fraction the next double."""
+    """The number plus one; for a fraction, the next double."""
     if "." not in number:
         return str(int(number) + 1)
     value = float(number)
@@ -176,7 +176,7 @@ def times_of(tests):
 
 
 def outcome(target, number, changed, limits):
-    """What becomes of a build with that one changed line."""
+    """The outcome of a build with that one changed line."""
     original = target.read_text()
     lines = original.splitlines()
     lines[number - 1] = changed

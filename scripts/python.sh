@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # scripts/python.sh
 #
-# Installs what is missing, builds the Python module, and installs it into the virtual
-# environment build/venv, which also sees the packages of the system.
+# Installs missing packages, builds the Python module, and installs it into the virtual
+# environment build/venv, which can also use the packages of the system.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh

@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: MIT
 # scripts/python_test.sh [BUILD]
 #
-# Installs what is missing, builds the Python module in the build folder BUILD, which is
-# build/dev unless it is given, and checks it there: its types (mypy), its stubs
-# (stubtest), its tests with the examples of docstrings and of docs/python.md (pytest).
-# A BUILD that has its CMake cache keeps its settings; a new one is of the preset dev.
+# Installs missing packages, builds the Python module in the build folder BUILD (default
+# build/dev), and checks it there: its types (mypy), its stubs (stubtest), and its tests
+# with the examples of docstrings and of docs/python.md (pytest). A BUILD with a CMake
+# cache keeps its settings; a new one gets the preset dev.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh

@@ -2,12 +2,12 @@
 # SPDX-License-Identifier: MIT
 # scripts/test.sh
 #
-# Installs what is missing and runs every check: the layout of the sources, all
-# tests in a debug build with warnings as errors (the saved fuzz inputs are among
-# them), the Python module, and, compiled by clang, clang-tidy over the library and the tool and all
-# tests but the packaging again under the address and undefined-behaviour
-# sanitizers. A second run builds and checks only what changed. The last line counts
-# the tests.
+# Installs missing packages and runs every check: the layout of the sources; all tests,
+# including the saved fuzz inputs, in a debug build with warnings as errors; the Python
+# module; clang-tidy on the library and the tool; and, compiled by clang, all tests
+# except the packaging again under the address and undefined-behaviour sanitizers.
+# A second run builds and checks only what changed. The last line gives the number of
+# tests.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
@@ -15,12 +15,12 @@ takes_no_arguments "$@"
 
 install_packages "${build_packages[@]}" "${check_packages[@]}" "${python_packages[@]}" "${python_test_packages[@]}"
 
-# More than a hundred test programs are linked: the quickest linker does.
+# More than a hundred test programs are linked, so the fastest linker is used.
 export LDFLAGS=${LDFLAGS--fuse-ld=lld}
 
 failed=()
 
-# step TITLE COMMAND...: runs one check; the later ones run even when it fails.
+# step TITLE COMMAND...: runs one check; later checks run even if it fails.
 step() {
     echo "== $1"
     local start=$SECONDS
@@ -40,7 +40,7 @@ build() {
     quietly cmake --preset "$@" && quietly cmake --build "build/$1" -j "$jobs" -- -k 0
 }
 
-# Says nothing of the tests that pass; the whole log stays in the build folder.
+# Prints nothing about tests that pass; the whole log is in the build folder.
 build_and_test() {
     local log=build/$1/ctest.log
     rm -f "$log" "build/$1/Testing/Temporary/LastTest.log"
@@ -57,8 +57,8 @@ test_python() {
     tail -n 1 build/dev/python.log
 }
 
-# Prints the cases of all test programs as "N passed, N failed". A program that says
-# nothing of its cases is one; one that stops before its last case has failed once.
+# Prints the cases of all test programs as "N passed, N failed". A program that does not
+# list its cases counts as one; a program that stops early counts as one more failure.
 count_tests() {
     cat build/{dev,asan}/Testing/Temporary/LastTest.log build/dev/python.log 2>/dev/null | awk '
         function count(word) { return match($0, "[0-9]+" word) ? substr($0, RSTART) + 0 : 0 }
