@@ -22,13 +22,13 @@
 
 namespace mf::test {
 
-// A curve document by its parts, in order, each an element below the root. A
-// test takes one of those below and changes what it is about.
+// A curve document as a list of parts, in order, each an element below the root. A
+// test takes one of the documents below and changes the part that it tests.
 class Document {
 public:
     Document(std::initializer_list<std::pair<std::string, std::string>> parts) : parts_(parts) {}
 
-    // Gives the part of that name another content.
+    // Replaces the content of the part of that name.
     Document& set(const std::string& name, const std::string& content)
     {
         part(name).second = content;
@@ -39,7 +39,7 @@ public:
         std::erase_if(parts_, [&](const auto& one) { return one.first == name; });
         return *this;
     }
-    // Puts a part in front of all others.
+    // Inserts a part before all others.
     Document& first(const std::string& name, const std::string& content)
     {
         parts_.insert(parts_.begin(), {name, content});
@@ -146,7 +146,7 @@ inline std::string utf8(const CString& text)
     return platform::toUtf8(text.View());
 }
 
-// Small text forms of what a function holds, for expectations on one line.
+// Small text forms of a function's content, for expectations on one line.
 inline std::string number(double value)
 {
     return platform::formatNumber("%.17g", value);
@@ -168,7 +168,7 @@ inline std::string showVariables(const mfFunctionBase_c& kind)
            " for " + std::to_string(kind.motionObjectType);
 }
 
-// "0.5:2 1:3,2:4": rows apart by blanks, points of a row by commas.
+// "0.5:2 1:3,2:4": rows separated by blanks, the points of a row by commas.
 inline std::string showPoints(mfFunctionDataPoints_c& function)
 {
     std::string text;
@@ -182,7 +182,7 @@ inline std::string showPoints(mfFunctionDataPoints_c& function)
     return text;
 }
 
-// "0-2=5 Cubic (Default)" a row, rows apart by "; ".
+// "0-2=5 Cubic (Default)" for a row, rows separated by "; ".
 inline std::string showSegments(mfFunctionSegments_c& function)
 {
     std::string text;
@@ -197,8 +197,8 @@ inline std::string showSegments(mfFunctionSegments_c& function)
     return text;
 }
 
-// A motion function of a host that has services, a study and a profile manager
-// with the built-in profiles.
+// A motion function of a host with services, a study and a profile manager that has
+// the built-in profiles.
 class CurveTest : public testing::Test {
 protected:
     CurveTest()
@@ -206,7 +206,7 @@ protected:
         host.managerAnswer = &manager;
         manager.rebuildUserProfileMap();
         function.initialize();
-        // Documents written from here on carry version 1.
+        // Documents that are written from now on get version 1.
         mfFunctionData_c().readXMLData(L"", true, "<Curve/>");
         starts = platform::xmlStartCount();
     }
@@ -233,7 +233,7 @@ protected:
         return static_cast<mfFunctionExpression_c&>(*function.getFunctionExpression());
     }
 
-    // How many starts of the XML engine a test has left behind.
+    // How many starts of the XML engine a test has left.
     int startsLeft() const { return platform::xmlStartCount() - starts; }
 
     FakeHost host;

@@ -13,8 +13,7 @@
 #include "mfcurves/documents/readCurve.h"
 #include "tests/support/TemporaryFolder.h"
 
-// Documents made to do harm give false or a defined curve, soon and in bounded
-// memory.
+// Hostile documents give false or a defined curve, in limited time and memory.
 
 namespace mf::test {
 namespace {
@@ -22,8 +21,8 @@ namespace {
 class HostileDocument : public CurveTest {
 protected:
     HostileDocument() : started_(std::chrono::steady_clock::now()) {}
-    // Far more than any of these needs, and far less than a quadratic one takes;
-    // sanitizers and other work on the machine are in it.
+    // Far more than any of these needs, even with sanitizers and other work on the
+    // machine, and far less than a quadratic one takes.
     ~HostileDocument() override
     {
         EXPECT_LT(std::chrono::steady_clock::now() - started_, std::chrono::seconds(60));
@@ -67,7 +66,7 @@ TEST_F(HostileDocument, NestedSegmentsAndPoints)
     EXPECT_EQ(points().getDataPointsCount(), 100);
 }
 
-// Each segment would read all the text below it once more.
+// Each segment would read all the text below it again.
 TEST_F(HostileDocument, NestedSegmentsAroundAHugeText)
 {
     const std::string opened = repeated("<Segment>", 250);
@@ -209,7 +208,7 @@ TEST_F(HostileDocument, NumbersOfEveryKind)
     EXPECT_EQ(expression().getMaxX(), 0.0);
 }
 
-// Each statement doubles the text of the one before.
+// Each statement doubles the text of the previous one.
 TEST_F(HostileDocument, DefinitionThatGrowsWithoutBounds)
 {
     std::string body = "a=x*x;";
@@ -224,7 +223,7 @@ TEST_F(HostileDocument, DefinitionThatGrowsWithoutBounds)
     EXPECT_EQ(showSegments(segments()), "0-0=0 Cubic (Default); 0-1=1 Cubic (Default)");
 }
 
-// One may grow to a megabyte, and a hundred may not.
+// One definition may grow to a megabyte, a hundred may not.
 TEST_F(HostileDocument, DefinitionsThatGrowTogether)
 {
     std::string body = "v00=x;";
@@ -259,8 +258,8 @@ TEST_F(HostileDocument, DefinitionsThatReferToThemselves)
     }
 }
 
-// Each is the text of all those inside it, so that the length read is sixty
-// times that of the document.
+// The text of each contains that of all those inside it, so that the length read is
+// sixty times that of the document.
 TEST_F(HostileDocument, DefinitionsInDefinitions)
 {
     std::string statements;
@@ -276,8 +275,8 @@ TEST_F(HostileDocument, DefinitionsInDefinitions)
     EXPECT_EQ(segments().getSegmentCount(), 3);
 }
 
-// A thousand rows would write out 400 million characters. The first of them get
-// their formula, the others keep their numbers.
+// The formulas of a thousand rows would have 400 million characters. The first rows
+// get their formula, the others only their numbers.
 TEST_F(HostileDocument, RowsOfOneLongFormula)
 {
     const std::string formula = "v=y1+" + repeated("0*x+", 100'000) + "x;returnv;endsegmenttype";
@@ -299,11 +298,11 @@ TEST_F(HostileDocument, RowsOfOneLongFormula)
     EXPECT_EQ(last->getEndX(), 1000.0);
     EXPECT_EQ(last->getValue(), 3.0);
 
-    segments().parseExpression(1000);  // a host that asks for the row gets it
+    segments().parseExpression(1000);  // a host can still get the formula of a row
     EXPECT_EQ(function.evaluate(999.5, 0), 1002.5);
 }
 
-// All of one name, each its own text.
+// All with one name, but different texts.
 TEST_F(HostileDocument, ThousandsOfDefinitions)
 {
     std::string definitions;
@@ -316,7 +315,7 @@ TEST_F(HostileDocument, ThousandsOfDefinitions)
     EXPECT_EQ(function.evaluate(0.5, 0), 1499.5);
 }
 
-// Every row clashes with the one before it.
+// Every row clashes with the previous one.
 TEST_F(HostileDocument, ThousandsOfPointsAtOneX)
 {
     EXPECT_TRUE(readBuffer(dataPointDocument().set("Points", repeated(point("1", "2"), 50'000))));

@@ -20,7 +20,7 @@ namespace {
 using mf::platform::xmlStartCount;
 using mf::test::TemporaryFolder;
 
-// A plain class, whose loads answer in 16 bits.
+// A plain class, whose loads return 16 bits.
 static_assert(!std::is_polymorphic_v<mfCurveDocument_c>);
 static_assert(std::is_same_v<decltype(std::declval<mfCurveDocument_c>().load()), std::int16_t>);
 static_assert(std::is_same_v<decltype(std::declval<mfCurveDocument_c>().loadBuffer()), std::int16_t>);
@@ -173,7 +173,7 @@ TEST(SaveDocument, WithoutNodesTheFileIsEmpty)
     document.shutdown();
 }
 
-TEST(SaveDocument, PathThatCannotBeWrittenSaysNothing)
+TEST(SaveDocument, FailureOfWritingIsNotReported)
 {
     const TemporaryFolder folder;
     folder.write("old.xml", "old");
@@ -200,8 +200,8 @@ TEST(ExtractText, PassesThroughTheNarrowEncoding)
     document.extractXmlText();
     EXPECT_EQ(document.getXmlText(), "<a>\u00E4</a>\n");
 
-    // A narrow encoding of one byte a character makes the text one that is not
-    // UTF-8, whatever it declares.
+    // With a narrow encoding of one byte per character the text is not UTF-8, whatever
+    // it declares.
     mf::platform::setNarrowEncoder([](const wchar_t* text, int length, char* buffer, int, std::uint32_t&) {
         for (int i = 0; i < length; ++i)
             buffer[i] = static_cast<char>(text[i]);

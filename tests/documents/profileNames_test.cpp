@@ -7,9 +7,9 @@
 
 #include "curveFixture.h"
 
-// What a row's profile is called in a document: by the display name of its key,
-// or, where each curve carries profiles of its own, by its plain name. Runs
-// against both builds of the library.
+// The name of a row's profile in a document: the display name of its key or, when
+// each curve has its own profiles, its plain name. Runs with both builds of the
+// library.
 
 namespace mf::test {
 namespace {
@@ -47,7 +47,7 @@ TEST_F(ProfileNames, TextOfARowIsItsKeyOrItsName)
     EXPECT_EQ(row->isInvalid(), !usesManager());
 }
 
-TEST_F(ProfileNames, UnknownNameIsTheDefaultProfileOrNone)
+TEST_F(ProfileNames, UnknownNameGetsTheDefaultProfileOrNoProfile)
 {
     ASSERT_TRUE(readBuffer(document("Unknown")));
     EXPECT_EQ(showSegments(segments()), rowsNamed(usesManager() ? "Cubic (Default)" : "Unknown"));

@@ -7,7 +7,7 @@
 
 #include "readCurveFixture.h"
 
-// Expressions, and other ways to write the same document.
+// Expressions, and other forms of the same document.
 
 namespace mf::test {
 namespace {
@@ -67,7 +67,7 @@ TEST_F(ReadCurve, OrderOfThePartsDoesNotCount)
     }
 }
 
-// A comment or an instruction counts inside "Point" and "ProfileDefinition" alone.
+// A comment or an instruction counts only inside "Point" and "ProfileDefinition".
 TEST_F(ReadCurve, CommentsBetweenThePartsChangeNothing)
 {
     for (Document document : {segmentDocument(), dataPointDocument(), expressionDocument()}) {
@@ -88,7 +88,7 @@ TEST_F(ReadCurve, CommentsBetweenThePartsChangeNothing)
     }
 }
 
-TEST_F(ReadCurve, CurveMayStandBelowAnotherRoot)
+TEST_F(ReadCurve, CurveMayBeBelowAnotherRoot)
 {
     EXPECT_TRUE(readBuffer("<Project><Part/>" + dataPointDocument().xml() + "</Project>"));
     EXPECT_EQ(showPoints(points()), "0.5:2 1:3");

@@ -7,7 +7,7 @@
 
 #include "readCurveFixture.h"
 
-// What is set, and which start of the XML engine is left, where a part of a document is missing.
+// What is set, and which start of the XML engine is left, when a part of a document is missing.
 
 namespace mf::test {
 namespace {
@@ -80,7 +80,7 @@ const MissingCase kMissingCases[] = {
 
 class MissingNode : public ReadCurve, public testing::WithParamInterface<MissingCase> {
 protected:
-    // A document of the kind whose state the case tells, read beforehand.
+    // A document of the case's kind, read before.
     std::string former() const
     {
         switch (*GetParam().kind) {
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Nodes, MissingNode, testing::ValuesIn(kMissingCases),
                          [](const auto& tested) { return tested.param.name; });
 
 // What is read before the missing element has its effect.
-TEST_F(ReadCurve, MissingSegmentCountComesBehindTheDefinitions)
+TEST_F(ReadCurve, MissingSegmentCountIsNoticedAfterTheDefinitions)
 {
     EXPECT_FALSE(readBuffer(segmentDocument()
                                 .drop("SegmentCount")
@@ -151,7 +151,7 @@ TEST_F(ReadCurve, MissingSegmentCountComesBehindTheDefinitions)
     EXPECT_EQ(utf8(names.back()), "Mine (Assembly)");
 }
 
-TEST_F(ReadCurve, MissingElementOfAnExpressionKeepsWhatStandsBeforeIt)
+TEST_F(ReadCurve, MissingElementOfAnExpressionKeepsTheElementsBeforeIt)
 {
     const auto left = [&](const Document& document) {
         EXPECT_TRUE(readBuffer(expressionDocument().set("Expression", "7*time")));

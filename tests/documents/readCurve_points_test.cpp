@@ -33,10 +33,10 @@ const PointsCase kPointsCases[] = {
      "<Point ID='2'><x>1</x><y>1</y></Point><Point ID='1'><x>2</x><y>2</y></Point>", "1:1 2:2"},
     {"ThirdElementIsDropped", "<Point><x>1</x><y>2</y><x>3</x></Point>", "1:2"},
     {"SeveralPairs", "<Point><x>1</x><y>2</y><x>3</x><y>4</y></Point>", "1:2,3:4"},
-    // A comment takes a position: the pair is complete behind it.
+    // A comment takes a position: the pair is complete after it.
     {"CommentInFront", "<Point><!--c--><x>1</x><y>2</y></Point>", "0:1"},
     {"CommentBetween", "<Point><x>1</x><!--c--><y>2</y><z>3</z></Point>", "1:0,2:3"},
-    {"CommentBehind", "<Point><x>1</x><y>2</y><!--c--></Point>", "1:2"},
+    {"CommentAfter", "<Point><x>1</x><y>2</y><!--c--></Point>", "1:2"},
     {"TextIsAChild", "<Point>t<x>1</x><y>2</y></Point>", "0:1"},
     {"SectionIsAChild", "<Point><![CDATA[ ]]><x>1</x><y>2</y></Point>", "0:1"},
     {"IndentationIsNone", "\n <Point>\n  <x> 1 </x>\n  <y>\n2\n</y>\n </Point>\n", "1:2"},
@@ -47,7 +47,7 @@ const PointsCase kPointsCases[] = {
     {"XGoingDown", point("3", "1") + point("2", "2") + point("1", "3"), "3:1 4:2 5:3"},
     {"SeveralPointsThatClashMoveTheFirst",
      point("1", "0") + "<Point><x>0</x><y>1</y><x>5</x><y>2</y></Point>", "1:0 2:1,5:2"},
-    // One that cannot be moved is left out, and no row has a place behind it.
+    // A row that cannot be moved is left out, and so are all later rows.
     {"SeveralPointsThatCannotBeMoved",
      point("4", "0") + "<Point><x>0</x><y>1</y><x>2</x><y>2</y></Point>" + point("9", "3"), "4:0"},
     {"RowWithoutPointsInFront", "<Point/>" + point("9", "3"), " 9:3"},
@@ -60,13 +60,13 @@ const PointsCase kPointsCases[] = {
 
 class Points : public ReadCurve, public testing::WithParamInterface<PointsCase> {};
 
-TEST_P(Points, AreToldByPosition)
+TEST_P(Points, AreIdentifiedByPosition)
 {
     EXPECT_TRUE(readBuffer(dataPointDocument().set("Points", GetParam().points)));
     EXPECT_EQ(showPoints(points()), GetParam().table);
     EXPECT_EQ(startsLeft(), 0);
 
-    // The spline holds what the table holds.
+    // The spline has the points of the table.
     std::map<double, double> expected;
     for (int row = 0; row < points().getDataPointsCount(); ++row) {
         mfDataPoints_c* list = nullptr;
@@ -77,7 +77,7 @@ TEST_P(Points, AreToldByPosition)
     EXPECT_EQ(host.services.spline().points, expected);
 }
 
-// What reading row by row through insertDataPoint leaves behind.
+// The state after reading row by row through insertDataPoint.
 TEST_P(Points, LeaveWhatInsertionRowByRowLeaves)
 {
     ASSERT_TRUE(readBuffer(dataPointDocument().set("Points", GetParam().points)));
@@ -168,7 +168,7 @@ TEST_F(ReadCurve, InterpolationIsSetWhereTheCountIsMissing)
     EXPECT_EQ(points().getDataPointsCount(), 0);
 }
 
-// The spline is cleared with the former curve and once more for its new points.
+// The spline is cleared with the former curve and again for its new points.
 TEST_F(ReadCurve, SplineIsBuiltOnce)
 {
     host.services.spline().calls.clear();

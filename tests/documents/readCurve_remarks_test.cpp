@@ -11,8 +11,8 @@
 #include "mfcurves/documents/readCurve.h"
 #include "tests/support/TemporaryFolder.h"
 
-// What a reader hears beside the curve: where it is not what the document says, how
-// far the read is, and what a file may choose.
+// What a read reports besides the curve: differences from the document and its progress;
+// and whether a file may choose the motion object.
 
 namespace mf::test {
 namespace {
@@ -101,7 +101,7 @@ const RemarkCase kRemarkCases[] = {
      expressionDocument().set("RangeX", "<MinX>a</MinX><MaxX>b</MaxX>"),
      {R"("MinX" within "RangeX" within "Curve" is "a", which is not a finite number; it reads as 0)",
       R"("MaxX" within "RangeX" within "Curve" is "b", which is not a finite number; it reads as 0)"}},
-    // A range counts for expressions alone, the X of a first row for nobody.
+    // A range is used only for expressions; the X of the first row is not used.
     {"NumbersThatDoNotCount",
      withRows(segment("a", "b", "1", "c"))
          .set("RangeX", "<MinX>a</MinX><MaxX>b</MaxX>")
@@ -137,7 +137,7 @@ const RemarkCase kRemarkCases[] = {
 
 class Remark : public CurveTest, public testing::WithParamInterface<RemarkCase> {};
 
-TEST_P(Remark, TellsWhereTheCurveIsAnother)
+TEST_P(Remark, ReportsWhereTheCurveDiffers)
 {
     const auto outcome = documents::readCurve(function, L"", true, GetParam().document.xml());
     EXPECT_TRUE(outcome.taken);
@@ -197,7 +197,7 @@ TEST_F(ReadOptions, EveryRowIsHeardOf)
     EXPECT_THAT(heard, IsEmpty());
 }
 
-// Names and texts of laws, for a reader that looks them up itself.
+// Names and texts of laws, for a caller that looks them up itself.
 TEST_F(ReadOptions, LawsAreGivenAsTheyAreNamed)
 {
     documents::DocumentLaws laws;

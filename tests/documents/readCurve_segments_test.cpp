@@ -50,7 +50,7 @@ const SegmentsCase kSegmentsCases[] = {
 
 class Segments : public ReadCurve, public testing::WithParamInterface<SegmentsCase> {};
 
-TEST_P(Segments, AreToldByTheNumberOfTheElement)
+TEST_P(Segments, AreIdentifiedByTheNumberOfTheElement)
 {
     host.managerAnswer = nullptr;  // and so without profiles
     if (GetParam().name != std::string("None"))
@@ -72,7 +72,7 @@ TEST_F(ReadCurve, FirstSegmentIsNotParsedAndTheOthersAre)
     segments().selectSegment(0, row);
     EXPECT_TRUE(row->getProfileExpr().IsEmpty());
     EXPECT_EQ(row->getPlottingData0(), nullptr);
-    EXPECT_TRUE(row->isInvalid());  // judged, and passed
+    EXPECT_TRUE(row->isInvalid());  // checked, and passed
     for (int i = 1; i < 3; ++i) {
         segments().selectSegment(i, row);
         EXPECT_FALSE(row->getProfileExpr().IsEmpty());
@@ -87,8 +87,8 @@ TEST_F(ReadCurve, FirstSegmentIsNotParsedAndTheOthersAre)
 struct ProfileCase {
     const char* name;
     std::string definitions;
-    const char* profile;  // what the row asks for
-    const char* shown;    // what it gets
+    const char* profile;  // the name in the row
+    const char* shown;    // the profile that it gets
 };
 
 void PrintTo(const ProfileCase& c, std::ostream* os)
@@ -105,7 +105,7 @@ const ProfileCase kProfileCases[] = {
     {"NoDefinitionsAndAPlainName", "", "Linear", "Cubic (Default)"},
     {"Defined", definition("Mine (Assembly)", lineTimes("2", "Mine")), "Mine (Assembly)", "Mine (Assembly)"},
     {"DefinedUnderAPlainName", definition("Mine", lineTimes("2", "Mine")), "Mine", "Mine (Assembly)"},
-    // With any definition at all, plain names of profiles at hand are found too.
+    // If the document has any definition, plain names of known profiles are found too.
     {"PlainNameOfABuiltInOne", definition("Mine", lineTimes("2", "Mine")), "Linear", "Linear (Default)"},
     {"PlainNameInOtherCase", definition("Mine", lineTimes("2", "Mine")), "linear", "linear (Default)"},
     {"DisplayNameOfABuiltInOne", definition("Mine", lineTimes("2", "Mine")), "Linear (Default)",
@@ -130,14 +130,14 @@ const ProfileCase kProfileCases[] = {
     {"NamesDoNotCount",
      "<ProfileDefinition><a>Mine</a><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>", "Mine",
      "Mine (Assembly)"},
-    // Children are told by position, and a comment takes one.
+    // Children are identified by position, and a comment takes one.
     {"CommentInFront",
      "<ProfileDefinition><!--c--><a>Mine</a><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>",
      "Mine", "Cubic (Default)"},
-    {"CommentBehind",
+    {"CommentAfter",
      "<ProfileDefinition><a>Mine</a><b>" + lineTimes("2", "Mine") + "</b><!--c--><c/></ProfileDefinition>",
      "Mine", "Mine (Assembly)"},
-    // A key without a name is none, although the registry holds its record.
+    // A key without a name finds nothing, although the registry has its record.
     {"NothingBeforeTheBracket", definition("(old)", lineTimes("2", "Mine")), "(old)", "Cubic (Default)"},
     {"CommentInPlaceOfTheName",
      "<ProfileDefinition><!--c--><b>" + lineTimes("2", "Mine") + "</b></ProfileDefinition>", "",
@@ -166,7 +166,7 @@ TEST_P(Profile, IsFoundByTheNameInTheDocument)
 INSTANTIATE_TEST_SUITE_P(Names, Profile, testing::ValuesIn(kProfileCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_F(ReadCurve, DefinitionsMayStandInFrontOfTheSegments)
+TEST_F(ReadCurve, DefinitionsMayPrecedeTheSegments)
 {
     const Document document =
         segmentDocument()
@@ -178,7 +178,7 @@ TEST_F(ReadCurve, DefinitionsMayStandInFrontOfTheSegments)
     EXPECT_DOUBLE_EQ(function.evaluate(1.0, 1), 1.5);
 }
 
-TEST_F(ReadCurve, ProfilesOfAFileBearItsStem)
+TEST_F(ReadCurve, ProfilesOfAFileAreNamedAfterItsStem)
 {
     function.setMotionObjectType(MotionObjectType_Motor);
     ASSERT_TRUE(readFile("clutch.v2.xml",
@@ -206,7 +206,7 @@ TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredAllTheSame)
     manager.lookupDocumentName("", key);
     EXPECT_EQ(utf8(key.source), " (Assembly)");
     ASSERT_NE(manager.findProfile(key), nullptr);
-    EXPECT_EQ(manager.findProfile(key)->name, "Mine");  // the record bears its own name
+    EXPECT_EQ(manager.findProfile(key)->name, "Mine");  // the record has its own name
 }
 
 TEST_F(ReadCurve, FifthElementIsNoProfile)
@@ -234,7 +234,7 @@ TEST_F(ReadCurve, SecondReadFindsTheProfilesOfTheFirst)
     EXPECT_EQ(showSegments(segments()), "0-0=0 Mine (Assembly)");
 }
 
-// Names of documents read before stay known to the manager.
+// The manager still knows the names of documents read before.
 TEST_F(ReadCurve, NamesOfAnEarlierDocumentAreFound)
 {
     ASSERT_TRUE(

@@ -8,7 +8,7 @@
 #include "mfcurves/platform/numbers.h"
 #include "readCurveFixture.h"
 
-// What a read makes of the head of a document, and of one that cannot be loaded.
+// Reads the head of a document, and documents that cannot be loaded.
 
 namespace mf::test {
 namespace {
@@ -39,7 +39,7 @@ TEST_F(ReadCurve, SegmentDocumentFillsTheFunction)
     EXPECT_EQ(showSegments(segments()),
               "0-0=1 Cubic (Default); 0-2=5 Cubic (Default); 2-3=4 Cubic (Default)");
     EXPECT_EQ(startsLeft(), 0);
-    // Half way along a cubic the value stands half way between its ends.
+    // Half way along a cubic, the value is half way between its ends.
     EXPECT_DOUBLE_EQ(function.evaluate(1.0, 0), 3.0);
     EXPECT_DOUBLE_EQ(function.evaluate(2.5, 0), 4.5);
 }
@@ -53,7 +53,7 @@ TEST_F(ReadCurve, ExpressionDocumentFillsTheFunction)
     EXPECT_EQ(expression().getMaxX(), 2.5);
     EXPECT_EQ(utf8(expression().getIndepVar()), "Time");
     EXPECT_EQ(utf8(expression().getMathExpression()), "2*time");
-    // The sampling step has nothing to compile until the host supplies a text.
+    // Sampling has nothing to compile until the host supplies a text.
     EXPECT_EQ(expression().getPlottingPointCount(), 0);
     EXPECT_TRUE(expression().isValidForPlotting());
     EXPECT_EQ(startsLeft(), 0);
@@ -83,7 +83,7 @@ const UnloadableCase kUnloadableCases[] = {
 
 class Unloadable : public ReadCurve, public testing::WithParamInterface<UnloadableCase> {};
 
-TEST_P(Unloadable, LeavesTheObjectUntouchedAndOneStartBehind)
+TEST_P(Unloadable, LeavesTheObjectUnchangedAndOneStart)
 {
     ASSERT_TRUE(readBuffer(dataPointDocument()));
     const documents::ReadOutcome outcome = outcomeOf(GetParam().xml);
@@ -163,7 +163,7 @@ TEST_F(ReadCurve, DocumentWithoutAVersionIsVersionOne)
     EXPECT_THAT(write(), HasSubstr("<Version>1</Version>"));
 }
 
-TEST_F(ReadCurve, OtherVersionIsTakenAndTold)
+TEST_F(ReadCurve, OtherVersionIsTakenAndReported)
 {
     ASSERT_TRUE(readBuffer(dataPointDocument()));
     const documents::ReadOutcome outcome = outcomeOf("<Curve><Version>2</Version></Curve>");
@@ -218,7 +218,7 @@ TEST_P(MotionObject, FileHasToFitIt)
         function.setFunctionType(FunctionType_Segments);
         function.setMotionObjectType(static_cast<MotionObjectType_e>(own));
         EXPECT_EQ(readFile(xml), own == GetParam().number) << own;
-        // Name and data type are overwritten either way.
+        // Name and data type are overwritten in both cases.
         const bool fits = own == GetParam().number;
         EXPECT_EQ(showHead(function), std::string("points type ") + (fits ? "2" : "1") + " object " +
                                           std::to_string(own) + " data 1");
@@ -241,7 +241,7 @@ TEST_F(ReadCurve, ForceDocumentForAMotorIsRefusedAsAFileAndTakenAsABuffer)
     EXPECT_EQ(function.getMotionObjectType(), MotionObjectType_Force);
 }
 
-TEST_F(ReadCurve, UnknownMotionObjectOfAFileIsTold)
+TEST_F(ReadCurve, UnknownMotionObjectOfAFileIsReported)
 {
     function.setMotionObjectType(MotionObjectType_Motor);
     const std::string xml = dataPointDocument().set("MotionObjectType", "Gear").xml();

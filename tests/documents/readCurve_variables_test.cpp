@@ -7,7 +7,7 @@
 
 #include "readCurveFixture.h"
 
-// What X stands for, and which quantity the curve gives.
+// The meaning of X, and the quantity of the curve.
 
 namespace mf::test {
 namespace {
@@ -32,7 +32,7 @@ const ResultCase kResultCases[] = {
     {"NotListed", true, {L"Speed"}, 1, "Slip", false, false},
     {"OtherCase", true, {L"slip"}, 1, "Slip", false, false},
     {"NoListAtAll", true, {}, 0, "Slip", false, true},
-    // The count alone tells whether there is a list to check against.
+    // Only the count decides whether names are checked against a list.
     {"CountWithoutNames", true, {}, 1, "Slip", false, false},
     {"NamesWithoutCount", true, {L"Speed"}, 0, "Slip", false, true},
     {"NoServices", false, {}, 0, "Slip", false, false},
@@ -69,7 +69,7 @@ protected:
 TEST_P(MotionResult, SegmentsTakeAListedOne)
 {
     expect(segmentDocument(), segments(), "over 2 () gives 1 0 for 0", GetParam().forSegments);
-    EXPECT_EQ(segments().getSegmentCount(), 3);  // not cleared where the read fails
+    EXPECT_EQ(segments().getSegmentCount(), 3);  // not cleared when the read fails
     EXPECT_EQ(function.getFunctionType(), FunctionType_Segments);
 }
 
@@ -100,8 +100,8 @@ TEST_F(ReadCurve, TimeAndCycleAngleForgetAFormerMotionResult)
 
 struct DependentCase {
     const char* text;
-    const char* behindForce;  // "gives m f for o", behind a former document of a force
-    const char* behindMotor;
+    const char* afterForce;  // "gives m f for o", after a former document of a force
+    const char* afterMotor;
 };
 
 const DependentCase kDependentCases[] = {
@@ -110,7 +110,7 @@ const DependentCase kDependentCases[] = {
     {"MotorDriveType_Acceleration", "gives 3 0 for 0", "gives 3 0 for 0"},
     {"ForceTorqueType_Force", "gives 0 1 for 1", "gives 0 1 for 1"},
     {"ForceTorqueType_Torque", "gives 0 2 for 1", "gives 0 2 for 1"},
-    // The clearing before forgets the quantities and keeps motionObjectType.
+    // The clearing before resets the quantities and keeps motionObjectType.
     {"MotorDriveType_Displacement", "gives 0 0 for 1", "gives 0 0 for 0"},
     {"motordrivetype_velocity", "gives 0 0 for 1", "gives 0 0 for 0"},
     {"", "gives 0 0 for 1", "gives 0 0 for 0"},
@@ -120,7 +120,7 @@ TEST_F(ReadCurve, DependentVariableIsKnownByItsText)
 {
     for (const DependentCase& c : kDependentCases) {
         for (Document document : {segmentDocument(), dataPointDocument(), expressionDocument()}) {
-            const auto behind = [&](const char* former) {
+            const auto after = [&](const char* former) {
                 EXPECT_TRUE(readBuffer(document.set("DepVar", former)));
                 EXPECT_TRUE(readBuffer(document.set("DepVar", c.text)));
                 switch (function.getFunctionType()) {
@@ -132,8 +132,8 @@ TEST_F(ReadCurve, DependentVariableIsKnownByItsText)
                         return showVariables(expression());
                 }
             };
-            EXPECT_THAT(behind("ForceTorqueType_Torque"), testing::EndsWith(c.behindForce)) << c.text;
-            EXPECT_THAT(behind("MotorDriveType_Velocity"), testing::EndsWith(c.behindMotor)) << c.text;
+            EXPECT_THAT(after("ForceTorqueType_Torque"), testing::EndsWith(c.afterForce)) << c.text;
+            EXPECT_THAT(after("MotorDriveType_Velocity"), testing::EndsWith(c.afterMotor)) << c.text;
         }
     }
 }

@@ -13,7 +13,7 @@
 #include "tests/segments/segmentTables.h"
 #include "tests/support/TemporaryFolder.h"
 
-// A document that was read and written again stays as it is, to the byte.
+// A document that is read and written again is unchanged, byte for byte.
 
 namespace mf::test {
 namespace {
@@ -109,7 +109,7 @@ TEST(Samples, AreAtLeastEight)
     EXPECT_GE(sampleNames().size(), 8U);
 }
 
-// Values from the formulas that the samples are made of.
+// Values from the formulas of the samples.
 TEST_F(Sample, ValuesOfWellKnownCurves)
 {
     ASSERT_TRUE(read(kSamples / "rise-dwell-return-cam.xml"));
@@ -126,7 +126,7 @@ TEST_F(Sample, ValuesOfWellKnownCurves)
     EXPECT_NEAR(function.evaluate(0.25, 0), 18.0 * (1 - std::exp(-2.5)) / (1 - std::exp(-5.0)), 1e-12);
 }
 
-// Random curves: what the first document rounds stays as it is from the second on.
+// Random curves: the first document rounds, later documents change nothing.
 
 class RoundTrip : public CurveTest {
 protected:
@@ -221,7 +221,7 @@ TEST_F(RoundTrip, RandomExpressions)
     }
 }
 
-// What a curve loses on its way through a document, and no more than once.
+// What a document changes of a curve, and that it does so only once.
 
 TEST_F(RoundTrip, NumbersAreRounded)
 {
@@ -235,7 +235,7 @@ TEST_F(RoundTrip, NumbersAreRounded)
               "0-0=" + number(0.123457) + " Cubic (Default); 0-12345678.9=1 Cubic (Default)");
 }
 
-// Two X that are one at six digits move apart at the next read.
+// Two X that are equal at six digits move apart at the next read.
 TEST_F(RoundTrip, PointsTooCloseMoveOn)
 {
     ASSERT_TRUE(readBuffer(dataPointDocument().set("Points", point("1000001", "1") + point("1000002", "2"))));
@@ -243,7 +243,7 @@ TEST_F(RoundTrip, PointsTooCloseMoveOn)
     EXPECT_EQ(showPoints(points()), "1000000:1 1000001:2");
 }
 
-TEST_F(RoundTrip, MotionObjectNoneTurnsIntoMotor)
+TEST_F(RoundTrip, MotionObjectNoneBecomesMotor)
 {
     ASSERT_TRUE(readBuffer(dataPointDocument().set("MotionObjectType", "")));
     EXPECT_EQ(function.getMotionObjectType(), MotionObjectType_None);
@@ -251,7 +251,7 @@ TEST_F(RoundTrip, MotionObjectNoneTurnsIntoMotor)
     EXPECT_EQ(function.getMotionObjectType(), MotionObjectType_Motor);
 }
 
-TEST_F(RoundTrip, IndependentVariableOfNoneIsWrittenEmptyAndRefused)
+TEST_F(RoundTrip, IndependentVariableNoneIsWrittenEmptyAndRefused)
 {
     function.setFunctionType(FunctionType_Segments);
     EXPECT_FALSE(readBuffer(write()));
@@ -262,8 +262,8 @@ TEST_F(RoundTrip, IndependentVariableOfNoneIsWrittenEmptyAndRefused)
     EXPECT_TRUE(readBuffer(write()));
 }
 
-// The mark of an index is not read back as one: the name is found through the
-// definition that the document brings along.
+// The mark of an index is not read back as an index: the name is found through the
+// definition in the document.
 TEST_F(RoundTrip, ProfilesOfOneNameStayApart)
 {
     const std::string definitions =
@@ -281,8 +281,8 @@ TEST_F(RoundTrip, ProfilesOfOneNameStayApart)
     EXPECT_DOUBLE_EQ(function.evaluate(1.5, 0), 2.5);
 }
 
-// A row without a profile drops all definitions, and the rows that had one get
-// the default where nobody knows it any more.
+// With a row without a profile no definitions are written, so the other rows get the
+// default profile if theirs is not known otherwise.
 TEST_F(RoundTrip, DefinitionsLostInAFreshProcessFallBackToTheDefault)
 {
     ASSERT_TRUE(readBuffer(segmentDocument()

@@ -18,7 +18,7 @@
 #include "tests/segments/segmentTables.h"
 #include "tests/support/TemporaryFolder.h"
 
-// The bytes of written documents, and where they go.
+// The bytes of written documents, and where they are written.
 
 namespace mf::test {
 namespace {
@@ -33,7 +33,7 @@ protected:
     {
         return &addRow(segments(), manager, startX, endX, value, displayName);
     }
-    // What a document holds between the tags of its first element of that name.
+    // The text between the tags of the first element of that name.
     std::string written(const std::string& name)
     {
         const std::string text = write();
@@ -274,7 +274,7 @@ const DependentText kDependentTexts[] = {
     {1, 0, 0, "", "", ""},
     {1, 0, 3, "", "", ""},
     {7, 0, 2, "ForceTorqueType_Torque", "ForceTorqueType_Torque", "ForceTorqueType_Torque"},
-    // Two kinds go by motionObjectType, the expression by the motor's quantity.
+    // Two kinds use motionObjectType, the expression the motor's quantity.
     {0, 0, 2, "MotorDriveType_Displacment", "", "ForceTorqueType_Torque"},
     {0, 2, 2, "MotorDriveType_Velocity", "MotorDriveType_Velocity", "MotorDriveType_Velocity"},
     {1, 2, 2, "ForceTorqueType_Torque", "ForceTorqueType_Torque", "MotorDriveType_Velocity"},
@@ -378,7 +378,7 @@ TEST_F(WriteCurve, NamesKeepAllCharactersThatXmlHolds)
     function.createXMLData(name, false, L"");
     EXPECT_THAT(function.getXMLData(),
                 HasSubstr("<FunctionName>a&lt;b&gt;&amp;\"'\t\u00E4\u4E2D\U0001F600 \uFFFD</FunctionName>"));
-    // The name in the document is the caller's; the function's own stays.
+    // The name in the document is the caller's; that of the function does not change.
     EXPECT_TRUE(function.getName().IsEmpty());
 }
 
@@ -424,7 +424,7 @@ TEST_F(WriteCurve, RecordNamesArePairedWithTheirDefinitions)
               "<ProfileFunction>a&lt;b&gt;&amp;\u00E4</ProfileFunction></ProfileDefinition>");
 }
 
-// Where the document goes
+// Where the document is written
 
 TEST_F(WriteCurve, TextReplacesTheTextBefore)
 {

@@ -47,7 +47,7 @@ std::string problemOf(const std::string& xml)
     return std::to_string(problem.line) + ":" + std::to_string(problem.column) + " " + problem.message;
 }
 
-// Runs `work` and fails when it takes longer than anybody would wait.
+// Runs `work` and fails when it takes too long.
 template <class Work>
 void soon(Work work)
 {
@@ -82,10 +82,10 @@ const SelectCase kSelectCases[] = {
     {"NestedOnesCountEach", "<Curve><P>1<P>2</P></P></Curve>", "//Curve//P", {"12", "2"}},
     {"NamesInTheWrongOrder", "<A><Curve><B>1</B></Curve></A>", "//Curve//A//B", {}},
     {"OrderFoundLowerDown", "<A><Curve><A><B>1</B></A></Curve></A>", "//Curve//A//B", {"1"}},
-    // The first A above is taken, and a second one further down does no harm.
+    // The first ancestor A matches; a second one below it does not matter.
     {"NameRepeatedOnTheWay", "<Curve><A><A><B>1</B></A><B>2</B></A></Curve>", "//Curve//A//B", {"1", "2"}},
     {"SiblingOfAMatchedName", "<Curve><A><C/></A><B>1</B></Curve>", "//Curve//A//B", {}},
-    {"BehindAMatchedName",
+    {"AfterAMatchedName",
      "<R><Curve><A/></Curve><A>no</A><Curve><A>1</A></Curve></R>",
      "//Curve//A",
      {"", "1"}},
@@ -97,7 +97,7 @@ const SelectCase kSelectCases[] = {
     {"AttributesAreNoElements", "<Curve A='1'/>", "//Curve//A", {}},
     {"CommentsHoldNoElements", "<Curve><!-- <A>1</A> --></Curve>", "//Curve//A", {}},
     {"SectionsHoldNoElements", "<Curve><![CDATA[<A>1</A>]]></Curve>", "//Curve//A", {}},
-    {"BehindTheRootIsNothing", "<Curve/><!-- end -->", "//Curve//A", {}},
+    {"NothingIsFoundAfterTheRoot", "<Curve/><!-- end -->", "//Curve//A", {}},
     {"InstructionsAreNoElements", "<Curve><?A 1?></Curve>", "//Curve//A", {}},
 };
 
@@ -111,7 +111,7 @@ TEST_P(Select, FindsTheElementsOnThePath)
 INSTANTIATE_TEST_SUITE_P(Paths, Select, testing::ValuesIn(kSelectCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// The slow and obvious answer: for every element, all ways to pick ancestors.
+// The slow and obvious search: for every element, all ways to choose ancestors.
 bool isOnPath(const std::vector<std::string>& ancestors, const std::vector<std::string>& names,
               std::size_t from, std::size_t name)
 {
@@ -202,7 +202,7 @@ const TextCase kTextCases[] = {
 
 class Text : public testing::TestWithParam<TextCase> {};
 
-TEST_P(Text, JoinsWhatStandsBelowAndTrimsIt)
+TEST_P(Text, JoinsAndTrimsTheTextsBelow)
 {
     EXPECT_THAT(textsOn(std::string("<T>") + GetParam().inside + "</T>", "//T"),
                 ElementsAre(GetParam().text));
@@ -214,7 +214,7 @@ INSTANTIATE_TEST_SUITE_P(Elements, Text, testing::ValuesIn(kTextCases),
 struct ChildrenCase {
     const char* name;
     const char* inside;
-    const char* kinds;  // one letter a child: e an element, - something else
+    const char* kinds;  // one letter per child: e an element, - something else
 };
 
 void PrintTo(const ChildrenCase& c, std::ostream* os)
@@ -271,7 +271,7 @@ const RefusedCase kRefusedCases[] = {
     {"WrongEndTag", "<a>\n  <b>\n  </a>\n</a>", "3:7 Opening and ending tag mismatch: b line 2 and a"},
     {"CutShort", "<a><b>", "1:7 Premature end of data in tag b line 1"},
     {"TwoRoots", "<a/><b/>", "1:5 Extra content at the end of the document"},
-    {"TextBehindTheRoot", "<a/>x", "1:5 Extra content at the end of the document"},
+    {"TextAfterTheRoot", "<a/>x", "1:5 Extra content at the end of the document"},
     {"AttributeTwice", "<a b='1' b='2'/>", "1:15 Attribute b redefined"},
     {"UnknownEntity", "<a>&copy;</a>", "1:10 Entity 'copy' not defined"},
     {"ForbiddenCharacter", "<a>\x01</a>", "1:4 PCDATA invalid Char value 1"},
@@ -288,7 +288,7 @@ const RefusedCase kRefusedCases[] = {
 
 class Refused : public testing::TestWithParam<RefusedCase> {};
 
-TEST_P(Refused, TellsWhereAndWhy)
+TEST_P(Refused, ReportsWhereAndWhy)
 {
     EXPECT_THAT(problemOf(GetParam().xml), testing::StartsWith(GetParam().problem));
 }
@@ -319,7 +319,7 @@ TEST(Hostile, MillionNestedElementsAreRefused)
     });
 }
 
-// Entities that stand for each other would grow to gigabytes.
+// Entities that refer to each other would grow to gigabytes.
 TEST(Hostile, EntitiesOfEntitiesAreNeverExpanded)
 {
     std::string xml = "<!DOCTYPE a [<!ENTITY e0 'xxxxxxxxxx'>";
@@ -347,7 +347,7 @@ TEST(Hostile, TextBeyondTheLimitIsRefused)
     });
 }
 
-// Each name is looked up among those before it.
+// Each name is looked up among the previous ones.
 TEST(Hostile, MillionsOfDistinctNamesAreRefused)
 {
     std::string elements;
@@ -410,8 +410,8 @@ const NestedTextCase kNestedTextCases[] = {
 
 class NestedText : public testing::TestWithParam<NestedTextCase> {};
 
-// However the elements of such a document are asked for their texts, the bytes
-// that are looked at stay within a multiple of its length.
+// In whatever way the texts of such a document are read, the number of bytes read
+// is at most a multiple of its length.
 TEST_P(NestedText, IsBoundByTheTextOfTheDocument)
 {
     const NestedTextCase& c = GetParam();
@@ -438,7 +438,7 @@ TEST_P(NestedText, IsBoundByTheTextOfTheDocument)
 INSTANTIATE_TEST_SUITE_P(Hostile, NestedText, testing::ValuesIn(kNestedTextCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// Text further up makes up for text further down.
+// Text in outer elements allows more text in inner ones.
 TEST(Hostile, TextInTheFirstElementsPaysForTextFarDown)
 {
     const std::string text(9'000'000, 'x');
@@ -467,7 +467,7 @@ TEST(ReadUtf8, IgnoresTheDeclaredEncoding)
 TEST(ReadUtf8, ReplacesWhatIsNotUtf8)
 {
     EXPECT_THAT(textsOn("<a>\xFF\xC3(\xE2\x82</a>", "//a"), ElementsAre("\uFFFD\uFFFD(\uFFFD\uFFFD"));
-    // A byte order mark of another encoding is text in front of the root.
+    // A byte order mark of another encoding is text before the root.
     EXPECT_THAT(problemOf("\xFF\xFE<a/>"), HasSubstr("Start tag expected"));
 }
 
@@ -518,7 +518,7 @@ TEST(ReadFile, IsStrictAboutItsEncoding)
     EXPECT_THAT(problem("<?xml version='1.0' encoding='no-such'?><a/>"), HasSubstr("Unsupported encoding"));
     EXPECT_THAT(problem("\xFF\xFE<\0a\0/\0>"), testing::Not(IsEmpty()));
     EXPECT_THAT(problem("<?xml version='1.0' encoding='UTF-16'?><a/>"), testing::Not(IsEmpty()));
-    // Bad bytes behind the root count as well.
+    // Bad bytes after the root count as well.
     EXPECT_THAT(problem("<a/>\xE4"), testing::Not(IsEmpty()));
     EXPECT_THAT(problem("<a/>" + std::string(10000, ' ') + "\xE4"), testing::Not(IsEmpty()));
 }
@@ -565,9 +565,9 @@ TEST(Read, ReplacesWhatTheDocumentHeld)
     EXPECT_THAT(document.problem().message, IsEmpty());
 }
 
-// What the host wants to do with errors of the XML engine is its own affair.
-// No document type stands behind these documents, so nothing is said of validity.
-TEST(Read, TakesIdentifiersAndNamespacesAsTheyStand)
+// The host's handler for errors of the XML engine does not change. These documents
+// have no document type, so nothing is reported about validity.
+TEST(Read, AcceptsIdentifiersAndNamespaces)
 {
     for (const char* xml : {"<a><b xml:id='1 2'/></a>", "<a><b xml:id='q'/><b xml:id='q'/></a>",
                             "<a xmlns:m='relative'><b/></a>"}) {
@@ -603,7 +603,7 @@ TEST(Serialise, DocumentWithoutNodesIsTheEmptyText)
     EXPECT_EQ(XmlDocument().serialise(), "");
 }
 
-TEST(Serialise, WritesNodesAsTheyStand)
+TEST(Serialise, WritesNodesUnchanged)
 {
     XmlDocument document;
     document.append(XmlNode(), document.createProcessingInstruction("xml", "version='1.0' encoding='UTF-8'"));

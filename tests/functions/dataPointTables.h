@@ -9,9 +9,9 @@
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 
-// Small text forms of data-point tables. The points "x:y" of a row are joined by
-// commas and rows stand apart by blanks, so "1:10 2:20,3:30" is a row of one point
-// and one of two. A Y of 0 is left out, and "-" is a row without points.
+// Small text forms of data-point tables. The points "x:y" of a row are separated by
+// commas and the rows by blanks, so "1:10 2:20,3:30" is a row of one point and a row of
+// two. A Y of 0 is left out, and "-" is a row without points.
 namespace mf::test {
 
 inline std::unique_ptr<mfDataPoints_c> rowOf(const std::string& text)
@@ -26,7 +26,7 @@ inline std::unique_ptr<mfDataPoints_c> rowOf(const std::string& text)
     return row;
 }
 
-// Appends the rows of a text whose X ascend, so that none is moved.
+// Appends the rows of a text, whose X must ascend so that no row is moved.
 inline void fill(mfFunctionDataPoints_c& table, const std::string& text)
 {
     std::istringstream rows(text);

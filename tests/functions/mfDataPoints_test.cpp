@@ -80,7 +80,7 @@ TEST(GetPoint, LeavesTheOutputsAloneOutsideTheList)
     EXPECT_FALSE(mfDataPoints_c().getPoint(0, x, y));
 }
 
-TEST(GetX, AnswersZeroOutsideTheList)
+TEST(GetX, ReturnsZeroOutsideTheList)
 {
     mfDataPoints_c list;
     fill(list, {1.0, 2.0});
@@ -221,8 +221,8 @@ TEST(CopyDataPoints, OfAnEmptyListChangesNothing)
     EXPECT_EQ(show(list), "1:0 2:10 [1,2]");
 }
 
-// The end of the range is the X at the last index of the source, which in a list
-// that held points before is no longer that of the last point.
+// The end of the range is the X at the last index of the source. In a list that had
+// points before, that is not the last point.
 TEST(CopyDataPoints, IntoAListWithPointsAppends)
 {
     mfDataPoints_c source;

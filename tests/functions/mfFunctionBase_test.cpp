@@ -8,7 +8,7 @@
 
 namespace {
 
-// A kind that names its variable by text when independentVar is None.
+// A kind that names its variable by a text if independentVar is not set.
 class NamedKind : public mfFunctionBase_c {
 public:
     bool HasEnumForIndependentVariable() const override { return independentVar != 0; }

@@ -30,12 +30,12 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 std::vector<int> updateRowsOf(const mfFunctionDataPoints_c& table)
 {
-    std::vector<int> rows{-7};  // what stood there before has to go
+    std::vector<int> rows{-7};  // a former element, which must be removed
     table.getUpdateRows(rows);
     return rows;
 }
 
-// The calls by which an edit hands the points over again.
+// The calls by which an edit passes the points to the spline again.
 Calls regenerationOf(mfFunctionDataPoints_c& table)
 {
     Calls calls{"clearPoints"};
@@ -93,13 +93,13 @@ struct InsertCase {
 
 const InsertCase kInsertCases[] = {
     {"FirstRowNeverClashes", "", 0, "7:9", "7:9"},
-    {"BehindTheLast", "1 2 3", 3, "10:9", "1 2 3 10:9"},
+    {"AfterTheLast", "1 2 3", 3, "10:9", "1 2 3 10:9"},
     {"EqualToTheLastMovesBeyondIt", "1 2 3", 3, "3:9", "1 2 3 4:9"},
     {"BelowTheLastMovesBeyondIt", "1 2 3", 3, "-5:9", "1 2 3 4:9"},
     {"JustAboveTheLastStays", "1 2 4", 3, "4.000001:9", "1 2 4 4:9"},  // shown with six digits
-    {"AheadOfTheFirst", "1 2 3", 0, "0.5:9", "0.5:9 1 2 3"},
-    {"EqualToTheFirstMovesAheadOfIt", "1 2 3", 0, "1:9", "0:9 1 2 3"},
-    {"AboveTheFirstMovesAheadOfIt", "1 2 3", 0, "8:9", "0:9 1 2 3"},
+    {"BeforeTheFirst", "1 2 3", 0, "0.5:9", "0.5:9 1 2 3"},
+    {"EqualToTheFirstMovesBeforeIt", "1 2 3", 0, "1:9", "0:9 1 2 3"},
+    {"AboveTheFirstMovesBeforeIt", "1 2 3", 0, "8:9", "0:9 1 2 3"},
     {"IntoTheGap", "1 2 3", 1, "1.5:9", "1 1.5:9 2 3"},
     {"BeyondTheGapMovesToItsMiddle", "1 2 3", 1, "7:9", "1 1.5:9 2 3"},
     {"EqualToTheNextMovesToTheMiddle", "1 2 3", 1, "2:9", "1 1.5:9 2 3"},
@@ -115,7 +115,7 @@ const InsertCase kInsertCases[] = {
     {"ListWithoutPointsThatClashesIsLeftOut", "1 4", 2, "-", "1 4"},
     {"ListWithoutPointsThatFitsIsTaken", "1 4", 0, "-", "- 1 4"},
     {"NaNAtTheEndIsNoClash", "1 4", 2, "nan:9", "1 4 nan:9"},
-    {"NaNAheadIsNoClash", "1 4", 0, "nan:9", "nan:9 1 4"},
+    {"NaNBeforeIsNoClash", "1 4", 0, "nan:9", "nan:9 1 4"},
     {"NaNBetweenMovesToTheMiddle", "1 4", 1, "nan:9", "1 2.5:9 4"},
     {"InfinityAtTheEndStays", "1 4", 2, "inf:9", "1 4 inf:9"},
     {"InfinityBetweenMovesToTheMiddle", "1 4", 1, "-inf:9", "1 2.5:9 4"},
@@ -156,7 +156,7 @@ TEST_F(DataPointTable, InsertOutsideTheTableIsRefused)
     }
 }
 
-TEST_F(DataPointTable, InsertOfNothingIsRefused)
+TEST_F(DataPointTable, InsertOfNullIsRefused)
 {
     start("1 2 3");
     EXPECT_FALSE(table.insertDataPoint(1, nullptr));
@@ -213,8 +213,8 @@ const ModifyXCase kModifyXCases[] = {
     {"MeetsTheFirst", "1 2:9 3", 1, 1.0, false, "1 2:9 3", {1}},
     {"MeetsItselfOnly", "1 2:9 3", 1, 2.0, true, "1 2:9 3", {1, 1}},
     {"OnlyRowGoesAnywhere", "1:9", 0, -40.0, true, "-40:9", {0, 0}},
-    {"FirstBehindTheLast", "1:9 2 3", 0, 4.0, true, "2 3 4:9", {0, 2}},
-    {"LastAheadOfTheFirst", "1 2 3:9", 2, 0.5, true, "0.5:9 1 2", {2, 0}},
+    {"FirstAfterTheLast", "1:9 2 3", 0, 4.0, true, "2 3 4:9", {0, 2}},
+    {"LastBeforeTheFirst", "1 2 3:9", 2, 0.5, true, "0.5:9 1 2", {2, 0}},
     {"JustBelowTheNext", "1 2:9 3", 1, 2.9999999999999996, true, "1 3:9 3", {1, 1}},  // shown with six digits
     {"IntoARowOfSeveralPoints", "1:9 2,4 6", 0, 3.0, false, "1:9 2,4 6", {0}},
     {"BetweenRowsOfSeveralPoints", "1:9 2,4 6,7", 0, 5.0, true, "2,4 5:9 6,7", {0, 1}},
@@ -358,20 +358,20 @@ struct OverlapCase {
 
 const OverlapCase kOverlapCases[] = {
     {"EmptyTable", "", "1,2", false, 0, {}},
-    {"AheadOfTheTable", "1 2 3", "0,0.5", false, 0, {}},
+    {"BeforeTheTable", "1 2 3", "0,0.5", false, 0, {}},
     {"AroundOneRow", "1 2 3", "1.5,2.5", true, 1, {1}},
     {"BetweenRows", "1 2 3", "1.25,1.75", false, 1, {}},
-    {"BehindTheTable", "1 2 3", "4", false, 3, {}},
+    {"AfterTheTable", "1 2 3", "4", false, 3, {}},
     {"EndAtTheFirst", "1 2 3", "0,1", true, 0, {0}},
     {"StartAtTheLast", "1 2 3", "3,9", true, 2, {2}},
     {"OverAll", "1 2 3", "0,9", true, 0, {0, 1, 2}},
     {"OverTheLastTwo", "1 2 3", "1.5,9", true, 1, {1, 2}},
     {"InsideARowOfSeveralPoints", "1 2,4 6", "3", true, 1, {1}},
     {"AtTheEndOfARowOfSeveralPoints", "1 2,4 6", "4,5", true, 1, {1}},
-    {"BehindARowOfSeveralPoints", "1 2,4 6", "5", false, 2, {}},
+    {"AfterARowOfSeveralPoints", "1 2,4 6", "5", false, 2, {}},
     {"NaN", "1 2 3", "nan", false, 3, {}},
     {"Infinity", "1 2 3", "inf", false, 3, {}},
-    {"BehindWhereOneMoreIsNoMore", "1 2 3", "1e300", false, 3, {}},
+    {"AfterTheTableWhereAddingOneChangesNothing", "1 2 3", "1e300", false, 3, {}},
     {"LastRowWhereOneMoreIsNoMore", "1 2 1e+300", "1e300", true, 3, {2}},
     {"LastRowWhereOneMoreIsNoMoreButTwoAre", "1 2 9.0072e+15", "9.0072e15", true, 3, {2}},
 };
@@ -406,11 +406,12 @@ TEST_F(DataPointTable, OverlapCountsRowsThatTheListHeldBefore)
     EXPECT_TRUE(table.IsRangeOverlap(rowOf("1.5").get(), position, rows));
     EXPECT_EQ(position, 0);
     EXPECT_THAT(rows, ElementsAre(8));
-    EXPECT_FALSE(table.IsRangeOverlap(rowOf("0.5").get(), position, rows));  // ahead of all: not looked at
+    EXPECT_FALSE(
+        table.IsRangeOverlap(rowOf("0.5").get(), position, rows));  // before all rows: returns at once
     EXPECT_THAT(rows, ElementsAre(8));
 }
 
-TEST_F(DataPointTable, OverlapOfNothingIsNone)
+TEST_F(DataPointTable, NullOverlapsNoRow)
 {
     start("1 2 3");
     int position = -9;
@@ -435,18 +436,18 @@ const FindCase kFindCases[] = {
     {"OnlyRowFromOutside", "1", 5.0, 0},
     {"FirstOfTwoGivesTheSecond", "1 2", 1.0, 1},
     {"SecondOfTwo", "1 2", 2.0, 1},
-    {"AheadOfTwo", "1 2", -3.0, 1},
-    {"BehindTwo", "1 2", 9.0, 1},
+    {"BeforeTwo", "1 2", -3.0, 1},
+    {"AfterTwo", "1 2", 9.0, 1},
     {"MiddleOfThree", "1 2 3", 2.0, 1},
     {"LastOfThree", "1 2 3", 3.0, 2},
     {"FirstOfThreeGivesTheSecond", "1 2 3", 1.0, 1},
-    {"BehindThree", "1 2 3", 9.0, 1},   // the last middle
-    {"AheadOfThree", "1 2 3", 0.0, 0},  // the last middle
+    {"AfterThree", "1 2 3", 9.0, 1},   // the last middle
+    {"BeforeThree", "1 2 3", 0.0, 0},  // the last middle
     {"BetweenThree", "1 2 3", 2.5, 1},
     {"LowerHalfOfFive", "1 2 3 4 5", 2.0, 1},
     {"UpperHalfOfFive", "1 2 3 4 5", 4.0, 3},
     {"FirstOfFiveGivesTheSecond", "1 2 3 4 5", 1.0, 1},
-    {"BehindFive", "1 2 3 4 5", 9.0, 3},
+    {"AfterFive", "1 2 3 4 5", 9.0, 3},
     {"InsideARowOfSeveralPoints", "1 2,4 6", 3.0, 1},
     {"StartOfAReversedRow", "1 5,3 9", 5.0, 1},
     {"NaNGoesDown", "1 2 3 4 5", kNaN, 0},
@@ -589,85 +590,85 @@ TEST_F(DataPointTable, CopyIsDeepAndAsksTheSplineOnce)
     EXPECT_EQ(show(copy), "1:9 2:8,3:7");
 }
 
-// Writes down which of its virtual operations a copy uses.
-class ToldFunction : public mfFunctionDataPoints_c {
+// Records which of its virtual operations a copy uses.
+class RecordingFunction : public mfFunctionDataPoints_c {
 public:
-    explicit ToldFunction(Calls& told) : told_(told) {}
+    explicit RecordingFunction(Calls& calls) : calls_(calls) {}
 
     void clearDataPoints() override
     {
-        told_.emplace_back("clearDataPoints");
+        calls_.emplace_back("clearDataPoints");
         mfFunctionDataPoints_c::clearDataPoints();
     }
     void ClearFunction() override
     {
-        told_.emplace_back("ClearFunction");
+        calls_.emplace_back("ClearFunction");
         mfFunctionDataPoints_c::ClearFunction();
     }
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override
     {
-        told_.emplace_back("set motor");
+        calls_.emplace_back("set motor");
         mfFunctionDataPoints_c::setMotorDependentVar(quantity);
     }
     mf::MotorDriveType_e getMotorDependentVar() override
     {
-        told_.emplace_back("get motor");
+        calls_.emplace_back("get motor");
         return mfFunctionDataPoints_c::getMotorDependentVar();
     }
     void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
     {
-        told_.emplace_back("set force");
+        calls_.emplace_back("set force");
         mfFunctionDataPoints_c::setForceTorqueDependentVar(quantity);
     }
     mf::ForceTorqueType_e getForceTorqueDependentVar() override
     {
-        told_.emplace_back("get force");
+        calls_.emplace_back("get force");
         return mfFunctionDataPoints_c::getForceTorqueDependentVar();
     }
     void setIndependentVar(mf::IndependentVariableType_e variable) override
     {
-        told_.emplace_back("set variable");
+        calls_.emplace_back("set variable");
         mfFunctionDataPoints_c::setIndependentVar(variable);
     }
     mf::IndependentVariableType_e getIndependentVar() override
     {
-        told_.emplace_back("get variable");
+        calls_.emplace_back("get variable");
         return mfFunctionDataPoints_c::getIndependentVar();
     }
     void setMotionResult(const CString& name) override
     {
-        told_.emplace_back("set result");
+        calls_.emplace_back("set result");
         mfFunctionDataPoints_c::setMotionResult(name);
     }
     CString getMotionResult() override
     {
-        told_.emplace_back("get result");
+        calls_.emplace_back("get result");
         return mfFunctionDataPoints_c::getMotionResult();
     }
     void setInterpolationType(mf::DataPointInterpolationType_e type) override
     {
-        told_.emplace_back("set interpolation");
+        calls_.emplace_back("set interpolation");
         mfFunctionDataPoints_c::setInterpolationType(type);
     }
     mf::DataPointInterpolationType_e getInterpolationType() override
     {
-        told_.emplace_back("get interpolation");
+        calls_.emplace_back("get interpolation");
         return mfFunctionDataPoints_c::getInterpolationType();
     }
 
 private:
-    Calls& told_;
+    Calls& calls_;
 };
 
 TEST_F(DataPointTable, CopyGoesThroughTheVirtualOperationsInOrder)
 {
-    Calls told;
-    ToldFunction source(told);
-    ToldFunction target(told);
+    Calls calls;
+    RecordingFunction source(calls);
+    RecordingFunction target(calls);
     EXPECT_TRUE(target.Copy(&source));
-    EXPECT_THAT(told, ElementsAre("clearDataPoints", "ClearFunction", "get variable", "set variable",
-                                  "get result", "set result", "get motor", "set motor", "get force",
-                                  "set force", "get interpolation", "set interpolation"));
+    EXPECT_THAT(calls, ElementsAre("clearDataPoints", "ClearFunction", "get variable", "set variable",
+                                   "get result", "set result", "get motor", "set motor", "get force",
+                                   "set force", "get interpolation", "set interpolation"));
 }
 
 TEST_F(DataPointTable, CopyLeavesThePlotsOfTheTarget)
@@ -682,7 +683,7 @@ TEST_F(DataPointTable, CopyLeavesThePlotsOfTheTarget)
     EXPECT_EQ(table.getPlottingDataCount(), 100);
 }
 
-TEST_F(DataPointTable, CopyOfNothingIsRefusedAndOfItselfDoesNothing)
+TEST_F(DataPointTable, CopyOfNullIsRefusedAndOfItselfDoesNothing)
 {
     start("1:9 2");
     EXPECT_FALSE(table.Copy(nullptr));
@@ -708,7 +709,7 @@ TEST_F(DataPointTable, CopyConstructionAndAssignmentShareAllPointers)
     EXPECT_EQ(copy.getPlottingData3(), table.getPlottingData3());
     EXPECT_THAT(updateRowsOf(copy), ElementsAre(1));
 
-    copy = bare;  // frees nothing of what it shared, and only so may be destroyed
+    copy = bare;  // frees nothing that it shared; otherwise it could not be destroyed
     EXPECT_TRUE(copy.isEmpty());
     EXPECT_EQ(copy.getSplineData(), nullptr);
     EXPECT_EQ(show(table), "1:9 2");

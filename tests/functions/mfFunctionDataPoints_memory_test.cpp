@@ -18,8 +18,8 @@
 #include "tests/functions/dataPointTables.h"
 #include "tests/support/operatorNew.h"
 
-// All memory of this program passes here: blocks and bytes are counted, and a test
-// can have one of the next allocations fail. In front of each block stands its size.
+// All memory of this program is allocated here: blocks and bytes are counted, and a test
+// can make one of the next allocations fail. Each block is preceded by its size.
 namespace {
 
 constexpr std::size_t kPrefix = 64;  // leaves blocks aligned for all that is allocated here
@@ -28,7 +28,7 @@ long blocksOut = 0;
 long bytesOut = 0;
 long allocationsUntilFailure = -1;  // negative: none fails
 
-// What a common allocator takes for a block: eight bytes of its own, in steps of 16.
+// What a common allocator uses for a block: eight bytes of its own, in steps of 16.
 long bytesOf(std::size_t size)
 {
     return static_cast<long>(std::max<std::size_t>((size + 8 + 15) / 16 * 16, 32));
@@ -66,7 +66,7 @@ namespace {
 constexpr int kEdits = 1'000'000;
 constexpr int kMostRows = 12;
 
-// The rows ascend without touching, and the spline has their points and no others.
+// The rows ascend without touching, and the spline has exactly their points.
 testing::AssertionResult isSound(mfFunctionDataPoints_c& function)
 {
     std::map<double, double> points;
@@ -112,7 +112,7 @@ public:
     }
 
 private:
-    // Few places, so that rows clash often.
+    // Few different X, so that rows clash often.
     double place() { return number(-8, 8) * 0.25; }
     int number(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
     std::size_t index(int count) { return static_cast<std::size_t>(number(0, count + 2)); }
@@ -164,8 +164,8 @@ TEST(MillionRows, TakeLessThanHalfAGigabyteWithTheirSpline)
     EXPECT_LT(bytesOut - bytesBefore, 500'000'000);
 }
 
-// Fails each allocation of `act` in turn on a function of three rows. Whatever
-// happens, the function can still be edited and destroyed, and no block is lost.
+// Makes each allocation of `act` fail in turn, on a function of three rows. After each
+// failure the function can still be edited and destroyed, and no block is lost.
 template <typename Act>
 void failEachAllocationOf(const Act& act)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The table's edits beside a second version of each that is slow and plain: it
-// knows rows as closed ranges and looks at all of them.
+// Compares the table's edits with a slow and simple version of each, which treats rows
+// as closed ranges and checks all of them.
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using mf::test::show;
 using Row = std::vector<double>;  // the X of its points
 using Table = std::vector<Row>;
 
-constexpr int kGrid = 6;  // tables stand on X = 0, 1, ... 5
+constexpr int kGrid = 6;  // the X of tables are 0, 1, ... 5
 
 std::unique_ptr<mfDataPoints_c> listOf(const Row& row)
 {
@@ -57,7 +57,7 @@ std::vector<int> updateRowsOf(const mfFunctionDataPoints_c& function)
     return rows;
 }
 
-// Every table whose rows of one or two points take ascending places on the grid.
+// Every table whose rows of one or two points have ascending X of the grid.
 std::vector<Table> allTables()
 {
     std::vector<Table> tables{{}};
@@ -74,7 +74,7 @@ std::vector<Table> allTables()
     return tables;
 }
 
-// Lists of one and two points on, between and beyond the grid's places.
+// Lists of one and two points on, between and beyond the X of the grid.
 std::vector<Row> allLists()
 {
     std::vector<Row> lists;
@@ -101,8 +101,8 @@ std::vector<std::size_t> rowsMet(const Table& table, const Row& list)
     return rows;
 }
 
-// How many rows end ahead of the list: its place where it meets none, the first
-// row met otherwise.
+// How many rows end before the list: its index if it overlaps no row, otherwise the
+// first overlapping row.
 int rowsAhead(const Table& table, const Row& list)
 {
     return static_cast<int>(
@@ -125,7 +125,7 @@ TEST(AllSmallTables, OverlapMeetsTheRowsThatShareAnX)
     }
 }
 
-// The steps of the search as they are told, for a table that has rows.
+// The steps of the search as documented, for a table that has rows.
 int search(const Table& table, double x)
 {
     const auto isInRow = [&](int row) {
@@ -159,8 +159,8 @@ TEST(AllSmallTables, SearchGoesByItsSteps)
     }
 }
 
-// Where a list stays as it is: below the first row, above the last, or between two
-// rows with its end short of the end of the second.
+// When a list is not moved: below the first row, above the last, or between two rows
+// with its end below the end of the second.
 bool fits(const Table& table, std::size_t row, const Row& list)
 {
     const bool aboveTheRowBefore = row == 0 || table[row - 1].back() < list.front();
@@ -173,8 +173,8 @@ bool fits(const Table& table, std::size_t row, const Row& list)
 double freeX(const Table& table, std::size_t row)
 {
     const double before = row == 0 ? table.front().front() - 2.0 : table[row - 1].back();
-    const double behind = row == table.size() ? table.back().back() + 2.0 : table[row].front();
-    return (before + behind) / 2.0;
+    const double after = row == table.size() ? table.back().back() + 2.0 : table[row].front();
+    return (before + after) / 2.0;
 }
 
 TEST(AllSmallTables, InsertionStaysWhereItWasAskedFor)

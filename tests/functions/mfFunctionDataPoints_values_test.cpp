@@ -28,7 +28,7 @@ using testing::Pair;
 
 constexpr double kOneNinetyNinth = 0.010101010101010102;
 
-// One point a row, at first, first + step and so on.
+// One point per row, at first, first + step and so on.
 void fillEvenly(mfFunctionDataPoints_c& table, int count, double first, double step)
 {
     for (int i = 0; i < count; ++i)
@@ -54,9 +54,9 @@ protected:
     }
 };
 
-// The spline's life
+// Life time of the spline
 
-TEST_F(DataPointValues, ANewFunctionAsksForASplineAndTellsItNothing)
+TEST_F(DataPointValues, NewFunctionGetsASplineAndDoesNotChangeIt)
 {
     EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "createSplineData"));
     EXPECT_EQ(function.getSplineData(), &spline());
@@ -93,7 +93,7 @@ TEST(DataPointSpline, IsReplacedAndTheOldOneGoesBack)
     EXPECT_EQ(host.services.takenBack.size(), 2u);
 }
 
-TEST_F(DataPointValues, SettingTheSplineThatIsHeldGivesNothingBack)
+TEST_F(DataPointValues, SettingTheSameSplineReleasesNothing)
 {
     host.calls.clear();
     function.setSplineData(&spline());
@@ -101,7 +101,7 @@ TEST_F(DataPointValues, SettingTheSplineThatIsHeldGivesNothingBack)
     EXPECT_THAT(host.calls, IsEmpty());
 }
 
-TEST_F(DataPointValues, SettingNoSplineGivesTheOldOneBackAndLaterNoneTwice)
+TEST_F(DataPointValues, SettingNoSplineReleasesTheOldOneOnce)
 {
     ISimSplineData_c* lent = &spline();
     function.setSplineData(nullptr);
@@ -126,7 +126,7 @@ TEST(DataPointSpline, IsReplacedWithoutServicesAndNotGivenBack)
 
     host.servicesAnswer = &host.services;
     host.services.releaseSplineData(lent);
-    host.servicesAnswer = nullptr;  // nothing for the destructor to give `own` to
+    host.servicesAnswer = nullptr;  // the destructor cannot give `own` back
     EXPECT_EQ(function.evaluate(1.0, 1), 11.0);
 }
 
@@ -142,8 +142,8 @@ TEST(DataPointSpline, IsAbsentWithoutServicesOrContext)
     EXPECT_EQ(function.getSplineData(), nullptr);
 }
 
-// Every operation that would turn to the spline.
-TEST(DataPointSpline, IsNeverMissedWhereThereIsNone)
+// Every operation that uses the spline.
+TEST(DataPointSpline, IsNotNeededByAnyOperation)
 {
     mfFunctionDataPoints_c function;
     fill(function, "1:5 2:6 3:7");
@@ -183,7 +183,7 @@ TEST_F(DataPointValues, ACopyBetweenAFunctionWithASplineAndOneWithout)
     EXPECT_EQ(show(bare), "1:5 2:6");
     EXPECT_TRUE(function.Copy(&bare));
     EXPECT_EQ(show(function), "1:5 2:6");
-    EXPECT_THAT(spline().calls, ElementsAre("clearPoints", "setKind 2"));  // and no copyFrom of nothing
+    EXPECT_THAT(spline().calls, ElementsAre("clearPoints", "setKind 2"));  // and no copyFrom of a null spline
     host.servicesAnswer = &host.services;
 }
 
@@ -207,7 +207,7 @@ protected:
     {
         start("1 4");
         host.services.releaseSplineData(function.getSplineData());
-        host.servicesAnswer = nullptr;  // nobody takes the full one
+        host.servicesAnswer = nullptr;  // the full spline is not released
         function.setSplineData(&full);
     }
     std::vector<int> updateRows() const
@@ -231,7 +231,7 @@ TEST_F(DataPointsOfAFullHost, GiveAListBackThatWasInserted)
 
 TEST_F(DataPointsOfAFullHost, KeepTheirRowsWhenAListWasLeftOut)
 {
-    const std::unique_ptr<mfDataPoints_c> list = rowOf("0.5,1.5");  // to be moved to 2.5, behind its end
+    const std::unique_ptr<mfDataPoints_c> list = rowOf("0.5,1.5");  // would move to 2.5, above its end
     EXPECT_THROW(function.insertDataPoint(1, list.get()), std::bad_alloc);
     EXPECT_EQ(show(function), "1 4");
     EXPECT_THAT(updateRows(), IsEmpty());
@@ -294,7 +294,7 @@ TEST_F(DataPointValues, CalculationAtAnXAsksForAllFourInOrder)
     double y1 = 0.0;
     double y2 = 0.0;
     double y3 = 0.0;
-    function.calculateValue(2.5, y0, y1, y2, y3);  // an empty table is the spline's affair
+    function.calculateValue(2.5, y0, y1, y2, y3);  // for an empty table the spline decides
     EXPECT_THAT((std::vector<double>{y0, y1, y2, y3}), ElementsAre(2.5, 12.5, 22.5, 32.5));
     EXPECT_THAT(spline().calls, ElementsAre("getValue 2.5", "getFirstDerivative 2.5",
                                             "getSecondDerivative 2.5", "getThirdDerivative 2.5"));
@@ -353,7 +353,7 @@ TEST_F(DataPointValues, UpToAHundredPointsTheStepIsMadeWithTheConstant)
     function.calculateValue();
     EXPECT_EQ(function.getPlottingDataCount(), 100);
     const double end = 99 * 0.7;
-    EXPECT_NE(end * kOneNinetyNinth, end / 99.0);  // so the two can be told apart here
+    EXPECT_NE(end * kOneNinetyNinth, end / 99.0);  // so the test can distinguish the two
     EXPECT_EQ(stepOfPlot(), end * kOneNinetyNinth);
 }
 
@@ -451,7 +451,7 @@ TEST_P(Legacy, TableIsRebuiltFromTheSpline)
     EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Akima);
     EXPECT_EQ(function.getPlottingDataCount(), c.points.empty() ? 0 : 100);
     EXPECT_NE(function.getPlottingData0(), nullptr);
-    // Nothing is handed back to the spline; the plot is all that follows.
+    // Nothing is passed to the spline; only the plot is made.
     ASSERT_EQ(spline().calls.size(), c.points.empty() ? 2u : 402u);
     EXPECT_EQ(spline().calls[0], "getPointMap");
     EXPECT_EQ(spline().calls[1], "getKind");
@@ -485,7 +485,7 @@ TEST_F(DataPointValues, LegacyDataWithoutASplineEmptiesTheTableAlone)
     EXPECT_EQ(function.getPlottingDataCount(), 100);
 }
 
-TEST_F(DataPointValues, ExpandingMakesARowOfEachPointAndTouchesNothingElse)
+TEST_F(DataPointValues, ExpandingMakesARowOfEachPointAndChangesNothingElse)
 {
     start("1 2:5,4:6,3:7 9");  // a row may be out of order in itself
     function.expandDataPoints(1);

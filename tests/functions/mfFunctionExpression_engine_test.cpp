@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Expression functions over an engine whose every answer the test gives: the
-// parser that the library calls is the one defined in this file.
+// Expression functions with a fake engine, all of whose results the test chooses: the
+// library calls the parser defined in this file.
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Meaning = MMEP_WString::Meaning;
 
-// What the engine of the running test answers, and what it was asked.
+// The results of the fake engine of the running test, and the calls that it received.
 struct Engine {
     std::vector<MMEP_WString> parameters;
     bool succeeds = true;
@@ -61,7 +61,7 @@ public:
         engine->calls.push_back("Release " + std::to_string(order_));
         --engine->alive;
         delete this;
-        return false;  // nobody looks at it
+        return false;  // the result is not used
     }
 
 protected:
@@ -95,7 +95,7 @@ bool MotionMEParser::parse(const wchar_t* expression, wchar_t* independentVariab
     if (engine->makesCalculator)
         *calculator = new FakeCalculator(0);
     parseSucceeded = engine->succeeds;
-    return !engine->succeeds;  // nobody looks at it
+    return !engine->succeeds;  // the result is not used
 }
 
 int MotionMEParser::getParamsNum()
@@ -153,7 +153,7 @@ struct Outcome {
     bool validForPlotting;
     int count;                     // 7 before
     const wchar_t* variable;       // "before" before
-    std::vector<int> arrayOrders;  // that there are afterwards
+    std::vector<int> arrayOrders;  // the orders that have an array afterwards
 };
 
 constexpr auto kDisplacement = mf::MotorDriveType_Displacment;
@@ -212,7 +212,7 @@ void PrintTo(const Outcome& c, std::ostream* os)
 
 class SamplingOutcome : public ExpressionOverAnEngine, public testing::WithParamInterface<Outcome> {};
 
-TEST_P(SamplingOutcome, IsAsTold)
+TEST_P(SamplingOutcome, IsAsDocumented)
 {
     const Outcome& c = GetParam();
     engine_.parameters = c.parameters;
@@ -233,7 +233,7 @@ TEST_P(SamplingOutcome, IsAsTold)
     EXPECT_EQ(function_->isValidForPlotting(), c.validForPlotting);
     EXPECT_EQ(function_->getPlottingPointCount(), c.count);
     EXPECT_EQ(function_->getIndepVar(), c.variable);
-    // What was compiled stays until the next compile, unless a sample failed.
+    // The calculator stays until the next compile, unless a sample failed.
     EXPECT_EQ(engine_.alive, c.text[0] != L'\0' && c.parses && c.failingSample == -1 ? 1 : 0);
     for (int order = 0; order <= 3; ++order) {
         const bool expected = testing::Value(c.arrayOrders, testing::Contains(order));
@@ -246,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(Expression, SamplingOutcome, testing::ValuesIn(kOutcome
 
 class FailingSample : public ExpressionOverAnEngine, public testing::WithParamInterface<int> {};
 
-// The samples before the one that fails stay, and its x too; nothing is derived.
+// The samples before the failing one stay, and so does its x; no derivative is made.
 TEST_P(FailingSample, LeavesThoseBeforeIt)
 {
     const int failing = GetParam();
@@ -262,14 +262,14 @@ TEST_P(FailingSample, LeavesThoseBeforeIt)
         EXPECT_EQ(points[i].x(), i <= failing ? i : 0) << i;
         EXPECT_EQ(points[i].y(), i < failing ? 2 * i : 0) << i;
     }
-    EXPECT_EQ(engine_.evaluations, failing + 1) << "nothing is evaluated behind a failure";
+    EXPECT_EQ(engine_.evaluations, failing + 1) << "nothing is evaluated after a failure";
     EXPECT_EQ(engine_.alive, 0) << "no calculator stays";
     EXPECT_FALSE(function_->calculateDerivatives());
 }
 
 INSTANTIATE_TEST_SUITE_P(Expression, FailingSample, testing::Values(0, 1, 40, 99));
 
-// Sampling: what a name stands for
+// Sampling: the meaning of a name
 
 struct NameCase {
     const char* name;
@@ -321,7 +321,7 @@ TEST_P(SampledName, BecomesTheIndependentVariable)
               c.type == mf::IndependentVariableType_MotionResult ? CString(c.variable) : CString());
 }
 
-// The same answers decide where there are several names.
+// The same results decide for several names.
 TEST_P(SampledName, IsAcceptedAmongOthersOrNot)
 {
     const NameCase& c = GetParam();
@@ -349,7 +349,7 @@ TEST_F(ExpressionOverAnEngine, TakesNoCycleAngleWithoutAContext)
 
 // Sampling: the calls
 
-TEST_F(ExpressionOverAnEngine, SamplesTheParseExpressionAsItStands)
+TEST_F(ExpressionOverAnEngine, SamplesTheParseExpressionUnchanged)
 {
     engine_.parameters = {kTime};
     prepareToSample();
@@ -383,7 +383,7 @@ TEST_F(ExpressionOverAnEngine, AsksTheStudyBeforeItParsesAndReleasesTheOldCalcul
     EXPECT_EQ(engine_.calls.size(), first.size() + 1);
 }
 
-// Writes the question for the study down among the calls of the engine.
+// Records the call for the study among the calls of the engine.
 class HostAmongTheCalls : public mf::test::FakeHost {
 public:
     IMotionStudy_c* getMotionStudy() override
@@ -408,7 +408,7 @@ TEST_F(ExpressionOverAnEngine, AsksForTheStudyThenReleasesThenParses)
     EXPECT_EQ(engine_.calls, expected);
 }
 
-TEST_F(ExpressionOverAnEngine, LeavesTheCalculatorAloneWhenThereIsNothingToParse)
+TEST_F(ExpressionOverAnEngine, KeepsTheCalculatorWhenTheTextIsEmpty)
 {
     engine_.parameters = {kTime};
     prepareToSample();
@@ -468,7 +468,7 @@ struct DerivativeFailure {
     const char* name;
     int failingOrder;
     double failingX;
-    int written[4];  // points of each order that are written; [0] is not looked at
+    int written[4];  // points of each order that are written; [0] is not used
 };
 
 const DerivativeFailure kDerivativeFailures[] = {
@@ -510,7 +510,7 @@ TEST_P(DerivativesFail, AndKeepWhatWasWritten)
 INSTANTIATE_TEST_SUITE_P(Expression, DerivativesFail, testing::ValuesIn(kDerivativeFailures),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// When several orders fail, the walk over x decides which one ends it.
+// When several orders fail, the one that fails at the lowest x ends the sampling.
 TEST_F(ExpressionOverAnEngine, EndsTheDerivativesAtTheEarliestFailure)
 {
     engine_.parameters = {kTime};
@@ -550,7 +550,7 @@ TEST_F(ExpressionOverAnEngine, StopsTheChainWhereThereIsNoDerivative)
     EXPECT_EQ(function_->getPlottingData2()[0].y(), 0.0);
 }
 
-// A missing third derivative is no loss where none is asked for.
+// A missing third derivative is not a failure if it is not needed.
 TEST_F(ExpressionOverAnEngine, NeedsOnlyTheDerivativesThatItFills)
 {
     engine_.parameters = {kTime};
@@ -593,7 +593,7 @@ struct FilledCase {
     const char* name;
     int objectType;
     mf::MotorDriveType_e quantity;
-    int highest;  // order that is filled, of the three that have an array
+    int highest;  // the highest order that is filled; three have an array
 };
 
 const FilledCase kFilledCases[] = {
@@ -612,7 +612,7 @@ void PrintTo(const FilledCase& c, std::ostream* os)
 
 class FilledDerivatives : public ExpressionOverAnEngine, public testing::WithParamInterface<FilledCase> {};
 
-// The quantity at the call decides, and not the one that made the arrays.
+// The quantity at the call decides, not the one for which the arrays were made.
 TEST_P(FilledDerivatives, AreThoseOfTheQuantity)
 {
     const FilledCase& c = GetParam();
@@ -769,7 +769,7 @@ struct ChainCase {
     const char* name;
     int count;
     int failingOrder;  // 9: none
-    double d[3];       // -1 where an output is left alone
+    double d[3];       // -1 for an output that is not changed
     int derived;       // calls of differentiate
 };
 
@@ -876,7 +876,7 @@ TEST_F(ExpressionOverAnEngine, LeavesTheValueWithoutServicesOrContext)
     EXPECT_EQ(function_->evaluate(4.0, 0), 4.0);
 }
 
-TEST_F(ExpressionOverAnEngine, EvaluatesNothingForAnOrderThatThereIsNot)
+TEST_F(ExpressionOverAnEngine, EvaluatesNothingForAnOrderOutOfRange)
 {
     for (const int order : {-1, 4, 100, std::numeric_limits<int>::min()})
         EXPECT_EQ(function_->evaluate(4.0, order), 0.0);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 // What a point of an expression compiles once and what it compiles each time. A compile
-// needs memory, so that the allocator of this program tells the two apart.
+// allocates memory, so the allocator of this program can distinguish the two.
 
 #include <clocale>
 #include <cmath>
@@ -65,7 +65,7 @@ protected:
     }
     Orders ordersAt(double x) { return ordersOf(function_, x); }
 
-    // Whether the four orders at x are computed by what is compiled already.
+    // Whether the four orders at x are computed without compiling again.
     static bool isReused(mfFunctionExpression_c& function, double x)
     {
         const long before = allocationCount;
@@ -108,7 +108,7 @@ TEST_F(ReusedExpression, HasTheDerivativesThatTheCountAllows)
     EXPECT_THAT(d, ElementsAre(32.0, 0.0, 0.0));
 }
 
-// The square root of 0 has a value and no slope.
+// The square root of 0 has a value but no slope.
 TEST_F(ReusedExpression, LeavesOutputsAloneFromTheFirstDerivativeThatFails)
 {
     function_.setMathExpression(L"sqrt(time)");
@@ -181,8 +181,8 @@ TEST_F(ReusedExpression, IsCompiledAfreshAfterSampling)
     EXPECT_TRUE(isReused());
 }
 
-// The calculator of the last point is the one that derivatives of samples come from, and a
-// point that failed leaves none.
+// Derivatives of samples come from the calculator of the last point. After a failed point
+// they cannot be computed.
 TEST_F(ReusedExpression, LeavesItsCalculatorToTheSamplesUnlessThePointFailed)
 {
     function_.setMotorDependentVar(mf::MotorDriveType_Displacment);
@@ -190,7 +190,7 @@ TEST_F(ReusedExpression, LeavesItsCalculatorToTheSamplesUnlessThePointFailed)
     function_.setDomain(0.0, 99.0);
     ASSERT_TRUE(function_.calculateValue());
     function_.setMathExpression(L"sqrt(time-1)+0*time");
-    for (const double x : {5.0, 10.0}) {  // afresh, and again
+    for (const double x : {5.0, 10.0}) {  // compiled, then reused
         EXPECT_EQ(function_.evaluate(x, 0), std::sqrt(x - 1.0));
         EXPECT_FALSE(function_.calculateDerivatives()) << "the samples begin outside the root";
         EXPECT_EQ(function_.evaluate(0.0, 0), 0.0);
@@ -235,7 +235,7 @@ TEST_F(ReusedExpression, IsNotBoundToAFewShortTexts)
     }
 }
 
-// Where the way through the narrow encoding shows, it is taken at each point.
+// If the conversion to the narrow encoding has an effect, each point converts the text.
 
 TEST_F(ReusedExpression, AsksAnEncoderOfTheHostEachTime)
 {
@@ -296,8 +296,8 @@ TEST_F(ReusedExpression, BeyondAsciiIsCompiledAfresh)
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
 }
 
-// A point does not ask what its variable stands for, so the words for time and cycle angle
-// do not matter to it.
+// A point does not use the meaning of its variable, so the words for time and cycle angle
+// do not matter.
 TEST_F(ReusedExpression, HasTheSameValuesUnderOtherResources)
 {
     const mf::platform::ResourceModule* const before = mf::platform::currentResourceModule();
@@ -313,7 +313,7 @@ TEST_F(ReusedExpression, HasTheSameValuesUnderOtherResources)
             fresh.setPlottingPointCount(100);
             EXPECT_EQ(ordersOf(fresh, 3.0), ordersAt(3.0));
         }
-        // Two variables are one more than a point has, whatever they are called.
+        // A point has only one variable, so a text with two fails, whatever their names.
         function_.setMathExpression(CString(text) + L"+other");
         EXPECT_THAT(ordersAt(3.0), Each(0.0));
     }

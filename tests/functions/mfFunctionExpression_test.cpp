@@ -73,7 +73,7 @@ TEST_F(Expression, IsOfItsKind)
     EXPECT_TRUE(function_.IsExpression());
 }
 
-TEST_F(Expression, HasAnEnumUnlessTheVariableIsNone)
+TEST_F(Expression, HasAnEnumUnlessTheVariableIsNotSet)
 {
     EXPECT_TRUE(function_.HasEnumForIndependentVariable());
     EXPECT_TRUE(function_.isXValueTime());
@@ -104,7 +104,7 @@ TEST_F(Expression, TakesEveryTextForAnExpression)
     EXPECT_TRUE(function_.isAValidADAMSExpression(L"((("));
 }
 
-TEST_F(Expression, AnswersNullForAnOrderThatThereIsNot)
+TEST_F(Expression, ReturnsNullForAnOrderOutOfRange)
 {
     ASSERT_TRUE(sample(L"time"));
     for (int order = 0; order <= 3; ++order)
@@ -157,7 +157,7 @@ const VariableCase kVariableCases[] = {
 
 class SetIndepVar : public Expression, public testing::WithParamInterface<VariableCase> {};
 
-TEST_P(SetIndepVar, TellsByNameWhatXStandsFor)
+TEST_P(SetIndepVar, SetsTheMeaningOfXByName)
 {
     const VariableCase& c = GetParam();
     function_.setIndepVar(L"another result");
@@ -171,7 +171,7 @@ TEST_P(SetIndepVar, TellsByNameWhatXStandsFor)
 INSTANTIATE_TEST_SUITE_P(Names, SetIndepVar, testing::ValuesIn(kVariableCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// Puts a resource module in place while it lives.
+// Makes a resource module current while this object exists.
 class Resources {
 public:
     explicit Resources(const ResourceModule* module) : before_(mf::platform::currentResourceModule())
@@ -244,7 +244,7 @@ TEST_P(InitializePlottingData, MakesTheArraysOfTheQuantity)
 {
     const ArrayCase& c = GetParam();
     ASSERT_TRUE(sample(L"time"));     // arrays of an earlier sampling go first
-    function_.motionObjectType = 99;  // the argument counts and not the field
+    function_.motionObjectType = 99;  // the argument is used, not this field
     function_.setMotorDependentVar(mf::MotorDriveType_e(c.quantity));
     EXPECT_EQ(function_.initializePlottingData(5, c.objectType), c.result);
     for (int order = 0; order <= 3; ++order) {
@@ -255,7 +255,7 @@ TEST_P(InitializePlottingData, MakesTheArraysOfTheQuantity)
             EXPECT_EQ(points[i].y(), 0.0);
         }
     }
-    EXPECT_EQ(function_.getPlottingPointCount(), 100) << "the count is nobody's business here";
+    EXPECT_EQ(function_.getPlottingPointCount(), 100) << "the count does not change here";
 }
 
 TEST_P(InitializePlottingData, MakesNoPointsForACountBelowOne)
@@ -275,7 +275,7 @@ INSTANTIATE_TEST_SUITE_P(Arrays, InitializePlottingData, testing::ValuesIn(kArra
 
 // Sampling
 
-// x by repeated addition of (max - min) / 99, as it is told.
+// x by repeated addition of (max - min) / 99, as documented.
 double sampleX(double minX, double maxX, int index)
 {
     const double step = (maxX - minX) / 99;
@@ -366,7 +366,7 @@ TEST_F(Expression, SamplesAnotherObjectWithoutDerivatives)
     ASSERT_TRUE(sample(L"time^2", 0.0, 99.0));
     EXPECT_EQ(function_.getPlottingData0()[40].y(), 1600.0);
     EXPECT_EQ(function_.getPlottingData1(), nullptr);
-    EXPECT_TRUE(function_.calculateDerivatives()) << "there is none to fill";
+    EXPECT_TRUE(function_.calculateDerivatives()) << "no array needs to be filled";
 }
 
 TEST_F(Expression, HasOnlyValuesToFillWithoutAQuantity)
@@ -586,98 +586,98 @@ TEST_F(Expression, CopiesTextVariableQuantitiesAndDomain)
     EXPECT_FALSE(copy.calculateValue()) << "the parse expression does not come along";
 }
 
-// Writes down which of its virtual operations are used.
-class ToldExpression : public mfFunctionExpression_c {
+// Records which of its virtual operations are used.
+class RecordingExpression : public mfFunctionExpression_c {
 public:
-    explicit ToldExpression(mf::test::Calls& told) : told_(told) {}
+    explicit RecordingExpression(mf::test::Calls& calls) : calls_(calls) {}
 
-    void ClearFunction() override { told_.emplace_back("ClearFunction"); }
+    void ClearFunction() override { calls_.emplace_back("ClearFunction"); }
     void setMathExpression(const CString& expression) override
     {
-        told_.emplace_back("set text");
+        calls_.emplace_back("set text");
         mfFunctionExpression_c::setMathExpression(expression);
     }
     CString getMathExpression() override
     {
-        told_.emplace_back("get text");
+        calls_.emplace_back("get text");
         return mfFunctionExpression_c::getMathExpression();
     }
     void setIndepVar(const CString& text) override
     {
-        told_.emplace_back("set variable");
+        calls_.emplace_back("set variable");
         mfFunctionExpression_c::setIndepVar(text);
     }
     CString getIndepVar() override
     {
-        told_.emplace_back("get variable");
+        calls_.emplace_back("get variable");
         return mfFunctionExpression_c::getIndepVar();
     }
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override
     {
-        told_.emplace_back("set motor");
+        calls_.emplace_back("set motor");
         mfFunctionExpression_c::setMotorDependentVar(quantity);
     }
     mf::MotorDriveType_e getMotorDependentVar() override
     {
-        told_.emplace_back("get motor");
+        calls_.emplace_back("get motor");
         return mfFunctionExpression_c::getMotorDependentVar();
     }
     void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
     {
-        told_.emplace_back("set force");
+        calls_.emplace_back("set force");
         mfFunctionExpression_c::setForceTorqueDependentVar(quantity);
     }
     mf::ForceTorqueType_e getForceTorqueDependentVar() override
     {
-        told_.emplace_back("get force");
+        calls_.emplace_back("get force");
         return mfFunctionExpression_c::getForceTorqueDependentVar();
     }
     void setDomain(double minX, double maxX) override
     {
-        told_.emplace_back("set domain");
+        calls_.emplace_back("set domain");
         mfFunctionExpression_c::setDomain(minX, maxX);
     }
     double getMinX() override
     {
-        told_.emplace_back("get minimum");
+        calls_.emplace_back("get minimum");
         return mfFunctionExpression_c::getMinX();
     }
     double getMaxX() override
     {
-        told_.emplace_back("get maximum");
+        calls_.emplace_back("get maximum");
         return mfFunctionExpression_c::getMaxX();
     }
 
 private:
-    mf::test::Calls& told_;
+    mf::test::Calls& calls_;
 };
 
 TEST_F(Expression, CopiesThroughTheVirtualOperationsInOrder)
 {
-    mf::test::Calls told;
-    ToldExpression source(told);
-    ToldExpression target(told);
+    mf::test::Calls calls;
+    RecordingExpression source(calls);
+    RecordingExpression target(calls);
     EXPECT_TRUE(target.Copy(&source));
-    EXPECT_THAT(told, testing::ElementsAre("get text", "set text", "get variable", "set variable",
-                                           "get motor", "set motor", "get force", "set force", "get minimum",
-                                           "get maximum", "set domain"));
+    EXPECT_THAT(calls, testing::ElementsAre("get text", "set text", "get variable", "set variable",
+                                            "get motor", "set motor", "get force", "set force", "get minimum",
+                                            "get maximum", "set domain"));
 }
 
 TEST_F(Expression, IsClearedByTheVirtualOperation)
 {
-    mf::test::Calls told;
-    ToldExpression function(told);
+    mf::test::Calls calls;
+    RecordingExpression function(calls);
     function.clearExpression();
-    EXPECT_THAT(told, testing::ElementsAre("ClearFunction"));
+    EXPECT_THAT(calls, testing::ElementsAre("ClearFunction"));
 }
 
 TEST_F(Expression, GivesItsVariableThroughTheVirtualOperationWhenSampled)
 {
-    mf::test::Calls told;
-    ToldExpression function(told);
+    mf::test::Calls calls;
+    RecordingExpression function(calls);
     function.setParseExpression(L"time");
     EXPECT_FALSE(function.calculateValue()) << "there is no quantity";
-    EXPECT_THAT(told, testing::ElementsAre("set variable"));
+    EXPECT_THAT(calls, testing::ElementsAre("set variable"));
 }
 
 TEST_F(Expression, WorksItsVariableOutAgainWhenCopied)

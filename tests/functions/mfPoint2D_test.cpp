@@ -21,7 +21,7 @@ TEST(Point, StartsAtTheOrigin)
     expectPoint(mfPoint2D_c(3.0, 4.0), 3.0, 4.0);
 }
 
-// Whoever draws reads the arrays as pairs of numbers.
+// Drawing code reads the arrays as pairs of numbers.
 TEST(Point, IsTwoNumbersAndNothingElse)
 {
     const mfPoint2D_c points[] = {{3.0, 4.0}, {5.0, 6.0}};
@@ -70,7 +70,7 @@ TEST(PointLength, IsTheRootOfTheSumOfSquares)
     EXPECT_EQ(mfPoint2D_c(3.0, -4.0).length(), 5.0);
     EXPECT_EQ(mfPoint2D_c(3.0, -4.0).sqrLength(), 25.0);
     EXPECT_EQ(mfPoint2D_c().length(), 0.0);
-    // The squares are formed as they are: no scaling keeps them from overflowing.
+    // The squares are not scaled, so they overflow.
     EXPECT_EQ(mfPoint2D_c(1e200, 0.0).length(), std::numeric_limits<double>::infinity());
 }
 
