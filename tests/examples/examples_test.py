@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Runs the examples and checks what they print.
+"""Runs the examples and checks their output.
 
 EXAMPLES names the folder of the built programs. The numbers come from the closed forms
 that are written beside them, in exact fractions where these have any.
@@ -45,9 +45,9 @@ class BreaksTest(unittest.TestCase):
     def test_an_integrator_steps_over_the_pulse_unless_it_stops_at_breaks(self):
         lines = {line.split()[0] + " " + line.split()[1]: line for line in lines_of("breaks")[1:]}
         without = float(lines["without breaks"].split()[2])
-        told = float(lines["with breaks"].split()[2])
-        self.assertEqual(without, 0.0)  # 50 N for 20 ms on 1 kg are missed altogether
-        self.assertAlmostEqual(told, 50 * 0.02, delta=1e-6)
+        with_breaks = float(lines["with breaks"].split()[2])
+        self.assertEqual(without, 0.0)  # 50 N for 20 ms on 1 kg are missed completely
+        self.assertAlmostEqual(with_breaks, 50 * 0.02, delta=1e-6)
 
 
 class Examples(unittest.TestCase):
@@ -134,8 +134,8 @@ class Examples(unittest.TestCase):
 
 
 class Pages(unittest.TestCase):
-    def test_what_the_pages_quote_stands_in_an_example(self):
-        """Each block of C++ in docs/embedding.md is a part of an example, blanks at its lines' ends aside."""
+    def test_quotes_in_the_pages_are_parts_of_examples(self):
+        """Each block of C++ in docs/embedding.md is a part of an example, apart from blanks at the ends of lines."""
         examples = [path.read_text() for path in (PROJECT / "examples").glob("*.cpp")]
         flat = ["\n".join(line.strip() for line in text.splitlines()) for text in examples]
         blocks = (PROJECT / "docs/embedding.md").read_text().split("```cpp\n")[1:]

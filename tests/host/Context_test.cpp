@@ -16,7 +16,7 @@ namespace {
 using mf::host::Context;
 using mf::host::Services;
 
-TEST(HostContext, AnswersServicesAndStudyOfItsOwn)
+TEST(HostContext, ReturnsItsOwnServicesAndStudy)
 {
     Context host;
     EXPECT_EQ(host.getMotionServices(), &host.services());
@@ -47,8 +47,7 @@ TEST(HostContext, ReadsTheProfilesOfItsDesignLibrary)
     EXPECT_THAT(names, testing::ElementsAre(CString(L"Ramp (User)")));
 }
 
-// Whoever holds a record of the manager keeps it until the program itself has the
-// profiles read again.
+// A record of the manager stays valid until the program has the profiles read again.
 TEST(HostContext, ReadsTheProfilesOnce)
 {
     Context host;
@@ -94,7 +93,7 @@ TEST(HostServices, StartWithoutLibrariesResultsAndWithFactorsOfOne)
         EXPECT_EQ(services.getUnitFactor(kind), 1.0) << kind;
 }
 
-TEST(HostServices, AnswerWhatTheProgramSet)
+TEST(HostServices, ReturnWhatTheProgramSet)
 {
     Services services;
     services.setDesignLibraryPaths(L"/a;/b");
@@ -182,7 +181,7 @@ TEST(HostServices, ASplineThatComesBackIsDestroyedOnce)
     EXPECT_EQ(destroyed, 2);
 }
 
-// Functions on distinct threads share the services of their host.
+// Functions in several threads share the services of their host.
 TEST(HostServices, LendSplinesToManyThreadsAtOnce)
 {
     Services services;

@@ -37,7 +37,7 @@ TEST(CStringConstruction, TakesTheFirstCharacters)
     EXPECT_STREQ(CString(kNoText, 3).GetString(), L"");
 }
 
-TEST(CStringConstruction, CountsCharactersBehindAZero)
+TEST(CStringConstruction, CountsCharactersAfterAZero)
 {
     const CString text(L"ab\0cd", 5);
     EXPECT_EQ(text.GetLength(), 5);
@@ -139,7 +139,7 @@ TEST(CStringCompareWithNull, ReadsItAsTheEmptyText)
     EXPECT_TRUE(CString() == kNoText);
 }
 
-TEST(CStringCompareOfTexts, CountsWhatStandsBehindAZero)
+TEST(CStringCompareOfTexts, ComparesCharactersAfterAZero)
 {
     EXPECT_FALSE(CString(L"a\0b", 3) == CString(L"a\0c", 3));
     EXPECT_TRUE(CString(L"a\0b", 3) < CString(L"a\0c", 3));
@@ -155,7 +155,7 @@ TEST(CStringOrder, KeepsAMapSorted)
     EXPECT_EQ(map.at(L"a"), 1);
 }
 
-TEST(CStringFind, AnswersThePositionOrMinusOne)
+TEST(CStringFind, ReturnsThePositionOrMinusOne)
 {
     const CString text(L"rise;dwell;return");
     EXPECT_EQ(text.Find(L";"), 4);
@@ -438,7 +438,7 @@ TEST(CStringLoadString, TakesTheTextOfTheCurrentModule)
     EXPECT_EQ(text, L"CycleAngle");
 }
 
-TEST(CStringLoadString, LeavesAnEmptyTextWhereThereIsNone)
+TEST(CStringLoadString, LeavesAnEmptyTextForAMissingString)
 {
     CString text(L"before");
     EXPECT_FALSE(text.LoadString(7));

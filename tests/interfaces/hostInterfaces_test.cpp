@@ -15,8 +15,8 @@
 #include "mfcurves/interfaces/QelMotionFunctionContext.h"
 #include "tests/support/virtualSlot.h"
 
-// A host is compiled against these tables: the order of the operations is part of
-// the boundary.
+// Hosts are compiled against these tables, so the order of the operations is part of
+// the interface.
 
 namespace {
 
@@ -25,8 +25,7 @@ using mf::test::slotOf;
 using mf::test::slotsFrom;
 using mf::test::slotsOf;
 
-// How many slots a class's table holds, told by the first one that a class derived
-// from it gets.
+// How many slots a class's table has: the index of the first slot of a derived class.
 template <typename Interface>
 class OneMore : public Interface {
 public:

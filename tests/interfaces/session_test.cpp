@@ -37,7 +37,7 @@ TEST(HostAnswers, AreNullWithoutAContext)
     EXPECT_EQ(mf::interfaces::profileManager(), nullptr);
 }
 
-TEST(HostAnswers, AreAskedForAfreshAtEachUse)
+TEST(HostAnswers, AreRequestedAtEachUse)
 {
     mf::test::FakeHost host;
     EXPECT_EQ(mf::interfaces::motionServices(), &host.services);
@@ -101,7 +101,7 @@ TEST(EngineName, BeginsWithItsTextAndMeansOneThing)
     }
 }
 
-TEST(EngineClasses, EndAsTheyAreTold)
+TEST(EngineClasses, AreDestroyedAsDocumented)
 {
     EXPECT_TRUE(std::has_virtual_destructor_v<MotionMEParser>);
     EXPECT_FALSE(std::is_destructible_v<ICalculator>) << "a calculator ends by Release alone";
@@ -109,7 +109,7 @@ TEST(EngineClasses, EndAsTheyAreTold)
     EXPECT_FALSE(std::is_polymorphic_v<MMEP_WString>);
 }
 
-TEST(TextExceptions, TellWhatHappened)
+TEST(TextExceptions, SayWhatHappened)
 {
     const CGeneralException general(0x80070057);
     EXPECT_EQ(general.resultCode(), 0x80070057u);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// A host that writes its decimals with a comma.
+// A host whose locale has a decimal comma.
 
 #include <clocale>
 #include <cstdio>
@@ -11,14 +11,14 @@
 
 namespace locale_test {
 
-/// While it lives, the process stands at a locale whose decimal point is a comma,
-/// for the C library and for C++ streams. Check `holds` before trusting a test to it.
+/// While it exists, the process uses a locale with a decimal comma, in the C library and
+/// in C++ streams. A test has to check `holds` first.
 class CommaLocale {
 public:
     CommaLocale() : streams_(std::locale::global(std::locale(std::locale::classic(), new Comma<char>)))
     {
         std::locale::global(std::locale(std::locale(), new Comma<wchar_t>));
-        // Only while it is loaded: newlocale of the C library leaks the path that it makes of LOCPATH.
+        // Set only for the loading: newlocale of the C library leaks the path that it makes from LOCPATH.
         setenv("LOCPATH", COMMA_LOCALE_FOLDER, 1);
         std::setlocale(LC_NUMERIC, "comma");
         unsetenv("LOCPATH");

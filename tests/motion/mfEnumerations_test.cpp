@@ -9,7 +9,7 @@
 namespace {
 
 // Documents and hosts rely on these numbers.
-TEST(Enumerations, BearTheirNumbers)
+TEST(Enumerations, HaveTheirNumbers)
 {
     EXPECT_EQ(mf::FunctionType_Segments, 1);
     EXPECT_EQ(mf::FunctionType_DataPoints, 2);

@@ -87,7 +87,7 @@ TEST_F(Startup, DefaultProfileIsLinear)
     EXPECT_THAT(host_.calls, IsEmpty());
 }
 
-TEST_F(Startup, DefaultProfileTwiceStandsTwiceInEachList)
+TEST_F(Startup, DefaultProfileTwiceIsTwiceInEachList)
 {
     EXPECT_TRUE(function_.setDefaultProfile());
     EXPECT_TRUE(function_.setDefaultProfile());
@@ -159,7 +159,7 @@ TEST_F(Startup, FolderInThePlaceOfTheFileIsPassedOver)
     EXPECT_THAT(Lists(function_).names, ElementsAre(CString(L"B")));
 }
 
-// An empty entry means the file beside the root, which is not there.
+// An empty entry means a file in the root folder, which does not exist.
 TEST_F(Startup, EmptyPiecesAreEntriesLikeAnyOther)
 {
     writeLibrary("a", law("A"));
@@ -180,7 +180,7 @@ TEST_F(Startup, EmptyPiecesAreEntriesLikeAnyOther)
     }
 }
 
-// The name of the file goes behind each entry as it stands, the empty one too.
+// The name of the file is appended to each entry unchanged, even to an empty one.
 TEST_F(Startup, EveryEntryIsTriedInOrder)
 {
     host_.services.designLibraryPaths = L"none;;no where/;";
@@ -215,7 +215,7 @@ TEST_F(Startup, FailureOfTheNarrowEncodingTravels)
         return 0;
     });
     EXPECT_THROW(function_.setProfile(), CGeneralException);
-    EXPECT_TRUE(function_.setDefaultProfile());  // which needs no path
+    EXPECT_TRUE(function_.setDefaultProfile());  // needs no path
     mf::platform::setNarrowEncoder({});
     EXPECT_TRUE(Lists(function_).parallel(1));
 }
@@ -253,7 +253,7 @@ TEST_F(Startup, EveryCallAppends)
     EXPECT_EQ(Lists(function_).names.back(), L"B");
 }
 
-TEST_F(Startup, FileOfTheNamedLinearStandsBeforeTheDefault)
+TEST_F(Startup, FileOfTheNamedLinearComesBeforeTheDefault)
 {
     writeLibrary("a", law("Linear"));
     setFolders({"a"});
@@ -300,7 +300,7 @@ mfFunctionSegments_c& threeRows(mfFunctionData_c& function, const wchar_t* profi
     table.addSegment(new mfSegment_c(6.0, 8.0, -4.0, profile));
     for (int row = 1; row < table.getSegmentCount(); ++row) {
         table.parseExpression(row);
-        table.calculateValue(row);  // derivatives are answered for rows that were sampled
+        table.calculateValue(row);  // only sampled rows have derivatives
     }
     return table;
 }
@@ -347,7 +347,7 @@ TEST_F(Startup, CurveOfALibraryProfileEvaluates)
     EXPECT_NEAR(function_.evaluate(7.0, 2), -7.0, 1e-12);
 }
 
-// A negative number goes in with brackets of its own.
+// A negative number is inserted in brackets.
 TEST_F(Startup, TokensTakeNumbersInBrackets)
 {
     EXPECT_TRUE(function_.initialize());
@@ -358,7 +358,7 @@ TEST_F(Startup, TokensTakeNumbersInBrackets)
               CString(L"(10.000000)+((((-4.000000)-(10.000000))/((8.000000)-(6.000000)))*(x-(6.000000)))"));
 }
 
-// The lists went to the segments once; profiles that are loaded later do not.
+// The segments got the lists once; profiles that are loaded later are not passed to them.
 TEST_F(Startup, ProfilesLoadedAfterInitializeDoNotReachTheSegments)
 {
     EXPECT_TRUE(function_.initialize());
@@ -378,7 +378,7 @@ TEST_F(Startup, InitializeLeavesTheListsEmpty)
     setFolders({"a"});
     EXPECT_TRUE(function_.initialize());
     EXPECT_TRUE(Lists(function_).parallel(0));
-    EXPECT_FALSE(function_.setProfile());  // no folder was taken down either
+    EXPECT_FALSE(function_.setProfile());  // no folder was stored either
 }
 
 #endif

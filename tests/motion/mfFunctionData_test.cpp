@@ -20,15 +20,15 @@
 #include "tests/support/operatorNew.h"
 #include "tests/support/virtualSlot.h"
 
-// Runs twice: against the library as it is, and against the one in which each
-// curve carries start-up profiles of its own.
+// Runs twice: with the library as it is, and with the one in which each curve has its
+// own start-up profiles.
 
 // The objects whose end a test waits for, and those of them that were freed, in
 // order.
 namespace {
 std::vector<const void*> watched;
 std::vector<const void*> deleted;
-std::size_t refusedSize = 0;  // objects of that size cannot be had where null is an answer
+std::size_t refusedSize = 0;  // new (std::nothrow) returns null for this size
 
 void noteFreed(const void* memory)
 {
@@ -58,7 +58,7 @@ bool withStartUpProfiles()
     return !mfProfileManager_c::s_UseNewProfileManager();
 }
 
-// What a handler was shown, one line a message.
+// The messages that a handler received, one per line.
 class Messages {
 public:
     Messages()
@@ -133,7 +133,7 @@ TEST_F(FunctionData, StartsWithoutKinds)
     EXPECT_THAT(host_.calls, IsEmpty());
 }
 
-TEST_F(FunctionData, AnswersNeutrallyWithoutKinds)
+TEST_F(FunctionData, ReturnsNeutralValuesWithoutKinds)
 {
     for (const int type : {1, 2, 3, 7, 0, -1}) {
         data_->setFunctionType(mf::FunctionType_e(type));
@@ -192,7 +192,7 @@ TEST_F(FunctionData, MayBeInitializedAfterAFailure)
     EXPECT_NE(data_->getFunctionExpression(), nullptr);
 }
 
-// Notes the resource module that is current when a spline is made.
+// Records the resource module that is current when a spline is made.
 class ModuleWatch : public mf::test::FakeServices {
 public:
     explicit ModuleWatch(mf::test::Calls& calls) : FakeServices(calls) {}
@@ -244,8 +244,8 @@ TEST_F(FunctionData, PutsTheModuleBackWhenTheHostThrows)
     EXPECT_EQ(mf::platform::currentResourceModule(), before);
 }
 
-// An allocation that yields nothing is no failure: that kind is missing.
-TEST_F(FunctionData, LeavesAKindOutThatCannotBeHad)
+// A failed allocation is not an error: that kind is then missing.
+TEST_F(FunctionData, LeavesOutAKindThatCannotBeAllocated)
 {
     refusedSize = sizeof(mfFunctionSegments_c);
     const bool initialized = data_->initialize();
@@ -257,7 +257,7 @@ TEST_F(FunctionData, LeavesAKindOutThatCannotBeHad)
     EXPECT_EQ(data_->evaluate(1.0, 0), 0.0);
 }
 
-// Without data points the expression takes their place.
+// Without data points the expression is used.
 TEST_F(FunctionData, BringsTheExpressionUpToDateWithoutDataPoints)
 {
     refusedSize = sizeof(mfFunctionDataPoints_c);
@@ -273,7 +273,7 @@ TEST_F(FunctionData, BringsTheExpressionUpToDateWithoutDataPoints)
     EXPECT_EQ(expression().getPlottingPointCount(), 100);
 }
 
-TEST_F(FunctionData, AnswersNeutrallyWithoutAnExpression)
+TEST_F(FunctionData, ReturnsNeutralValuesWithoutAnExpression)
 {
     refusedSize = sizeof(mfFunctionExpression_c);
     const bool initialized = data_->initialize();
@@ -287,7 +287,7 @@ TEST_F(FunctionData, AnswersNeutrallyWithoutAnExpression)
 TEST_F(FunctionData, MakesNewKindsWhenInitializedTwice)
 {
     EXPECT_TRUE(data_->initialize());
-    // The first kinds are lost to the object, so the test frees them.
+    // The object has lost the first kinds, so the test frees them.
     const std::unique_ptr<IFunctionSegments_c> firstSegments(data_->getFunctionSegments());
     const std::unique_ptr<IFunctionDataPoints_c> firstPoints(data_->getFunctionDataPoints());
     const std::unique_ptr<IFunctionExpression_c> firstExpression(data_->getFunctionExpression());
@@ -305,8 +305,8 @@ TEST_F(FunctionData, MakesNewKindsWhenInitializedTwice)
         EXPECT_THAT(names, IsEmpty());
 }
 
-// The value at x = 1 of a row over [0, 2] that rises from 1 to 4 by its own
-// "Linear", which only comes from lists handed over in their right order.
+// The value at x = 1 of a row over [0, 2] that rises from 1 to 4 by its own "Linear".
+// It is right only if the lists were passed in the right order.
 TEST_F(FunctionData, HandsItsListsToTheSegments)
 {
     EXPECT_TRUE(data_->initialize());
@@ -484,12 +484,12 @@ TEST_F(FunctionData, DividesTheExpressionAloneByTheUnitFactor)
     EXPECT_THAT(host_.calls, testing::Not(testing::Contains(testing::StartsWith("getUnitFactor"))));
     data_->setFunctionType(mf::FunctionType_Expression);
     EXPECT_EQ(data_->evaluate(1.0, 0), 2.5);
-    data_.reset();  // before the manager that its row borrowed from
+    data_.reset();  // before the manager, whose record its row uses
 }
 
 // updateForLegacyData
 
-TEST_F(FunctionData, OfAnotherMakeNeedsNothingBroughtUpToDate)
+TEST_F(FunctionData, OfAnotherHostNeedsNoLegacyUpdate)
 {
     EXPECT_TRUE(data_->initialize());
     host_.calls.clear();
@@ -598,7 +598,7 @@ TEST_F(FunctionData, AppendsItsListsToTheCallersVectors)
     EXPECT_THAT(list, ElementsAre(CString(L"before"), CString(L"Linear"), CString(L"Linear")));
 }
 
-TEST_F(FunctionData, TellsItsListsApart)
+TEST_F(FunctionData, KeepsItsListsSeparate)
 {
     data_->setDefaultProfile();
     std::vector<CString> names;

@@ -13,8 +13,8 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/operatorNew.h"
 
-// The arrays that this program takes from the heap, to see when a conversion
-// needs one and what happens when there is none.
+// Counts the arrays that this program allocates, to see when a conversion needs one and
+// what happens when the allocation fails.
 namespace {
 int arraysTaken = 0;
 std::size_t lastArraySize = 0;
@@ -41,7 +41,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// One answer of an encoder: how many bytes it says, or 0 with an error.
+// One result of an encoder: a number of bytes, or 0 with an error.
 struct Answer {
     int bytes;
     std::uint32_t error;
@@ -58,8 +58,8 @@ void PrintTo(const Call& call, std::ostream* os)
     *os << "{length " << call.length << ", size " << call.size << "}";
 }
 
-// Puts an encoder in place that gives these answers, one a call, writing 'x' for
-// each byte but the last, which is the terminator.
+// Installs an encoder that returns these results, one per call, and writes 'x' for each
+// byte but the last, which is the terminator.
 class ScriptedEncoder {
 public:
     explicit ScriptedEncoder(std::vector<Answer> answers) : answers_(std::move(answers))

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""check_exports.py HEADERS LIBRARY: a shared library shows what its headers promise, and no more.
+"""check_exports.py HEADERS LIBRARY: a shared library exports what its headers declare, and no more.
 
 Every symbol that it defines for others must be a function that a header below
 HEADERS declares, no private one among them but virtual ones, or a part of a public

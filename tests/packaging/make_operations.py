@@ -30,7 +30,7 @@ def named(member):
 
 
 def of_class(scope, number):
-    """A class derived from the one tested, so that its names and what is protected are in reach."""
+    """A class derived from the tested one, so that its protected members are accessible."""
     namespace, _, name = scope.name.rpartition("::")
     probe = f"Probe{number}"
     lines = [f"struct {probe} : {name} {{", f"    using Tested = {name};"]

@@ -2,11 +2,11 @@
 # SPDX-License-Identifier: MIT
 # packaging_test.sh static|shared SOURCE BUILD WORK
 #
-# Installs the library into a fresh prefix, looks at what was installed, and builds
-# the project in consumer/ and the examples with nothing but that prefix: by CMake,
-# and by the compiler with the flags that pkg-config gives. The static library, the
-# tool and the design library come from the build tree BUILD; the shared library is
-# built below WORK, which keeps its objects for the next run.
+# Installs the library into a new prefix, checks what was installed, and builds the
+# project in consumer/ and the examples from that prefix only: by CMake, and by the
+# compiler with the flags of pkg-config. The static library, the tool and the design
+# library come from the build tree BUILD; the shared library is built below WORK, which
+# keeps its objects for the next run.
 set -euo pipefail
 kind=$1 source=$2 build=$3 work=$4
 here=$source/tests/packaging
@@ -27,7 +27,7 @@ if [ "$kind" = shared ]; then
 fi
 cmake --install "$build" --prefix "$prefix" >/dev/null
 
-# The public headers and no others, licence, pages and design library.
+# Exactly the public headers, the licence, the pages and the design library.
 headers=$prefix/include/mfcurves
 diff <({ echo mfcurves.h; sed -n 's|^#include "mfcurves/\(.*\)"|\1|p' "$source/mfcurves/mfcurves.h"; } | sort) \
     <(cd "$headers" && find . -type f | sed 's|^\./||' | sort) || fail "the headers installed are not the public ones"

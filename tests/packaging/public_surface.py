@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a folder of headers declares, read by Doxygen.
+"""The declarations in a folder of headers, read by Doxygen.
 
 surface(HEADERS) returns the functions, variables and classes of every header below
 the folder HEADERS, the private ones included.

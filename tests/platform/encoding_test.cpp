@@ -41,7 +41,7 @@ const EncodeCase kEncodeCases[] = {
 
 class EncodeNarrow : public testing::TestWithParam<EncodeCase> {};
 
-TEST_P(EncodeNarrow, AnswersTheBytesOrAnError)
+TEST_P(EncodeNarrow, ReturnsTheBytesOrAnError)
 {
     const EncodeCase& c = GetParam();
     char buffer[8];
@@ -107,8 +107,8 @@ TEST_P(Widen, ReplacesEachByteThatBelongsNowhere)
 INSTANTIATE_TEST_SUITE_P(Encoding, Widen, testing::ValuesIn(kWidenCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// Plain text goes eight characters at a time, wherever something else interrupts it.
-TEST(PlainText, EndsAtWhateverElseStandsThere)
+// ASCII text is handled eight characters at a time, wherever another character interrupts it.
+TEST(PlainText, EndsAtTheFirstOtherCharacter)
 {
     for (std::size_t at = 0; at <= 20; ++at) {
         std::string utf8(20, 'a');
@@ -126,7 +126,7 @@ TEST(PlainText, EndsAtWhateverElseStandsThere)
     EXPECT_FALSE(mf::platform::isAscii(std::wstring_view(L"\x80")));
 }
 
-// In buffers of each size, a text arrives whole and no buffer ends inside a
+// With buffers of each size, the whole text is moved and no buffer ends inside a
 // sequence.
 TEST(MoveValidUtf8, MovesTheSameTextThroughBuffersOfEachSize)
 {

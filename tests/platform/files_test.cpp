@@ -34,7 +34,7 @@ mode_t rightsOf(const fs::path& path)
     return status.st_mode & 07777;
 }
 
-// The owner of a machine may write anywhere, so that there is nothing to refuse.
+// The superuser may write anywhere, so a write cannot be refused.
 bool rightsBind()
 {
     return ::geteuid() != 0;
@@ -49,7 +49,7 @@ TEST(IsReadable, CountsFilesAndFolders)
     EXPECT_FALSE(isReadable(L""));
 }
 
-TEST(ReadFile, AnswersEveryByte)
+TEST(ReadFile, ReturnsEveryByte)
 {
     const TemporaryFolder folder;
     std::string content;
@@ -67,7 +67,7 @@ TEST(ReadFile, TakesNamesBeyondAscii)
     EXPECT_EQ(readFile(folder.write("\xC3\xA9\xE2\x82\xAC", "inside").c_str()), "inside");
 }
 
-TEST(ReadFile, AnswersNothingForAFolderOrAMissingFile)
+TEST(ReadFile, ReturnsNothingForAFolderOrAMissingFile)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(readFile(folder.wide("").c_str()), std::nullopt);
@@ -139,7 +139,7 @@ TEST(ReplaceFile, WritesIntoAPipeInPlace)
     EXPECT_EQ(folder.count(), 1);
 }
 
-// More than a pipe holds, and a signal whenever the rest has to wait.
+// More than the buffer of a pipe, and a signal whenever the rest has to wait.
 TEST(ReplaceFile, GoesOnWritingAfterASignal)
 {
     const TemporaryFolder folder;
@@ -163,7 +163,7 @@ TEST(ReplaceFile, GoesOnWritingAfterASignal)
         while (read.size() < content.size()) {
             const ssize_t got = ::read(pipe, block, sizeof block);
             if (got == 0)
-                break;  // nobody writes any more
+                break;  // the writer has finished
             read.append(block, got > 0 ? static_cast<std::size_t>(got) : 0);
         }
     });
@@ -215,7 +215,7 @@ TEST(ReplaceFile, LeavesTheOldFileWhereTheNewOneDoesNotFit)
     EXPECT_EQ(folder.count(), 1);
 }
 
-TEST(ReplaceFile, WritesUnderNoNameThatAFileBears)
+TEST(ReplaceFile, WritesUnderAnUnusedName)
 {
     const TemporaryFolder folder;
     const std::string start = ".mfcurves-" + std::to_string(::getpid()) + "-";
@@ -241,8 +241,8 @@ TEST(ReplaceFile, LeavesTheOldFileInAFolderThatCannotBeWritten)
     const TemporaryFolder folder;
     const std::wstring path = folder.write("curve.xml", "old");
     if (!rightsBind()) {
-        // Nobody is refused for rights, so a folder without room stands in: /proc
-        // takes no new file from anybody.
+        // Rights do not stop the superuser, so /proc is used, in which no user can create
+        // a file.
         EXPECT_FALSE(replaceFile(L"/proc/mfcurves_curve.xml", "new"));
         return;
     }
@@ -253,7 +253,7 @@ TEST(ReplaceFile, LeavesTheOldFileInAFolderThatCannotBeWritten)
     EXPECT_EQ(folder.count(), 1);
 }
 
-// Whom rights do not bind becomes somebody else for a while.
+// The superuser becomes another user for a while.
 class AsNobody {
 public:
     AsNobody()
@@ -289,7 +289,7 @@ TEST(ReplaceFile, LeavesAFileThatMayNotBeWritten)
     EXPECT_EQ(folder.count(), 1);
 }
 
-// Whoever looks while it happens finds one content or the other, whole.
+// A reader during the replacement finds the old or the new content, complete.
 TEST(ReplaceFile, ShowsNoMixtureToAReader)
 {
     const TemporaryFolder folder;
@@ -333,7 +333,7 @@ const StemCase kStemCases[] = {
 
 class FileStem : public testing::TestWithParam<StemCase> {};
 
-TEST_P(FileStem, StandsBetweenTheLastSeparatorAndTheLastDot)
+TEST_P(FileStem, IsBetweenTheLastSeparatorAndTheLastDot)
 {
     EXPECT_EQ(fileStem(GetParam().path), GetParam().stem);
 }

@@ -88,7 +88,7 @@ TEST_F(ToWide, LeavesAProcessWithOneCategoryElsewhereAtC)
     EXPECT_EQ(processLocale(), "C");
 }
 
-TEST_F(ToWide, TakesTheSlowRoadOnAThreadWithALocaleOfItsOwn)
+TEST_F(ToWide, UsesTheSlowPathOnAThreadWithItsOwnLocale)
 {
     const locale_t own = newlocale(LC_ALL_MASK, "C.UTF-8", static_cast<locale_t>(nullptr));
     ASSERT_NE(own, static_cast<locale_t>(nullptr));
@@ -115,13 +115,13 @@ TEST_F(ToWide, EndsAtTheFirstSequenceThatIsNotValid)
     EXPECT_EQ(processLocale(), "C");
 }
 
-TEST_F(ToWide, EndsAtAZeroCharacterOnBothRoads)
+TEST_F(ToWide, EndsAtAZeroCharacterOnBothPaths)
 {
     EXPECT_EQ(toWide(std::string("ab\0cd", 5)), L"ab");
     EXPECT_EQ(toWide(std::string("\xC3\xA9\0cd", 5)), L"\u00e9");
 }
 
-TEST_F(ToWide, BothRoadsGiveTheSameForEveryAsciiCharacter)
+TEST_F(ToWide, BothPathsGiveTheSameForEveryAsciiCharacter)
 {
     std::string text;
     for (char c = 1; c < 127; ++c)
@@ -132,7 +132,7 @@ TEST_F(ToWide, BothRoadsGiveTheSameForEveryAsciiCharacter)
     EXPECT_EQ(fast.size(), 126u);
 }
 
-// What cannot be held in narrow form changes on the way through it.
+// Characters that the narrow form cannot represent are changed by it.
 TEST_F(ToWide, OfToNarrowKeepsEveryCodePointAndReplacesTheRest)
 {
     const mfTextConverter_c converter;
@@ -142,7 +142,7 @@ TEST_F(ToWide, OfToNarrowKeepsEveryCodePointAndReplacesTheRest)
     EXPECT_EQ(converter.toWide(converter.toNarrow(lone)), L"\uFFFD");
 }
 
-TEST(FoldCase, GoesByTheUtf8TablesWhateverTheProcessStandsAt)
+TEST(FoldCase, UsesTheUtf8TablesUnderEveryLocale)
 {
     EXPECT_EQ(std::string(std::setlocale(LC_ALL, nullptr)), "C");
     EXPECT_EQ(mf::platform::foldCase(L'A'), L'a');

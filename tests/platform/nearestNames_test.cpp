@@ -58,7 +58,7 @@ TEST(NearestNames, AreNearestFirst)
     EXPECT_THAT(nearestNames("ab", {"abc", "ab", "abd", "ab", "abe"}), ElementsAre("ab", "abc", "abd"));
 }
 
-TEST(NearestNames, AreNoneWhereNothingIsNear)
+TEST(NearestNames, AreEmptyWhenNothingIsNear)
 {
     EXPECT_THAT(nearestNames("Wobbly", kNames), IsEmpty());
     EXPECT_THAT(nearestNames("", kNames), IsEmpty());

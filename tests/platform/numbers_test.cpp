@@ -39,7 +39,7 @@ const ReadCase kReadCases[] = {
     {"SignApart", "- 3", -0.0},
     {"LeadingSpace", " \t\v\f\r\n7", 7.0},
     {"NoDigitBeforeThePoint", ".5", 0.5},
-    {"NoDigitBehindThePoint", "5.", 5.0},
+    {"NoDigitAfterThePoint", "5.", 5.0},
     {"PointAlone", ".", 0.0},
     {"PointAndExponent", ".e5", 0.0},
     {"Exponent", "1.5e3", 1500.0},
@@ -92,7 +92,7 @@ const IsNumberCase kIsNumberCases[] = {
     {"SpaceAround", " \n7\t ", true},
     {"SpaceWithin", "7 8", false},
     {"NoDigitBeforeThePoint", ".5", true},
-    {"NoDigitBehindThePoint", "5.", true},
+    {"NoDigitAfterThePoint", "5.", true},
     {"PointAlone", ".", false},
     {"Exponent", "1.5e3", true},
     {"ExponentWithoutDigits", "1.5e", false},
@@ -179,7 +179,7 @@ TEST(FormatNumber, HasNoLongestResult)
     }
 }
 
-// What the C library makes of "%f", by its own exact arithmetic.
+// The C library's result for "%f", which is exact.
 void expectAsPrintf(double number)
 {
     char expected[400];

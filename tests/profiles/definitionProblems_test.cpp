@@ -18,7 +18,7 @@ using mf::profiles::definitionProblems;
 struct ProblemCase {
     const char* name;
     const char* text;
-    const char* problems;  // "line profile: reason", "line! ..." for one that only warns; one a line
+    const char* problems;  // one per line: "line profile: reason", or "line! ..." for a warning
 };
 
 const ProblemCase kProblemCases[] = {
@@ -56,12 +56,12 @@ const ProblemCase kProblemCases[] = {
          "C") "SegmentType(\"D\",x,x1,y1,x2,y2)\nreturn;\nendSegmentType",
      "7 B: the last statement is not a return statement\n"
      "14 D: nothing is assigned before the return statement\n"},
-    {"LinesCountBehindOlderKeywords",
+    {"LinesCountAfterOlderKeywords",
      "Profile(\"A\",x,x1,y1,x2,y2)y=x;return y;endProfile Profile(\"B\",x,x1,y1,x2,y2)y=x;return "
      "y;endProfile\n"
      "Profile(\"C\",x,x1,y1,x2,y2)\ny=x;\ny;\nendProfile\n",
      "4 C: the last statement is not a return statement\n"},
-    {"TextBehindTheLast", GOOD("A") "' comment\n\nSegmentType(\"B\",x\n",
+    {"TextAfterTheLast", GOOD("A") "' comment\n\nSegmentType(\"B\",x\n",
      "7! : what follows the last endSegmentType is not read\n"},
     {"QuoteLeftOpen", GOOD("A") "SegmentType(\"B,x,x1,y1,x2,y2)\ny=x;\nreturn y;\nendSegmentType\n",
      "5! : a double quote is not closed\n5! : what follows the last endSegmentType is not read\n"},
@@ -96,7 +96,7 @@ TEST_P(DefinitionProblems, AgreeWithTheReader)
     EXPECT_EQ(mfSegmentTypeParser_c().readProfiles(folder / "a.txt", records), !refused);
     for (mfProfile_c* record : records)
         delete record;
-    // A quote that the text left open is closed for the next test.
+    // Closes a quote that the text left open, for the next test.
     if (mfSegmentTypeParser_c().lowerOutsideQuotes('A') == 'A')
         mfSegmentTypeParser_c().lowerOutsideQuotes('"');
 }
@@ -104,7 +104,7 @@ TEST_P(DefinitionProblems, AgreeWithTheReader)
 INSTANTIATE_TEST_SUITE_P(Profiles, DefinitionProblems, testing::ValuesIn(kProblemCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(DefinitionProblems, TellsOfADefinitionThatGrowsTooLarge)
+TEST(DefinitionProblems, ReportsADefinitionThatGrowsTooLarge)
 {
     std::string text = "SegmentType(\"A\",x,x1,y1,x2,y2)\nv100=x;\n";
     for (int i = 1; i <= 60; ++i)

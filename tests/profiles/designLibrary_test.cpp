@@ -29,7 +29,7 @@ struct Stroke {
     const char *x1, *y1, *x2, *y2;
 };
 
-// A law with the ends of its segment filled in as a segment table does, compiled
+// A law whose parameters are replaced by numbers as a segment table does it, compiled
 // with its derivatives.
 class Law {
 public:
@@ -92,7 +92,7 @@ const char* const kLibrary = MFCURVES_SHARE_FOLDER "/SegmentTypes.txt";
 
 struct Peak {
     double factor;  // largest absolute value over the whole law
-    double at;      // a place where it is taken
+    double at;      // a place where the law has it
 };
 
 struct LawCase {
@@ -265,7 +265,7 @@ TEST_P(DesignLibraryLaw, RisesFromZeroToOne)
     }
 }
 
-// A negative number goes into the formula with its sign and without brackets.
+// A negative number is inserted into the formula with its sign and without brackets.
 TEST_P(DesignLibraryLaw, ScalesWithItsStroke)
 {
     const Law stretched(*profiles_.at(GetParam().name), {"-3.500000", "2.250000", "-1.500000", "-4.750000"});
@@ -328,21 +328,21 @@ TEST_P(DesignLibraryLaw, IsSymmetricWhereItShouldBe)
         EXPECT_GT(difference, 1e-3);
 }
 
-// A piece meets the next one in value and derivatives; the first derivative that
-// jumps, if there is one, is the one named.
+// Each piece meets the next one in value and derivatives up to continuousOrder; the next
+// derivative, if the law has it, jumps.
 TEST_P(DesignLibraryLaw, PiecesMeetAtTheirSeams)
 {
     ASSERT_TRUE(law_.compiles());
     for (const double seam : GetParam().seams) {
         const double before = std::nextafter(seam, 0.0);
-        const double behind = std::nextafter(seam, 1.0);
+        const double after = std::nextafter(seam, 1.0);
         for (int order = 0; order <= GetParam().continuousOrder; ++order) {
-            EXPECT_NEAR(law_(before, order), law_(behind, order), 1e-11) << order << " at " << seam;
-            EXPECT_NEAR(law_(seam, order), law_(behind, order), 1e-11) << order << " at " << seam;
+            EXPECT_NEAR(law_(before, order), law_(after, order), 1e-11) << order << " at " << seam;
+            EXPECT_NEAR(law_(seam, order), law_(after, order), 1e-11) << order << " at " << seam;
         }
         if (GetParam().continuousOrder < 3) {
             EXPECT_GT(std::abs(law_(before, GetParam().continuousOrder + 1) -
-                               law_(behind, GetParam().continuousOrder + 1)),
+                               law_(after, GetParam().continuousOrder + 1)),
                       1)
                 << seam;
         }
@@ -369,8 +369,8 @@ TEST(DesignLibrary, FileHasNoProblem)
     EXPECT_TRUE(mf::profiles::definitionProblems(text).empty());
 }
 
-// Whoever names the folder in the design library keeps the built-in laws: the same
-// definitions, which are the same profiles to the manager.
+// The shipped folder includes the built-in laws: the same definitions, which the manager
+// treats as the same profiles.
 TEST(DesignLibrary, BuiltInLawsAreAmongThem)
 {
     const auto library = profilesOf(kLibrary);

@@ -80,7 +80,7 @@ TEST(ParseProfiles, ReadsTheDefaultText)
     EXPECT_THAT(read.lists.y1, ElementsAre("y1"));
     EXPECT_THAT(read.lists.x2, ElementsAre("x2"));
     EXPECT_THAT(read.lists.y2, ElementsAre("y2"));
-    // No outer brackets: the result is the last value itself.
+    // Without outer brackets: the result is the last value itself.
     EXPECT_THAT(read.lists.results, ElementsAre("y1+(((y2-y1)/(x2-x1))*(x-x1))"));
     ASSERT_EQ(read.lists.tokens.size(), 1u);
     EXPECT_THAT(read.lists.tokens[0],
@@ -106,7 +106,7 @@ const ResultCase kResultCases[] = {
     {"EmptyVariable", "=1;b=2;returnb;", "2"},
     {"ReplacedTokenMayBeALaterName", "a=q;(q)=7;b=a;returnb;", "(7)"},
     {"NameThatYieldsItselfIsReplacedOnce", "c=a;(a)=a;b=c;returnb;", "(a)"},
-    {"AssignedTwiceTheFirstStands", "y=1;y=2;z=y;returnz;", "(1)"},
+    {"AssignedTwiceTheFirstIsUsed", "y=1;y=2;z=y;returnz;", "(1)"},
     {"SignInAnExpressionStartsAVariable", "a=1;b=2=3;returnb;", "2=3"},
 };
 
@@ -129,14 +129,14 @@ struct NameCase {
     const char* read;
 };
 
-// The quotes are not looked at: the name lies between the character behind the
-// bracket and the one before the comma.
+// The quotes are not checked: the name extends from the second character after the
+// bracket to the second before the comma.
 const NameCase kNameCases[] = {
     {"BetweenQuotes", "\"P\",", "P"},
     {"BetweenOtherCharacters", "xPy,", "P"},
     {"Empty", "\"\",", ""},
-    {"BehindACommaInPlaceOfTheQuote", ",P\",", "P"},
-    {"WithTheQuoteBehindAComma", ",\"P\",", "\"P"},
+    {"AfterACommaInPlaceOfTheQuote", ",P\",", "P"},
+    {"WithTheQuoteAfterAComma", ",\"P\",", "\"P"},
     {"WithBracketsAndBlanks", "\"P (a) \",", "P (a) "},
 };
 
@@ -168,9 +168,9 @@ const FailureCase kFailureCases[] = {
     {"OneCharacter", "P", 0},
     {"NoClosingKeyword", "Profile(\"P\",x,x1,y1,x2,y2)y=x;returny;", 0},
     {"KeywordAlone", "endProfile", 0},
-    {"TextBehindTheLastKeyword", GOOD GOOD "x", 2},
-    {"LineFeedBehindTheLastKeyword", GOOD "\n", 1},
-    {"CutBehindTheFirst", GOOD "Profile(\"Q\",x", 1},
+    {"TextAfterTheLastKeyword", GOOD GOOD "x", 2},
+    {"LineFeedAfterTheLastKeyword", GOOD "\n", 1},
+    {"CutAfterTheFirst", GOOD "Profile(\"Q\",x", 1},
     {"LoweredOpeningKeyword", "profile(\"P\",x,x1,y1,x2,y2)y=x;returny;endProfile", 0},
     {"LoweredClosingKeyword", "Profile(\"P\",x,x1,y1,x2,y2)y=x;returny;endprofile", 0},
     {"CurrentDialect", "SegmentType(\"P\",x,x1,y1,x2,y2)y=x;returny;endSegmentType", 0},
@@ -184,7 +184,7 @@ const FailureCase kFailureCases[] = {
     {"HeaderAlone", "Profile(\"P\",x,x1,y1,x2,y2)endProfile", 0},
     {"NoReturn", "Profile(\"P\",x,x1,y1,x2,y2)y=x;endProfile", 0},
     {"NoAssignment", "Profile(\"P\",x,x1,y1,x2,y2)returny;endProfile", 0},
-    {"AssignmentBehindReturn", "Profile(\"P\",x,x1,y1,x2,y2)returny=1;endProfile", 0},
+    {"AssignmentAfterReturn", "Profile(\"P\",x,x1,y1,x2,y2)returny=1;endProfile", 0},
     {"BlankBeforeReturnIsAStatement", "Profile(\"P\",x,x1,y1,x2,y2)y=x; returny;endProfile", 0},
     {"NoSign", "Profile(\"P\",x,x1,y1,x2,y2)y;returny;endProfile", 0},
     {"NoSemicolon", "Profile(\"P\",x,x1,y1,x2,y2)y=x returny endProfile", 0},
@@ -194,7 +194,7 @@ const FailureCase kFailureCases[] = {
 
 class OlderFailure : public testing::TestWithParam<FailureCase> {};
 
-TEST_P(OlderFailure, AnswersFalseAndKeepsWhatWasReadBefore)
+TEST_P(OlderFailure, ReturnsFalseAndKeepsWhatWasReadBefore)
 {
     const Read read = readText(GetParam().text);
     EXPECT_FALSE(read.answer);
@@ -252,7 +252,7 @@ TEST(ParseProfiles, FileLosesItsWhiteSpaceAndKeepsItsCase)
 TEST(ParseProfiles, CommentsAreTextInTheOlderDialect)
 {
     const Read read = readFileOf("' rise\n" GOOD);
-    EXPECT_TRUE(read.answer);  // what stands before the keyword is not looked at
+    EXPECT_TRUE(read.answer);  // text before the keyword is ignored
     EXPECT_TRUE(parallel(read.lists, 1));
     EXPECT_FALSE(readFileOf(GOOD "\n' end").answer);
 }
@@ -265,7 +265,7 @@ TEST(ParseProfiles, FileOfSeveralDefinitions)
     EXPECT_TRUE(parallel(read.lists, 3));
 }
 
-TEST(ParseProfiles, FileThatDoesNotOpenOrIsNoneAnswersFalse)
+TEST(ParseProfiles, FileThatDoesNotOpenReturnsFalse)
 {
     const TemporaryFolder folder;
     mfProfileFileParser_c parser;
@@ -336,7 +336,7 @@ TEST(SubstituteTokens, StatementZeroAndUnusedNamesChangeNothing)
     EXPECT_FALSE(parser.substituteTokens(variables, values, tokens, 2));
 }
 
-TEST(SubstituteTokens, StatementWithoutAValueOrTokensAnswersFalse)
+TEST(SubstituteTokens, StatementWithoutAValueOrTokensReturnsFalse)
 {
     mfProfileFileParser_c parser;
     const Strings variables = {"a", "b"};
@@ -350,7 +350,7 @@ TEST(SubstituteTokens, StatementWithoutAValueOrTokensAnswersFalse)
     EXPECT_THAT(tokens[1], ElementsAre("a"));
 }
 
-TEST(OlderSteps, DefinitionThatIsNotThereAnswersNothing)
+TEST(OlderSteps, MissingDefinitionReturnsNothing)
 {
     mfProfileFileParser_c parser;
     EXPECT_EQ(parser.parseHeader(0), std::string::npos);

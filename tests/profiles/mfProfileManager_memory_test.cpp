@@ -39,14 +39,14 @@ std::unique_ptr<mfProfile_c> record(const char* name, const char* definition)
     return result;
 }
 
-// True when the n-th request of taking a place over fails.
+// True when the n-th request fails while a record replaces another.
 bool failsAt(long n)
 {
     mf::test::FakeHost host;
     mfProfileManager_c manager;
     host.managerAnswer = &manager;
     mfProfileKey_c place;
-    // One that was displaced before, so that there is no room left over.
+    // A record displaced before, so that no room is left.
     EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, record("A", "0").release(), place), 0);
     mfProfile_c* former = record("A", "1").release();
     EXPECT_EQ(manager.addAssemblyProfileFromDocument("A", false, former, place), 0);

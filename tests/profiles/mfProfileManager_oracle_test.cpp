@@ -15,7 +15,7 @@
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
 
-// The registry against a second one that walks its records for every question.
+// Compares the registry with a simple one that searches all its records each time.
 
 namespace mf::test {
 namespace {
@@ -151,7 +151,7 @@ protected:
         return choices[std::uniform_int_distribution<std::size_t>(0, choices.size() - 1)(random_)];
     }
 
-    // The names fold into three, the texts into six.
+    // Ignoring case, these are three names and six texts.
     Record anyRecord()
     {
         const std::string name = anyOf<std::string>({"A", "a", "B", "\u00C4", "\u00E4", "Cubic"});

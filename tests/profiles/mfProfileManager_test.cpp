@@ -22,7 +22,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Names = std::vector<CString>;
 
-// One definition; `value` tells definitions of one name apart.
+// One definition; `value` makes definitions of one name different.
 std::string law(const std::string& name, const std::string& value = "x")
 {
     return "SegmentType(\"" + name + "\",x,x1,y1,x2,y2)y=" + value + ";return y;endSegmentType\n";
@@ -193,7 +193,7 @@ TEST_F(ProfileManager, BrokenFirstFileFailsWithoutASecondTry)
     EXPECT_FALSE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), IsEmpty());
     EXPECT_STREQ(suffix(), L" (User)");
-    // Text behind the last keyword breaks nothing.
+    // Text after the last keyword is ignored.
     setFolders({"a"});
     mfProfileManager_c fresh;
     host_.managerAnswer = &fresh;
@@ -228,12 +228,12 @@ TEST_F(ProfileManager, SearchPathsOfAnEarlierRebuildStay)
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), ElementsAre(CString(L"A (User)")));
 
-    // A folder that is no longer readable is passed over.
+    // A folder that is no longer readable is skipped.
     std::filesystem::remove_all(folder_ / "a");
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), ElementsAre(CString(L"B (User)")));
 
-    // Nothing is readable now, but something was: the built-in table is not loaded.
+    // No file is readable now, but one was: the built-in table is not loaded.
     std::filesystem::remove_all(folder_ / "b");
     EXPECT_FALSE(manager_.rebuildUserProfileMap());
     EXPECT_THAT(names(), IsEmpty());
@@ -396,7 +396,7 @@ TEST_F(ProfileManager, AssemblyProfilesStayOverARebuild)
     EXPECT_EQ(names(), expected);
 }
 
-TEST_F(ProfileManager, NamesStandInOrderOfArrival)
+TEST_F(ProfileManager, NamesAreInOrderOfArrival)
 {
     mfProfileKey_c k;
     manager_.addAssemblyProfile("Z", L"cam.xml", record("Z", "1").release(), k);
@@ -469,9 +469,9 @@ TEST_F(ProfileManager, NoKeyWithoutRecordOrManager)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-// A profile filed under the current suffix is counted among the user profiles,
-// wherever it is stored. Two of one name take one place, and the group's list and
-// records no longer fit.
+// A profile stored under the current suffix gets its index from the user profiles, even
+// if it is an assembly profile. Two of one name then get the same key, so the group has
+// more names than records.
 TEST_F(ProfileManager, GroupWhoseListAndRecordsHaveComeApartIsLeftOut)
 {
     EXPECT_TRUE(manager_.rebuildUserProfileMap());
@@ -483,10 +483,10 @@ TEST_F(ProfileManager, GroupWhoseListAndRecordsHaveComeApartIsLeftOut)
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, second, k), 0);
     EXPECT_EQ(shown(k), "A| (Default)|0");
     EXPECT_EQ(manager_.findProfile(k), second);
-    EXPECT_EQ(first->definitionText, "1");  // it lives on for segments that use it
+    EXPECT_EQ(first->definitionText, "1");  // it stays valid for segments that use it
     EXPECT_EQ(names(), kBuiltInNames);
 
-    // The displaced profile is no longer one that another could equal.
+    // A new profile is no longer compared with the displaced one.
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
 }
 
@@ -496,13 +496,13 @@ TEST_F(ProfileManager, PlaceTakenOverInAnotherSpellingLeavesTheGroupOut)
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
     EXPECT_THAT(names(), ElementsAre(CString(L"A (User)")));
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("B", false, record("B", "1").release(), k), 0);
-    // The same key, spelt otherwise.
+    // The same key in another case.
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("a", false, record("a", "2").release(), k), 0);
     EXPECT_THAT(names(), IsEmpty());
 }
 
-// The place keeps the key of its first record, and an equal record gets that key.
-TEST_F(ProfileManager, EqualProfileGetsTheKeyThatStandsInTheGroup)
+// The entry keeps the key of its first record, and an equal record gets that key.
+TEST_F(ProfileManager, EqualProfileGetsTheKeyInTheGroup)
 {
     mfProfileKey_c k;
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
@@ -513,8 +513,8 @@ TEST_F(ProfileManager, EqualProfileGetsTheKeyThatStandsInTheGroup)
     EXPECT_EQ(shown(k), "A| (User)|0");
 }
 
-// A file may be called like the current suffix. Its source then counts among the
-// user profiles, if it is spelt the same, and is stored with the others.
+// The name of a file may equal the current suffix. If the case is equal too, its profiles
+// get their index from the user profiles, although they are stored with the others.
 TEST_F(ProfileManager, SourceAloneChoosesWhereTheIndexIsCounted)
 {
     writeLibrary("a", law("A") + law("A", "2*x"));
@@ -526,7 +526,7 @@ TEST_F(ProfileManager, SourceAloneChoosesWhereTheIndexIsCounted)
     EXPECT_EQ(manager_.addAssemblyProfile("A", L"User.xml", record("A", "4").release(), k), 0);
     EXPECT_EQ(shown(k), "A| (User)|2");  // the user profiles are still two
     EXPECT_EQ(manager_.addAssemblyProfile("A", L"user.xml", record("A", "5").release(), k), 0);
-    EXPECT_EQ(shown(k), "A| (user)|3");  // behind the one of the assembly group
+    EXPECT_EQ(shown(k), "A| (user)|3");  // after the one of the assembly group
 }
 
 TEST_F(ProfileManager, FailureOfTheNarrowEncodingTravels)
@@ -601,8 +601,8 @@ struct DisplayNameCase {
 const DisplayNameCase kDisplayNameCases[] = {
     {"CurrentSuffix", L"Cubic (User)", "Cubic| (User)|0"},
     {"MarkIsNotReadBack", L"Cubic (User)<1>", "Cubic| (User)|0"},
-    {"DigitsBehindTheCurrentSuffix", L"Cubic (User)1", "||0"},
-    {"TextBehindTheCurrentSuffix", L"Cubic (User) 1", "Cubic| (User)|0"},
+    {"DigitsAfterTheCurrentSuffix", L"Cubic (User)1", "||0"},
+    {"TextAfterTheCurrentSuffix", L"Cubic (User) 1", "Cubic| (User)|0"},
     {"CurrentSuffixTwice", L"A (User) (User)", "A| (User)|0"},
     {"SuffixAlone", L" (User)", "| (User)|0"},
     {"SuffixOfOtherCaseIsForeign", L"Cubic (user)", "Cubic| (user)|0"},
@@ -611,15 +611,15 @@ const DisplayNameCase kDisplayNameCases[] = {
     {"NameThatDoesNotExist", L"Nothing", "Nothing| (User)|0"},
     {"Empty", L"", "| (User)|0"},
     {"FileStem", L"Rise (my cam)", "Rise| (my cam)|0"},
-    {"MarkBehindAForeignSource", L"Rise (cam)<2>", "Rise| (cam)|0"},
-    {"DigitsBehindAForeignSource", L"Rise (cam)12x", "Rise| (cam)|12"},
+    {"MarkAfterAForeignSource", L"Rise (cam)<2>", "Rise| (cam)|0"},
+    {"DigitsAfterAForeignSource", L"Rise (cam)12x", "Rise| (cam)|12"},
     {"EachDigitCounts", L"Rise (cam)1234567890", "Rise| (cam)|1234567890"},
     {"DigitsBeyondTheRange", L"Rise (cam)99999999999999999999", "Rise| (cam)|2147483647"},
-    {"SignBehindAForeignSource", L"Rise (cam)-1", "Rise| (cam)|0"},
+    {"SignAfterAForeignSource", L"Rise (cam)-1", "Rise| (cam)|0"},
     {"NoClosingBracket", L"Rise (cam", "||0"},
     {"ClosingBracketBefore", L"Ri)se (cam", "||0"},
     {"BracketWithoutBlank", L"Rise(cam)", "Rise(cam)| (User)|0"},
-    {"BracketBehindOneCharacter", L"A (cam)", "A| (cam)|0"},
+    {"BracketAfterOneCharacter", L"A (cam)", "A| (cam)|0"},
     {"BracketAtTheStart", L" (cam)", " (cam)| (User)|0"},
     {"TwoForeignBrackets", L"Rise (a) (b)3", "Rise| (a)|0"},
     {"NestedBrackets", L"Rise (a(b))", "Rise| (a(b)|0"},

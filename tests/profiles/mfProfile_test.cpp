@@ -20,8 +20,8 @@ TEST(NewProfile, IsEmpty)
     EXPECT_TRUE(profile.resultTokens.empty());
 }
 
-// x2 stands before y1: the fields are not in the order of a definition's header.
-TEST(NewProfile, FieldsStandInTheirOrder)
+// x2 comes before y1: the fields are not in the order of a definition's header.
+TEST(NewProfile, FieldsAreInTheirOrder)
 {
     const mfProfile_c profile;
     const std::string* const fields[] = {&profile.name,

@@ -18,12 +18,12 @@ using mf::test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// It holds nothing: readers are interchangeable.
+// It has no state: readers are interchangeable.
 static_assert(std::is_empty_v<mfSegmentTypeParser_c>);
 
 using Strings = std::vector<std::string>;
 
-// What readProfiles hands out, owned.
+// The result of readProfiles, owned.
 struct ReadFile {
     bool answer = false;
     std::vector<std::unique_ptr<mfProfile_c>> records;
@@ -144,7 +144,7 @@ const SameTextCase kSameTextCases[] = {
      "SEGMENTTYPE(\"Half Rise\",T,XA,YA,XB,YB) S=(T-XA)/(XB-XA); H=YA+(YB-YA)*S/2; RETURN H; ENDSEGMENTTYPE"},
     {"OlderKeywordsInAnyCase",
      "pRofile(\"Half Rise\",t,xa,ya,xb,yb) s=(t-xa)/(xb-xa); h=ya+(yb-ya)*s/2; return h; ENDprofile"},
-    {"CommentLinesBeforeInsideAndBehind",
+    {"CommentLinesBeforeInsideAndAfter",
      "' a \"comment with one quote\nSegmentType(\"Half Rise\",t,xa,ya,xb,yb)\n  ' indented; endSegmentType\n"
      "s=(t-xa)/(xb-xa);\n'\nh=ya+(yb-ya)*s/2;\nreturn h;\nendSegmentType\n' behind"},
     {"EmptyLines",
@@ -153,7 +153,7 @@ const SameTextCase kSameTextCases[] = {
     {"RunsOfHeaderDelimitersCountAsOne",
      "SegmentType((\"Half Rise\",,t,xa,,ya,xb,(yb)s=(t-xa)/(xb-xa);h=ya+(yb-ya)*s/2;return "
      "h;endSegmentType"},
-    {"TextBehindTheLastKeywordIsIgnored",
+    {"TextAfterTheLastKeywordIsIgnored",
      "SegmentType(\"Half Rise\",t,xa,ya,xb,yb)s=(t-xa)/(xb-xa);h=ya+(yb-ya)*s/2;return h;endSegmentType"
      "SegmentType(\"Lost\",x"},
 };
@@ -211,7 +211,7 @@ const RefusedCase kRefusedCases[] = {
     {"NoReturn", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;y;endSegmentType", 0},
     {"ReturnNamesNothing", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return;endSegmentType", 0},
     {"OneLetterLostWithTheLastSemicolon", "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y endSegmentType", 0},
-    {"BadOneBehindTwoGoodOnes",
+    {"BadOneAfterTwoGoodOnes",
      "SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n"
      "SegmentType(\"B\",x,x1,y1,x2,y2)y=1;return y;endSegmentType\n"
      "SegmentType(\"C\",x,x1,y1,x2,y2)y=1;endSegmentType\n"
@@ -221,7 +221,7 @@ const RefusedCase kRefusedCases[] = {
 
 class Refused : public testing::TestWithParam<RefusedCase> {};
 
-TEST_P(Refused, AnswersFalseAndKeepsWhatWasReadBefore)
+TEST_P(Refused, ReturnsFalseAndKeepsWhatWasReadBefore)
 {
     const ReadFile file = readText(GetParam().text);
     EXPECT_FALSE(file.answer);
@@ -231,19 +231,19 @@ TEST_P(Refused, AnswersFalseAndKeepsWhatWasReadBefore)
 INSTANTIATE_TEST_SUITE_P(Profiles, Refused, testing::ValuesIn(kRefusedCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(ReadProfiles, FileThatDoesNotOpenAnswersFalse)
+TEST(ReadProfiles, FileThatDoesNotOpenReturnsFalse)
 {
     const TemporaryFolder folder;
     EXPECT_FALSE(readFile(folder / "none.txt").answer);
 }
 
-TEST(ReadProfiles, FolderInThePlaceOfAFileAnswersFalse)
+TEST(ReadProfiles, FolderInThePlaceOfAFileReturnsFalse)
 {
     const TemporaryFolder folder;
     EXPECT_FALSE(readFile(folder.path()).answer);
 }
 
-TEST(ReadDefinitions, ReplacesTheListAndCutsBehindEachKeyword)
+TEST(ReadDefinitions, ReplacesTheListAndCutsAfterEachKeyword)
 {
     const TemporaryFolder folder;
     Strings definitions = {"old"};
@@ -280,7 +280,7 @@ TEST(LowerOutsideQuotes, LeavesBytesBeyondAsciiAlone)
 TEST(UnbalancedQuote, LeavesTheNextTextUnloweredUpToItsQuote)
 {
     EXPECT_FALSE(readText("\"").answer);
-    // The keyword keeps its capitals, and the name stands outside the quotes now.
+    // The keyword keeps its capitals, and the name is now outside the quotes.
     EXPECT_FALSE(readText("SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType").answer);
     EXPECT_FALSE(readText("\"").answer);
     EXPECT_TRUE(readText("SegmentType(\"A\",x,x1,y1,x2,y2)y=1;return y;endSegmentType").answer);
@@ -295,8 +295,8 @@ TEST(UnbalancedQuote, LowersTheNamesOfLowerCaseDefinitions)
     EXPECT_EQ(file.records[0]->name, "rise");
 }
 
-// The table is lowered in place at each use, so an open quote reaches it, too: the
-// names stand outside quotes then and lose their capitals for good.
+// The table is converted to lower case in place at each use, so an open quote affects it
+// too: the names are then outside quotes and lose their capitals permanently.
 TEST(UnbalancedQuote, LowersTheNamesOfTheBuiltInTableForGood)
 {
     ASSERT_TRUE(readFile("").answer);
@@ -334,7 +334,7 @@ TEST(ReadNormalText, AppendsWithoutSeparators)
     EXPECT_EQ(out, "oldabc'keptd");
 }
 
-TEST(ReadNormalText, StreamThatCannotBeReadAnswersFalse)
+TEST(ReadNormalText, StreamThatCannotBeReadReturnsFalse)
 {
     std::istream stream(nullptr);
     std::string out = "old";
@@ -396,8 +396,8 @@ const char* const kOperators = "()+-*/^%";
 // show in all combinations.
 const SplitCase kSplitCases[] = {
     {"EmptyText", "", ",", true, {}},
-    {"PieceBehindTheLastDelimiterLosesACharacter", "ab,cd", ",", false, {"ab", "c"}},
-    {"OneCharacterBehindTheLastDelimiterLeavesAnEmptyPiece", "ab,c", ",", false, {"ab", ""}},
+    {"PieceAfterTheLastDelimiterLosesACharacter", "ab,cd", ",", false, {"ab", "c"}},
+    {"OneCharacterAfterTheLastDelimiterLeavesAnEmptyPiece", "ab,c", ",", false, {"ab", ""}},
     {"DelimiterAtTheEndProtectsThePiece", "ab,cd,", ",", false, {"ab", "cd"}},
     {"NoDelimiter", "abc", ",", false, {"ab"}},
     {"NoDelimiterKept", "abc", ",", true, {"ab"}},
@@ -500,7 +500,7 @@ TEST(ParseDefinition, KeepsWhatWasStoredBeforeAFailure)
     EXPECT_EQ(record.resultExpression, "");
 }
 
-TEST(ParseDefinition, NullRecordAnswersFalse)
+TEST(ParseDefinition, NullRecordReturnsFalse)
 {
     std::string text = kLinear;
     EXPECT_FALSE(mfSegmentTypeParser_c().parseDefinition(text, nullptr, true));
@@ -508,7 +508,7 @@ TEST(ParseDefinition, NullRecordAnswersFalse)
     EXPECT_FALSE(mfSegmentTypeParser_c().parseBody("y=x;returny;", nullptr));
 }
 
-TEST(SplitDefinition, CutsBehindTheFirstParenthesis)
+TEST(SplitDefinition, CutsAfterTheFirstParenthesis)
 {
     std::string header, body;
     EXPECT_TRUE(
@@ -547,7 +547,7 @@ TEST(ParseHeader, FailureLeavesTheRecordUntouched)
     EXPECT_EQ(record.x1, "");
 }
 
-TEST(SplitStatements, TellsVariablesFromValues)
+TEST(SplitStatements, SeparatesVariablesFromValues)
 {
     Strings variables, values;
     EXPECT_TRUE(mfSegmentTypeParser_c().splitStatements("a=1;b=a+2;returnb;", variables, values));
@@ -567,9 +567,9 @@ const ExpandCase kExpandCases[] = {
     {"ReturnOfSeveralVariables", "a=x;b=a^2;returna+b;", "(x)+((x)^2)"},
     {"ReturnWithoutVariable", "y=x;returnz;", "z"},
     {"OrderIsTheWholeMeaning", "b=a+1;a=x;returnb;", "((x)+1)"},
-    {"AssignedTwiceTheFirstStands", "y=1;y=2;returny;", "(1)"},
-    // The first y is a variable name only where an earlier y was not put in: here
-    // the second assignment's right side is reached, its left side is not.
+    {"AssignedTwiceTheFirstIsUsed", "y=1;y=2;returny;", "(1)"},
+    // Replacing y by its value changes the right side of the second assignment, but not
+    // the variable on its left side.
     {"SecondAssignmentUsesTheFirst", "y=1;z=y;y=z+y;returny+z;", "(1)+((1))"},
     {"SelfReferenceStays", "y=y+1;returny;", "(y+1)"},
     {"ShortNameHitsTheLongerOne", "y=x;z=y+y1;returnz;", "((x)+(x)1)"},

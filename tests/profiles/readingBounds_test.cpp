@@ -12,8 +12,8 @@
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
 #include "tests/support/TemporaryFolder.h"
 
-// Hostile definitions: none fills memory, none takes time out of proportion to
-// its length.
+// Hostile definitions: none uses much memory, none takes time out of proportion to its
+// length.
 
 namespace {
 
@@ -22,11 +22,11 @@ using mf::test::TemporaryFolder;
 
 constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
-// Generous: the worst text below takes a fifth of it in a plain build, and the
-// quadratic reading that it stands for takes minutes.
+// Generous: the worst text below takes a fifth of it in a plain build; reading in
+// quadratic time would take minutes.
 constexpr double kPatience = 5.0;
 
-// In seconds of the processor, so that other programs do not count.
+// In seconds of processor time, so that other programs do not matter.
 double processTime()
 {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
@@ -52,8 +52,7 @@ bool readOlder(const std::string& statements, std::string& result)
     return answer;
 }
 
-// Each line doubles the text of the line before it. The names do not occur in
-// one another.
+// Each line doubles the text of the previous line. No name occurs in another.
 std::string doubling(int lines)
 {
     const auto name = [](int i) { return "v" + std::to_string(100 + i); };
@@ -63,7 +62,7 @@ std::string doubling(int lines)
     return text + "return" + name(lines) + ";";
 }
 
-// Length of the value of the last line: twice the one before, its brackets and a
+// Length of the value of the last line: twice the previous one with its brackets, and a
 // plus sign.
 std::size_t doubledLength(int lines)
 {
@@ -82,7 +81,7 @@ TEST_P(Doubling, ReadsUpToTheLongestTextOfTheEngine)
     std::string result;
     EXPECT_EQ(readOlder(doubling(lines), result), length <= kLongestText);
     EXPECT_EQ(result.size(), length <= kLongestText ? length : 0);
-    // The current reader's result stands in brackets of its own.
+    // The current reader puts the result in brackets.
     EXPECT_EQ(readCurrent(doubling(lines), result), length + 2 <= kLongestText);
     EXPECT_EQ(result.size(), length + 2 <= kLongestText ? length + 2 : 0);
 }
@@ -194,7 +193,7 @@ TEST(ReadingBounds, DefinitionsOfOneFileShareWhatTheyMayCost)
         delete record;
 }
 
-// The same of the older reader.
+// The same for the older reader.
 TEST(ReadingBounds, DefinitionsOfOneOlderTextShareWhatTheyMayCost)
 {
     std::string text;
@@ -210,7 +209,7 @@ TEST(ReadingBounds, DefinitionsOfOneOlderTextShareWhatTheyMayCost)
         EXPECT_EQ(result.size(), doubledLength(17));
 }
 
-// Each name of a long value asks for a copy of it.
+// Each name of a long value makes a copy of it.
 TEST(ReadingBounds, NamesOfOneLongValueShareWhatTheyMayCost)
 {
     for (const int names : {10, 10'000}) {
@@ -232,7 +231,7 @@ TEST(ReadingBounds, DefinitionsOfOneDocumentShareABudget)
         mfProfile_c record;
         const bool answer = static_cast<bool>(mf::profiles::parseDefinition(text, record, budget));
         read += answer;
-        EXPECT_FALSE(answer && refused);  // spent is spent
+        EXPECT_FALSE(answer && refused);  // a spent budget stays spent
         refused |= !answer;
     }
     EXPECT_GE(read, 1);

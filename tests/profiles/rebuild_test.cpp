@@ -11,9 +11,8 @@
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/support/TemporaryFolder.h"
 
-// What a host may go on doing with its curves after it has rebuilt the profiles.
-// A read of freed memory shows under the address sanitizer, and as a wrong value
-// without it.
+// What a host may still do with its curves after it has rebuilt the profiles. A read of
+// freed memory is found by the address sanitizer, and gives a wrong value without it.
 
 namespace {
 

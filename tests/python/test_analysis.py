@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What curves do: breaks, peaks, limits, other forms, pictures."""
+"""The analysis of curves: breaks, peaks, limits, other forms, pictures."""
 
 import math
 

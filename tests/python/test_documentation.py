@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The examples of docstrings, of docs/python.md and of the README run and print what they say."""
+"""The examples of docstrings, of docs/python.md and of the README run and print the results shown."""
 
 import doctest
 import pathlib

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What makes curves, what they say of themselves, and what bad input meets."""
+"""Making curves, their properties, and the errors for bad input."""
 
 import copy
 import errno

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the package that pip builds holds, and that it works where nothing else is."""
+"""The content of the package that pip builds, and that it works alone."""
 
 import os
 import pathlib
@@ -19,7 +19,7 @@ def wheel(tmp_path_factory):
         pytest.skip("MFCURVES_BUILD names no build folder; scripts/python_test.sh sets it")
     folder = tmp_path_factory.mktemp("wheel")
     sources = folder / "sources"
-    (sources / "python").mkdir(parents=True)  # where pip leaves files of its own
+    (sources / "python").mkdir(parents=True)  # pip writes files there
     for name in ("LICENSE", "docs", "mfcurves", "pyproject.toml", "python/mfcurves", "setup.py", "share"):
         (sources / name).symlink_to(ROOT / name)
     pip = [sys.executable, "-m", "pip", "wheel", "--no-build-isolation", "--no-deps", "--quiet"]

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// The allocator of this program fails at the n-th request, or at it and all behind
-// it, for every n that a piece of work makes: each call then succeeds or lets the exception through to
-// the host, the objects can still be destroyed, nothing stays behind, and nothing
-// is printed.
+// The allocator of this program fails at the n-th request, or from the n-th on, for every
+// request of a piece of work. Each call then succeeds or passes the exception on to the
+// host, the objects can still be destroyed, nothing is leaked, and nothing is printed.
 
 #include <cstdlib>
 #include <cstring>
@@ -37,7 +36,7 @@ bool failsNow()
     return true;
 }
 
-// The XML engine's requests go the same way as those of C++.
+// The XML engine's requests use the same allocator as those of C++.
 void* allocate(std::size_t size)
 {
     return mf::test::allocate({size, alignof(std::max_align_t), false, true});
@@ -104,12 +103,11 @@ protected:
     }
 };
 
-TEST_P(AllocationFailure, SucceedsOrThrowsAndLeavesNothingBehind)
+TEST_P(AllocationFailure, SucceedsOrThrowsAndLeaksNothing)
 {
     const auto& [work, fromThenOn] = GetParam();
     failsFromThenOn = fromThenOn;
-    // What is made once for the life of the process, and what the engine keeps of
-    // compiled texts, is there after this.
+    // Makes what is made once per process, and fills the engine's cache of compiled texts.
     runSession(work);
     runSession(work);
     xmlResetLastError();  // the XML engine keeps a copy of its last error for the thread

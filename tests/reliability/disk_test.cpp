@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// What the disk does to a save or a load: the old document or the new one is
-// there, never a mixture, and what cannot be read is answered with false.
+// Failures of the disk during a save or a load: the file has the old or the new document,
+// never a mixture, and a file that cannot be read gives false.
 
 #include <cstdio>
 #include <fcntl.h>
@@ -58,7 +58,7 @@ protected:
         function_.createXMLData(name, true, target.c_str());
     }
 
-    // Runs `work` in a process of its own and answers how that ended.
+    // Runs `work` in another process and returns how that ended.
     static int inChild(const std::function<int()>& work)
     {
         const pid_t child = ::fork();
@@ -125,7 +125,7 @@ TEST_F(Disk, FileThatMayNotGrowKeepsTheOldDocument)
     EXPECT_EQ(folder_.count(), 1);
 }
 
-// Where the process may mount one, a small file system runs full for real.
+// If the process may mount one, a small file system really runs full.
 TEST_F(Disk, FullFileSystemKeepsTheOldDocument)
 {
     constexpr int kMayNotMount = 9;
@@ -143,7 +143,7 @@ TEST_F(Disk, FullFileSystemKeepsTheOldDocument)
         return std::distance(fs::directory_iterator(mount), {}) == 1 ? 0 : 2;
     });
     if (outcome == kMayNotMount)
-        std::printf("this process may not mount a file system: the limit of the file size stands for it\n");
+        std::printf("this process may not mount a file system: a limit of the file size is used instead\n");
     else
         EXPECT_EQ(outcome, 0);
 }
@@ -188,7 +188,7 @@ TEST_F(Disk, PathOfFourThousandCharactersThatLeadsToTheFile)
     EXPECT_EQ(function_.getName(), L"far");
 }
 
-// Something that is no file is written to and never replaced.
+// A device or a pipe is written to and not replaced.
 TEST_F(Disk, DeviceStaysADevice)
 {
     save(L"new", "/dev/null");

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The host refuses the n-th thing that it is asked for, or everything from then
-// on, for every n of a whole session: the library answers its neutral values and
-// nothing faults.
+// The host refuses the n-th request, or all requests from the n-th on, for every n of a
+// whole session: the library returns its neutral values and nothing crashes.
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -15,7 +14,7 @@ namespace {
 
 enum class Refusal { OneCall, FromThenOn };
 
-// Counts what is asked and says when the answer is a refusal.
+// Counts the requests and decides which are refused.
 class Patience {
 public:
     Patience(long call, Refusal refusal) : call_(call), refusal_(refusal) {}
@@ -135,8 +134,8 @@ INSTANTIATE_TEST_SUITE_P(Sessions, HostFailure, testing::ValuesIn(everyCase()), 
            (tested.param.refusal == Refusal::OneCall ? "OneCall" : "FromThenOn");
 });
 
-// Without a context there is nobody to ask at all.
-TEST(HostFailure, NoContextIsLikeOneThatAnswersNothing)
+// Without a context the library has no host at all.
+TEST(HostFailure, NoContextIsLikeOneThatReturnsNull)
 {
     QelSession_c::setMotionFunctionContext(nullptr);
     mf::platform::setMessageHandler([](const wchar_t*, const wchar_t*, unsigned) {});

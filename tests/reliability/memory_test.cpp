@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How much memory a long table holds when every row is parsed, sampled and evaluated in all four
-// orders, and how much a curve of many rows. The allocator of this program counts the bytes that are asked
-// for.
+// How much memory a long table uses when every row is parsed, sampled and evaluated in all four
+// orders, and how much a curve of many rows uses. The allocator of this program counts the
+// requested bytes.
 
 #include <cstddef>
 #include <cstdio>
@@ -62,8 +62,8 @@ void operator delete[](void* memory, std::size_t) noexcept
 
 namespace {
 
-// What a row holds does not depend on how many there are: a build that is not optimised takes
-// fewer.
+// The memory per row does not depend on the number of rows; a build without optimisation uses
+// fewer rows.
 #ifdef NDEBUG
 constexpr int kRows = 100'000;
 #else
@@ -101,7 +101,7 @@ protected:
     std::vector<CString> names_;
 };
 
-// The engine keeps some megabytes of texts for any number of tables; they are there before
+// The engine caches some megabytes of texts for any number of tables; the cache is filled before
 // the count.
 TEST_F(Memory, OfALongTableIsAFewThousandBytesARow)
 {
@@ -119,7 +119,7 @@ TEST_F(Memory, OfALongTableIsAFewThousandBytesARow)
     EXPECT_GT(bytesPerRow, sizeof(mfSegment_c)) << "the allocator does not count";
 }
 
-// Rows of known forms keep their numbers, and the definition its names.
+// Rows of known forms store their numbers, and the definition stores its names.
 TEST(CurveMemory, OfAThousandBuiltInRowsIsHalfAMegabyte)
 {
     const char* const laws[] = {"Cubic",
@@ -137,7 +137,7 @@ TEST(CurveMemory, OfAThousandBuiltInRowsIsHalfAMegabyte)
         shape.rows.push_back({3.0 * i, static_cast<double>(i % 7), laws[i % 10]});
     mf::CurveDefinition definition;
     definition.shape = shape;
-    const mf::Curve first(definition);  // what all curves share is there before the count
+    const mf::Curve first(definition);  // makes what all curves share, before the count
     const std::size_t before = liveBytes;
     const mf::Curve curve(definition);
     const double bytes = static_cast<double>(liveBytes - before);

@@ -7,8 +7,8 @@
 #include "mfcurves/mfcurves.h"
 #include "tests/support/processState.h"
 
-// Pieces of work that go once through everything a host does with a curve of each
-// kind. Tests run them while something around the library fails.
+// Pieces of work that do once everything that a host does with a curve of each kind. Tests
+// run them while something outside the library fails.
 namespace mf::test {
 
 inline const char* const kSegmentDocument =
@@ -44,8 +44,7 @@ inline const char* const kExpressionDocument =
 
 inline const char* const kBrokenDocument = "<Curve><Version>1</Version><FunctionName>cam</Curve>";
 
-// True when initialize found the memory for every kind; a kind that it did not
-// get is null.
+// True when initialize could allocate every kind; the others are null.
 inline bool isWhole(mfFunctionData_c& function)
 {
     return function.getFunctionSegments() != nullptr && function.getFunctionDataPoints() != nullptr &&
@@ -67,8 +66,8 @@ inline mfFunctionExpression_c& expressionOf(mfFunctionData_c& function)
     return static_cast<mfFunctionExpression_c&>(*function.getFunctionExpression());
 }
 
-// A table takes a row over when the call comes back; when it throws, the row is
-// still the caller's.
+// The table owns the row when the call returns; if the call throws, the row is still the
+// caller's.
 inline void addRow(mfFunctionSegments_c& table, double startX, double endX, double value)
 {
     auto row = std::make_unique<mfSegment_c>(startX, endX, value, L"Cubic");
@@ -153,7 +152,7 @@ inline void readWriteRead(mfFunctionData_c& function, const char* document)
         function.readXMLData(L"", true, written);
 }
 
-// Fails the test if the process is in another state at the end, an exception's end included.
+// Fails the test if the process is in another state at the end, also after an exception.
 struct SameState {
     ~SameState()
     {
@@ -163,7 +162,7 @@ struct SameState {
     ProcessState before;
 };
 
-// Makes a curve, examines it, writes it and reads it again. An error is an answer, too.
+// Makes a curve, examines it, writes it and reads it again. An error is a valid outcome, too.
 template <class Make>
 void useCurve(const Make& make)
 {

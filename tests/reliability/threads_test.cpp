@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Distinct objects on distinct threads evaluate, edit and sample at once. Under
-// the thread sanitizer this shows that what they share is safe to share.
+// Distinct objects in several threads evaluate, edit and sample at the same time. With the
+// thread sanitizer this shows that the shared data is safe.
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ protected:
     }
     ~Threads() override { QelSession_c::setMotionFunctionContext(nullptr); }
 
-    // A function for each thread, made by `make` on this one.
+    // A function for each thread, made by `make` in this thread.
     template <typename Make>
     std::vector<std::unique_ptr<mfFunctionData_c>> functions(Make make)
     {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// No input of at most a megabyte keeps any call busy for more than a second: the
-// worst inputs known for each way in, each made here, each call timed alone. The
-// whole program prints the slowest call of every input.
+// No call takes more than a second for an input of at most a megabyte. Tests the worst
+// known inputs of each reader, all made here, and times each call separately. The program
+// prints the slowest call of every input.
 
 #include <cmath>
 #include <cstdio>
@@ -29,7 +29,7 @@ constexpr std::size_t kMegabyte = 1'000'000;
 
 constexpr double kSecondsAllowed = 1.0;
 
-// The time of the processor, because the machine may be busy with something else.
+// Processor time, because the machine may be busy with something else.
 class Stopwatch {
 public:
     template <class Work>
@@ -61,7 +61,7 @@ private:
     const char* slowestCall_ = "";
 };
 
-// One input and the calls that it is handed to.
+// One input and the calls that receive it.
 struct TimeCase {
     const char* name;
     std::function<std::string()> input;
@@ -113,7 +113,7 @@ std::string times(int count, const std::string& text)
     return result;
 }
 
-// `make` of 0, 1, 2, ... one behind the other.
+// The texts of `make` for 0, 1, 2, ..., joined.
 std::string numbered(const std::function<std::string(int)>& make, std::size_t size = kMegabyte - 200)
 {
     std::string result;
@@ -225,7 +225,7 @@ const TimeCase kExpressions[] = {
     {"SumOfPowers", [] { return "x" + numbered([](int i) { return "+x^" + std::to_string(i) + ".5"; }); }},
     {"PolynomialPowersOfPowers", [] { return nested("(", "x+1", ")^9", 1000); }},
     {"Signs", [] { return repeated("-") + "x"; }},
-    {"SignsBehindPowers", [] { return "x" + repeated("^-") + "1"; }},
+    {"SignsAfterPowers", [] { return "x" + repeated("^-") + "1"; }},
     {"NestedParentheses", [] { return repeated(nested("(", "x", ")", 1000) + "+") + "x"; }},
     {"NestedCalls", [] { return nested("sin(", "x", ")", 1000); }},
     {"NestedCallsMuchDifferentiated", [] { return nested("exp(sin(", "x", ")/2)", 499); }},
@@ -287,7 +287,7 @@ std::string currentDefinition(const std::string& name, const std::string& statem
     return "segmenttype(\"" + name + "\",x,x1,y1,x2,y2)" + statements + "endsegmenttype";
 }
 
-// Each line doubles the text of the line before it, to about 10 * 2^lines.
+// Each line doubles the text of the previous line, up to about 10 * 2^lines.
 std::string doubling(int lines, const std::string& first = "x")
 {
     std::string text = nameOf(0) + "q=" + first + ";";
@@ -298,7 +298,7 @@ std::string doubling(int lines, const std::string& first = "x")
 
 class ProfileTime : public Time {
 protected:
-    // A row with the record's profile, as an editor compiles, samples and asks it.
+    // A row with the record's profile, used as by an editor: compiled, sampled, evaluated.
     void useInARow(const mfProfile_c& record)
     {
         mfProfileManager_c& manager = *host_.getProfileManager();
@@ -451,8 +451,8 @@ std::string element(const std::string& name, const std::string& content)
     return "<" + name + ">" + content + "</" + name + ">";
 }
 
-// What every document begins with; the motion object is the one that a new
-// function has, so that files are taken, too.
+// The start of every document. The motion object is that of a new function, so that
+// files are accepted, too.
 std::string head(const std::string& type)
 {
     return "<Curve><Version>1</Version><FunctionName>n</FunctionName><FunctionType>" + type +
@@ -499,7 +499,7 @@ protected:
         return static_cast<mfFunctionDataPoints_c&>(*function.getFunctionDataPoints());
     }
 
-    // Whatever an editor does to a table of segments.
+    // All that an editor does with a table of segments.
     void edit(mfFunctionSegments_c& table)
     {
         const int count = table.getSegmentCount();
@@ -524,7 +524,7 @@ protected:
         watch_.time("clearSegments", [&] { table.clearSegments(); });
     }
 
-    // Whatever an editor does to a table of data points.
+    // All that an editor does with a table of data points.
     void edit(mfFunctionDataPoints_c& table)
     {
         const int count = table.getDataPointsCount();
@@ -576,8 +576,8 @@ TEST_P(DocumentTime, Buffer)
     watch_.time("destruction", [&] { function.reset(); });
 }
 
-// The name of the file is that of the default table, whose profiles then stand
-// under one key with those of the document.
+// The name of the file is that of the default table, so that its profiles and those of the
+// document get the same keys.
 TEST_P(DocumentTime, File)
 {
     const mf::test::TemporaryFolder folder;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-// A second, slow and obvious segment table: rows by value, and every rule written
-// out step by step with nothing shared between two rules.
+// A slow and obvious segment table: rows by value, and every rule written out step by step
+// without code shared between rules.
 namespace mf::test {
 
 struct PlainRow {
@@ -52,7 +52,7 @@ struct PlainTable {
         rows.push_back(added);
     }
 
-    // False where the row is not taken.
+    // False when the row is not inserted.
     bool insert(int row, PlainRow inserted)
     {
         updateRows = {};
@@ -222,7 +222,7 @@ struct PlainTable {
         return low;
     }
 
-    // -1 where all rows meet.
+    // -1 when all rows meet.
     int seam() const
     {
         for (std::size_t row = 1; row < rows.size(); ++row) {

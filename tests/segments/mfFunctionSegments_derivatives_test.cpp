@@ -28,8 +28,8 @@ void PrintTo(const FilledCase& c, std::ostream* os)
     *os << "object " << c.motionObjectType << ", quantity " << c.quantity;
 }
 
-// What is filled depends on the quantity alone, but never goes beyond what is
-// built: a force that holds a motor's quantity keeps to its one derivative.
+// The quantity alone decides which arrays are filled, but only arrays that were built: a
+// force with a motor's quantity has only its one derivative.
 const FilledCase kFilledCases[] = {
     {"Displacement", 0, mf::MotorDriveType_Displacment, 3},
     {"Velocity", 0, mf::MotorDriveType_Velocity, 2},
@@ -199,7 +199,7 @@ TEST_F(Curve, NothingIsDerivedWhereNoPointsWereBuilt)
     }
 }
 
-// A point row asks whether the curve is a motor; a stretch does not.
+// A row of one point checks whether the curve drives a motor; a stretch does not.
 TEST_F(Curve, PointRowOfAnUnknownObjectHasItsFirstSlopeCleared)
 {
     fill(table, "0:0 2:2=5");
@@ -213,7 +213,7 @@ TEST_F(Curve, PointRowOfAnUnknownObjectHasItsFirstSlopeCleared)
     EXPECT_EQ(rowOf(table, 1).getPlottingData1()[0].y(), 0.0);
 
     rowOf(table, 1).getPlottingData1()[0] = mfPoint2D_c(9.0, 9.0);
-    table.motionObjectType = 0;  // a motor without a quantity has no slope to clear
+    table.motionObjectType = 0;  // a motor without a quantity has no derivative to clear
     table.calculateDerivatives(1);
     EXPECT_EQ(rowOf(table, 1).getPlottingData1()[0].x(), 9.0);
 }

@@ -30,7 +30,7 @@ constexpr auto kMotionResult = mf::IndependentVariableType_MotionResult;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// An edit that reports row 2, so that a test sees whether the next one forgets it.
+// An edit that reports row 2, so that a test sees whether the next edit clears it.
 void reportSomething(mfFunctionSegments_c& table)
 {
     fill(table, "0:0 0:1 1:2");
@@ -84,7 +84,7 @@ const MoveCase kMoveEndCases[] = {
      {3, 2, 2, 1, 1},
      mf::IndependentVariableType_None},
     {"GivenEndMayBeNegative", "0:0 0:2", 1, -3.0, "0:0 0:-3", {1}},
-    // Row 2 leaves 4 behind, and 4 is not below the start of row 1; 3 would be.
+    // After row 2, x is 4, which is not below the start of row 1; 3 would be.
     {"WalkBackGoesOnFromWalkForward", "0:0 4:5 1:2 2:9", 1, 3.0, "0:0 4:3 3:4 4:9", {2, 3, 1}},
     {"NaNStopsBothWalks", "0:0 0:2 2:5", 1, kNaN, "0:0 0:nan nan:5", {2, 1}},
     {"InfinityPushesToInfinity", "0:0 0:2 2:5", 1, kInfinity, "0:0 0:inf inf:inf", {2, 1}},
@@ -102,7 +102,7 @@ TEST_P(MoveEnd, MovesNeighboursAndReportsThem)
     table.setIndependentVar(c.variable);
     fill(table, c.before);
 
-    // The other arguments are not looked at.
+    // The other arguments are ignored.
     EXPECT_TRUE(table.modifySegment(c.row, kEndXColumn, 77.0, c.x, 88.0, L"other"));
 
     EXPECT_EQ(show(table), c.after);
@@ -145,14 +145,13 @@ const MoveCase kMoveStartCases[] = {
      {2, 1},
      kMotionResult},
     {"GivenStartMayBeNegative", "0:0 0:2", 1, -3.0, "0:0 -3:2", {}},
-    {"StartBehindTheEndPushesOn", "0:0 0:2 2:5", 1, 3.0, "0:0 3:4 4:5", {1, 2}},
+    {"StartAfterTheEndPushesOn", "0:0 0:2 2:5", 1, 3.0, "0:0 3:4 4:5", {1, 2}},
     {"PushForwardRunsOn", "0:0 0:2 2:3 3:4", 1, 6.0, "0:0 6:7 7:8 8:9", {1, 2, 2, 3, 3}},
     {"LastRowIsPushedAlone", "0:0 0:2 2:5", 2, 6.0, "0:0 0:6 6:7", {1, 2}},
     {"EqualEndStopsUnreported", "0:0 0:2 2:5", 1, 2.0, "0:0 2:2 2:5", {}},
     {"RowZeroMoves", "0:0 0:2 2:5", 0, 1.0, "1:2 2:2 2:5", {0, 1}},
     {"RowZeroWithRoom", "0:0 0:2", 0, -1.0, "-1:0 0:2", {}},
-    // The walk back leaves 2.5 behind, and 2.5 is not above the end of row 2; 3.5
-    // would be.
+    // After the walk back, x is 2.5, which is not above the end of row 2; 3.5 would be.
     {"WalkForwardGoesOnFromWalkBack", "0:0 4:5 5:3", 2, 3.5, "0:0 2.5:3.5 3.5:3", {1}},
     {"NaNStopsBothWalks", "0:0 0:2 2:5", 2, kNaN, "0:0 0:nan nan:5", {1}},
     {"MinusInfinityPushesBack", "0:0 0:2 2:5", 2, -kInfinity, "0:0 -inf:-inf -inf:5", {1}, kMotionResult},
@@ -359,7 +358,7 @@ const InsertCase kInsertCases[] = {
      "0:0=0/A 0:2=1/Initial 2:2=1/C 2:4=2/D"},
     {"InitialCountsWithCase", "0:0=0/A 0:2=1/initial 2:4=2/D", 2, "5:6=9/C",
      "0:0=0/A 0:2=1/initial 2:2=1/initial 2:4=2/D"},
-    {"InitialBehindIsInherited", "0:0=0/A 0:2=1/Initials 2:4=2/D", 2, "5:6=9/C",
+    {"InitialAfterIsInherited", "0:0=0/A 0:2=1/Initials 2:4=2/D", 2, "5:6=9/C",
      "0:0=0/A 0:2=1/Initials 2:2=1/Initials 2:4=2/D"},
 };
 
@@ -442,7 +441,7 @@ TEST_P(DeleteSegment, ClosesTheGap)
     const DeleteCase& c = GetParam();
     mfFunctionSegments_c table;
     fill(table, c.before);
-    table.modifySegment(0, kValueColumn, 0.0, 0.0, 1.0, L"");  // reports row 1 where there is one
+    table.modifySegment(0, kValueColumn, 0.0, 0.0, 1.0, L"");  // reports row 1 if it exists
 
     table.deleteSegment(c.row);
 
@@ -453,7 +452,7 @@ TEST_P(DeleteSegment, ClosesTheGap)
 INSTANTIATE_TEST_SUITE_P(Segments, DeleteSegment, testing::ValuesIn(kDeleteCases),
                          [](const auto& tested) { return tested.param.name; });
 
-// ------------------------------------------------------------------ judging
+// ----------------------------------------------------------------- checking
 
 struct CheckCase {
     const char* name;
@@ -475,11 +474,11 @@ const CheckCase kCheckCases[] = {
     {"LastRowUnnamed", "0:0 0:2 2:5", 2, false},
     {"LastRowReversed", "0:0 0:2 2:1/A", 2, false},
     {"LastRowWithoutLength", "0:0 0:2 2:2/A", 2, true},
-    {"LastRowBehindAGap", "0:0 0:2 3:5/A", 2, false},
+    {"LastRowAfterAGap", "0:0 0:2 3:5/A", 2, false},
     {"InnerRow", "0:0 0:2 2:5/A 5:6/A", 2, true},
     {"InnerRowUnnamed", "0:0 0:2 2:5 5:6/A", 2, false},
     {"InnerRowReversed", "0:0 0:2 2:1/A 1:6/A", 2, false},
-    {"InnerRowBehindAGap", "0:0 0:2 3:5/A 5:6/A", 2, false},
+    {"InnerRowAfterAGap", "0:0 0:2 3:5/A 5:6/A", 2, false},
     {"InnerRowBeforeAGap", "0:0 0:2 2:5/A 6:7/A", 2, false},
     {"NaNStartMeetsNothing", "0:0 0:nan nan:5/A", 2, false},
     {"NaNEndIsNotBelowTheStart", "0:0 0:2 2:nan/A", 2, true},
@@ -488,7 +487,7 @@ const CheckCase kCheckCases[] = {
 
 class CheckInvalid : public testing::TestWithParam<CheckCase> {};
 
-// The flag tells the opposite of its name.
+// The flag means the opposite of its name.
 TEST_P(CheckInvalid, FlagsARowThatPasses)
 {
     const CheckCase& c = GetParam();
@@ -694,74 +693,74 @@ TEST(CopyTable, ReplacesRowsAndSettings)
     EXPECT_TRUE(rowOf(target, 1).isInvalid());
 }
 
-// Writes down which of its virtual operations a copy uses.
-class ToldTable : public mfFunctionSegments_c {
+// Records which of its virtual operations a copy uses.
+class RecordingTable : public mfFunctionSegments_c {
 public:
-    explicit ToldTable(std::vector<std::string>& told) : told_(told) {}
+    explicit RecordingTable(std::vector<std::string>& calls) : calls_(calls) {}
 
     void clearSegments() override
     {
-        told_.emplace_back("clearSegments");
+        calls_.emplace_back("clearSegments");
         mfFunctionSegments_c::clearSegments();
     }
     void ClearFunction() override
     {
-        told_.emplace_back("ClearFunction");
+        calls_.emplace_back("ClearFunction");
         mfFunctionSegments_c::ClearFunction();
     }
     void setMotorDependentVar(mf::MotorDriveType_e quantity) override
     {
-        told_.emplace_back("set motor");
+        calls_.emplace_back("set motor");
         mfFunctionSegments_c::setMotorDependentVar(quantity);
     }
     mf::MotorDriveType_e getMotorDependentVar() override
     {
-        told_.emplace_back("get motor");
+        calls_.emplace_back("get motor");
         return mfFunctionSegments_c::getMotorDependentVar();
     }
     void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
     {
-        told_.emplace_back("set force");
+        calls_.emplace_back("set force");
         mfFunctionSegments_c::setForceTorqueDependentVar(quantity);
     }
     mf::ForceTorqueType_e getForceTorqueDependentVar() override
     {
-        told_.emplace_back("get force");
+        calls_.emplace_back("get force");
         return mfFunctionSegments_c::getForceTorqueDependentVar();
     }
     void setIndependentVar(mf::IndependentVariableType_e variable) override
     {
-        told_.emplace_back("set variable");
+        calls_.emplace_back("set variable");
         mfFunctionSegments_c::setIndependentVar(variable);
     }
     mf::IndependentVariableType_e getIndependentVar() override
     {
-        told_.emplace_back("get variable");
+        calls_.emplace_back("get variable");
         return mfFunctionSegments_c::getIndependentVar();
     }
     void setMotionResult(const CString& name) override
     {
-        told_.emplace_back("set result");
+        calls_.emplace_back("set result");
         mfFunctionSegments_c::setMotionResult(name);
     }
     CString getMotionResult() override
     {
-        told_.emplace_back("get result");
+        calls_.emplace_back("get result");
         return mfFunctionSegments_c::getMotionResult();
     }
 
 private:
-    std::vector<std::string>& told_;
+    std::vector<std::string>& calls_;
 };
 
 TEST(CopyTable, GoesThroughTheVirtualOperationsInOrder)
 {
-    std::vector<std::string> told;
-    ToldTable source(told);
-    ToldTable target(told);
+    std::vector<std::string> calls;
+    RecordingTable source(calls);
+    RecordingTable target(calls);
     EXPECT_TRUE(target.Copy(&source));
-    EXPECT_THAT(told, ElementsAre("clearSegments", "ClearFunction", "get motor", "set motor", "get force",
-                                  "set force", "get variable", "set variable", "get result", "set result"));
+    EXPECT_THAT(calls, ElementsAre("clearSegments", "ClearFunction", "get motor", "set motor", "get force",
+                                   "set force", "get variable", "set variable", "get result", "set result"));
 }
 
 TEST(CopyTable, OfNullChangesNothing)
@@ -791,8 +790,8 @@ TEST(CopyTable, OfAnEmptyTableEmptiesTheTarget)
     EXPECT_TRUE(target.isEmpty());
 }
 
-// Only one of two such tables may be destroyed, so the copy gives up what it shares
-// by becoming the copy of a bare one.
+// Only one of two such tables may be destroyed, so an empty one is assigned to the copy,
+// which then shares nothing.
 TEST(CopyTable, CopyConstructionAndAssignmentShareRows)
 {
     const mfFunctionSegments_c bare;
@@ -882,7 +881,7 @@ TEST_F(ProfilesToSave, EachNameOnceInOrderOfRows)
     fill(table, "0:0 0:1 1:2");
     giveKey(0, L"Linear", &linear);
     giveKey(1, L"Cubic", &cubic);
-    giveKey(2, L"Linear", &cubic);  // the first record counts
+    giveKey(2, L"Linear", &cubic);  // the first record is used
     EXPECT_TRUE(table.getProfilesToSave(names, profiles));
     EXPECT_THAT(names, ElementsAre(CString(L"Linear (User)"), CString(L"Cubic (User)")));
     EXPECT_THAT(profiles, ElementsAre(&linear, &cubic));

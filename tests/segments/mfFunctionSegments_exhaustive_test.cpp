@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Every edit against a slow and obvious version of its rule: on all small tables
+// Compares every edit with a slow and obvious version of its rule: on all small tables
 // over a coarse grid, and along a long random sequence.
 
 #include <gmock/gmock.h>
@@ -88,9 +88,9 @@ std::string got(const mfFunctionSegments_c& table)
     return showAll(table) + " " + testing::PrintToString(reported(table));
 }
 
-// Calls `visit` with each table of `count` rows whose ends stand on the grid.
-// Values and names tell the rows apart; row 1 bears the name that is not
-// inherited in every second table.
+// Calls `visit` with each table of `count` rows whose ends are on the grid. Values and
+// names differ between rows; in every second table, row 1 has the name that is not
+// inherited.
 template <typename Visit>
 void forEachTable(int count, Visit visit)
 {
@@ -214,7 +214,7 @@ TEST_P(EveryTable, FollowsTheRulesOfNewRows)
 }
 
 // Tables with gaps, overlaps and reversed rows among them.
-TEST(EveryTableSearched, AnswersTheRowOfTheBisectionAndTheFirstOpenSeam)
+TEST(EveryTableSearched, ReturnsTheRowOfTheBisectionAndTheFirstOpenSeam)
 {
     mfFunctionSegments_c table;
     long questions = 0;
@@ -288,9 +288,9 @@ protected:
         }
     }
 
-    // From row 2 on neighbours meet exactly. A row put in front of row 0 makes a
-    // seam between rows that never met; closing it is the host's work, and
-    // checkUpdate finds it.
+    // From row 2 on, neighbours meet exactly. A row inserted before row 0 makes a seam
+    // between rows that did not meet before; checkUpdate finds it, and the host has to
+    // close it.
     void closeSeamBehindRowOne()
     {
         if (plain.count() < 3 || plain.end(1) == plain.start(2))

@@ -49,7 +49,7 @@ protected:
 
     mfSegment_c& row(int number) { return rowOf(table, number); }
 
-    // Gives a row a record of the test's own.
+    // Gives a row a record that the test owns.
     void useRecord(int number)
     {
         row(number).setProfileKey(keyNamed(L"Own"));
@@ -123,7 +123,7 @@ TEST_F(ParseExpression, RecordIsLookedUpOnceItIsKnown)
     EXPECT_EQ(row(1).getProfile()->name, "Linear");
 }
 
-TEST_F(ParseExpression, RecordAtHandIsTakenWhateverTheKey)
+TEST_F(ParseExpression, KnownRecordIsUsedWhateverTheKey)
 {
     row(1).setProfileKey(keyNamed(L"Linear"));
     row(1).setProfile(&record);
@@ -188,7 +188,7 @@ TEST_F(ParseExpression, NextRowKeepsItsOldStartUntilItIsParsed)
     EXPECT_EQ(parsed(2), L"2.000000+7.000000+4.000000+-1.000000+t");
 }
 
-TEST_F(ParseExpression, RowBehindDoesNotMatter)
+TEST_F(ParseExpression, NextRowDoesNotMatter)
 {
     useRecord(1);
     const CString before = parsed(1);
@@ -302,7 +302,7 @@ const SubstitutionCase kSubstitutionCases[] = {
     {"CaseCounts", "a+A", "A", "", "", "", L"a+1.000000"},
     {"EmptyNameIsNowhere", "A", "", "", "", "", L"A"},
     {"EmptyExpression", "", "A", "B", "C", "D", L""},
-    // The start X brings zeros in; the start value is found in them.
+    // The start X contains zeros, in which the parameter of the start value is found.
     {"LaterNameInsideAnEarlierNumber", "A", "A", "000000", "", "", L"1.3.000000"},
     {"EarlierNameInsideALaterNumber", "B", "000000", "B", "", "", L"3.000000"},
     {"EndValueIsLast", "A", "A", "1.", "3.", "2.", L"5.000000000000000000000000"},
@@ -372,8 +372,8 @@ TEST_F(LongFormula, ChangesNothingWhenItOutgrowsTheEngine)
     EXPECT_EQ(row(1).getProflieIndepVar(), L"v");
 }
 
-// Each name multiplies what the one before brought in; unbounded this would be
-// 10^15 characters.
+// Each name multiplies the text of the previous one; without a bound this would be 10^15
+// characters.
 TEST_F(LongFormula, StopsBeforeItFillsTheMemory)
 {
     record.resultExpression = std::string(1000, 'A');

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Samples stay those of the row as it was sampled, whenever they are looked at first.
+// Samples are those of the row at the time of sampling, whenever they are first read.
 
 #include <gtest/gtest.h>
 #include <ostream>
@@ -25,7 +25,7 @@ void PrintTo(const LaterCase& c, std::ostream* os)
     *os << c.name;
 }
 
-// What may happen to a row between its sampling and a look at its arrays.
+// What may happen to a row between its sampling and the first use of its arrays.
 const LaterCase kLaterCases[] = {
     {"Nothing", [](mfFunctionSegments_c&, mfSegment_c&) {}},
     {"OtherFormula", [](mfFunctionSegments_c&, mfSegment_c& row) { row.setProfileExpr(L"7+x"); }},
@@ -160,7 +160,7 @@ TEST_F(Curve, BuildingTheArraysAgainForgetsTheSamples)
     EXPECT_EQ(row.getPlottingData3()[2].y(), 48.0);
 }
 
-TEST_F(Curve, BuildingAllArraysAgainLeavesNoSampleBehind)
+TEST_F(Curve, BuildingAllArraysAgainLeavesNoSample)
 {
     fill(table, "0:0 0:99");
     giveFormula(1, L"x^4");
@@ -207,8 +207,8 @@ TEST_F(Curve, DerivativesAreTakenAtTheXOfTheValues)
     }
 }
 
-// Only one of two such rows may be destroyed, so the copy gives up what it shares
-// by becoming the copy of a bare one.
+// Only one of two such rows may be destroyed, so an empty one is assigned to the copy,
+// which then shares nothing.
 TEST_F(Curve, CopyConstructionSharesTheSamples)
 {
     fill(table, "0:0 0:99");
@@ -226,8 +226,8 @@ TEST_F(Curve, CopyConstructionSharesTheSamples)
     EXPECT_EQ(rowOf(table, 1).getPlottingData3()[2].y(), 48.0);
 }
 
-// A formula that did not compile is tried again, with the name that its variable
-// has by then; one that did keeps the name that it had.
+// A formula that did not compile is compiled again, with the present name of its variable;
+// one that did compile keeps the former name.
 TEST_F(Curve, SamplingAgainTriesAFormulaUnderAnotherVariable)
 {
     fill(table, "0:0 0:99");

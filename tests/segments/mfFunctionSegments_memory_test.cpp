@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Memory that runs out at each allocation in turn: whatever a table was doing, it
-// can be destroyed, loses nothing and frees nothing twice, and an edit that fails
-// changes no row.
+// Each allocation fails in turn. After any failure a table can be destroyed, leaks nothing
+// and frees nothing twice, and a failed edit changes no row.
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -43,7 +42,7 @@ using namespace mf::test;
 
 namespace {
 
-// Limits the allocations for the life of this object.
+// Limits the allocations while this object exists.
 class Allocations {
 public:
     explicit Allocations(long count) { theAllocationsLeft = count; }
@@ -179,7 +178,7 @@ protected:
     mfProfileManager_c manager;
 };
 
-// True when the work came to its end with that many allocations.
+// True when the work was completed with that many allocations.
 bool finishes(const Work& work, mfFunctionSegments_c& table, long allocations)
 {
     const Allocations limit(allocations);
@@ -207,7 +206,7 @@ TEST_P(OutOfMemory, LeavesTheTableWhole)
         if (GetParam().isEdit && !finished) {
             EXPECT_EQ(showAll(table), "0:0=1/ 0:1=2/A 2:3=4/B 3:5=6/C");
         }
-        // What failed can be done again.
+        // The failed work can be repeated.
         EXPECT_TRUE(finishes(GetParam(), table, -1));
     }
     EXPECT_GT(allocations, 1) << "nothing was allocated";
@@ -245,7 +244,7 @@ TEST_F(LateSamples, NeedNoMemoryUntilTheFirstLook)
         EXPECT_NO_THROW(rowOf(table, 1).getPlottingData(order));
 }
 
-TEST_F(LateSamples, AreHadAtTheLookThatFindsMemory)
+TEST_F(LateSamples, AreComputedAtTheFirstUseWithEnoughMemory)
 {
     const mfSegment_c& row = rowOf(table, 1);
     table.calculateValue();

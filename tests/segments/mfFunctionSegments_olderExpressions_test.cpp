@@ -106,7 +106,7 @@ TEST_F(OlderExpressions, NumberThatIsAName)
 {
     table.initializeSegment({L"Sum"}, {{L"A", L"+", L"(2.000000)"}}, {L"t"}, {L"A"}, {L"(2.000000)"}, {L"C"},
                             {L"D"});
-    // The start X brings in the very token that stands for the start value.
+    // The start X becomes the same token as the parameter of the start value.
     EXPECT_EQ(parsed(2), L"(5.000000)+(5.000000)");
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// What the plotting arrays of a row hold after it was sampled.
+// The plotting arrays of a row after it was sampled.
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 
 class Curve : public FormulaTable {};
 
-TEST_F(Curve, SamplesStandAtEqualDistances)
+TEST_F(Curve, SamplesHaveEqualDistances)
 {
     fill(table, "0:0 0:99");
     giveFormula(1, L"x^2");
@@ -44,7 +44,7 @@ TEST_F(Curve, XOfSamplesGathersRoundingExceptForTheLast)
         productsDiffer = productsDiffer || x != 0.1 + i * step;
         x += step;
     }
-    EXPECT_TRUE(productsDiffer);  // else this row could not tell the two rules apart
+    EXPECT_TRUE(productsDiffer);  // otherwise this row could not distinguish the two rules
     EXPECT_NE(x, 1.1);
     EXPECT_EQ(points[99].x(), 1.1);
     EXPECT_EQ(points[99].y(), 3.0 * 1.1);
@@ -112,7 +112,7 @@ TEST_F(Curve, PointRowHasItsStoredValueAndNoSlope)
 }
 
 // Of two ends that compare equal it is the start.
-TEST_F(Curve, PointRowStandsAtItsStart)
+TEST_F(Curve, PointRowIsSampledAtItsStart)
 {
     fill(table, "0:0 -0.0:0.0=7");
     giveFormula(1, L"x");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The row of an x, the value and the derivatives at one point.
+// The row for an x, and the value and derivatives at one point.
 
 #include <cmath>
 #include <gmock/gmock.h>
@@ -38,14 +38,14 @@ const FindCase kFindCases[] = {
     {"InsideARow", kFourRows, 0.5, 1},
     {"InsideTheLastRow", kFourRows, 2.5, 3},
     {"SeamOfTheFirstProbeGoesToTheLaterRow", kFourRows, 1.0, 2},
-    {"SeamBehindTheFirstProbeGoesToTheEarlierRow", kFourRows, 2.0, 2},
+    {"SeamAfterTheFirstProbeGoesToTheEarlierRow", kFourRows, 2.0, 2},
     {"StartBelongsToRowOne", kFourRows, 0.0, 1},
     {"BeforeTheFirstRow", kFourRows, -1.0, 0},
-    {"BehindTheLastRow", kFourRows, 5.0, 3},
+    {"AfterTheLastRow", kFourRows, 5.0, 3},
     {"EndOfTheLastRow", kFourRows, 3.0, 3},
-    {"JustBehindTheLastRow", kFourRows, std::nextafter(3.0, 9.0), 3},
+    {"JustAfterTheLastRow", kFourRows, std::nextafter(3.0, 9.0), 3},
     {"JustBeforeASeam", kFourRows, std::nextafter(1.0, 0.0), 1},
-    {"JustBehindASeam", kFourRows, std::nextafter(2.0, 9.0), 3},
+    {"JustAfterASeam", kFourRows, std::nextafter(2.0, 9.0), 3},
     {"MinusInfinity", kFourRows, -kInfinity, 0},
     {"Infinity", kFourRows, kInfinity, 3},
     {"NaNIsInTheFirstProbe", kFourRows, kNaN, 2},
@@ -56,7 +56,7 @@ const FindCase kFindCases[] = {
     {"RowOfNoLengthIsPassedOver", "0:0 0:1 1:2 2:2 2:3", 2.0, 2},
     {"TwoRowsMeet", "0:1 1:2", 1.0, 0},
     {"StartOfTheFirstOfTwoRows", "0:1 1:2", 0.0, 0},
-    {"StartOfTheLastRowBehindAGap", "0:0 0:1 2:3", 2.0, 2},
+    {"StartOfTheLastRowAfterAGap", "0:0 0:1 2:3", 2.0, 2},
     {"GapBetweenTwoRows", "0:1 2:3", 1.5, 1},
     {"GapOfThreeRows", "0:0 0:1 2:3", 1.5, 1},
     {"GapOfFourRows", "0:0 0:1 2:3 3:4", 1.5, 1},
@@ -65,13 +65,13 @@ const FindCase kFindCases[] = {
     {"StartOfAReversedFirstRowOfTwo", "5:3 9:10", 5.0, 1},
     {"OneRowContains", "0:1", 0.5, 0},
     {"BeforeTheOneRow", "0:1", -1.0, 0},
-    {"BehindTheOneRow", "0:1", 2.0, 0},
+    {"AfterTheOneRow", "0:1", 2.0, 0},
     {"EmptyTable", "", 1.0, 0},
 };
 
 class FindSegment : public testing::TestWithParam<FindCase> {};
 
-TEST_P(FindSegment, AnswersTheRowOfTheBisection)
+TEST_P(FindSegment, ReturnsTheRowOfTheBisection)
 {
     mfFunctionSegments_c table;
     fill(table, GetParam().table);
@@ -83,7 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Segments, FindSegment, testing::ValuesIn(kFindCases),
 
 // ------------------------------------------------------------ value of a row
 
-TEST_F(Curve, RowAnswersByItsFormulaHoweverFarOutside)
+TEST_F(Curve, RowUsesItsFormulaHoweverFarOutside)
 {
     fill(table, "0:0 1:2");
     giveFormula(1, L"10*x");
@@ -121,8 +121,8 @@ TEST_F(Curve, RowZeroIsZeroWhateverItHolds)
     }
 }
 
-// Only its value is nothing: a host that samples row 0 gets the derivatives of the
-// formula that it gave it.
+// Only the value of row 0 is always 0.0: if the host gives it a formula and samples it, it
+// has that formula's derivatives.
 TEST_F(Curve, RowZeroHasTheDerivativesOfItsFormulaOnceSampled)
 {
     fill(table, "0:4 4:5");
@@ -239,7 +239,7 @@ TEST_P(PointDerivatives, DependOnTheNumberOfPlottingPoints)
 
     EXPECT_THAT((std::vector<double>{y, d1, d2, d3}), testing::ElementsAreArray(c.expected));
 
-    // At one point the curve gives the one of them that is asked for.
+    // At one point the curve returns the requested order.
     const std::size_t asked = c.order >= 0 && c.order <= 2 ? static_cast<std::size_t>(c.order) : 3;
     EXPECT_EQ(table.evaluate(2.0, c.order), c.expected[asked]);
 }
@@ -287,7 +287,7 @@ TEST_F(Curve, BeforeTheFirstRowItIsZero)
     EXPECT_EQ(table.evaluate(-1.0, 0), 0.0);
 }
 
-TEST_F(Curve, SeamIsAnsweredByTheRowProbedFirst)
+TEST_F(Curve, SeamBelongsToTheRowProbedFirst)
 {
     fill(table, "0:0 0:1 1:2 2:3 3:4");
     for (int row = 1; row <= 4; ++row)
@@ -321,9 +321,9 @@ TEST_F(Curve, EachOrderFailsOnItsOwn)
     EXPECT_EQ(table.evaluate(0.5, 1), 1.0);
 }
 
-// What the row answers when it is asked for everything, whatever the table and the
+// The curve returns what the row returns for all orders together, for any table and these
 // formulas: one that compiles, one that does not, one without a value at 1.
-TEST_F(Curve, AnswersWhatItsRowAnswers)
+TEST_F(Curve, ReturnsWhatItsRowReturns)
 {
     const wchar_t* const formulas[] = {L"x^4", L"2*(x", L"1/(x-1)", L"log(-1)+x^2"};
     for (const char* rows : {"0:0", "0:0 0:2", "0:1 1:2 2:3", "5:1 1:2", "0:0 3:1 4:5", "0:0 0:1 2:1 3:4"}) {
@@ -349,7 +349,7 @@ TEST_F(Curve, AnswersWhatItsRowAnswers)
     }
 }
 
-TEST_F(Curve, NewFormulaAnswersAtOnce)
+TEST_F(Curve, NewFormulaIsUsedAtOnce)
 {
     fill(table, "0:0 0:4");
     giveFormula(1, L"x");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// These tests bring an expression engine of their own, which takes the place of
-// the library's and writes down what is asked of it.
+// These tests have their own expression engine, which replaces the library's and records
+// its calls.
 
 #include "mfcurves/segments/mfSegmentCalculator.h"
 
@@ -28,8 +28,8 @@ using testing::IsEmpty;
 
 namespace {
 
-// What the engine was asked, such as "parse 2*x of x", "differentiate 0" (of the
-// value) and "release 1" (the first derivative).
+// The calls of the engine, such as "parse 2*x of x", "differentiate 0" (of the value) and
+// "release 1" (the first derivative).
 std::vector<std::string> theCalls;
 int theLiving = 0;
 int theHighestOrder = 3;  // differentiating a calculator of this order gives null
@@ -44,7 +44,7 @@ public:
         theCalls.push_back("differentiate " + std::to_string(order_));
         return order_ < theHighestOrder ? new RecordedCalculator(order_ + 1) : nullptr;
     }
-    // x + 100 * order, so that a number tells who gave it.
+    // x + 100 * order, so that a number shows its calculator.
     bool Evaluate(int count, MMEP_Data* arguments, MMEP_Data& result) override
     {
         EXPECT_EQ(count, 1);
@@ -101,7 +101,7 @@ protected:
         segment.setProfileIndepVar(L"x");
     }
 
-    // What the engine was asked since the last time.
+    // The calls of the engine since the last time.
     static std::vector<std::string> calls() { return std::exchange(theCalls, {}); }
 
     mfSegment_c segment;
@@ -140,7 +140,7 @@ TEST_F(SegmentCalculator, OtherTextReleasesAllFourAndCompilesAgain)
 {
     segment.getCalculator(3);
     segment.setProfileExpr(L"3*x");
-    EXPECT_EQ(theLiving, 4);  // nobody told the calculators
+    EXPECT_EQ(theLiving, 4);  // the calculators have not noticed yet
     calls();
     ASSERT_NE(segment.getCalculator(1), nullptr);
     EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "release 2", "release 3", "parse 3*x of x",
@@ -158,8 +158,8 @@ TEST_F(SegmentCalculator, CaseIsNoOtherText)
     EXPECT_THAT(calls(), IsEmpty());
 }
 
-// The text found equal without regard to case is remembered for speed; what counts
-// is still the text that was built.
+// A text found equal ignoring case is remembered for speed, but further texts are compared
+// with the one that was compiled.
 TEST_F(SegmentCalculator, OtherTextAfterOtherCaseCompiles)
 {
     segment.getCalculator(0);
@@ -273,7 +273,7 @@ public:
     using mfSegmentCalculator_c::mfSegmentCalculator_c;
 };
 
-// Only getCalculator asks whether the text is still the same.
+// Only getCalculator checks whether the text has changed.
 TEST_F(SegmentCalculator, BuildingDoesNotLookAtTheTextOfWhatIsBuilt)
 {
     OpenCalculator calculator(&segment);
@@ -299,9 +299,9 @@ TEST_F(SegmentCalculator, GivingBackLeavesItUpToDate)
     EXPECT_THAT(calls(), ElementsAre("parse 2*x of x"));
 }
 
-// A text reaches the engine through the narrow encoding, which has no form for
-// half a pair of surrogates.
-TEST_F(SegmentCalculator, TextTakesTheRoadThroughTheNarrowEncoding)
+// A text reaches the engine through the narrow encoding, which cannot represent half a
+// surrogate pair.
+TEST_F(SegmentCalculator, TextIsConvertedThroughTheNarrowEncoding)
 {
     segment.setProfileExpr(CString(std::wstring(L"x+\xD800")));
     segment.setProfileIndepVar(L"\u00E9");
@@ -309,8 +309,8 @@ TEST_F(SegmentCalculator, TextTakesTheRoadThroughTheNarrowEncoding)
     EXPECT_THAT(calls(), ElementsAre("parse x+\xEF\xBF\xBD of \xC3\xA9"));
 }
 
-// One text beyond ASCII is enough, whichever it is, and whenever it is compiled.
-TEST_F(SegmentCalculator, SampledRowsTextsTakeThatRoadToo)
+// One text that is not ASCII is enough, whichever of the two, and whenever it is compiled.
+TEST_F(SegmentCalculator, TextsOfSampledRowsAreConvertedToo)
 {
     const CString half(std::wstring(L"x+\xD800"));
     const CString plain(L"x");
@@ -371,8 +371,8 @@ TEST_F(TableWithoutSecondDerivative, SamplesItAsZero)
     }
 }
 
-// All three are built, however few the quantity needs, and once for all arrays.
-TEST_F(TableWithoutSecondDerivative, LookingAsksForAllDerivativesWhateverTheQuantity)
+// All three derivatives are built, even if the quantity needs fewer, once for all arrays.
+TEST_F(TableWithoutSecondDerivative, ReadingSamplesMakesAllDerivativesWhateverTheQuantity)
 {
     theHighestOrder = 3;
     table.setMotorDependentVar(mf::MotorDriveType_Acceleration);
@@ -474,8 +474,8 @@ TEST_F(SampledRow, LooksAtTheTextsOfItsTimeAfterOthersWereCompiled)
     EXPECT_EQ(theLiving, 1);
 }
 
-// Case and variable do not count as another text, so what is compiled late is what
-// would have been kept.
+// A change of case or variable is not a new text, so compiling later gives what would have
+// been kept.
 TEST_F(SampledRow, KeepsItsFormulaUnderAnotherCaseAndVariable)
 {
     table.calculateValue(1);
@@ -507,8 +507,8 @@ TEST_F(SampledRow, ThatDoesNotCompileIsTriedOnceForTheSamplesAndOnceForTheReques
     EXPECT_EQ(row().getPlottingData0()[99].x(), 0.0);
 }
 
-// The road through the narrow encoding and the locale is not put off where it
-// shows.
+// The conversion to the narrow encoding, and its change of the locale, is not deferred if
+// that has another effect.
 TEST_F(SampledRow, BeyondAsciiIsCompiledAtOnce)
 {
     giveFormula(L"2*\u00E9", L"\u00E9");

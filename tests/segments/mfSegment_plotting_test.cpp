@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Samples are computed when somebody first looks at them. Whatever happens to a
-// row in between, they are those of the moment at which it was sampled.
+// Samples are computed at their first use. Whatever happens to a row in between, they are
+// those of the time of sampling.
 
 #include <gtest/gtest.h>
 #include <ostream>
@@ -16,7 +16,7 @@ using namespace mf::test;
 
 namespace {
 
-// All that can be seen of a row's plotting arrays.
+// All visible properties of a row's plotting arrays.
 std::vector<double> samplesOf(const mfSegment_c& row)
 {
     std::vector<double> seen = {double(row.getPlottingDataLength()), double(row.getPlottingDataOrders())};
@@ -103,8 +103,7 @@ const Happening kHappenings[] = {
 
 class SamplesLookedAtLate : public testing::TestWithParam<Happening> {
 protected:
-    // What a look at the row's samples shows when `GetParam` happens before it, or
-    // after it.
+    // The row's samples when `GetParam` happens before their first use, or after it.
     void expectTheSame(const char* rows, const wchar_t* formula)
     {
         std::vector<double> seen[2];
@@ -159,7 +158,7 @@ protected:
     mfFunctionSegments_c table;
 };
 
-TEST_F(LateSamples, StandWhereTheyWereLookedAtFirst)
+TEST_F(LateSamples, StayWhereTheyWereFirstRead)
 {
     mfPoint2D_c* const points = row().getPlottingData2();
     points[3] = mfPoint2D_c(-1.0, -2.0);
@@ -173,18 +172,18 @@ TEST_F(LateSamples, AreCountedBeforeTheLook)
     EXPECT_EQ(row().getPlottingDataOrders(), 3);
 }
 
-TEST_F(LateSamples, GiveWayToArraysThatAreBuiltAnew)
+TEST_F(LateSamples, AreReplacedByArraysThatAreBuiltAgain)
 {
     row().setPlottingDataCount(5);
     row().initializePlottingData(0, mf::MotorDriveType_Velocity);
     EXPECT_EQ(row().getPlottingDataLength(), 5);
     for (int order = 0; order <= 2; ++order)
         EXPECT_EQ(row().getPlottingData(order)[2].y(), 0.0);
-    EXPECT_EQ(row().getPlottingData3()[2].y(), 48.0);  // not built anew
+    EXPECT_EQ(row().getPlottingData3()[2].y(), 48.0);  // not built again
 }
 
-// The derivatives are those of the formula of now, at the X of then.
-TEST_F(LateSamples, AreComputedBeforeTheirDerivativesAreTakenAnew)
+// The derivatives are those of the present formula, at the X of the sampling.
+TEST_F(LateSamples, AreComputedBeforeTheirDerivativesAreTakenAgain)
 {
     row().setStartX(1.0);
     row().setProfileExpr(L"x^2");

@@ -122,7 +122,7 @@ TEST_F(SegmentKey, StaysWhenARecordIsSet)
     EXPECT_TRUE(*segment.getProfileKey() == keyNamed(L"Cubic"));
 }
 
-TEST_F(SegmentKey, OfEmptyNameAsksNobody)
+TEST_F(SegmentKey, OfEmptyNameIsNotLookedUp)
 {
     segment.setProfile(&record);
     segment.setProfileKey(keyNamed(L""));
@@ -214,8 +214,8 @@ TEST_F(SegmentKey, CopyOfItselfChangesNothing)
     EXPECT_EQ(segment.getProfile(), &record);
 }
 
-// Only one of two such objects may be destroyed, so the copy gives up what it
-// shares by becoming the copy of a bare one.
+// Only one of two such objects may be destroyed, so an empty one is assigned to the copy,
+// which then shares nothing.
 TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
 {
     const mfSegment_c bare;
@@ -233,7 +233,7 @@ TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
     EXPECT_EQ(shared.getProfileKey(), segment.getProfileKey());
     EXPECT_EQ(shared.getProfile(), &record);
     EXPECT_EQ(shared.getPlottingData3(), segment.getPlottingData3());
-    shared.setProfileExpr(L"3*x");  // its calculators still look at the text of the source
+    shared.setProfileExpr(L"3*x");  // its calculators still use the text of the source
     EXPECT_EQ(shared.getCalculator(0), compiled);
 
     shared = bare;
@@ -277,11 +277,11 @@ TEST_F(SegmentKey, CopyConstructionAndAssignmentTakeEveryField)
         for (int order = 0; order <= 3; ++order)
             EXPECT_EQ(shared->getPlottingData(order), source->getPlottingData(order)) << order;
         EXPECT_EQ(shared->getCalculator(0), source->getCalculator(0));
-        *shared = bare;  // gives up what it shares
+        *shared = bare;  // so that it shares nothing
     }
 }
 
-TEST_F(SegmentKey, CopyConstructionSharesAFormulaThatNobodyHasAskedYet)
+TEST_F(SegmentKey, CopyConstructionSharesAFormulaThatWasNotUsedYet)
 {
     const mfSegment_c bare;
     mfFunctionSegments_c table;
@@ -290,7 +290,7 @@ TEST_F(SegmentKey, CopyConstructionSharesAFormulaThatNobodyHasAskedYet)
     source->setProfileExpr(L"2*x");
     source->setProfileIndepVar(L"x");
     table.calculateValue(0);
-    source->initializePlottingData(kMotor, mf::MotorDriveType_None);  // forgets the samples alone
+    source->initializePlottingData(kMotor, mf::MotorDriveType_None);  // deletes only the samples
 
     mfSegment_c shared(*source);
     ASSERT_NE(shared.getCalculator(0), nullptr);
@@ -380,7 +380,7 @@ TEST_P(InitializePlottingData, LeavesOtherDerivativesAlone)
         segment.getPlottingData(order)[1] = mfPoint2D_c(7.0, order);
 
     segment.setPlottingDataCount(4);
-    EXPECT_EQ(segment.getPlottingData0()[1].x(), 7.0);  // the count alone builds nothing
+    EXPECT_EQ(segment.getPlottingData0()[1].x(), 7.0);  // setting the count builds nothing
     build(segment, c.motionObjectType, c.kind);
 
     for (int order = 0; order <= 3; ++order) {

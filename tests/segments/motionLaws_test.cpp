@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Rows with the built-in motion laws against the closed forms of these laws, and
-// tables of them at their seams.
+// Compares rows with the built-in motion laws with the closed forms of these laws, and
+// checks tables of them at their seams.
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -86,7 +86,7 @@ const Law kLaws[] = {
      [](double u, int k) {
          return polynomial({0, 0, 0, 0, 0, 126, -420, 540, -315, 70}, u, k);
      }},
-    // Under this name stands a quarter cosine.
+    // The law of this name is a quarter cosine.
     {"Cycloidal", L"Cycloidal (Default)", [](double u, int k) { return one(k) - cosine(kPi / 2.0, u, k); }},
     {"Quadratic", L"Quadratic (Default)",
      [](double u, int k) {
@@ -98,7 +98,7 @@ const Law kLaws[] = {
      }},
 };
 
-// What the formula gets of a number: six decimals.
+// A number as written into the formula: with six decimals.
 double sixDecimals(double number)
 {
     return std::stod(std::to_string(number));
@@ -163,8 +163,8 @@ TEST_P(BuiltInLaw, GivesTheClosedFormAndItsDerivatives)
     }
 }
 
-// Over no length every law divides by zero. Such a row has its stored value in its
-// array, and nothing but 0.0 for an X.
+// A law over no length divides by zero. Such a row has its stored value in its array, and
+// evaluates to 0.0 at any X.
 TEST_P(BuiltInLaw, OverNoLengthHasNoValue)
 {
     fill(table, "0:0=3 2:2=5");
@@ -174,7 +174,7 @@ TEST_P(BuiltInLaw, OverNoLengthHasNoValue)
     EXPECT_EQ(rowOf(table, 1).getPlottingData0()[0].x(), 2.0);
     EXPECT_EQ(rowOf(table, 1).getPlottingData0()[0].y(), 5.0);
 
-    rowOf(table, 1).setPlottingDataCount(100);  // lets derivatives be asked for
+    rowOf(table, 1).setPlottingDataCount(100);  // so that derivatives are evaluated
     for (const double x : {1.0, 2.0, 3.0}) {
         double got[4] = {-1.0, -1.0, -1.0, -1.0};
         EXPECT_TRUE(table.calculateValue(1, x, got[0], got[1], got[2], got[3], 3));
@@ -194,9 +194,9 @@ TEST_P(BuiltInLaw, RunsFromValueToValue)
 INSTANTIATE_TEST_SUITE_P(Segments, BuiltInLaw, testing::ValuesIn(kLaws),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-// Each row starts at the value of the row before it, so a curve has no step. What
-// is left is the sixth decimal of the X at the seam: half a millionth times a slope
-// of at most one stroke for each unit of X, from both sides.
+// Each row starts at the value of the previous row, so a curve has no step. What remains
+// is the rounding of X at the seam to six decimals: half a millionth times a slope of at
+// most one stroke per unit of X, from both sides.
 TEST(Seams, OfRandomTablesMeetWithinAMillionthOfTheStroke)
 {
     FakeHost host;
@@ -233,7 +233,7 @@ TEST(Seams, OfRandomTablesMeetWithinAMillionthOfTheStroke)
             double right = 0.0;
             ASSERT_TRUE(table.calculateValue(row, seam, left));
             ASSERT_TRUE(table.calculateValue(row + 1, seam, right));
-            // Both values carry the rounding of the values themselves, the same one.
+            // The rounding of the row's value itself is the same on both sides.
             EXPECT_NEAR(left, right, 1e-6 * stroke + 1e-12) << showAll(table) << " row " << row;
             EXPECT_NEAR(left, y1, 1e-6 * stroke + 0.5e-6) << showAll(table) << " row " << row;
         }

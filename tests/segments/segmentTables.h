@@ -12,8 +12,8 @@
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 
-// Segment tables as one line of text: "start:end" for each row, with "=value" and
-// "/name" behind it where they matter.
+// Segment tables as one line of text: "start:end" for each row, followed by "=value" and
+// "/name" where they matter.
 namespace mf::test {
 
 constexpr int kStartXColumn = 0;
@@ -42,7 +42,7 @@ inline mfSegment_c& rowOf(const mfFunctionSegments_c& table, int row)
     return *segment;
 }
 
-// Puts exactly these rows into an empty table, whatever adding makes of them.
+// Fills an empty table with exactly these rows, even if addSegment would change them.
 inline void fill(mfFunctionSegments_c& table, const std::string& text)
 {
     std::istringstream rows(text);
@@ -54,7 +54,7 @@ inline void fill(mfFunctionSegments_c& table, const std::string& text)
     }
 }
 
-// Appends a row with the profile of that display name; the empty name stands for none.
+// Appends a row with the profile of that display name; with an empty name, without one.
 inline mfSegment_c& addRow(mfFunctionSegments_c& table, mfProfileManager_c& manager, double startX,
                            double endX, double value, const CString& displayName)
 {
@@ -89,7 +89,7 @@ inline std::string showAll(const mfFunctionSegments_c& table)
 
 inline std::vector<int> reported(const mfFunctionSegments_c& table)
 {
-    std::vector<int> rows = {-99};  // is to be replaced
+    std::vector<int> rows = {-99};  // must be replaced
     table.getUpdateRow(rows);
     return rows;
 }

@@ -21,17 +21,17 @@
 // The fake host of all tests. A test makes one on its stack:
 //
 //     mf::test::FakeHost host;                 // installs itself in the session
-//     host.services.unitFactor = 2.0;          // set what it answers
-//     host.servicesAnswer = nullptr;           // or make it answer null
+//     host.services.unitFactor = 2.0;          // set what it returns
+//     host.servicesAnswer = nullptr;           // or make it return null
 //     ...
 //     EXPECT_THAT(host.calls, testing::ElementsAre("getMotionServices", "createSplineData"));
 //
-// What is asked of it stands in `calls`, in order, arguments behind the name. When
-// it goes it takes itself out of the session and fails the test if a spline that
-// it lent has not come back, or one came back that it never lent; so whatever
-// uses it is declared behind it.
+// `calls` records the calls in order, each with its name and arguments. The destructor
+// removes the host from the session and fails the test if a spline that the host lent was
+// not released, or one was released that it did not lend. So objects that use the host
+// must be declared after it.
 
-// How a failed comparison of texts prints.
+// How a failed comparison prints a text.
 inline void PrintTo(const CString& text, std::ostream* os)
 {
     *os << '"' << mf::platform::toUtf8(text.View()) << '"';
@@ -41,9 +41,9 @@ namespace mf::test {
 
 using Calls = std::vector<std::string>;
 
-// A spline that keeps its points and records what is asked of it. Its value and
-// derivatives are those of `answer`; by default the value at x is x + 0, the
-// first derivative x + 10, the second x + 20, the third x + 30.
+// A spline that stores its points and records its calls. Its value and derivatives come
+// from `answer`; by default the value at x is x + 0, the first derivative x + 10, the
+// second x + 20, the third x + 30.
 class RecordingSpline : public ISimSplineData_c {
 public:
     Calls calls;
@@ -61,7 +61,7 @@ public:
         record("getKind");
         return kind;
     }
-    // Takes points and kind through the interface, as any spline has to.
+    // Copies points and kind through the interface, as any spline has to.
     void copyFrom(ISimSplineData_c* source) override
     {
         record("copyFrom");
@@ -123,7 +123,7 @@ public:
 
     CString designLibraryPaths;
     CString resourceLibraryPath;
-    bool givesSplines = true;  // false: createSplineData answers null
+    bool givesSplines = true;  // false: createSplineData returns null
     std::vector<CString> motionResultNames;
     int motionResultCount = 0;                           // not the length of the names unless a test says so
     double unitFactor = 1.0;                             // of every unit kind without one of its own
@@ -131,9 +131,9 @@ public:
                                                          // forces and torques 200 + quantity
     std::vector<std::unique_ptr<RecordingSpline>> lent;  // in the order lent, not yet back
     std::vector<std::unique_ptr<RecordingSpline>> takenBack;  // in the order taken back
-    int strangers = 0;                                        // splines that came back and were never lent
+    int strangers = 0;                                        // splines released that were never lent
 
-    // The one spline that is out; fails when it is not one.
+    // The one spline that is lent; fails if there is not exactly one.
     RecordingSpline& spline()
     {
         if (lent.size() != 1)

@@ -21,7 +21,7 @@ inline std::string contentOf(const std::filesystem::path& path)
     return content.str();
 }
 
-/// A folder of the running test's own, removed with all that it holds at the end.
+/// A folder for the running test, removed with its content at the end.
 class TemporaryFolder {
 public:
     TemporaryFolder()
@@ -45,7 +45,7 @@ public:
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    /// Writes a file in the folder and answers its path.
+    /// Writes a file in the folder and returns its path.
     std::wstring write(const std::string& name, const std::string& content) const
     {
         std::ofstream(path_ / name, std::ios::binary) << content;
@@ -54,10 +54,10 @@ public:
 
     std::string read(const std::string& name) const { return contentOf(path_ / name); }
 
-    /// Path of a file in the folder as the library takes it.
+    /// Path of a file in the folder, in the form that the library takes.
     std::wstring wide(const std::string& name) const { return mf::platform::widen((path_ / name).string()); }
 
-    /// How many entries the folder holds.
+    /// The number of entries in the folder.
     int count() const
     {
         return static_cast<int>(std::distance(std::filesystem::directory_iterator(path_), {}));

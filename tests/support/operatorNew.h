@@ -14,12 +14,13 @@ struct MemoryRequest {
     bool mayReturnNull;  // the form with std::nothrow
 };
 
-/// The memory asked for, or null when there is none, which throws where the form may throw.
+/// Returns the requested memory. If it returns null, operator new throws or, with
+/// mayReturnNull, returns null.
 void* allocate(const MemoryRequest& request);
 /// `memory` may be null.
 void release(void* memory) noexcept;
 
-/// What the request gets without a test in the way; to be freed by std::free.
+/// The memory that the request gets without a test; to be freed by std::free.
 void* fromHeap(const MemoryRequest& request);
 
 }  // namespace mf::test

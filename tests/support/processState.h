@@ -13,7 +13,7 @@
 
 namespace mf::test {
 
-/// What a process and the calling thread are set to, as far as the library may touch it.
+/// The settings of the process and the calling thread that the library may change.
 struct ProcessState {
     QelMotionFunctionContext_c* context = QelSession_c::QelMotionFunctionContext();
     std::string locale = std::setlocale(LC_ALL, nullptr);

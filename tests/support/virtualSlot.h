@@ -8,8 +8,8 @@
 
 namespace mf::test {
 
-/// The index of a virtual operation in its class's table, as a pointer to it tells
-/// by the Itanium ABI. A virtual destructor takes two.
+/// The index of a virtual operation in its class's table, read from a pointer to it by the
+/// Itanium ABI. A virtual destructor takes two slots.
 template <typename Operation>
 int slotOf(Operation operation)
 {

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What analysis says of curves: peaks, breaks, check, fastest and the factors of laws."""
+"""The analysis of curves: peaks, breaks, check, fastest and the factors of laws."""
 
 import json
 import math

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""Bad calls: the exit status and the whole message of each, as badCalls.txt states them.
+"""Bad calls: the exit status and the whole message of each, as listed in badCalls.txt.
 
-    MFCURVE=PROGRAM python3 badCalls_test.py        writes the file anew, to be read before it is kept
+    MFCURVE=PROGRAM python3 badCalls_test.py        writes the file again; read it before you commit it
 """
 
 import pathlib

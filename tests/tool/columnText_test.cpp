@@ -83,7 +83,7 @@ const AcceptedCase kAcceptedCases[] = {
     {"CarriageReturns", "1,2\r\n3,4\r\n", "1:1,2 2:3,4"},
     {"Header", "time [s], lift [mm]\n1,2\n", "2:1,2"},
     {"HeaderInQuotes", "\"x\";\"y\"\n1;2\n", "2:1,2"},
-    {"HeaderBehindComments", "# measured\n\nx y\n1 2\n", "4:1,2"},
+    {"HeaderAfterComments", "# measured\n\nx y\n1 2\n", "4:1,2"},
     {"ByteOrderMark",
      "\xEF\xBB\xBF"
      "1,2\n",

@@ -56,7 +56,7 @@ class Documents(ToolTest):
                 self.refused(FAILED, "info", "-", says="standard input: ", text=text)
 
     def test_an_unknown_motion_object(self):
-        # A file has to fit a motor, a force or a torque; a text may say nothing of it.
+        # A file must name a motor, a force or a torque; a text need not.
         document = EXPRESSION_DOCUMENT.format(object="Heat")
         self.refused(FAILED, "eval", self.write("curve.xml", document), "1", says=["MotionObjectType", "Heat"])
         self.assertUnsound("neither a motor nor a force nor a torque", "-", text=document)
@@ -84,8 +84,8 @@ class Samples(ToolTest):
                 self.assertNotIn("nan", "".join(lines))
                 self.samples("eval", path, lines[1].split(",")[0], lines[-1].split(",")[0], *host)
                 ElementTree.fromstring(self.done("plot", path, *host, "-o", "-"))
-                # A profile that came with a document bears the stem of its file name, so
-                # the second document is the first one that can come back the same.
+                # The name of a profile from a document includes the stem of the file, so the
+                # second document is the first that can be reproduced exactly.
                 documents = [path]
                 for generation in range(3):
                     (self.folder / str(generation)).mkdir(exist_ok=True)
@@ -98,7 +98,7 @@ class Samples(ToolTest):
 
 
 def text_of(name, text):
-    """Gives the last element of that name another text."""
+    """Replaces the text of the last element of that name."""
     return lambda document: re.sub(f"(.*<{name}>)[^<]*", lambda found: found[1] + text, document, count=1, flags=re.S)
 
 
@@ -107,8 +107,8 @@ def without(name):
     return lambda document: re.sub(f"(</?){name}([ />])", r"\1Other\2", document)
 
 
-# What is done to a document, and which words tell of it. A change that leaves the document as it is has nothing
-# to break there.
+# Changes of a document, and words that the message must contain. A change that does not apply to a document is
+# skipped.
 BREAKAGES = {
     **{f"no {name}": (without(name), [f'The element "{name}" within "Curve" is missing']) for name in [
         "FunctionName", "FunctionType", "MotionObjectType", "XYDataType", "IndepVar", "DepVar", "Cursor",
@@ -146,7 +146,7 @@ BREAKAGES = {
 
 
 class Broken(ToolTest):
-    """Copies of the samples with one thing wrong: every command tells what, and answers nothing from it."""
+    """Copies of the samples with one error each: every command reports it and prints no result."""
 
     def test_every_copy_is_explained(self):
         for path in SAMPLES:
@@ -165,7 +165,7 @@ class Broken(ToolTest):
                     for part in words:
                         self.assertIn(part.lower(), said.lower())
 
-    def test_no_command_answers(self):
+    def test_no_command_prints_a_result(self):
         commands = [["eval", "0.5"], ["table", "--format", "json"], ["plot", "-o", "-"], ["convert"]]
         applied = set()
         for sample in ["friction-torque", "measured-velocity", "crank-stroke"]:
@@ -186,7 +186,7 @@ class Broken(ToolTest):
     def test_a_motion_result_that_the_host_lacks(self):
         for path in SAMPLES:
             whole = path.read_text(encoding="utf-8")
-            if "<Expression>" not in whole:  # an expression says it itself
+            if "<Expression>" not in whole:  # an expression names its variable itself
                 with self.subTest(path.name):
                     copy = self.write("broken.xml", text_of("IndepVar", "Nothing")(whole))
                     self.refused(FAILED, "eval", copy, "1", "--result", "Something", says=["Nothing", "motion result"])

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the help says, that its examples run, and what becomes of wrong usage."""
+"""The help, its examples, and the messages for wrong usage."""
 
 import json
 import os
@@ -19,7 +19,7 @@ class Help(ToolTest):
                 self.assertIn("Examples:", text)
                 self.assertIn(f"mfcurve {command}", text)
 
-    def test_the_tool_tells_of_its_commands_and_statuses(self):
+    def test_the_help_of_the_tool_lists_commands_and_statuses(self):
         text = self.done("--help")
         for word in [*COMMANDS, "Exit status"]:
             self.assertIn(word, text)
@@ -54,7 +54,7 @@ class Help(ToolTest):
     def test_version(self):
         self.assertRegex(self.done("--version"), r"^mfcurve \d+\.\d+\.\d+\n$")
 
-    def test_wrong_usage_is_told(self):
+    def test_wrong_usage_is_reported(self):
         self.refused(WRONG, says="a command is missing; see mfcurve --help")
         self.refused(WRONG, "draw", says="draw")
         self.refused(WRONG, "eval", "--expresion", "x", says="did you mean --expression?; see mfcurve eval --help")
@@ -71,7 +71,7 @@ class Help(ToolTest):
 
 
 class Manual(ToolTest):
-    """docs/mfcurve.md names every command and option that the help has, and no other."""
+    """docs/mfcurve.md names exactly the commands and options of the help."""
 
     TEXT = (PROJECT / "docs/mfcurve.md").read_text(encoding="utf-8")
 
@@ -92,6 +92,6 @@ class Manual(ToolTest):
             shown = set(re.findall(r"(?<![\w-])--[a-z][a-z-]*", self.done(command, "--help").split("Examples:")[0])) - {"--help"}
             known |= shown
             with self.subTest(command):
-                told = set(re.findall(r"(?<![\w-])--[a-z][a-z-]*", sections[command] + sections["Curves"]))
-                self.assertEqual(shown - told, set())
+                documented = set(re.findall(r"(?<![\w-])--[a-z][a-z-]*", sections[command] + sections["Curves"]))
+                self.assertEqual(shown - documented, set())
         self.assertEqual(set(re.findall(r"(?<![\w-])--[a-z][a-z-]*", self.TEXT)) - known, set())

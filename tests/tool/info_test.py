@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What info says, and documents that are written."""
+"""The output of info, and documents that are written."""
 
 import json
 
@@ -28,7 +28,7 @@ class Info(ToolTest):
     def test_a_cam_that_ends_elsewhere_than_it_starts(self):
         text = self.done("info", "--row", "360,10,Cubic", "--over", "angle")
         self.assertEqual(text.splitlines()[-1].split()[:5], ["end", "to", "start", "360", "-10"])
-        self.assertNotIn("end to start", self.done("info", "--row", "360,10,Cubic"))  # time does not come back
+        self.assertNotIn("end to start", self.done("info", "--row", "360,10,Cubic"))  # time does not repeat
 
     def test_json(self):
         path = self.folder / "cam.xml"
@@ -109,7 +109,7 @@ class Convert(ToolTest):
         self.refused(FAILED, "convert", self.folder / "none.xml", "-", says="none.xml")
         self.refused(FAILED, "convert", "--row", "1,4,Cubic", self.folder / "none" / "out.xml", says="cannot write")
 
-    def test_points_that_six_digits_do_not_tell_apart(self):
+    def test_points_that_six_digits_cannot_distinguish(self):
         points = self.write("points.csv", "1000.001,0\n1000.002,1\n")
         out = self.folder / "out.xml"
         self.refused(FAILED, "convert", "--points", points, out, says=f"{out}: the document would be another curve")
@@ -123,7 +123,7 @@ class Convert(ToolTest):
         self.refused(FAILED, "convert", "--expression", "x", "--from", "1234567", "--to", "1234568", "-",
                      says="its range would run from 1.23457e+06 to 1.23457e+06")
 
-    def test_numbers_that_six_digits_change_are_told_with_how_far_the_curve_moves(self):
+    def test_numbers_that_six_digits_change_are_reported_with_the_change_of_the_curve(self):
         for curve in [["--points", self.write("a.csv", "0,123456.789\n1,123456.789\n")],
                       ["--points", self.write("b.csv", "0,0.12345678\n1.2345678,9.8765432\n")],
                       ["--expression", "x", "--from", "0.12345678", "--to", "1.2345678"]]:

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # jobs.sh: ten jobs of a cam designer, with mfcurve on the PATH, in the current folder.
-# jobs_test.py runs it and checks every file that it leaves.
+# jobs_test.py runs it and checks every file that it writes.
 set -euo pipefail
 
 # 1. A cam that rises, dwells, returns and dwells: its document, its picture, its peaks at 120 turns a minute.

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Ten jobs of a cam designer: what jobs.sh leaves behind."""
+"""Ten jobs of a cam designer: the files that jobs.sh writes."""
 
 import json
 import math
@@ -14,7 +14,7 @@ from laws import CA_345, CA_SINE, CV_345, CV_SINE, gripper_cam
 from tooltest import TOOL
 
 SCRIPT = pathlib.Path(__file__).with_name("jobs.sh")
-SPEED = 720.0  # degrees a second, at 120 turns a minute
+SPEED = 720.0  # degrees per second, at 120 turns per minute
 
 
 class Jobs(unittest.TestCase):

@@ -182,7 +182,7 @@ class Plot(ToolTest):
         clips = {f"url(#{clip.get('id')})": clip.find(SVG + "rect") for clip in picture.iter(SVG + "clipPath")}
         for path in picture.iter(SVG + "path"):
             left, right = 84, 892
-            if path.get("clip-path"):  # its area goes on beyond the frame, unseen
+            if path.get("clip-path"):  # its area extends beyond the frame, but is not visible
                 rect = clips[path.get("clip-path")]
                 self.assertEqual((float(rect.get("x")), float(rect.get("x")) + float(rect.get("width"))), (left, right))
                 left, right = left - 4, right + 4
@@ -190,7 +190,7 @@ class Plot(ToolTest):
                 self.assertTrue(left <= float(x) <= right, x)
 
     def test_a_fast_vibration_is_no_slow_wave(self):
-        # Of 1591 periods evenly spaced samples show about nine, 1601 of them as well as 801.
+        # With evenly spaced samples, 1601 or 801 of them, 1591 periods look like about nine.
         for count in [1591, 1601, 795, 801, 3201]:
             with self.subTest(count):
                 picture = self.plot("--expression", f"sin({2 * math.pi * count}*x)", "--from", "0", "--to", "1")

@@ -22,7 +22,7 @@ class Streams(ToolTest):
                                               "--samples", "1000000"))
 
     def shown_by(self, *arguments):
-        """What a call that goes well shows on a terminal."""
+        """The output of a successful call on a terminal."""
         screen, end = pty.openpty()
         with open(os.devnull, "w") as nowhere:
             tool = subprocess.Popen([TOOL, *arguments], stdout=nowhere, stderr=end)
@@ -32,14 +32,14 @@ class Streams(ToolTest):
             while chunk := os.read(screen, 4096):
                 shown += chunk
         except OSError:
-            pass  # which is how a terminal says that nobody writes to it any more
+            pass  # a terminal reports in this way that its writer has ended
         os.close(screen)
         self.assertEqual(tool.wait(), DONE, shown)
         return shown
 
     def assertBar(self, label, shown):
         self.assertRegex(shown, rb"\r%s \[#* *\] +\d+ %%" % label.encode())
-        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown[-80:])  # and is wiped away
+        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown[-80:])  # and is erased
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "this system has no full device")
     def test_a_full_device(self):

@@ -64,13 +64,13 @@ class ToolTest(unittest.TestCase):
         return path
 
     def done(self, *arguments, **options):
-        """The output of a call that goes well and has nothing to complain of."""
+        """The output of a call that succeeds without a message."""
         result = run(*arguments, **options)
         self.assertEqual((result.returncode, result.stderr), (DONE, ""), result.stdout)
         return result.stdout
 
     def refused(self, status, *arguments, says, **options):
-        """A call that fails with that status and, among other things, each of these words."""
+        """A call that fails with that status and a message that contains each of these words."""
         result = run(*arguments, **options)
         self.assertEqual(result.returncode, status, result.stdout + result.stderr)
         self.assertRegex(result.stderr, r"^mfcurve: (error|warning): ")
@@ -79,11 +79,11 @@ class ToolTest(unittest.TestCase):
         return result
 
     def samples(self, *arguments, **options):
-        """The numbers of eval, one list a line."""
+        """The numbers of eval, one list per line."""
         return [[float(word) for word in line.split()] for line in self.done(*arguments, **options).splitlines()]
 
     def assertUnsound(self, words, *arguments, **options):
-        """The curve is told of, and so is what is wrong with it."""
+        """Both the curve and its problems are reported."""
         result = run("info", *arguments, **options)
         self.assertEqual(result.returncode, FAILED)
         self.assertIn("valid          no", result.stdout)
@@ -99,6 +99,6 @@ SAMPLES = sorted((PROJECT / "share/mfcurves/curves").glob("*.xml"))
 
 
 def host_of(document):
-    """The motion result that a document asks of its host."""
+    """The motion result that a document needs from its host."""
     name = re.search("<IndepVar>(.*?)</IndepVar>", document)[1]
     return [] if name.startswith("IndependentVariableType_") else ["--result", name]

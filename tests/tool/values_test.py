@@ -72,7 +72,7 @@ class Eval(ToolTest):
         result = self.refused(FAILED, "eval", "--expression", "1/x", "0", "2", says="x = 0")
         self.assertEqual(result.stdout.splitlines(), ["0 nan nan nan nan", "2 0.5 -0.25 0.25 -0.375"])
 
-    def test_what_stands_behind_two_dashes_is_no_option(self):
+    def test_arguments_after_two_dashes_are_not_options(self):
         for call in [["--", "1", "-2"], ["1", "--", "-2"], ["--", "1", "-2.0"]]:
             with self.subTest(call):
                 self.assertEqual(self.samples("eval", "--expression", "x^2", *call), [[1, 1, 2, 2, 0], [-2, 4, -4, 2, 0]])
@@ -90,7 +90,7 @@ class Eval(ToolTest):
         result = run("eval", "--row", "2,10,Quadratic", "3")
         self.assertEqual(result.returncode, DONE)
         self.assertIn("outside the curve, which runs from 0 to 2", result.stderr)
-        self.assertEqual(result.stdout, "3 22.5 15 5 0\n")  # the law goes on: 10 (3/2)^2
+        self.assertEqual(result.stdout, "3 22.5 15 5 0\n")  # the law continues: 10 (3/2)^2
 
     def test_numbers_under_a_comma_locale(self):
         comma = {"LOCPATH": os.environ["COMMA_LOCALES"], "LC_ALL": "comma"}

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// Evaluates one curve of each kind through the installed headers and the
-// stand-alone host, and compares with closed forms. DESIGN_LIBRARY is the folder of
-// the installed design library and EXPECTED_VERSION the version of the package.
+// Evaluates one curve of each kind through the installed headers and mf::host, and
+// compares it with closed forms. DESIGN_LIBRARY is the folder of the installed design
+// library, EXPECTED_VERSION the version of the package.
 
 #include <cmath>
 #include <cstdio>
