@@ -182,7 +182,7 @@ TEST_F(ReadOptions, RemarksOnLawsAndOnTheirRowsEnd)
     EXPECT_EQ(segments().getSegmentCount(), 31);
 }
 
-TEST_F(ReadOptions, EveryRowIsHeardOf)
+TEST_F(ReadOptions, EveryRowIsReported)
 {
     std::vector<std::pair<std::size_t, std::size_t>> heard;
     documents::ReadOptions options;
@@ -198,7 +198,7 @@ TEST_F(ReadOptions, EveryRowIsHeardOf)
 }
 
 // Names and texts of laws, for a caller that looks them up itself.
-TEST_F(ReadOptions, LawsAreGivenAsTheyAreNamed)
+TEST_F(ReadOptions, LawsAreReturnedWithTheirNames)
 {
     documents::DocumentLaws laws;
     documents::ReadOptions options;

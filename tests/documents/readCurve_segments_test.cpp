@@ -194,7 +194,7 @@ TEST_F(ReadCurve, ProfilesOfAFileAreNamedAfterItsStem)
     EXPECT_EQ(utf8(names.back()), "Mine (clutch.v2)<1>");
 }
 
-TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredAllTheSame)
+TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredToo)
 {
     ASSERT_TRUE(readBuffer(segmentDocument().set(
         "ProfileDefinitions",
@@ -209,7 +209,7 @@ TEST_F(ReadCurve, DefinitionWithoutANameIsRegisteredAllTheSame)
     EXPECT_EQ(manager.findProfile(key)->name, "Mine");  // the record has its own name
 }
 
-TEST_F(ReadCurve, FifthElementIsNoProfile)
+TEST_F(ReadCurve, FifthElementIsNotAProfile)
 {
     ASSERT_TRUE(readBuffer(
         segmentDocument()

@@ -66,14 +66,14 @@ protected:
     }
 };
 
-TEST_P(MotionResult, SegmentsTakeAListedOne)
+TEST_P(MotionResult, SegmentsAcceptAListedOne)
 {
     expect(segmentDocument(), segments(), "over 2 () gives 1 0 for 0", GetParam().forSegments);
     EXPECT_EQ(segments().getSegmentCount(), 3);  // not cleared when the read fails
     EXPECT_EQ(function.getFunctionType(), FunctionType_Segments);
 }
 
-TEST_P(MotionResult, PointsTakeAnyWhereThereIsNoList)
+TEST_P(MotionResult, PointsAcceptAnyWithoutAList)
 {
     expect(dataPointDocument(), points(), "over 1 () gives 2 0 for 0", GetParam().forPoints);
     EXPECT_EQ(points().getDataPointsCount(), 2);
@@ -138,7 +138,7 @@ TEST_F(ReadCurve, DependentVariableIsKnownByItsText)
     }
 }
 
-TEST_F(ReadCurve, ReadLeavesTheOtherKindsAndTheTextAlone)
+TEST_F(ReadCurve, ReadDoesNotChangeTheOtherKindsAndTheText)
 {
     char text[] = "text";
     function.setXMLData(text);

@@ -372,7 +372,7 @@ TEST_F(WriteCurve, NumbersHaveAPointUnderACommaLocale)
     EXPECT_THAT(text, HasSubstr("<x>0.5</x>"));
 }
 
-TEST_F(WriteCurve, NamesKeepAllCharactersThatXmlHolds)
+TEST_F(WriteCurve, NamesKeepAllCharactersThatXmlAllows)
 {
     CString name(L"a<b>&\"'\t\u00E4\u4E2D\U0001F600 \x01");
     function.createXMLData(name, false, L"");
@@ -437,7 +437,7 @@ TEST_F(WriteCurve, TextReplacesTheTextBefore)
     EXPECT_EQ(startsLeft(), 0);
 }
 
-TEST_F(WriteCurve, FileLeavesTheTextAlone)
+TEST_F(WriteCurve, FileDoesNotChangeTheText)
 {
     const TemporaryFolder folder;
     ASSERT_TRUE(readBuffer(dataPointDocument()));

@@ -552,7 +552,7 @@ TEST(ReadFile, PathsArePlainNames)
     EXPECT_FALSE(document.readFile(L"-"));
 }
 
-TEST(Read, ReplacesWhatTheDocumentHeld)
+TEST(Read, ReplacesTheContentOfTheDocument)
 {
     XmlDocument document;
     ASSERT_TRUE(document.readUtf8("<a/>"));
@@ -577,7 +577,7 @@ TEST(Read, AcceptsIdentifiersAndNamespaces)
     }
 }
 
-TEST(Read, LeavesTheErrorHandlerOfTheThreadAlone)
+TEST(Read, DoesNotChangeTheErrorHandlerOfTheThread)
 {
     int context = 0;
     const auto handler = [](void* counter, auto*) { ++*static_cast<int*>(counter); };

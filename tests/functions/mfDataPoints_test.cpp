@@ -43,7 +43,7 @@ TEST(DataPointList, HasNoVirtualOperations)
     EXPECT_FALSE(std::is_polymorphic_v<mfDataPoints_c>);
 }
 
-TEST(DataPointList, TakesAPointOver)
+TEST(DataPointList, TakesOwnershipOfAPoint)
 {
     EXPECT_EQ(show(mfDataPoints_c(new mfPoint2D_c(3.0, 4.0))), "3:4 [3,3]");
 }
@@ -64,7 +64,7 @@ TEST(AddPoint, NeverSorts)
     EXPECT_EQ(list.getEndX(), 1.0);
 }
 
-TEST(GetPoint, LeavesTheOutputsAloneOutsideTheList)
+TEST(GetPoint, DoesNotChangeTheOutputsOutsideTheList)
 {
     mfDataPoints_c list;
     fill(list, {1.0, 2.0});
@@ -192,7 +192,7 @@ TEST(SetY, RefusesAnIndexOutsideTheList)
     EXPECT_EQ(show(list), "1:0 2:10 [1,2]");
 }
 
-TEST(CopyDataPoints, MakesPointsOfItsOwn)
+TEST(CopyDataPoints, MakesItsOwnPoints)
 {
     mfDataPoints_c source;
     fill(source, {1.0, 2.0});

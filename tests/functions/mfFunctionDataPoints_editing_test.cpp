@@ -383,7 +383,7 @@ void PrintTo(const OverlapCase& c, std::ostream* os)
 
 class Overlap : public DataPointTable, public testing::WithParamInterface<OverlapCase> {};
 
-TEST_P(Overlap, ListsTheRowsMetAndFindsThePlace)
+TEST_P(Overlap, ListsTheOverlappingRowsAndFindsThePlace)
 {
     const OverlapCase& c = GetParam();
     start(c.table);
@@ -398,7 +398,7 @@ TEST_P(Overlap, ListsTheRowsMetAndFindsThePlace)
 INSTANTIATE_TEST_SUITE_P(DataPoints, Overlap, testing::ValuesIn(kOverlapCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_F(DataPointTable, OverlapCountsRowsThatTheListHeldBefore)
+TEST_F(DataPointTable, OverlapCountsRowsAlreadyInTheList)
 {
     start("1 2 3");
     int position = -9;
@@ -499,7 +499,7 @@ TEST_F(DataPointTable, UpdateRowsMayBeReadAgain)
     EXPECT_THAT(updateRowsOf(table), ElementsAre(1, 2));
 }
 
-TEST_F(DataPointTable, BeginsWithTheInterfaceThatItsHostHolds)
+TEST_F(DataPointTable, BeginsWithTheInterfaceThatTheHostUses)
 {
     EXPECT_EQ(static_cast<void*>(static_cast<IFunctionDataPoints_c*>(&table)), &table);
     using T = mfFunctionDataPoints_c;
@@ -557,7 +557,7 @@ TEST_F(DataPointTable, ClearingForgetsTableAndInterpolationAndKeepsThePlots)
     EXPECT_EQ(spline().kind, 0);
 }
 
-TEST_F(DataPointTable, CopyIsDeepAndAsksTheSplineOnce)
+TEST_F(DataPointTable, CopyIsDeepAndCallsTheSplineOnce)
 {
     start("1:9 2:8,3:7");
     table.setInterpolationType(mf::DataPointInterpolationType_Akima);
@@ -660,7 +660,7 @@ private:
     Calls& calls_;
 };
 
-TEST_F(DataPointTable, CopyGoesThroughTheVirtualOperationsInOrder)
+TEST_F(DataPointTable, CopyCallsTheVirtualOperationsInOrder)
 {
     Calls calls;
     RecordingFunction source(calls);

@@ -149,7 +149,7 @@ int search(const Table& table, double x)
     return high;
 }
 
-TEST(AllSmallTables, SearchGoesByItsSteps)
+TEST(AllSmallTables, SearchFollowsItsSteps)
 {
     mfFunctionDataPoints_c function;
     for (const Table& table : allTables()) {
@@ -177,7 +177,7 @@ double freeX(const Table& table, std::size_t row)
     return (before + after) / 2.0;
 }
 
-TEST(AllSmallTables, InsertionStaysWhereItWasAskedFor)
+TEST(AllSmallTables, InsertionStaysAtTheRequestedRow)
 {
     mfFunctionDataPoints_c function;
     for (const Table& table : allTables()) {

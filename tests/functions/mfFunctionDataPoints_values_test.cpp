@@ -67,7 +67,7 @@ TEST_F(DataPointValues, NewFunctionGetsASplineAndDoesNotChangeIt)
         EXPECT_EQ(function.getPlottingData(order), nullptr);
 }
 
-TEST(DataPointSpline, GoesBackOnceWithTheFunction)
+TEST(DataPointSpline, IsReleasedOnceWithTheFunction)
 {
     FakeHost host;
     {
@@ -78,7 +78,7 @@ TEST(DataPointSpline, GoesBackOnceWithTheFunction)
     EXPECT_EQ(host.services.takenBack.size(), 1u);
 }
 
-TEST(DataPointSpline, IsReplacedAndTheOldOneGoesBack)
+TEST(DataPointSpline, IsReplacedAndTheOldOneIsReleased)
 {
     FakeHost host;
     ISimSplineData_c* replacement = host.services.createSplineData();
@@ -113,7 +113,7 @@ TEST_F(DataPointValues, SettingNoSplineReleasesTheOldOneOnce)
     EXPECT_THAT(host.calls, IsEmpty());
 }
 
-TEST(DataPointSpline, IsReplacedWithoutServicesAndNotGivenBack)
+TEST(DataPointSpline, IsReplacedWithoutServicesAndNotReleased)
 {
     FakeHost host;
     mfFunctionDataPoints_c function;
@@ -187,7 +187,7 @@ TEST_F(DataPointValues, ACopyBetweenAFunctionWithASplineAndOneWithout)
     host.servicesAnswer = &host.services;
 }
 
-TEST_F(DataPointValues, RegenerationHandsOverEveryPointOfEveryRow)
+TEST_F(DataPointValues, RegenerationPassesEveryPointOfEveryRow)
 {
     start("1:5 2:6,3:7 4:8");
     function.RegenSplineData();
@@ -288,7 +288,7 @@ TEST_F(DataPointValues, EvaluationOfAnotherOrderIsZeroWithoutACall)
     EXPECT_THAT(spline().calls, IsEmpty());
 }
 
-TEST_F(DataPointValues, CalculationAtAnXAsksForAllFourInOrder)
+TEST_F(DataPointValues, CalculationAtAnXCallsAllFourInOrder)
 {
     double y0 = 0.0;
     double y1 = 0.0;
@@ -377,7 +377,7 @@ TEST_F(DataPointValues, SamplesCountPointsAndNotRows)
     EXPECT_EQ(function.getPlottingData0(), nullptr);  // counted, not built
 }
 
-TEST_F(DataPointValues, SamplesRunByRepeatedAdditionAndAskForAllFourInOrder)
+TEST_F(DataPointValues, SamplesUseRepeatedAdditionAndCallAllFourInOrder)
 {
     start("0.1 1.3");
     function.calculateValue();
@@ -410,7 +410,7 @@ TEST_F(DataPointValues, PlotsAreByOrderAndNullOutsideIt)
     EXPECT_EQ(function.getPlottingData(4), nullptr);
 }
 
-TEST_F(DataPointValues, EditsLeaveThePlotsAlone)
+TEST_F(DataPointValues, EditsDoNotChangeThePlots)
 {
     start("1 2");
     function.calculateValue();
@@ -473,7 +473,7 @@ TEST_F(DataPointValues, LegacyKindsAreReadBackwardsAndUnknownOnesIgnored)
     }
 }
 
-TEST_F(DataPointValues, LegacyDataWithoutASplineEmptiesTheTableAlone)
+TEST_F(DataPointValues, LegacyDataWithoutASplineOnlyEmptiesTheTable)
 {
     start("1 2");
     function.calculateValue();
@@ -510,7 +510,7 @@ TEST_F(DataPointValues, ExpandingARowOfOnePointMakesANewRow)
     EXPECT_NE(reinterpret_cast<std::uintptr_t>(after), address);
 }
 
-TEST_F(DataPointValues, ExpandingARowOfNoPointsTakesItAway)
+TEST_F(DataPointValues, ExpandingARowOfNoPointsRemovesIt)
 {
     ASSERT_TRUE(function.insertDataPoint(0, rowOf("-").release()));
     function.expandDataPoints(0);

@@ -366,7 +366,7 @@ TEST_F(ExpressionOverAnEngine, SamplesTheParseExpressionUnchanged)
     EXPECT_FALSE(narrowed);
 }
 
-TEST_F(ExpressionOverAnEngine, AsksTheStudyBeforeItParsesAndReleasesTheOldCalculatorFirst)
+TEST_F(ExpressionOverAnEngine, RequestsTheStudyAndReleasesTheOldCalculatorBeforeItParses)
 {
     engine_.parameters = {kTime};
     prepareToSample();
@@ -393,7 +393,7 @@ public:
     }
 };
 
-TEST_F(ExpressionOverAnEngine, AsksForTheStudyThenReleasesThenParses)
+TEST_F(ExpressionOverAnEngine, RequestsTheStudyThenReleasesThenParses)
 {
     const HostAmongTheCalls host;
     engine_.parameters = {kOther};
@@ -538,7 +538,7 @@ TEST_F(ExpressionOverAnEngine, DerivesAllThreeWhicheverArraysThereAre)
     EXPECT_EQ(engine_.evaluations, 100 + 99) << "only the first is evaluated";
 }
 
-TEST_F(ExpressionOverAnEngine, StopsTheChainWhereThereIsNoDerivative)
+TEST_F(ExpressionOverAnEngine, StopsTheChainAtAMissingDerivative)
 {
     engine_.parameters = {kTime};
     engine_.lastOrder = 1;
@@ -636,7 +636,7 @@ TEST_P(FilledDerivatives, AreThoseOfTheQuantity)
 INSTANTIATE_TEST_SUITE_P(Expression, FilledDerivatives, testing::ValuesIn(kFilledCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST_F(ExpressionOverAnEngine, DerivesAsManyPointsAsTheCountSaysAndNoMoreThanThereAre)
+TEST_F(ExpressionOverAnEngine, DerivesAsManyPointsAsTheCountSaysAtMostAllPoints)
 {
     engine_.parameters = {kTime};
     prepareToSample();
@@ -700,7 +700,7 @@ TEST_F(ExpressionOverAnEngine, LetsAFailedConversionThroughAndKeepsItsState)
     EXPECT_TRUE(function_->calculateValue(0.0, y));
 }
 
-TEST_F(ExpressionOverAnEngine, LooksAtNeitherNamesNorTheParsersFlagForAPoint)
+TEST_F(ExpressionOverAnEngine, IgnoresNamesAndTheParsersFlagForAPoint)
 {
     engine_.parameters = {kOther, kOther};
     engine_.succeeds = false;
@@ -711,7 +711,7 @@ TEST_F(ExpressionOverAnEngine, LooksAtNeitherNamesNorTheParsersFlagForAPoint)
     EXPECT_FALSE(function_->isValidForPlotting());
 }
 
-TEST_F(ExpressionOverAnEngine, LeavesYAloneAndReleasesWhenAPointFails)
+TEST_F(ExpressionOverAnEngine, DoesNotChangeYAndReleasesWhenAPointFails)
 {
     engine_.evaluate = [](double, int, double& y) {
         y = 99.0;
@@ -740,7 +740,7 @@ TEST_F(ExpressionOverAnEngine, TakesAnIntForAFailedPoint)
     EXPECT_EQ(function_->evaluate(1.0, 0), 0.0);
 }
 
-TEST_F(ExpressionOverAnEngine, LetsEveryOtherExceptionThrough)
+TEST_F(ExpressionOverAnEngine, PassesOnEveryOtherException)
 {
     engine_.evaluate = [](double, int, double&) -> bool { throw std::runtime_error("engine"); };
     double y = 5.0;
@@ -807,7 +807,7 @@ TEST_P(PointWithDerivatives, ReachesAsFarAsTheCountAllows)
     EXPECT_EQ(engine_.alive, 1);
 }
 
-TEST_P(PointWithDerivatives, ReadsZeroInEvaluateWhereAnOrderIsNotReached)
+TEST_P(PointWithDerivatives, EvaluatesToZeroWhenAnOrderIsNotReached)
 {
     const ChainCase& c = GetParam();
     engine_.evaluate = [&](double x, int order, double& y) {
@@ -822,7 +822,7 @@ TEST_P(PointWithDerivatives, ReadsZeroInEvaluateWhereAnOrderIsNotReached)
 INSTANTIATE_TEST_SUITE_P(Expression, PointWithDerivatives, testing::ValuesIn(kChainCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST_F(ExpressionOverAnEngine, LeavesEveryOutputAloneWhenTheValueFails)
+TEST_F(ExpressionOverAnEngine, DoesNotChangeOutputsWhenTheValueFails)
 {
     engine_.evaluate = [](double, int, double&) { return false; };
     double y = -1.0;
@@ -862,7 +862,7 @@ TEST_F(ExpressionOverAnEngine, DividesEveryOrderByTheSameFactor)
         EXPECT_EQ(function_->evaluate(4.0, order), (4.0 + 10.0 * order) / 2.0);
 }
 
-TEST_F(ExpressionOverAnEngine, TakesAFactorOfZeroAsItIs)
+TEST_F(ExpressionOverAnEngine, DividesByAFactorOfZero)
 {
     host_.services.unitFactor = 0.0;
     EXPECT_EQ(function_->evaluate(4.0, 0), std::numeric_limits<double>::infinity());
@@ -884,7 +884,7 @@ TEST_F(ExpressionOverAnEngine, EvaluatesNothingForAnOrderOutOfRange)
     EXPECT_THAT(host_.calls, IsEmpty());
 }
 
-TEST_F(ExpressionOverAnEngine, AsksForNoUnitWhenTheValueFails)
+TEST_F(ExpressionOverAnEngine, RequestsNoUnitWhenTheValueFails)
 {
     engine_.evaluate = [](double, int, double&) { return false; };
     EXPECT_EQ(function_->evaluate(4.0, 0), 0.0);

@@ -109,7 +109,7 @@ TEST_F(ReusedExpression, HasTheDerivativesThatTheCountAllows)
 }
 
 // The square root of 0 has a value but no slope.
-TEST_F(ReusedExpression, LeavesOutputsAloneFromTheFirstDerivativeThatFails)
+TEST_F(ReusedExpression, DoesNotChangeOutputsFromTheFirstFailingDerivativeOn)
 {
     function_.setMathExpression(L"sqrt(time)");
     ordersAt(4.0);
@@ -155,7 +155,7 @@ TEST_F(ReusedExpression, NoticesAnotherText)
     EXPECT_THAT(ordersAt(3.0), ElementsAre(9.0, 6.0, 2.0, 0.0));
 }
 
-TEST_F(ReusedExpression, TakesAnEqualTextForTheSame)
+TEST_F(ReusedExpression, TreatsAnEqualTextAsTheSame)
 {
     function_.setMathExpression(L"time^2");
     ordersAt(1.0);
@@ -237,7 +237,7 @@ TEST_F(ReusedExpression, IsNotBoundToAFewShortTexts)
 
 // If the conversion to the narrow encoding has an effect, each point converts the text.
 
-TEST_F(ReusedExpression, AsksAnEncoderOfTheHostEachTime)
+TEST_F(ReusedExpression, CallsTheHostsEncoderEachTime)
 {
     function_.setMathExpression(L"time^2");
     ordersAt(1.0);
@@ -273,7 +273,7 @@ TEST_F(ReusedExpression, LeavesTheLocaleAtCEachTime)
     EXPECT_TRUE(isReused());
 }
 
-TEST_F(ReusedExpression, IsCompiledAfreshOnAThreadWithALocaleOfItsOwn)
+TEST_F(ReusedExpression, IsCompiledAgainOnAThreadWithItsOwnLocale)
 {
     function_.setMathExpression(L"time^2");
     ordersAt(1.0);
@@ -319,7 +319,7 @@ TEST_F(ReusedExpression, HasTheSameValuesUnderOtherResources)
     }
 }
 
-TEST_F(ReusedExpression, CopiesItsTextAlone)
+TEST_F(ReusedExpression, CopiesOnlyItsText)
 {
     function_.setMathExpression(L"time^2");
     ordersAt(1.0);
@@ -338,7 +338,7 @@ TEST_F(ReusedExpression, CopiesItsTextAlone)
     EXPECT_THAT(ordersOf(copied, 2.0), ElementsAre(8.0, 12.0, 12.0, 6.0));
 }
 
-TEST_F(ReusedExpression, IsWholeWhereverMemoryRunsOut)
+TEST_F(ReusedExpression, IsUsableWhereverMemoryRunsOut)
 {
     const CString square = L"time^2+0.125";
     const CString cube = L"time^3+0.125";

@@ -186,7 +186,7 @@ private:
     const ResourceModule* before_;
 };
 
-TEST_F(Expression, GoesByTheNamesOfTheCurrentResources)
+TEST_F(Expression, UsesTheNamesOfTheCurrentResources)
 {
     const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});
     const Resources resources(&german);
@@ -428,7 +428,7 @@ TEST_F(Expression, TakesTheCycleAngleWhereTheStudyHasOne)
     EXPECT_FALSE(sample(L"sin(CycleAngle)"));
 }
 
-TEST_F(Expression, TakesTheHostsOwnWordForTime)
+TEST_F(Expression, AcceptsTheHostsWordForTime)
 {
     const ResourceModule german({{1033, L"Zeit"}, {1034, L"Zykluswinkel"}});
     const Resources resources(&german);

@@ -111,7 +111,7 @@ TEST(HostServices, ReturnWhatTheProgramSet)
     EXPECT_EQ(services.getUnitFactor(mf::host::UnitKind_Torque), 1.0);
 }
 
-TEST(HostServices, EveryQuantityHasAUnitKindOfItsOwn)
+TEST(HostServices, EveryQuantityHasItsOwnUnitKind)
 {
     Services services;
     EXPECT_EQ(services.getMotorUnitKind(mf::MotorDriveType_None), mf::host::UnitKind_None);
@@ -160,7 +160,7 @@ TEST(HostServices, AFactoryMayHaveNoSpline)
     EXPECT_EQ(services.createSplineData(), nullptr);
 }
 
-TEST(HostServices, ASplineThatComesBackIsDestroyedOnce)
+TEST(HostServices, AReleasedSplineIsDestroyedOnce)
 {
     struct CountedSpline : mf::test::RecordingSpline {
         explicit CountedSpline(int& destroyed) : destroyed_(destroyed) {}

@@ -327,7 +327,7 @@ const TrimCase kTrimCases[] = {
 
 class CStringTrim : public testing::TestWithParam<TrimCase> {};
 
-TEST_P(CStringTrim, TakesWhiteSpaceOff)
+TEST_P(CStringTrim, RemovesWhiteSpace)
 {
     const TrimCase& c = GetParam();
     EXPECT_EQ(CString(c.text).Trim(), c.both);
@@ -338,7 +338,7 @@ TEST_P(CStringTrim, TakesWhiteSpaceOff)
 INSTANTIATE_TEST_SUITE_P(Texts, CStringTrim, testing::ValuesIn(kTrimCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST(CStringTrimOfACharacter, TakesAllOfThemOff)
+TEST(CStringTrimOfACharacter, RemovesAllOfThem)
 {
     EXPECT_EQ(CString(L"{{a}b}}").TrimLeft(L'{'), L"a}b}}");
     EXPECT_EQ(CString(L"{{a}b}}").TrimRight(L'}'), L"{{a}b");
@@ -376,7 +376,7 @@ TEST(CStringFormat, FollowsPrintf)
     EXPECT_EQ(text, L"|abc");
 }
 
-TEST(CStringFormat, WritesWhatIsNoNumber)
+TEST(CStringFormat, WritesNaNAndInfinity)
 {
     CString text;
     text.Format(L"%f %f %.6G", std::numeric_limits<double>::infinity(),
@@ -384,7 +384,7 @@ TEST(CStringFormat, WritesWhatIsNoNumber)
     EXPECT_EQ(text, L"inf -inf NAN");
 }
 
-TEST(CStringFormat, KnowsNoLengthLimit)
+TEST(CStringFormat, HasNoLengthLimit)
 {
     const std::wstring longText(100000, L'x');
     CString text;
@@ -397,7 +397,7 @@ TEST(CStringFormat, KnowsNoLengthLimit)
     EXPECT_EQ(text.Right(2), L" 7");
 }
 
-TEST(CStringFormat, CopiesWhatIsNoConversion)
+TEST(CStringFormat, CopiesTextThatIsNotAConversion)
 {
     CString text;
     text.Format(L"100%");

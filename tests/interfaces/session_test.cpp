@@ -19,7 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Session, HasNoContextUntilOneIsHandedIn)
+TEST(Session, HasNoContextUntilOneIsSet)
 {
     EXPECT_EQ(QelSession_c::QelMotionFunctionContext(), nullptr);
     {

@@ -206,7 +206,7 @@ TEST_F(Startup, EntryThatEndsInASeparatorIsPassedOn)
     EXPECT_THAT(Lists(function_).names, ElementsAre(CString(L"A")));
 }
 
-TEST_F(Startup, FailureOfTheNarrowEncodingTravels)
+TEST_F(Startup, FailureOfTheNarrowEncodingIsPassedOn)
 {
     setFolders({"a"});
     EXPECT_TRUE(function_.getDesignLibraryPath());

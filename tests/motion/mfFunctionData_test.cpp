@@ -234,7 +234,7 @@ TEST_F(FunctionData, MakesItsKindsUnderANullModuleWhenThereAreNoResources)
     EXPECT_NE(mf::platform::currentResourceModule(), nullptr);
 }
 
-TEST_F(FunctionData, PutsTheModuleBackWhenTheHostThrows)
+TEST_F(FunctionData, RestoresTheModuleWhenTheHostThrows)
 {
     ModuleWatch services(host_.calls);
     services.throws = true;
@@ -307,7 +307,7 @@ TEST_F(FunctionData, MakesNewKindsWhenInitializedTwice)
 
 // The value at x = 1 of a row over [0, 2] that rises from 1 to 4 by its own "Linear".
 // It is right only if the lists were passed in the right order.
-TEST_F(FunctionData, HandsItsListsToTheSegments)
+TEST_F(FunctionData, PassesItsListsToTheSegments)
 {
     EXPECT_TRUE(data_->initialize());
     std::vector<CString> names;
@@ -339,7 +339,7 @@ TEST_F(FunctionData, DeletesItsKindsInOrder)
     watched.clear();
 }
 
-TEST_F(FunctionData, GivesTheSplineBackWhenItEnds)
+TEST_F(FunctionData, ReleasesTheSplineWhenItEnds)
 {
     EXPECT_TRUE(data_->initialize());
     EXPECT_EQ(host_.services.lent.size(), 1u);
@@ -378,7 +378,7 @@ protected:
     mfFunctionBase_c& active() { return *kinds().at(GetParam().type - 1); }
 };
 
-TEST_P(Dispatch, SetsTheDriveTypeOfTheActiveKindAlone)
+TEST_P(Dispatch, SetsTheDriveTypeOfOnlyTheActiveKind)
 {
     data_->setFunctionType(GetParam().type);
     data_->setMotorDriveType(mf::MotorDriveType_Velocity);
@@ -388,7 +388,7 @@ TEST_P(Dispatch, SetsTheDriveTypeOfTheActiveKindAlone)
                   kind == &active() ? mf::MotorDriveType_Velocity : mf::MotorDriveType_None);
 }
 
-TEST_P(Dispatch, AsksTheActiveKindForTheCycleAngle)
+TEST_P(Dispatch, ChecksTheActiveKindForTheCycleAngle)
 {
     data_->setFunctionType(GetParam().type);
     EXPECT_FALSE(data_->isXValueCycleAngle());
@@ -412,7 +412,7 @@ TEST_F(FunctionData, GivesTheDriveTypeToTheKindThatIsActiveThen)
     EXPECT_EQ(segments().getMotorDependentVar(), mf::MotorDriveType_Acceleration);
 }
 
-TEST_F(FunctionData, HandsOutTheKindsWhicheverIsActive)
+TEST_F(FunctionData, ReturnsTheKindsWhicheverIsActive)
 {
     EXPECT_TRUE(data_->initialize());
     for (const int type : {1, 2, 3, 7}) {
@@ -423,7 +423,7 @@ TEST_F(FunctionData, HandsOutTheKindsWhicheverIsActive)
     }
 }
 
-TEST_F(FunctionData, IsInertUnderATypeThatThereIsNot)
+TEST_F(FunctionData, HasNoActiveKindForAnUnknownType)
 {
     EXPECT_TRUE(data_->initialize());
     expression().setMathExpression(L"5");
@@ -461,7 +461,7 @@ TEST_F(FunctionData, EvaluatesTheDataPoints)
 }
 
 // The three values at x = 1 are 5, before a factor of 2 divides one of them.
-TEST_F(FunctionData, DividesTheExpressionAloneByTheUnitFactor)
+TEST_F(FunctionData, DividesOnlyTheExpressionByTheUnitFactor)
 {
     mfProfileManager_c manager;
     host_.managerAnswer = &manager;

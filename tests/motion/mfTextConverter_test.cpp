@@ -270,7 +270,7 @@ TEST(ToCString, EndsAtAZeroCharacter)
     EXPECT_EQ(mfTextConverter_c().toCString(std::string("ab\0cd", 5)).GetLength(), 2);
 }
 
-TEST(AppendToCStringList, KeepsWhatStoodThereAndTheOrder)
+TEST(AppendToCStringList, KeepsFormerElementsAndTheOrder)
 {
     std::vector<CString> list{L"before"};
     mfTextConverter_c().appendToCStringList({"a", "\xE2\x82\xAC", ""}, list);

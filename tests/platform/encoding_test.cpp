@@ -99,7 +99,7 @@ const WidenCase kWidenCases[] = {
 
 class Widen : public testing::TestWithParam<WidenCase> {};
 
-TEST_P(Widen, ReplacesEachByteThatBelongsNowhere)
+TEST_P(Widen, ReplacesEachByteOutsideAValidSequence)
 {
     EXPECT_EQ(mf::platform::widen(GetParam().utf8), GetParam().wide);
 }

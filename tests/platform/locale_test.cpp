@@ -154,7 +154,7 @@ TEST(FoldCase, UsesTheUtf8TablesUnderEveryLocale)
     EXPECT_EQ(mf::platform::foldCase(L'\u00df'), L'\u00df');
 }
 
-TEST(FoldCase, LeavesWhatIsNoCharacterAlone)
+TEST(FoldCase, KeepsValuesThatAreNotCharacters)
 {
     EXPECT_EQ(mf::platform::foldCase(wchar_t(-5)), wchar_t(-5));
     EXPECT_EQ(mf::platform::foldCase(wchar_t(0x7fffffff)), wchar_t(0x7fffffff));

@@ -33,7 +33,7 @@ const DistanceCase kDistanceCases[] = {
 
 class EditDistance : public testing::TestWithParam<DistanceCase> {};
 
-TEST_P(EditDistance, CountsEditsEitherWay)
+TEST_P(EditDistance, CountsEditsInBothDirections)
 {
     EXPECT_EQ(editDistance(GetParam().a, GetParam().b), GetParam().distance);
     EXPECT_EQ(editDistance(GetParam().b, GetParam().a), GetParam().distance);

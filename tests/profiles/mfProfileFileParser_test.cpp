@@ -204,7 +204,7 @@ TEST_P(OlderFailure, ReturnsFalseAndKeepsWhatWasReadBefore)
 INSTANTIATE_TEST_SUITE_P(Profiles, OlderFailure, testing::ValuesIn(kFailureCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(ParseProfiles, EveryPrefixOfAGoodTextKeepsTheDefinitionsItHolds)
+TEST(ParseProfiles, EveryPrefixOfAGoodTextKeepsItsDefinitions)
 {
     const std::string text = std::string(kDefault) + GOOD + kDefault;
     const Lists whole = readText(text).lists;
@@ -284,7 +284,7 @@ TEST(ParseProfiles, TheTextGivenWithAFileIsNotRead)
     EXPECT_THAT(listsOf(parser).names, ElementsAre("P"));
 }
 
-TEST(Getters, AppendToWhatTheListHolds)
+TEST(Getters, AppendToTheList)
 {
     mfProfileFileParser_c parser;
     ASSERT_TRUE(parser.parseProfiles("", true, kDefault));

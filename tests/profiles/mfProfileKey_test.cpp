@@ -58,7 +58,7 @@ TEST_P(Key, OrdersByNameSourceAndIndex)
 INSTANTIATE_TEST_SUITE_P(Profiles, Key, testing::ValuesIn(kOrderCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(SameNameAndSource, LooksAtNoIndexAndNoCase)
+TEST(SameNameAndSource, IgnoresIndexAndCase)
 {
     EXPECT_TRUE(key(L"A", L" (S)", 0).sameNameAndSource(key(L"a", L" (s)", 7)));
     EXPECT_FALSE(key(L"A", L" (S)", 0).sameNameAndSource(key(L"B", L" (S)", 0)));

@@ -68,7 +68,7 @@ bool failsAt(long n)
     return true;
 }
 
-TEST(OutOfMemory, AProfileThatWasToBeDisplacedKeepsItsPlace)
+TEST(OutOfMemory, ProfileThatWasToBeReplacedStays)
 {
     long n = 1;
     while (failsAt(n))

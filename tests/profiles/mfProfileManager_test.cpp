@@ -328,7 +328,7 @@ const SameCase kSameCases[] = {
 
 class SameProfile : public ProfileManager, public testing::WithParamInterface<SameCase> {};
 
-TEST_P(SameProfile, GoesByNameAndTextWithoutRegardToCase)
+TEST_P(SameProfile, ComparesNameAndTextIgnoringCase)
 {
     mfProfileKey_c first;
     ASSERT_EQ(manager_.addAssemblyProfile("Rise", L"cam.xml", record("Rise", "text").release(), first), 0);
@@ -346,7 +346,7 @@ TEST_P(SameProfile, GoesByNameAndTextWithoutRegardToCase)
 INSTANTIATE_TEST_SUITE_P(Profiles, SameProfile, testing::ValuesIn(kSameCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_F(ProfileManager, NameAndTextAreKeptApartWhateverCharactersTheyHold)
+TEST_F(ProfileManager, NameAndTextAreSeparateWhateverTheirCharacters)
 {
     mfProfileKey_c k;
     EXPECT_EQ(manager_.addAssemblyProfile("A", L"cam.xml", record("A\1B", "C").release(), k), 0);
@@ -433,7 +433,7 @@ TEST_P(Source, IsTheStemOfTheFile)
 INSTANTIATE_TEST_SUITE_P(Profiles, Source, testing::ValuesIn(kSourceCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_F(ProfileManager, DocumentWithoutAFileNameTakesTheWordOrTheSuffix)
+TEST_F(ProfileManager, DocumentWithoutAFileNameGetsTheWordOrTheSuffix)
 {
     mfProfileKey_c k;
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", true, record("A", "1").release(), k), 0);
@@ -490,7 +490,7 @@ TEST_F(ProfileManager, GroupWhoseListAndRecordsHaveComeApartIsLeftOut)
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
 }
 
-TEST_F(ProfileManager, PlaceTakenOverInAnotherSpellingLeavesTheGroupOut)
+TEST_F(ProfileManager, ReplacementInAnotherCaseLeavesTheGroupOut)
 {
     mfProfileKey_c k;
     EXPECT_EQ(manager_.addAssemblyProfileFromDocument("A", false, record("A", "1").release(), k), 0);
@@ -515,7 +515,7 @@ TEST_F(ProfileManager, EqualProfileGetsTheKeyInTheGroup)
 
 // The name of a file may equal the current suffix. If the case is equal too, its profiles
 // get their index from the user profiles, although they are stored with the others.
-TEST_F(ProfileManager, SourceAloneChoosesWhereTheIndexIsCounted)
+TEST_F(ProfileManager, SourceAloneDecidesWhereTheIndexIsCounted)
 {
     writeLibrary("a", law("A") + law("A", "2*x"));
     setFolders({"a"});
@@ -529,7 +529,7 @@ TEST_F(ProfileManager, SourceAloneChoosesWhereTheIndexIsCounted)
     EXPECT_EQ(shown(k), "A| (user)|3");  // after the one of the assembly group
 }
 
-TEST_F(ProfileManager, FailureOfTheNarrowEncodingTravels)
+TEST_F(ProfileManager, FailureOfTheNarrowEncodingIsPassedOn)
 {
     writeLibrary("a", law("A"));
     setFolders({"a"});

@@ -110,7 +110,7 @@ TEST(ReadProfiles, TokensOfLinearLackTheLastBracket)
     EXPECT_EQ(join(linear.resultTokens) + ")", linear.resultExpression);
 }
 
-TEST(ReadProfiles, AppendsToWhatTheListHolds)
+TEST(ReadProfiles, AppendsToTheList)
 {
     mfProfile_c mine;
     std::vector<mfProfile_c*> records = {&mine};
@@ -270,7 +270,7 @@ TEST(LowerOutsideQuotes, FlipsAtEachQuoteAndRunsOnAcrossCalls)
     EXPECT_EQ(mfSegmentTypeParser_c().lowerOutsideQuotes('F'), 'f');
 }
 
-TEST(LowerOutsideQuotes, LeavesBytesBeyondAsciiAlone)
+TEST(LowerOutsideQuotes, KeepsBytesBeyondAscii)
 {
     mfSegmentTypeParser_c parser;
     for (int c = 128; c < 256; ++c)
@@ -319,7 +319,7 @@ TEST(UnbalancedQuote, LowersTheNamesOfTheBuiltInTableForGood)
 
 // ---------------------------------------------------------------- text steps
 
-TEST(RemoveWhiteSpace, TakesEveryKindBetweenQuotesToo)
+TEST(RemoveWhiteSpace, RemovesEveryKindBetweenQuotesToo)
 {
     std::string text = " a\tb\nc\vd\fe\rf \" g \"  ";
     mfSegmentTypeParser_c().removeWhiteSpace(text);
@@ -428,7 +428,7 @@ TEST_P(SplitTokens, FollowsItsTwoBoundaryRules)
 INSTANTIATE_TEST_SUITE_P(Profiles, SplitTokens, testing::ValuesIn(kSplitCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(BaseProfileName, TakesOffTheBracketedTailAndBlanks)
+TEST(BaseProfileName, RemovesTheBracketedTailAndBlanks)
 {
     mfSegmentTypeParser_c parser;
     const std::pair<const char*, const char*> cases[] = {
@@ -450,7 +450,7 @@ TEST(BaseProfileName, TakesOffTheBracketedTailAndBlanks)
 
 // ---------------------------------------------------------------- steps of a definition
 
-TEST(ParseDefinition, RewritesOlderKeywordsInPlaceWhenAsked)
+TEST(ParseDefinition, RewritesOlderKeywordsInPlaceOnRequest)
 {
     std::string text = "profile(\"A\",x,x1,y1,x2,y2)y=x;returny;endprofile";
     mfProfile_c record;
@@ -536,7 +536,7 @@ TEST(ParseHeader, StoresTheNameAndTheArguments)
     EXPECT_EQ(record.y2, "yb");
 }
 
-TEST(ParseHeader, FailureLeavesTheRecordUntouched)
+TEST(ParseHeader, FailureLeavesTheRecordUnchanged)
 {
     mfProfile_c record;
     record.name = "old";
@@ -588,7 +588,7 @@ const ExpandCase kExpandCases[] = {
 
 class ExpandStatements : public testing::TestWithParam<ExpandCase> {};
 
-TEST_P(ExpandStatements, PutsValuesForNamesByPlainText)
+TEST_P(ExpandStatements, ReplacesNamesByValuesAsPlainText)
 {
     const ExpandCase& c = GetParam();
     mfProfile_c record;

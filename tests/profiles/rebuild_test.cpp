@@ -70,7 +70,7 @@ TEST_F(AfterRebuild, AnEditedRowComputesItsNewValues)
     EXPECT_NEAR(curve_.evaluate(0.25, 1), 20.0 * 6.0 * 0.25 * 0.75, kTolerance);
 }
 
-TEST_F(AfterRebuild, TheDocumentHoldsTheDefinitionOfTheRow)
+TEST_F(AfterRebuild, TheDocumentHasTheDefinitionOfTheRow)
 {
     curve_.createXMLData(L"cam", false, L"");
     EXPECT_NE(std::string(curve_.getXMLData()).find("<UniqueName>Cubic (Default)</UniqueName>"),

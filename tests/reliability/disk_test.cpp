@@ -148,7 +148,7 @@ TEST_F(Disk, FullFileSystemKeepsTheOldDocument)
         EXPECT_EQ(outcome, 0);
 }
 
-TEST_F(Disk, FolderInPlaceOfTheFileIsNoDocument)
+TEST_F(Disk, FolderInPlaceOfTheFileIsNotADocument)
 {
     const fs::path folder = path("curve.xml");
     fs::create_directory(folder);
@@ -164,7 +164,7 @@ TEST_F(Disk, MissingFolderSavesNothing)
     EXPECT_EQ(folder_.count(), 0);
 }
 
-TEST_F(Disk, MissingFileIsNoDocument)
+TEST_F(Disk, MissingFileIsNotADocument)
 {
     EXPECT_FALSE(function_.readXMLData(path("curve.xml").c_str(), false, ""));
 }
@@ -195,7 +195,7 @@ TEST_F(Disk, DeviceStaysADevice)
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
-TEST_F(Disk, LinkGoesOnPointingToTheFile)
+TEST_F(Disk, LinkStillPointsToTheFile)
 {
     save(L"old", path("curve.xml"));
     fs::create_symlink("curve.xml", path("link.xml"));

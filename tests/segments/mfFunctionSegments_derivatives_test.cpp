@@ -76,7 +76,7 @@ TEST_P(FilledDerivatives, AreThoseThatAreBuilt)
     }
 }
 
-TEST_P(FilledDerivatives, StaleOnesAreLeftAlone)
+TEST_P(FilledDerivatives, StaleOnesAreNotChanged)
 {
     const FilledCase& c = GetParam();
     fillWith("0:0 0:99");
@@ -107,7 +107,7 @@ TEST_P(FilledDerivatives, AFormulaThatNoLongerCompilesClearsThoseThatAreBuilt)
 }
 
 // The number of points shrinks under a stale array, and grows above one.
-TEST_P(FilledDerivatives, StaleOnesOfAnotherLengthAreLeftAlone)
+TEST_P(FilledDerivatives, StaleOnesOfAnotherLengthAreNotChanged)
 {
     const FilledCase& c = GetParam();
     fillWith("0:0 2:2=5");

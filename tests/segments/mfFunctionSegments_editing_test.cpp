@@ -239,7 +239,7 @@ TEST_P(ModifyColumn, ChangesThatColumn)
 INSTANTIATE_TEST_SUITE_P(Segments, ModifyColumn, testing::ValuesIn(kColumnCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(ModifyColumn, NameLeavesKeyAndProfileAlone)
+TEST(ModifyColumn, NameDoesNotChangeKeyAndProfile)
 {
     const FakeHost host;
     mfProfile_c profile;
@@ -576,7 +576,7 @@ TEST(SegmentTable, StartsEmptyAndInvalid)
     EXPECT_EQ(table.GetIndependentVarName(), L"");
 }
 
-TEST(SegmentTable, BeginsWithTheInterfaceThatItsHostHolds)
+TEST(SegmentTable, BeginsWithTheInterfaceThatTheHostUses)
 {
     mfFunctionSegments_c table;
     EXPECT_EQ(static_cast<void*>(static_cast<IFunctionSegments_c*>(&table)), &table);
@@ -753,7 +753,7 @@ private:
     std::vector<std::string>& calls_;
 };
 
-TEST(CopyTable, GoesThroughTheVirtualOperationsInOrder)
+TEST(CopyTable, CallsTheVirtualOperationsInOrder)
 {
     std::vector<std::string> calls;
     RecordingTable source(calls);

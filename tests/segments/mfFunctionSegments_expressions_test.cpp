@@ -83,7 +83,7 @@ TEST_F(ParseExpression, RowWithoutAKeyGetsTheDefaultAndKeepsIt)
     EXPECT_EQ(row(1).getProfileKey(), key);
 }
 
-TEST_F(ParseExpression, KeyOfEmptyNameIsNoKey)
+TEST_F(ParseExpression, KeyOfEmptyNameCountsAsNoKey)
 {
     row(1).setProfileKey(keyNamed(L""));
     table.parseExpression(1);
@@ -356,7 +356,7 @@ protected:
     }
 };
 
-TEST_F(LongFormula, MayBeAsLongAsTheEngineTakes)
+TEST_F(LongFormula, MayBeAsLongAsTheEngineAllows)
 {
     growTo(mf::engine::kLongestText);
     EXPECT_EQ(parsed(1).GetLength(), static_cast<int>(mf::engine::kLongestText));

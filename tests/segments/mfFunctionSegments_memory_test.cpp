@@ -190,7 +190,7 @@ bool finishes(const Work& work, mfFunctionSegments_c& table, long allocations)
     }
 }
 
-TEST_P(OutOfMemory, LeavesTheTableWhole)
+TEST_P(OutOfMemory, LeavesTheTableUsable)
 {
     const char* const rows = "0:0=1 0:1=2/A 2:3=4/B 3:5=6/C";
     bool finished = false;
@@ -230,7 +230,7 @@ protected:
     mfFunctionSegments_c table;
 };
 
-TEST_F(LateSamples, NeedNoMemoryUntilTheFirstLook)
+TEST_F(LateSamples, NeedNoMemoryUntilTheFirstUse)
 {
     {
         const Allocations none(0);

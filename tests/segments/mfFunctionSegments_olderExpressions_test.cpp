@@ -92,7 +92,7 @@ TEST_F(OlderExpressions, NeitherKeyNorRecordIsTouched)
     EXPECT_EQ(rowOf(table, 1).getProfile(), nullptr);
 }
 
-TEST_F(OlderExpressions, ManagerIsAskedForAndNotNeeded)
+TEST_F(OlderExpressions, ManagerIsRequestedButNotNeeded)
 {
     host.calls.clear();
     EXPECT_FALSE(parsed(1).IsEmpty());

@@ -173,7 +173,7 @@ TEST_F(Curve, WholeTableIsSampledWithoutRowZero)
     EXPECT_EQ(rowOf(table, 3).getPlottingData0()[99].y(), 3.0);
 }
 
-TEST_F(Curve, RowZeroIsSampledWhenAsked)
+TEST_F(Curve, RowZeroIsSampledOnRequest)
 {
     fill(table, "0:99");
     giveFormula(0, L"x");

@@ -110,7 +110,7 @@ TEST_F(Curve, ReversedRowRefusesWhatLiesBetweenItsEnds)
     }
 }
 
-TEST_F(Curve, RowZeroIsZeroWhateverItHolds)
+TEST_F(Curve, RowZeroIsZeroWhateverItsFields)
 {
     fill(table, "3:4=9 4:5");
     giveFormula(0, L"10*x");
@@ -271,7 +271,7 @@ TEST_F(Curve, RefusedPointHasNoDerivatives)
 
 // ------------------------------------------------------- the curve at one x
 
-TEST_F(Curve, BeyondTheEndTheLastRowsFormulaGoesOn)
+TEST_F(Curve, BeyondTheEndTheLastRowsFormulaContinues)
 {
     fill(table, "0:0 0:1 1:2");
     giveFormula(1, L"x");
@@ -297,7 +297,7 @@ TEST_F(Curve, SeamBelongsToTheRowProbedFirst)
     EXPECT_EQ(table.evaluate(3.0, 0), 13.0);
 }
 
-TEST_F(Curve, IsZeroWhereThereIsNoNumber)
+TEST_F(Curve, IsZeroWithoutAValue)
 {
     EXPECT_EQ(table.evaluate(1.0, 0), 0.0);  // no row
     fill(table, "0:0 0:1 1:2");

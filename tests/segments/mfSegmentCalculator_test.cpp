@@ -107,7 +107,7 @@ protected:
     mfSegment_c segment;
 };
 
-TEST_F(SegmentCalculator, BuildsNothingUntilAsked)
+TEST_F(SegmentCalculator, BuildsNothingUntilRequested)
 {
     EXPECT_THAT(calls(), IsEmpty());
 }
@@ -147,7 +147,7 @@ TEST_F(SegmentCalculator, OtherTextReleasesAllFourAndCompilesAgain)
                                      "differentiate 0"));
 }
 
-TEST_F(SegmentCalculator, CaseIsNoOtherText)
+TEST_F(SegmentCalculator, CaseDoesNotMakeANewText)
 {
     ICalculator* value = segment.getCalculator(0);
     calls();
@@ -171,7 +171,7 @@ TEST_F(SegmentCalculator, OtherTextAfterOtherCaseCompiles)
     EXPECT_THAT(calls(), ElementsAre("release 0", "parse 3*X of x"));
 }
 
-TEST_F(SegmentCalculator, EqualTextOfItsOwnBufferIsNoOtherText)
+TEST_F(SegmentCalculator, EqualTextInAnotherBufferIsNotANewText)
 {
     ICalculator* value = segment.getCalculator(0);
     calls();
@@ -254,7 +254,7 @@ TEST_F(SegmentCalculator, IsUpToDateOnceBuilt)
     EXPECT_FALSE(calculator.isUpToDate());
 }
 
-TEST_F(SegmentCalculator, GivesAllBackWithTheSegment)
+TEST_F(SegmentCalculator, ReleasesAllWithTheSegment)
 {
     {
         mfSegment_c shortLived;
@@ -274,7 +274,7 @@ public:
 };
 
 // Only getCalculator checks whether the text has changed.
-TEST_F(SegmentCalculator, BuildingDoesNotLookAtTheTextOfWhatIsBuilt)
+TEST_F(SegmentCalculator, BuildingDoesNotReadTheTextOfBuiltOrders)
 {
     OpenCalculator calculator(&segment);
     ICalculator* first = calculator.iGetCalculator(1);
@@ -414,7 +414,7 @@ protected:
     mfFunctionSegments_c table;
 };
 
-TEST_F(SampledRow, IsCompiledAtTheFirstLook)
+TEST_F(SampledRow, IsCompiledAtTheFirstUse)
 {
     table.calculateValue(1);
     EXPECT_THAT(calls(), IsEmpty());
@@ -434,7 +434,7 @@ TEST_F(SampledRow, IsCompiledAtTheFirstEvaluation)
     EXPECT_THAT(calls(), ElementsAre("differentiate 0", "differentiate 1", "differentiate 2"));
 }
 
-TEST_F(SampledRow, WithoutALookIsNeverCompiled)
+TEST_F(SampledRow, WithoutUseIsNeverCompiled)
 {
     table.calculateValue(1);
     giveFormula(L"3*x", L"x");
@@ -442,7 +442,7 @@ TEST_F(SampledRow, WithoutALookIsNeverCompiled)
     EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(SampledRow, GivesBackWhatIsOutOfDateAtOnce)
+TEST_F(SampledRow, ReleasesOutdatedCalculatorsAtOnce)
 {
     row().getCalculator(1);
     giveFormula(L"3*x", L"x");
@@ -451,7 +451,7 @@ TEST_F(SampledRow, GivesBackWhatIsOutOfDateAtOnce)
     EXPECT_THAT(calls(), ElementsAre("release 0", "release 1"));
 }
 
-TEST_F(SampledRow, LooksAtTheTextsOfItsTime)
+TEST_F(SampledRow, UsesTheTextsAtTheTimeOfSampling)
 {
     table.calculateValue(1);
     giveFormula(L"3*t", L"t");
@@ -462,7 +462,7 @@ TEST_F(SampledRow, LooksAtTheTextsOfItsTime)
     EXPECT_THAT(calls(), ElementsAre("release 0", "release 1", "release 2", "release 3", "parse 3*t of t"));
 }
 
-TEST_F(SampledRow, LooksAtTheTextsOfItsTimeAfterOthersWereCompiled)
+TEST_F(SampledRow, UsesTheTextsAtTheTimeOfSamplingAfterOthersWereCompiled)
 {
     table.calculateValue(1);
     giveFormula(L"3*t", L"t");
@@ -525,7 +525,7 @@ TEST_F(SampledRow, UnderAnotherLocaleIsCompiledAtOnce)
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
 }
 
-TEST_F(SampledRow, LookingLeavesTheLocaleAlone)
+TEST_F(SampledRow, ReadingSamplesDoesNotChangeTheLocale)
 {
     table.calculateValue(1);
     ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);

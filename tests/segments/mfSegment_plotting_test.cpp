@@ -125,17 +125,17 @@ protected:
     }
 };
 
-TEST_P(SamplesLookedAtLate, OfAStretchAreThoseOfItsTime)
+TEST_P(SamplesLookedAtLate, OfAStretchAreThoseAtSampling)
 {
     expectTheSame("0:0 1:3=7", L"x^4+sin(3*x)");
 }
 
-TEST_P(SamplesLookedAtLate, OfAPointAreThoseOfItsTime)
+TEST_P(SamplesLookedAtLate, OfAPointAreThoseAtSampling)
 {
     expectTheSame("0:0 2:2=7", L"x^4");
 }
 
-TEST_P(SamplesLookedAtLate, OfAWrongFormulaAreThoseOfItsTime)
+TEST_P(SamplesLookedAtLate, OfAWrongFormulaAreThoseAtSampling)
 {
     expectTheSame("0:0 1:3=7", L"2*(x+");
 }
@@ -166,7 +166,7 @@ TEST_F(LateSamples, StayWhereTheyWereFirstRead)
     EXPECT_EQ(row().getPlottingData2()[3].y(), -2.0);
 }
 
-TEST_F(LateSamples, AreCountedBeforeTheLook)
+TEST_F(LateSamples, AreCountedBeforeTheirFirstUse)
 {
     EXPECT_EQ(row().getPlottingDataLength(), 100);
     EXPECT_EQ(row().getPlottingDataOrders(), 3);

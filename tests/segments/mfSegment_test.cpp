@@ -69,7 +69,7 @@ TEST(NewSegment, TakesNumbersAndName)
     EXPECT_EQ(segment.getPlottingDataCount(), 1);
 }
 
-TEST(Segment, StoresWhatItIsGiven)
+TEST(Segment, StoresEveryNumber)
 {
     mfSegment_c segment;
     segment.setStartX(std::numeric_limits<double>::quiet_NaN());
@@ -131,7 +131,7 @@ TEST_F(SegmentKey, OfEmptyNameIsNotLookedUp)
     EXPECT_THAT(host.calls, IsEmpty());
 }
 
-TEST_F(SegmentKey, IsLookedUpWithTheManager)
+TEST_F(SegmentKey, IsLookedUpInTheManager)
 {
     mfProfileManager_c manager;
     host.managerAnswer = &manager;
@@ -143,7 +143,7 @@ TEST_F(SegmentKey, IsLookedUpWithTheManager)
     EXPECT_EQ(segment.getProfile(), nullptr);
 }
 
-TEST_F(SegmentKey, OfTheSegmentItselfMayBeGiven)
+TEST_F(SegmentKey, OfTheSegmentItselfMayBePassed)
 {
     segment.setProfileKey(keyNamed(L"Cubic", 1));
     segment.setProfileKey(*segment.getProfileKey());
@@ -160,7 +160,7 @@ TEST(SegmentKeyWithoutAHost, LeavesTheRecordUnknown)
 
 // -------------------------------------------------------------------- copying
 
-TEST_F(SegmentKey, CopyTakesNumbersTextsKeyAndPlannedCount)
+TEST_F(SegmentKey, CopyCopiesNumbersTextsKeyAndPlannedCount)
 {
     mfSegment_c source(1.0, 2.0, 3.0, L"name");
     source.setProfileExpr(L"2*x");
@@ -242,7 +242,7 @@ TEST_F(SegmentKey, CopyConstructionAndAssignmentShareAllPointers)
     EXPECT_EQ(shared.getPlottingData3(), nullptr);
 }
 
-TEST_F(SegmentKey, CopyConstructionAndAssignmentTakeEveryField)
+TEST_F(SegmentKey, CopyConstructionAndAssignmentCopyEveryField)
 {
     const mfSegment_c bare;
     mfFunctionSegments_c table;
@@ -370,7 +370,7 @@ TEST_P(InitializePlottingData, BuildsValueAndDerivatives)
     EXPECT_EQ(segment.getPlottingDataOrders(), c.derivatives);
 }
 
-TEST_P(InitializePlottingData, LeavesOtherDerivativesAlone)
+TEST_P(InitializePlottingData, DoesNotChangeOtherDerivatives)
 {
     const BuildCase& c = GetParam();
     mfSegment_c segment;

@@ -184,7 +184,7 @@ TEST_P(Refused, NamesTheLineAndWhatWasExpected)
 INSTANTIATE_TEST_SUITE_P(PointsFile, Refused, testing::ValuesIn(kRefusedCases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(PointsFile, AZeroByteIsNoNumber)
+TEST(PointsFile, AZeroByteIsNotANumber)
 {
     EXPECT_THAT(show(std::string("1,2\n\0,4\n", 8)), StartsWith("2! the x \"?\" is not"));
 }
