@@ -131,7 +131,7 @@ public:
     bool initializePlottingData(int count, int objectType);
 
     /// Value (order 0) or derivative (1 to 3) at any x, divided by the host's unit
-    /// factor of the quantity. Returns a plain 0.0 when there is no value: for a text
+    /// factor of the quantity. Without a value returns 0.0, like a value of 0: for a text
     /// that does not compile or has several variables, when this or a lower order is not
     /// finite, for an order outside 0 to 3, and for derivatives while the plotting count
     /// is 1, which it is until the curve is sampled. At a NaN, a text that depends on x

@@ -123,10 +123,10 @@ public:
     ///
     /// Unit: that of the kind. An expression's value is divided by the host's unit factor
     /// of its quantity, and so are its derivatives; nothing else is converted.
-    /// No value: a plain 0.0 when no kind is active, in row 0, for a text that does not
-    /// compile, when a formula is not finite at x, and for another order (segments take
-    /// every other order as 3). At a NaN, a formula that depends on x gives 0.0; a table
-    /// of points returns what the spline does.
+    /// No value: 0.0, which looks like a value of 0. That is so when no kind is active, in
+    /// row 0, for a text that does not compile, when a formula is not finite at x, and for
+    /// another order (segments take every other order as 3). At a NaN, a formula that depends
+    /// on x gives 0.0; a table of points returns what the spline does.
     /// Derivatives: 0.0 until the curve is sampled. For a row this is calculateValue
     /// after parseExpression; for an expression calculateValue after both
     /// setMathExpression and setParseExpression. A copy made by Copy is not sampled.

@@ -59,7 +59,7 @@ public:
     /// The value (order 0) or derivative (1 to 3) of the curve at x; every other order
     /// counts as 3. For seams and ends see the class.
     ///
-    /// Returns a plain 0.0 when there is no value: in row 0 and so before the table, in a
+    /// Without a value returns 0.0, like a value of 0: in row 0 and so before the table, in a
     /// row without a compiled formula, when the formula is not finite at x, for an empty
     /// table, and for a derivative in a row that calculateValue has not sampled. At a NaN,
     /// a formula that depends on x gives 0.0. The plotting count decides how many
