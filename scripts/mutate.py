@@ -39,12 +39,13 @@ TARGETS = {
     ),
     "point-editing": (
         ["mfcurves/functions/mfFunctionDataPoints_editing.cpp", "mfcurves/functions/mfFunctionDataPoints.h"],
-        ["mfFunctionDataPoints_editing_test", "mfFunctionDataPoints_values_test",
+        ["mfFunctionDataPoints_editing_test", "mfFunctionDataPoints_table_test",
+         "mfFunctionDataPoints_values_test", "mfFunctionDataPoints_spline_test",
          "mfFunctionDataPoints_memory_test"],
     ),
     "point-values": (
         ["mfcurves/functions/mfFunctionDataPoints_values.cpp"],
-        ["mfFunctionDataPoints_values_test"],
+        ["mfFunctionDataPoints_values_test", "mfFunctionDataPoints_spline_test"],
     ),
     "segment-editing": (
         ["mfcurves/segments/mfFunctionSegments_editing.cpp", "mfcurves/segments/mfFunctionSegments.h"],

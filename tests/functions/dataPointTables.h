@@ -5,6 +5,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
@@ -56,6 +57,13 @@ inline std::string show(mfFunctionDataPoints_c& table)
         text += (i == 0 ? "" : " ") + show(*row);
     }
     return text;
+}
+
+inline std::vector<int> updateRowsOf(const mfFunctionDataPoints_c& table)
+{
+    std::vector<int> rows{-7};  // a former element, which must be removed
+    table.getUpdateRows(rows);
+    return rows;
 }
 
 }  // namespace mf::test

@@ -16,6 +16,7 @@
 namespace {
 
 using mf::test::show;
+using mf::test::updateRowsOf;
 
 using Row = std::vector<double>;  // the X of its points
 using Table = std::vector<Row>;
@@ -48,13 +49,6 @@ Table read(mfFunctionDataPoints_c& function)
             table.back().push_back(row->getX(j));
     }
     return table;
-}
-
-std::vector<int> updateRowsOf(const mfFunctionDataPoints_c& function)
-{
-    std::vector<int> rows;
-    function.getUpdateRows(rows);
-    return rows;
 }
 
 // Every table whose rows of one or two points have ascending X of the grid.

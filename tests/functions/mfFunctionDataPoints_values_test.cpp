@@ -5,26 +5,26 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
-#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mfcurves/functions/mfDataPoints.h"
 #include "mfcurves/functions/mfFunctionDataPoints.h"
 #include "tests/functions/dataPointTables.h"
+#include "tests/functions/mfFunctionDataPointsTest.h"
 #include "tests/support/FakeHost.h"
 
 namespace {
 
 using mf::test::Calls;
-using mf::test::FakeHost;
+using mf::test::DataPointValues;
 using mf::test::fill;
-using mf::test::RecordingSpline;
 using mf::test::rowOf;
 using mf::test::show;
+using mf::test::updateRowsOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Pair;
 
 constexpr double kOneNinetyNinth = 0.010101010101010102;
 
@@ -33,208 +33,6 @@ void fillEvenly(mfFunctionDataPoints_c& table, int count, double first, double s
 {
     for (int i = 0; i < count; ++i)
         table.appendDataPoint(new mfDataPoints_c(new mfPoint2D_c(first + i * step, 1.0)));
-}
-
-class DataPointValues : public testing::Test {
-protected:
-    FakeHost host;
-    mfFunctionDataPoints_c function;
-
-    RecordingSpline& spline() { return host.services.spline(); }
-
-    void start(const std::string& rows)
-    {
-        fill(function, rows);
-        spline().calls.clear();
-        host.calls.clear();
-    }
-    double stepOfPlot() const
-    {
-        return function.getPlottingData0()[1].x() - function.getPlottingData0()[0].x();
-    }
-};
-
-// Life time of the spline
-
-TEST_F(DataPointValues, NewFunctionGetsASplineAndDoesNotChangeIt)
-{
-    EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "createSplineData"));
-    EXPECT_EQ(function.getSplineData(), &spline());
-    EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Linear);
-    EXPECT_THAT(spline().calls, IsEmpty());
-    EXPECT_EQ(function.getPlottingDataCount(), 0);
-    for (int order = 0; order <= 3; ++order)
-        EXPECT_EQ(function.getPlottingData(order), nullptr);
-}
-
-TEST(DataPointSpline, IsReleasedOnceWithTheFunction)
-{
-    FakeHost host;
-    {
-        const mfFunctionDataPoints_c function;
-        host.calls.clear();
-    }
-    EXPECT_THAT(host.calls, ElementsAre("getMotionServices", "releaseSplineData"));
-    EXPECT_EQ(host.services.takenBack.size(), 1u);
-}
-
-TEST(DataPointSpline, IsReplacedAndTheOldOneIsReleased)
-{
-    FakeHost host;
-    ISimSplineData_c* replacement = host.services.createSplineData();
-    {
-        mfFunctionDataPoints_c function;
-        const ISimSplineData_c* first = function.getSplineData();
-        function.setSplineData(replacement);
-        EXPECT_EQ(function.getSplineData(), replacement);
-        ASSERT_EQ(host.services.takenBack.size(), 1u);
-        EXPECT_EQ(host.services.takenBack.front().get(), first);
-    }
-    EXPECT_EQ(host.services.takenBack.size(), 2u);
-}
-
-TEST_F(DataPointValues, SettingTheSameSplineReleasesNothing)
-{
-    host.calls.clear();
-    function.setSplineData(&spline());
-    EXPECT_EQ(function.getSplineData(), &spline());
-    EXPECT_THAT(host.calls, IsEmpty());
-}
-
-TEST_F(DataPointValues, SettingNoSplineReleasesTheOldOneOnce)
-{
-    ISimSplineData_c* lent = &spline();
-    function.setSplineData(nullptr);
-    EXPECT_EQ(function.getSplineData(), nullptr);
-    ASSERT_EQ(host.services.takenBack.size(), 1u);
-    EXPECT_EQ(host.services.takenBack.front().get(), lent);
-    host.calls.clear();
-    function.setSplineData(nullptr);
-    EXPECT_THAT(host.calls, IsEmpty());
-}
-
-TEST(DataPointSpline, IsReplacedWithoutServicesAndNotReleased)
-{
-    FakeHost host;
-    mfFunctionDataPoints_c function;
-    RecordingSpline* lent = &host.services.spline();
-    host.servicesAnswer = nullptr;
-    RecordingSpline own;
-    function.setSplineData(&own);
-    EXPECT_EQ(function.getSplineData(), &own);
-    EXPECT_THAT(host.services.takenBack, IsEmpty());
-
-    host.servicesAnswer = &host.services;
-    host.services.releaseSplineData(lent);
-    host.servicesAnswer = nullptr;  // the destructor cannot give `own` back
-    EXPECT_EQ(function.evaluate(1.0, 1), 11.0);
-}
-
-TEST(DataPointSpline, IsAbsentWithoutServicesOrContext)
-{
-    {
-        FakeHost host;
-        host.servicesAnswer = nullptr;
-        mfFunctionDataPoints_c function;
-        EXPECT_EQ(function.getSplineData(), nullptr);
-    }
-    mfFunctionDataPoints_c function;
-    EXPECT_EQ(function.getSplineData(), nullptr);
-}
-
-// Every operation that uses the spline.
-TEST(DataPointSpline, IsNotNeededByAnyOperation)
-{
-    mfFunctionDataPoints_c function;
-    fill(function, "1:5 2:6 3:7");
-    EXPECT_EQ(show(function), "1:5 2:6 3:7");
-    EXPECT_TRUE(function.modifyDataPoint(0, 0, 4.0, 0.0));
-    EXPECT_TRUE(function.modifyDataPoint(0, 1, 0.0, 9.0));
-    EXPECT_TRUE(function.deleteDataPoint(1));
-    EXPECT_TRUE(function.deleteDataPoints({1}));
-    EXPECT_EQ(show(function), "2:9");
-    function.setInterpolationType(mf::DataPointInterpolationType_Cubic);
-    EXPECT_EQ(function.getInterpolationType(), mf::DataPointInterpolationType_Cubic);
-    function.RegenSplineData();
-    EXPECT_EQ(function.evaluate(2.0, 0), 0.0);
-    double y0 = 1.0;
-    double y1 = 1.0;
-    double y2 = 1.0;
-    double y3 = 1.0;
-    function.calculateValue(2.0, y0, y1, y2, y3);
-    EXPECT_THAT((std::vector<double>{y0, y1, y2, y3}), testing::Each(0.0));
-    function.calculateValue();
-    EXPECT_EQ(function.getPlottingData3()[99].x(), 2.0);
-    EXPECT_EQ(function.getPlottingData3()[99].y(), 0.0);
-
-    mfFunctionDataPoints_c copy;
-    EXPECT_TRUE(copy.Copy(&function));
-    EXPECT_EQ(show(copy), "2:9");
-    function.ClearFunction();
-    EXPECT_TRUE(function.isEmpty());
-}
-
-TEST_F(DataPointValues, ACopyBetweenAFunctionWithASplineAndOneWithout)
-{
-    start("1:5 2:6");
-    host.servicesAnswer = nullptr;
-    mfFunctionDataPoints_c bare;
-    EXPECT_TRUE(bare.Copy(&function));
-    EXPECT_EQ(show(bare), "1:5 2:6");
-    EXPECT_TRUE(function.Copy(&bare));
-    EXPECT_EQ(show(function), "1:5 2:6");
-    EXPECT_THAT(spline().calls, ElementsAre("clearPoints", "setKind 2"));  // and no copyFrom of a null spline
-    host.servicesAnswer = &host.services;
-}
-
-TEST_F(DataPointValues, RegenerationPassesEveryPointOfEveryRow)
-{
-    start("1:5 2:6,3:7 4:8");
-    function.RegenSplineData();
-    EXPECT_THAT(spline().calls,
-                ElementsAre("clearPoints", "addPoint 1 5", "addPoint 2 6", "addPoint 3 7", "addPoint 4 8"));
-}
-
-// A spline of a host that has no memory left.
-class FullSpline : public RecordingSpline {
-public:
-    void addPoint(double /*x*/, double /*y*/) override { throw std::bad_alloc(); }
-};
-
-class DataPointsOfAFullHost : public DataPointValues {
-protected:
-    DataPointsOfAFullHost()
-    {
-        start("1 4");
-        host.services.releaseSplineData(function.getSplineData());
-        host.servicesAnswer = nullptr;  // the full spline is not released
-        function.setSplineData(&full);
-    }
-    std::vector<int> updateRows() const
-    {
-        std::vector<int> rows;
-        function.getUpdateRows(rows);
-        return rows;
-    }
-
-    FullSpline full;
-};
-
-TEST_F(DataPointsOfAFullHost, GiveAListBackThatWasInserted)
-{
-    const std::unique_ptr<mfDataPoints_c> list = rowOf("2:9");
-    EXPECT_THROW(function.insertDataPoint(1, list.get()), std::bad_alloc);
-    EXPECT_EQ(show(function), "1 4");
-    EXPECT_EQ(show(*list), "2:9");
-    EXPECT_THAT(updateRows(), IsEmpty());
-}
-
-TEST_F(DataPointsOfAFullHost, KeepTheirRowsWhenAListWasLeftOut)
-{
-    const std::unique_ptr<mfDataPoints_c> list = rowOf("0.5,1.5");  // would move to 2.5, above its end
-    EXPECT_THROW(function.insertDataPoint(1, list.get()), std::bad_alloc);
-    EXPECT_EQ(show(function), "1 4");
-    EXPECT_THAT(updateRows(), IsEmpty());
 }
 
 // Interpolation
@@ -455,9 +253,7 @@ TEST_P(Legacy, TableIsRebuiltFromTheSpline)
     ASSERT_EQ(spline().calls.size(), c.points.empty() ? 2u : 402u);
     EXPECT_EQ(spline().calls[0], "getPointMap");
     EXPECT_EQ(spline().calls[1], "getKind");
-    std::vector<int> rows;
-    function.getUpdateRows(rows);
-    EXPECT_THAT(rows, ElementsAre(1));  // of the last insertion
+    EXPECT_THAT(updateRowsOf(function), ElementsAre(1));  // of the last insertion
 }
 
 INSTANTIATE_TEST_SUITE_P(DataPoints, Legacy, testing::ValuesIn(kLegacyCases),
@@ -491,9 +287,7 @@ TEST_F(DataPointValues, ExpandingMakesARowOfEachPointAndChangesNothingElse)
     function.expandDataPoints(1);
     EXPECT_EQ(show(function), "1 2:5 4:6 3:7 9");
     EXPECT_THAT(spline().calls, IsEmpty());
-    std::vector<int> rows;
-    function.getUpdateRows(rows);
-    EXPECT_THAT(rows, ElementsAre(2));
+    EXPECT_THAT(updateRowsOf(function), ElementsAre(2));
     EXPECT_EQ(function.getPlottingData0(), nullptr);
 }
 
