@@ -49,7 +49,8 @@ TARGETS = {
     ),
     "segment-editing": (
         ["mfcurves/segments/mfFunctionSegments_editing.cpp", "mfcurves/segments/mfFunctionSegments.h"],
-        ["mfFunctionSegments_editing_test", "mfFunctionSegments_memory_test"],
+        ["mfFunctionSegments_editing_test", "mfFunctionSegments_table_test",
+         "mfFunctionSegments_profiles_test", "mfFunctionSegments_memory_test"],
     ),
     "profile-lookup": (
         ["mfcurves/profiles/mfProfileManager.cpp", "mfcurves/profiles/mfProfileKey.cpp",
@@ -58,7 +59,8 @@ TARGETS = {
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],
-        ["mfFunctionSegments_values_test", "mfSegmentCalculator_test"],
+        ["mfFunctionSegments_values_test", "mfSegmentCalculator_test",
+         "mfSegmentCalculator_sampling_test"],
     ),
 }
 
