@@ -31,7 +31,7 @@ EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
 TARGETS = {
     "spline": (
         ["mfcurves/host/Spline.cpp", "mfcurves/host/Spline.h"],
-        ["Spline_test"],
+        ["Spline_test", "Spline_numbers_test"],
     ),
     "points": (
         ["mfcurves/functions/mfDataPoints.cpp", "mfcurves/functions/mfDataPoints.h"],
