@@ -12,6 +12,7 @@
 #include "tests/functions/dataPointTables.h"
 #include "tests/functions/mfFunctionDataPointsTest.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/RecordingFunction.h"
 #include "tests/support/virtualSlot.h"
 
 namespace {
@@ -19,6 +20,7 @@ namespace {
 using mf::test::Calls;
 using mf::test::DataPointTable;
 using mf::test::fill;
+using mf::test::RecordingFunction;
 using mf::test::rowOf;
 using mf::test::show;
 using mf::test::updateRowsOf;
@@ -33,7 +35,7 @@ struct OverlapCase {
     const char* name;
     const char* table;
     const char* range;
-    bool answer;
+    bool overlaps;
     int position;
     std::vector<std::size_t> rows;
 };
@@ -71,7 +73,7 @@ TEST_P(Overlap, ListsTheOverlappingRowsAndFindsThePlace)
     start(c.table);
     int position = -9;
     std::vector<std::size_t> rows;
-    EXPECT_EQ(table.IsRangeOverlap(rowOf(c.range).get(), position, rows), c.answer);
+    EXPECT_EQ(table.IsRangeOverlap(rowOf(c.range).get(), position, rows), c.overlaps);
     EXPECT_EQ(position, c.position);
     EXPECT_EQ(rows, c.rows);
     EXPECT_THAT(spline().calls, IsEmpty());
@@ -272,81 +274,32 @@ TEST_F(DataPointTable, CopyIsDeepAndCallsTheSplineOnce)
     EXPECT_EQ(show(copy), "1:9 2:8,3:7");
 }
 
-// Records which of its virtual operations a copy uses.
-class RecordingFunction : public mfFunctionDataPoints_c {
+class RecordingDataPoints : public RecordingFunction<mfFunctionDataPoints_c> {
 public:
-    explicit RecordingFunction(Calls& calls) : calls_(calls) {}
+    using RecordingFunction::RecordingFunction;
 
     void clearDataPoints() override
     {
-        calls_.emplace_back("clearDataPoints");
+        record("clearDataPoints");
         mfFunctionDataPoints_c::clearDataPoints();
-    }
-    void ClearFunction() override
-    {
-        calls_.emplace_back("ClearFunction");
-        mfFunctionDataPoints_c::ClearFunction();
-    }
-    void setMotorDependentVar(mf::MotorDriveType_e quantity) override
-    {
-        calls_.emplace_back("set motor");
-        mfFunctionDataPoints_c::setMotorDependentVar(quantity);
-    }
-    mf::MotorDriveType_e getMotorDependentVar() override
-    {
-        calls_.emplace_back("get motor");
-        return mfFunctionDataPoints_c::getMotorDependentVar();
-    }
-    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
-    {
-        calls_.emplace_back("set force");
-        mfFunctionDataPoints_c::setForceTorqueDependentVar(quantity);
-    }
-    mf::ForceTorqueType_e getForceTorqueDependentVar() override
-    {
-        calls_.emplace_back("get force");
-        return mfFunctionDataPoints_c::getForceTorqueDependentVar();
-    }
-    void setIndependentVar(mf::IndependentVariableType_e variable) override
-    {
-        calls_.emplace_back("set variable");
-        mfFunctionDataPoints_c::setIndependentVar(variable);
-    }
-    mf::IndependentVariableType_e getIndependentVar() override
-    {
-        calls_.emplace_back("get variable");
-        return mfFunctionDataPoints_c::getIndependentVar();
-    }
-    void setMotionResult(const CString& name) override
-    {
-        calls_.emplace_back("set result");
-        mfFunctionDataPoints_c::setMotionResult(name);
-    }
-    CString getMotionResult() override
-    {
-        calls_.emplace_back("get result");
-        return mfFunctionDataPoints_c::getMotionResult();
     }
     void setInterpolationType(mf::DataPointInterpolationType_e type) override
     {
-        calls_.emplace_back("set interpolation");
+        record("set interpolation");
         mfFunctionDataPoints_c::setInterpolationType(type);
     }
     mf::DataPointInterpolationType_e getInterpolationType() override
     {
-        calls_.emplace_back("get interpolation");
+        record("get interpolation");
         return mfFunctionDataPoints_c::getInterpolationType();
     }
-
-private:
-    Calls& calls_;
 };
 
 TEST_F(DataPointTable, CopyCallsTheVirtualOperationsInOrder)
 {
     Calls calls;
-    RecordingFunction source(calls);
-    RecordingFunction target(calls);
+    RecordingDataPoints source(calls);
+    RecordingDataPoints target(calls);
     EXPECT_TRUE(target.Copy(&source));
     EXPECT_THAT(calls, ElementsAre("clearDataPoints", "ClearFunction", "get variable", "set variable",
                                    "get result", "set result", "get motor", "set motor", "get force",

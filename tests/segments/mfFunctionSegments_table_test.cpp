@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <ostream>
-#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "tests/segments/mfFunctionSegmentsTest.h"
 #include "tests/segments/segmentTables.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/RecordingFunction.h"
 #include "tests/support/virtualSlot.h"
 
 using namespace mf::test;
@@ -267,69 +267,20 @@ TEST(CopyTable, ReplacesRowsAndSettings)
     EXPECT_TRUE(rowOf(target, 1).isInvalid());
 }
 
-// Records which of its virtual operations a copy uses.
-class RecordingTable : public mfFunctionSegments_c {
+class RecordingTable : public RecordingFunction<mfFunctionSegments_c> {
 public:
-    explicit RecordingTable(std::vector<std::string>& calls) : calls_(calls) {}
+    using RecordingFunction::RecordingFunction;
 
     void clearSegments() override
     {
-        calls_.emplace_back("clearSegments");
+        record("clearSegments");
         mfFunctionSegments_c::clearSegments();
     }
-    void ClearFunction() override
-    {
-        calls_.emplace_back("ClearFunction");
-        mfFunctionSegments_c::ClearFunction();
-    }
-    void setMotorDependentVar(mf::MotorDriveType_e quantity) override
-    {
-        calls_.emplace_back("set motor");
-        mfFunctionSegments_c::setMotorDependentVar(quantity);
-    }
-    mf::MotorDriveType_e getMotorDependentVar() override
-    {
-        calls_.emplace_back("get motor");
-        return mfFunctionSegments_c::getMotorDependentVar();
-    }
-    void setForceTorqueDependentVar(mf::ForceTorqueType_e quantity) override
-    {
-        calls_.emplace_back("set force");
-        mfFunctionSegments_c::setForceTorqueDependentVar(quantity);
-    }
-    mf::ForceTorqueType_e getForceTorqueDependentVar() override
-    {
-        calls_.emplace_back("get force");
-        return mfFunctionSegments_c::getForceTorqueDependentVar();
-    }
-    void setIndependentVar(mf::IndependentVariableType_e variable) override
-    {
-        calls_.emplace_back("set variable");
-        mfFunctionSegments_c::setIndependentVar(variable);
-    }
-    mf::IndependentVariableType_e getIndependentVar() override
-    {
-        calls_.emplace_back("get variable");
-        return mfFunctionSegments_c::getIndependentVar();
-    }
-    void setMotionResult(const CString& name) override
-    {
-        calls_.emplace_back("set result");
-        mfFunctionSegments_c::setMotionResult(name);
-    }
-    CString getMotionResult() override
-    {
-        calls_.emplace_back("get result");
-        return mfFunctionSegments_c::getMotionResult();
-    }
-
-private:
-    std::vector<std::string>& calls_;
 };
 
 TEST(CopyTable, CallsTheVirtualOperationsInOrder)
 {
-    std::vector<std::string> calls;
+    Calls calls;
     RecordingTable source(calls);
     RecordingTable target(calls);
     EXPECT_TRUE(target.Copy(&source));
