@@ -161,7 +161,7 @@ struct ModifyXCase {
     const char* before;
     int row;
     double x;
-    bool answer;
+    bool accepted;
     const char* after;
     std::vector<int> reported;
 };
@@ -200,11 +200,11 @@ TEST_P(ModifyX, MovesTheRowOrRefuses)
     const ModifyXCase& c = GetParam();
     start(c.before);
 
-    EXPECT_EQ(table.modifyDataPoint(c.row, 0, c.x, 77.0), c.answer);  // the Y that comes along is ignored
+    EXPECT_EQ(table.modifyDataPoint(c.row, 0, c.x, 77.0), c.accepted);  // the Y that comes along is ignored
 
     EXPECT_EQ(show(table), c.after);
     EXPECT_EQ(updateRowsOf(table), c.reported);
-    EXPECT_EQ(spline().calls, c.answer ? regenerationOf(table) : Calls());
+    EXPECT_EQ(spline().calls, c.accepted ? regenerationOf(table) : Calls());
 }
 
 INSTANTIATE_TEST_SUITE_P(DataPoints, ModifyX, testing::ValuesIn(kModifyXCases),

@@ -111,9 +111,9 @@ TEST(AllSmallTables, OverlapMeetsTheRowsThatShareAnX)
         for (const Row& list : allLists()) {
             int position = -1;
             std::vector<std::size_t> rows;
-            const bool answer = function.IsRangeOverlap(listOf(list).get(), position, rows);
+            const bool overlaps = function.IsRangeOverlap(listOf(list).get(), position, rows);
             ASSERT_EQ(rows, rowsMet(table, list)) << show(function) << " with " << show(*listOf(list));
-            ASSERT_EQ(answer, !rows.empty());
+            ASSERT_EQ(overlaps, !rows.empty());
             ASSERT_EQ(position, rowsAhead(table, list)) << show(function) << " with " << show(*listOf(list));
         }
     }

@@ -60,7 +60,7 @@ TEST_P(DerivativesFail, AndKeepWhatWasWritten)
         return order != c.failingOrder || x != c.failingX;
     };
     prepareToSample();
-    EXPECT_TRUE(function_->calculateValue()) << "sampling does not look at the derivatives";
+    EXPECT_TRUE(function_->calculateValue()) << "sampling does not depend on the derivatives";
     EXPECT_TRUE(function_->isValidForPlotting());
     EXPECT_EQ(function_->calculateDerivatives(), c.failingX == 99.0);
     for (int order = 1; order <= 3; ++order) {

@@ -75,7 +75,7 @@ TEST_F(Expression, IsValidByItsQuantityAlone)
     function_.setMotorDependentVar(mf::MotorDriveType_Displacment);
     EXPECT_TRUE(function_.IsValid());
     function_.independentVar = mf::IndependentVariableType_None;
-    EXPECT_TRUE(function_.IsValid()) << "a variable named by text is not asked for its number";
+    EXPECT_TRUE(function_.IsValid()) << "the number of a variable that is named by text is not checked";
     function_.motionObjectType = 1;
     EXPECT_FALSE(function_.IsValid());
     function_.setForceTorqueDependentVar(mf::ForceTorqueType_Force);

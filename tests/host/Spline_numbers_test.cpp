@@ -19,8 +19,8 @@ namespace {
 using namespace mf::test;
 using mf::host::Spline;
 
-// The largest magnitude of an order over the samples of a table; where all of them
-// vanish, as far as that of the order below it comes over the whole range.
+// The largest magnitude of an order over the samples of a table, and at least that of the
+// order below divided by the range of x, so that it is not 0 when all samples are.
 double scaleOf(const SplineTable& table, int order)
 {
     double scale = order == 0 ? 0.0 : scaleOf(table, order - 1) / (table.x.back() - table.x.front());
@@ -69,8 +69,8 @@ TEST_P(SplineNumbers, PiecesJoinAtEveryPointAndWithTheTangentsOutside)
             const double below = std::nextafter(table.x[i], -kInfinity);
             const double above = std::nextafter(table.x[i], kInfinity);
             for (int order = 0; order <= orders; ++order) {
-                // Over the step from one double to the next the order above it is
-                // all that may show.
+                // From one double to the next, an order changes only by the next
+                // higher order times the step.
                 const double tolerance =
                     1e-12 * scaleOf(table, order) + 2.0 * scaleOf(table, order + 1) * (above - below);
                 const double here = derivative(spline, table.x[i], order);
@@ -93,17 +93,17 @@ TEST_P(SplineNumbers, EveryPointIsMetExactly)
     }
 }
 
-TEST_P(SplineNumbers, AnswersDoNotDependOnWhatWasAskedBefore)
+TEST_P(SplineNumbers, ResultsDoNotDependOnEarlierCalls)
 {
     const SplineTable& table = GetParam();
     FilledSpline kept(table.kind, table.x, table.y);
-    std::vector<double> asked;
+    std::vector<double> inputs;
     for (const SplineSample& sample : table.samples)
-        asked.insert(asked.end(), {sample.x, std::nextafter(sample.x, -kInfinity)});
-    asked.insert(asked.end(), {kNaN, -kInfinity, kInfinity, -1e300, 1e300, -kLargest, kLargest});
+        inputs.insert(inputs.end(), {sample.x, std::nextafter(sample.x, -kInfinity)});
+    inputs.insert(inputs.end(), {kNaN, -kInfinity, kInfinity, -1e300, 1e300, -kLargest, kLargest});
     std::mt19937 random(1);
     for (int i = 0; i < 2000; ++i) {
-        const double x = asked[random() % asked.size()];
+        const double x = inputs[random() % inputs.size()];
         const int order = static_cast<int>(random() % 4);
         FilledSpline fresh(table.kind, table.x, table.y);
         const double expected = derivative(fresh, x, order);
@@ -118,7 +118,7 @@ INSTANTIATE_TEST_SUITE_P(Spline, SplineNumbers, testing::ValuesIn(mf::test::kSpl
 
 // The search
 
-// The value at x of the line between its neighbours, found by looking at every point.
+// The value at x of the line between its neighbours, found by a search from point to point.
 double chordAt(const std::map<double, double>& points, double x)
 {
     if (x == points.rbegin()->first)
@@ -163,31 +163,31 @@ const Spread kSpreads[] = {
 class SplineSearch : public testing::TestWithParam<Spread> {};
 
 // Y takes turns between 0, 1 and 5 units, so that no two pieces in a row lie on one
-// line and the value tells which piece answered.
-TEST_P(SplineSearch, FindsThePieceThatLookingAtEveryPointFinds)
+// line and the value shows which piece was used.
+TEST_P(SplineSearch, FindsThePieceThatALinearSearchFinds)
 {
     Spline spline;
     constexpr double kTurns[] = {0.0, 1.0, 5.0};
     int count = 0;
     for (const double x : GetParam().x)
         spline.addPoint(x, kTurns[count++ % 3] * GetParam().unitOfY);
-    std::vector<double> asked;
+    std::vector<double> inputs;
     for (const double x : GetParam().x) {
-        asked.insert(asked.end(), {x, std::nextafter(x, kInfinity), std::nextafter(x, -kInfinity)});
+        inputs.insert(inputs.end(), {x, std::nextafter(x, kInfinity), std::nextafter(x, -kInfinity)});
     }
     const auto& points = spline.getPointMap();
     for (auto it = points.begin(); std::next(it) != points.end(); ++it)
-        asked.push_back(it->first * 0.5 + std::next(it)->first * 0.5);
-    std::erase_if(asked, [&](double x) { return x < points.begin()->first || x > points.rbegin()->first; });
+        inputs.push_back(it->first * 0.5 + std::next(it)->first * 0.5);
+    std::erase_if(inputs, [&](double x) { return x < points.begin()->first || x > points.rbegin()->first; });
     std::mt19937 random(7);
     for (int round = 0; round < 3; ++round) {  // upwards, jumping about, downwards
         if (round == 0)
-            std::sort(asked.begin(), asked.end());
+            std::sort(inputs.begin(), inputs.end());
         if (round == 1)
-            std::shuffle(asked.begin(), asked.end(), random);
+            std::shuffle(inputs.begin(), inputs.end(), random);
         if (round == 2)
-            std::sort(asked.rbegin(), asked.rend());
-        for (const double x : asked)
+            std::sort(inputs.rbegin(), inputs.rend());
+        for (const double x : inputs)
             ASSERT_EQ(spline.getValue(x), chordAt(points, x)) << "round " << round << ", x " << x;
     }
 }

@@ -47,8 +47,8 @@ TEST(SplineAkima, ThreeEvenPointsGiveTheirParabola)
     }
 }
 
-// Two chords of slope 1 ahead of x = 2 and two of slope 5 behind it: neither side
-// bends, so neither chord outweighs the other.
+// Two chords of slope 1 before x = 2 and two of slope 5 after it: neither side bends, so
+// both chords have the same weight.
 TEST(SplineAkima, VanishingWeightsGiveTheMeanOfTheTwoChords)
 {
     FilledSpline spline(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12});
@@ -57,8 +57,8 @@ TEST(SplineAkima, VanishingWeightsGiveTheMeanOfTheTwoChords)
     EXPECT_EQ(spline.getFirstDerivative(3.0), 5.0);
 }
 
-// The weights vanish when they are exactly 0: the least bend behind the point turns
-// the slope to the chord ahead of it.
+// Weights vanish only when they are exactly 0: with the smallest bend after the point, the
+// slope is that of the chord before it.
 TEST(SplineAkima, TheLeastWeightCountsInFull)
 {
     FilledSpline spline(kAkima, {0, 1, 2, 3, 4}, {0, 1, 2, 7, 12.000000000000002});
@@ -83,7 +83,7 @@ TEST(SplineCubic, ALineStaysALine)
     EXPECT_THAT(ordersAt(spline, 2.5), ElementsAre(6.0, 2.0, 0.0, 0.0));
 }
 
-TEST(SplineLinear, ChordsAnswer)
+TEST(SplineLinear, ValuesLieOnTheChords)
 {
     for (const int kind : {kLinear, kUnknown, -1}) {
         FilledSpline spline(kind, {0, 1, 3}, {0, 2, 1});
@@ -95,14 +95,14 @@ TEST(SplineLinear, ChordsAnswer)
 
 // At points, outside, without points
 
-TEST(Spline, AtAnInnerPointThePieceToItsRightAnswers)
+TEST(Spline, UsesThePieceToTheRightOfAnInnerPoint)
 {
     FilledSpline spline(kCubic, {0, 1, 2}, {0, 1, 0});
     EXPECT_DOUBLE_EQ(spline.getThirdDerivative(1.0), 3.0);
     EXPECT_DOUBLE_EQ(spline.getThirdDerivative(std::nextafter(1.0, 0.0)), -3.0);
 }
 
-TEST(Spline, AtTheEndsTheEndPiecesAnswerAndOutsideTheirTangents)
+TEST(Spline, UsesTheEndPiecesAtTheEndsAndTheirTangentsOutside)
 {
     FilledSpline spline(kCubic, {0, 1, 2}, {0, 1, 0});
     EXPECT_THAT(ordersAt(spline, 2.0), ElementsAre(0.0, testing::DoubleEq(-1.5),
@@ -129,7 +129,7 @@ TEST(Spline, TangentsGoOnToInfinity)
         EXPECT_THAT(ordersAt(level, x), ElementsAre(5.0, 0.0, 0.0, 0.0)) << x;
 }
 
-TEST(Spline, WithoutPointsAnswersZero)
+TEST(Spline, IsZeroWithoutPoints)
 {
     for (const int kind : kKinds) {
         FilledSpline spline(kind, {}, {});
@@ -156,7 +156,7 @@ TEST(Spline, TwoPointsAreALineWhateverTheKind)
     }
 }
 
-TEST(Spline, AskedAtNaNAnswersNaN)
+TEST(Spline, IsNaNAtNaN)
 {
     for (const int kind : kKinds) {
         for (const std::size_t count : {1u, 2u, 3u, 5u}) {
@@ -168,7 +168,7 @@ TEST(Spline, AskedAtNaNAnswersNaN)
                     spline.addPoint(it->first, it->second);
             }
             EXPECT_THAT(ordersAt(spline, kNaN), testing::Each(testing::IsNan())) << count;
-            EXPECT_EQ(spline.getValue(0.0), 0.0);  // and is no worse for it
+            EXPECT_EQ(spline.getValue(0.0), 0.0);  // and the NaN leaves no trace
         }
     }
 }
@@ -210,7 +210,7 @@ TEST(Spline, PointsWithoutAFiniteXAreDropped)
     EXPECT_THAT(spline.getPointMap(), ElementsAre(Pair(1, 5), Pair(2, 9)));
 }
 
-TEST(Spline, AYThatIsNotFiniteSpoilsThePiecesItBearsOn)
+TEST(Spline, AYThatIsNotFiniteSpoilsOnlyThePiecesBesideIt)
 {
     FilledSpline spline(kLinear, {0, 1, 2, 3, 4}, {0, 1, kNaN, 3, 4});
     EXPECT_EQ(spline.getValue(0.5), 0.5);

@@ -240,9 +240,9 @@ TEST_F(SegmentCalculator, TextsOfSampledRowsAreConvertedToo)
         calls();
         table.calculateValue(1);
         EXPECT_NE(row.getPlottingData0(), nullptr);
-        const std::vector<std::string> asked = calls();
-        ASSERT_FALSE(asked.empty());
-        EXPECT_EQ(asked.front(), isExpression ? "parse x+\xEF\xBF\xBD of x" : "parse x of x+\xEF\xBF\xBD");
+        const std::vector<std::string> made = calls();
+        ASSERT_FALSE(made.empty());
+        EXPECT_EQ(made.front(), isExpression ? "parse x+\xEF\xBF\xBD of x" : "parse x of x+\xEF\xBF\xBD");
     }
 }
 
