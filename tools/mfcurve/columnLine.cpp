@@ -9,14 +9,17 @@ namespace mfcurve {
 
 std::string_view withoutBlanks(std::string_view text)
 {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 std::string_view withoutComment(std::string_view line)
 {
+    if (line.find('#') == std::string_view::npos)
+        return line;
     bool isQuoted = false;
     for (std::size_t i = 0; i < line.size(); ++i) {
         if (line[i] == '"')
@@ -29,12 +32,10 @@ std::string_view withoutComment(std::string_view line)
 
 std::string_view takeLine(std::string_view& text)
 {
-    const std::size_t end = text.find_first_of("\r\n");
-    const std::string_view line = text.substr(0, end);
-    if (end == std::string_view::npos)
-        text = {};
-    else
-        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+    const auto end = std::find_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const std::string_view line(text.begin(), end);
+    text.remove_prefix(line.size());
+    text.remove_prefix(text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1);
     return line;
 }
 
@@ -58,18 +59,17 @@ bool anyUnquoted(std::string_view line, See see)
 
 bool hasUnquoted(std::string_view line, char wanted)
 {
-    return anyUnquoted(line, [&](char c, std::size_t) { return c == wanted; });
+    return line.find(wanted) != std::string_view::npos &&
+           anyUnquoted(line, [&](char c, std::size_t) { return c == wanted; });
 }
 
-std::vector<std::string_view> splitAtBlanks(std::string_view line)
+void splitAtBlanks(std::string_view line, std::vector<std::string_view>& fields)
 {
-    std::vector<std::string_view> fields;
     for (line = withoutBlanks(line); !line.empty(); line = withoutBlanks(line)) {
-        const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
-        fields.push_back(line.substr(0, end));
-        line.remove_prefix(end);
+        const auto end = std::find_if(line.begin(), line.end(), isBlank);
+        fields.push_back({line.begin(), end});
+        line = {end, line.end()};
     }
-    return fields;
 }
 
 namespace {
@@ -86,10 +86,13 @@ bool hasTabBesideComma(std::string_view line)
 // "1,5 2,5": with a comma as the separator, "5 2" would be a field, which is not a number.
 bool hasDecimalCommasBetweenBlanks(std::string_view line)
 {
-    const std::vector<std::string_view> fields = splitAtBlanks(line);
+    if (line.find(',') == std::string_view::npos || std::none_of(line.begin(), line.end(), isBlank))
+        return false;
+    std::vector<std::string_view> fields;
+    splitAtBlanks(line, fields);
     const auto isCut = [](std::string_view field) { return field.starts_with(',') || field.ends_with(','); };
-    return fields.size() >= 2 && line.find(',') != std::string_view::npos && readDecimal(fields[0]) &&
-           readDecimal(fields[1]) && std::none_of(fields.begin(), fields.end(), isCut);
+    return fields.size() >= 2 && readDecimal(fields[0]) && readDecimal(fields[1]) &&
+           std::none_of(fields.begin(), fields.end(), isCut);
 }
 
 }  // namespace

@@ -7,7 +7,10 @@
 /// Lines of a text with columns, before the columns are interpreted.
 namespace mfcurve {
 
-constexpr std::string_view kBlanks = " \t\v\f";
+constexpr bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\v' || c == '\f';
+}
 
 /// A line and its number in the file, from 1.
 struct TextLine {
@@ -15,7 +18,7 @@ struct TextLine {
     std::string_view content;
 };
 
-/// The text without kBlanks at its ends.
+/// The text without blanks at its ends.
 std::string_view withoutBlanks(std::string_view text);
 /// The line up to the first "#" outside quotes.
 std::string_view withoutComment(std::string_view line);
@@ -23,8 +26,8 @@ std::string_view withoutComment(std::string_view line);
 std::string_view takeLine(std::string_view& text);
 /// True when the line has that character outside quotes.
 bool hasUnquoted(std::string_view line, char wanted);
-/// The pieces between blanks.
-std::vector<std::string_view> splitAtBlanks(std::string_view line);
+/// Appends the pieces between blanks.
+void splitAtBlanks(std::string_view line, std::vector<std::string_view>& fields);
 /// The separator of the columns of all lines: the first of semicolon, tab, comma and blank that fits.
 char separatorOf(const std::vector<TextLine>& lines);
 

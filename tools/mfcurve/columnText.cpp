@@ -45,23 +45,27 @@ ColumnText::ColumnText(std::string_view bytes, const ColumnForm& form, const Col
     const std::vector<TextLine> lines = linesWithContent(settings);
     if (!isSeparatorStated_)
         separator_ = separatorOf(lines);
+    lines_.reserve(lines.size());
+    fields_.reserve(lines.size() * form_.names.size());
+    std::vector<std::string_view> fields;
     for (const TextLine& line : lines) {
-        std::vector<std::string_view> fields = split(line);
+        split(line, fields);
         if (std::all_of(fields.begin(), fields.end(), [](std::string_view field) { return field.empty(); }))
             continue;
         if (lines_.empty() && isHeader(fields)) {
-            headers_.push_back(std::move(fields));
+            headers_.push_back(fields);
             continue;
         }
         if (columns_.empty())
             columns_ = chosenColumns(settings);
-        lines_.push_back(wantedFields(line.number, fields));
+        addLine(line.number, fields);
     }
 }
 
 std::vector<TextLine> ColumnText::linesWithContent(const ColumnSettings& settings)
 {
     std::vector<TextLine> lines;
+    lines.reserve(static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
     std::string_view rest = text_;
     for (int number = 1; !rest.empty(); ++number) {
         const std::string_view line = takeLine(rest);
@@ -96,32 +100,36 @@ std::string_view ColumnText::takeQuoted(std::string_view& rest, int line)
     return withoutBlanks(unquoted_.emplace_back(std::move(field)));
 }
 
-std::vector<std::string_view> ColumnText::split(const TextLine& line)
+void ColumnText::split(const TextLine& line, std::vector<std::string_view>& fields)
 {
+    fields.clear();
     // A line without a tab among lines with tabs is separated by blanks.
     const bool isAtBlanks = separator_ == ' ' || (separator_ == '\t' && !hasUnquoted(line.content, '\t'));
     if (isAtBlanks && line.content.find('"') == std::string_view::npos)
-        return splitAtBlanks(line.content);
-    const std::string_view blanks = separator_ == '\t' ? std::string_view(" \v\f") : kBlanks;
-    const std::string_view ends = isAtBlanks ? kBlanks : std::string_view(&separator_, 1);
-    std::vector<std::string_view> fields;
+        return splitAtBlanks(line.content, fields);
+    const auto isSkipped = [&](char c) { return isBlank(c) && (c != '\t' || separator_ != '\t'); };
+    const auto isEnd = [&](char c) { return isAtBlanks ? isBlank(c) : c == separator_; };
+    const auto untilEnd = [&](std::string_view text) {
+        return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isEnd) - text.begin());
+    };
     std::string_view rest = line.content;
     for (;;) {
-        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+        while (!rest.empty() && isSkipped(rest.front()))
+            rest.remove_prefix(1);
         if (rest.starts_with('"')) {
             fields.push_back(takeQuoted(rest, line.number));
-            const std::size_t end = std::min(rest.find_first_of(ends), rest.size());
+            const std::size_t end = untilEnd(rest);
             if (!withoutBlanks(rest.substr(0, end)).empty())
                 throw TextError(line.number, inQuotes(rest.substr(0, end)) + " follows a closing quote; " +
                                                  form_.expected);
             rest.remove_prefix(end);
         } else if (!isAtBlanks || !rest.empty()) {
-            const std::size_t end = std::min(rest.find_first_of(ends), rest.size());
+            const std::size_t end = untilEnd(rest);
             fields.push_back(withoutBlanks(rest.substr(0, end)));
             rest.remove_prefix(end);
         }
         if (rest.empty())
-            return fields;
+            return;
         rest.remove_prefix(1);
     }
 }
@@ -181,43 +189,45 @@ std::vector<std::size_t> ColumnText::chosenColumns(const ColumnSettings& setting
     return columns;
 }
 
-ColumnLine ColumnText::wantedFields(int number, const std::vector<std::string_view>& fields) const
+void ColumnText::addLine(int number, const std::vector<std::string_view>& fields)
 {
-    ColumnLine line{number, {}};
+    const std::size_t first = fields_.size();
     for (std::size_t column : columns_) {
         if (column >= fields.size())
             break;
-        line.fields.push_back(fields[column]);
+        fields_.push_back(fields[column]);
     }
-    while (!line.fields.empty() && line.fields.back().empty() && line.fields.size() > 1)
-        line.fields.pop_back();
+    while (fields_.size() > first + 1 && fields_.back().empty())
+        fields_.pop_back();
+    lines_.push_back({number, first, fields_.size() - first});
     const auto isTooMuch = [](std::string_view field) { return !field.empty(); };
     if (areColumnsFirst_ && fields.size() > columns_.size() &&
         std::any_of(fields.begin() + static_cast<std::ptrdiff_t>(columns_.size()), fields.end(), isTooMuch))
         throw TextError(number, fmt::format("{} of {} fields; {}{}", fields.size(), columns_.size(),
                                             form_.expected, form_.advice));
-    return line;
 }
 
 double ColumnText::number(const ColumnLine& line, std::size_t column)
 {
     const std::string& name = form_.names[column];
-    if (column >= line.fields.size() || line.fields[column].empty())
-        throw TextError(line.number, fmt::format("the {} is missing: {} of {} fields; {}", name,
-                                                 line.fields.size(), form_.names.size(), form_.expected));
-    const std::string_view field = line.fields[column];
+    const std::string_view field = column < line.fields ? fieldsOf(line)[column] : std::string_view();
+    if (field.empty())
+        throw TextError(line.number, fmt::format("the {} is missing: {} of {} fields; {}", name, line.fields,
+                                                 form_.names.size(), form_.expected));
     const std::optional<double> number = readDecimal(field);
     if (!number || !std::isfinite(*number))
         throw TextError(line.number, fmt::format("the {} {} is not a finite number; {}", name,
                                                  inQuotes(field), form_.expected));
-    const std::size_t mark = field.find_first_of(".,");
-    if (mark != std::string_view::npos && decimal_.mark == 0)
-        decimal_ = {field[mark], line.number};
-    if (mark != std::string_view::npos && decimal_.mark != field[mark])
+    const auto mark = std::find_if(field.begin(), field.end(), [](char c) { return c == '.' || c == ','; });
+    if (mark == field.end())
+        return *number;
+    if (decimal_.mark == 0)
+        decimal_ = {*mark, line.number};
+    if (decimal_.mark != *mark)
         throw TextError(
             line.number,
             fmt::format("the {} {} has a decimal {}, but line {} has a decimal {}; a file has one of them",
-                        name, inQuotes(field), field[mark] == ',' ? "comma" : "point", decimal_.line,
+                        name, inQuotes(field), *mark == ',' ? "comma" : "point", decimal_.line,
                         decimal_.mark == ',' ? "comma" : "point"));
     return *number;
 }

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,11 +29,11 @@ struct ColumnForm {
     std::function<bool(std::string_view)> isData;  ///< texts that, like a number, are not in a header
 };
 
-/// A line with data: the chosen fields in order, without quotes and blanks around them. Shorter than the
-/// number of chosen columns if the line does not have all of them.
+/// A line with data.
 struct ColumnLine {
     int number = 0;  ///< in the file, from 1
-    std::vector<std::string_view> fields;
+    std::size_t firstField = 0;
+    std::size_t fields = 0;
 };
 
 /// The columns of a text, separated by commas, semicolons, tabs or blanks, with the same separator in the
@@ -52,6 +53,13 @@ public:
 
     const std::vector<ColumnLine>& lines() const { return lines_; }
 
+    /// The chosen fields of a line in order, without quotes and blanks around them. Fewer than the chosen
+    /// columns if the line does not have all of them.
+    std::span<const std::string_view> fieldsOf(const ColumnLine& line) const
+    {
+        return {fields_.data() + line.firstField, line.fields};
+    }
+
     /// The finite number in a column of a line. Throws TextError when that field is missing or is not one.
     double number(const ColumnLine& line, std::size_t column);
 
@@ -62,13 +70,13 @@ private:
     };
 
     std::vector<TextLine> linesWithContent(const ColumnSettings& settings);
-    std::vector<std::string_view> split(const TextLine& line);
+    void split(const TextLine& line, std::vector<std::string_view>& fields);
     std::string_view takeQuoted(std::string_view& rest, int line);
     bool isHeader(const std::vector<std::string_view>& fields) const;
     std::vector<std::size_t> chosenColumns(const ColumnSettings& settings);
     std::size_t columnOf(const std::string& name) const;
     std::optional<std::size_t> columnNamed(std::string_view name) const;
-    ColumnLine wantedFields(int number, const std::vector<std::string_view>& fields) const;
+    void addLine(int number, const std::vector<std::string_view>& fields);
 
     const ColumnForm& form_;
     std::string text_;
@@ -79,6 +87,7 @@ private:
     bool areColumnsFirst_ = false;  // by default and not by choice, so more fields are an error
     std::vector<std::size_t> columns_;
     std::vector<ColumnLine> lines_;
+    std::vector<std::string_view> fields_;  // of all lines, one line after the other
     DecimalMark decimal_;
 };
 

@@ -22,9 +22,9 @@ FileRow rowOf(ColumnText& text, const ColumnLine& line, const ColumnForm& form)
 {
     const double end = text.number(line, 0);
     const double value = text.number(line, 1);
-    if (line.fields.size() < 3)
+    if (line.fields < 3)
         throw TextError(line.number, fmt::format("the profile is missing: 2 of 3 fields; {}", form.expected));
-    return {end, value, std::string(line.fields[2]), line.number};
+    return {end, value, std::string(text.fieldsOf(line)[2]), line.number};
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ RowList parseRows(std::string_view bytes, const std::function<bool(std::string_v
     RowList list;
     for (const ColumnLine& line : text.lines()) {
         const bool isFirst = &line == &text.lines().front();
-        if (isFirst && line.fields.size() == 2 && readDecimal(line.fields[1]))
+        if (isFirst && line.fields == 2 && readDecimal(text.fieldsOf(line)[1]))
             list.start = FileStart{text.number(line, 0), text.number(line, 1), line.number};
         else
             list.rows.push_back(rowOf(text, line, form));

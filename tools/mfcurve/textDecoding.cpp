@@ -110,7 +110,7 @@ std::size_t characterLength(std::string_view text, std::size_t i)
 void checkUtf8(std::string_view text)
 {
     for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = characterLength(text, i);
+        const std::size_t length = byteAt(text, i) < 0x80 ? 1 : characterLength(text, i);
         if (length == 0)
             throw TextError(lineAt(text, i),
                             fmt::format("the byte {:#04x} is not UTF-8{}", byteAt(text, i), kAdvice));
