@@ -56,7 +56,7 @@ std::vector<Part> smoothParts(const Curve& curve)
 // Enclosures of some orders of a part, the lowest first.
 class PartOrders {
 public:
-    PartOrders(const Part& part, std::size_t lowest, std::size_t count) : part_(part), budget_(kOperations)
+    PartOrders(const Part& part, std::size_t lowest, std::size_t count) : budget_(kOperations)
     {
         const std::vector<engine::NodeId>& known = part.smooth().orders;
         std::vector<engine::NodeId> orders(known.begin(), known.end());
@@ -85,7 +85,6 @@ public:
 private:
     static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part
 
-    const Part& part_;
     Budget budget_;
     std::optional<BoxEvaluator> evaluator_;
 };

@@ -9,6 +9,7 @@
 
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/FrozenCurve.h"
+#include "mfcurves/engine/values.h"
 
 // Evaluates a curve at many x. Successive x on one piece are computed together. Unsorted x are
 // first gathered by row, block by block.
@@ -17,7 +18,7 @@ namespace mf {
 namespace curve {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using engine::kNaN;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // Fewer x of one row are faster one by one.
@@ -264,7 +265,7 @@ std::size_t FrozenCurve::evaluateRun(const double* x, std::size_t count, Outside
 void Curve::evaluate(const double* x, std::size_t count, int order, double* y) const noexcept
 {
     if (order < 0 || order > 3) {
-        std::fill_n(y, count, std::numeric_limits<double>::quiet_NaN());
+        std::fill_n(y, count, engine::kNaN);
         return;
     }
     for (std::size_t done = 0; done < count;)

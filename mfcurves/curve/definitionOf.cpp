@@ -194,7 +194,7 @@ SegmentShape segmentsOf(mfFunctionSegments_c& table, std::vector<Problem>& probl
                    "the host has no law " + quoted(utf8(segment->getDisplayName())));
         else if (record && !isJump && !hasFormulaOf(*record, *segment))
             report(problems, Problem::Level::Error, rowPlace(row),
-                   "its formula is not that of the law " + quoted(names.back()) +
+                   "its formula is not that of the law " + curve::quoted(names.back()) +
                        "; parseExpression makes the formula of the law");
     }
     std::vector<RowLaw> rowLaws;

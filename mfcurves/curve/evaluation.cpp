@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "mfcurves/curve/Curve.h"
 #include "mfcurves/curve/FrozenCurve.h"
+#include "mfcurves/engine/values.h"
 
 // Evaluates a curve at one x. The operations of Curve are in one file with the functions that they
 // call, so that the usual case, an x between the ends, is compiled into one function.
@@ -14,7 +14,7 @@ namespace mf {
 namespace curve {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using engine::kNaN;
 
 // The difference of a value from itself is 0 if it is finite, else NaN.
 bool areFinite(const double* values, int order)
@@ -185,7 +185,7 @@ void FrozenCurve::evaluate(double x, Side side, Outside outside, int order, doub
 double Curve::operator()(double x, int order) const noexcept
 {
     if (order < 0 || order > 3) [[unlikely]]
-        return std::numeric_limits<double>::quiet_NaN();
+        return engine::kNaN;
     if (order == 0) {
         const double y = frozen_->valueInside(x);
         if (y - y == 0.0) [[likely]]

@@ -23,7 +23,6 @@ constexpr double kPanelHeader = 26.0;   // above each plot: quantity, unit, extr
 constexpr double kPanelGap = 14.0;      // below each plot
 constexpr double kFooterHeight = 52.0;  // labels of the shared axis
 constexpr double kSeamsHeight = 14.0;   // the row of seam labels
-constexpr double kLegendLine = 18.0;
 constexpr std::size_t kMostLegendLines = 3;
 constexpr double kSwatch = 26.0;  // before each name of a curve
 constexpr int kValueTicks = 4;

@@ -13,7 +13,8 @@ namespace mf::drawing {
 
 constexpr double kSmallLetter = 11.0;
 constexpr double kLetter = 12.0;
-constexpr double kMargin = 2.0;  ///< distance of labels from the edge of the picture
+constexpr double kLegendLine = 18.0;  ///< height of a line of the legend
+constexpr double kMargin = 2.0;       ///< distance of labels from the edge of the picture
 
 struct Theme {
     const char* background;

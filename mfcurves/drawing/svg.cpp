@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t kLongestTitle = 72;
 constexpr double kTitleLetter = 18.0;
-constexpr double kLegendLine = 18.0;
 
 constexpr const char* kStyle =
     "text{{font-family:'Helvetica Neue',Helvetica,Arial,'Liberation Sans','DejaVu Sans',sans-serif;"

@@ -11,8 +11,6 @@
 namespace mf::engine {
 namespace {
 
-constexpr int kUsualOrders = 3;  // derivatives; hosts nearly always request all of them
-
 // A text in little memory: each character as groups of seven bits, one byte per group,
 // the lowest first, with the top bit set in all bytes but the last.
 std::string packed(std::wstring_view text)
@@ -77,7 +75,7 @@ std::optional<Programs> CompiledText::programs(int order)
 {
     const std::lock_guard lock(mutex_);
     if (programs_.all->highestOrder() < order && !hasAllOrders_)
-        iAddOrders(std::max(order, kUsualOrders));
+        iAddOrders(std::max(order, kUsualOrder));
     if (programs_.all->highestOrder() < order)
         return std::nullopt;
     return programs_;
@@ -93,7 +91,7 @@ void CompiledText::iAddOrders(int highest)
     if (compilation->highestOrder() > programs_.all->highestOrder())
         programs_.all = compilation->program();
     hasAllOrders_ = !isWithinLimits;
-    if (highest > kUsualOrders && isWithinLimits)
+    if (highest > kUsualOrder && isWithinLimits)
         compilation_ = std::move(compilation);
 }
 

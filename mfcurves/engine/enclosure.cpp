@@ -12,7 +12,6 @@ namespace mf::engine {
 namespace {
 
 constexpr double kHalfUlp = 0x1p-53;
-constexpr std::uint32_t kNoRegister = 0xffffffff;
 
 // --- Polynomials ---------------------------------------------------------------------
 

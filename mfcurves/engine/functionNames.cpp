@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kLongestName = 8;
 
 // The name in lower-case ASCII; empty if no function can have it.
-std::string_view lowered(std::wstring_view name, std::array<char, kLongestName>& buffer)
+std::string_view inLowerCase(std::wstring_view name, std::array<char, kLongestName>& buffer)
 {
     if (name.size() > kLongestName)
         return {};
@@ -47,7 +47,7 @@ std::size_t editDistance(std::string_view a, std::string_view b)
 std::span<const Function> functionsNamed(std::wstring_view name)
 {
     std::array<char, kLongestName> buffer;
-    const std::string_view wanted = lowered(name, buffer);
+    const std::string_view wanted = inLowerCase(name, buffer);
     if (wanted.empty())
         return {};
     const auto hasName = [&](const Function& row) { return row.name == wanted; };
@@ -59,7 +59,7 @@ std::string_view closestFunctionName(std::wstring_view name)
 {
     constexpr std::size_t kClose = 2;
     std::array<char, kLongestName> buffer;
-    const std::string_view wanted = lowered(name, buffer);
+    const std::string_view wanted = inLowerCase(name, buffer);
     std::string_view closest;
     std::size_t least = (wanted.size() <= 3 ? 1 : kClose) + 1;
     for (const Function& row : functions()) {

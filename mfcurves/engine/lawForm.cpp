@@ -13,8 +13,6 @@
 namespace mf::engine {
 namespace {
 
-constexpr int kOrders = 4;
-
 bool isNeutralAddend(double number)
 {
     return std::bit_cast<std::uint64_t>(number) == std::bit_cast<std::uint64_t>(kNeutralAddend);
@@ -36,12 +34,6 @@ LawArgument argumentOf(const Step& step)
     return {c.first, c.divisor, c.factor, c.last};
 }
 
-// The register of a step's operand after the input stage.
-std::uint32_t operandOf(const Step& step)
-{
-    return step.input == Stage::None ? step.a : step.moved;
-}
-
 bool isZero(const Program& program, int order)
 {
     const std::optional<double> constant = constantIn(program, program.result(order));
@@ -58,7 +50,7 @@ bool isFlat(const Program& program)
 // The factor of a register that holds a multiple of the operand of the first step.
 std::optional<double> multipleIn(std::span<const Step> steps, std::uint32_t number)
 {
-    const std::uint32_t operand = operandOf(steps.front());
+    const std::uint32_t operand = steps.front().operand();
     if (number == operand)
         return 1.0;
     for (const Step& step : steps.subspan(1)) {
@@ -74,18 +66,18 @@ std::optional<double> multipleIn(std::span<const Step> steps, std::uint32_t numb
 // Each derivative is computed by the law's own step, or is a multiple of u, a constant or 0.
 bool addDerivatives(const Program& program, PolynomialLaw& law)
 {
-    const auto steps = program.steps(kOrders - 1);
+    const auto steps = program.steps(kUsualOrder);
     const Step& step = steps.front();
     law.isFlat = isFlat(program);
     if (law.isFlat)
         return true;
     const double* coefficients = step.constants;
     PolynomialForm form = {law.terms, law.lowest};
-    for (int k = 1; k < kOrders; ++k) {
+    for (int k = 1; k <= kUsualOrder; ++k) {
         coefficients += form.terms;
         form = form.derivative();
         if (form.terms == 0)
-            return isZero(program, k) && isZero(program, kOrders - 1);
+            return isZero(program, k) && isZero(program, kUsualOrder);
         const std::uint32_t result = program.result(k);
         const std::optional<double> constant = constantIn(program, result);
         const std::optional<double> multiple = multipleIn(steps, result);
@@ -105,7 +97,7 @@ bool addDerivatives(const Program& program, PolynomialLaw& law)
 // The law u^1. Its program only moves x through constants, which are all in one input stage.
 std::optional<PolynomialLaw> lineOf(const Program& program)
 {
-    const Step& step = program.steps(kOrders - 1).front();
+    const Step& step = program.steps(kUsualOrder).front();
     if (step.code != Code::Move || step.output != Stage::None || program.result(0) != step.moved)
         return {};
     const LawArgument whole = argumentOf(step);
@@ -116,7 +108,7 @@ std::optional<PolynomialLaw> lineOf(const Program& program)
 
 std::optional<PolynomialLaw> polynomialOf(const Program& program)
 {
-    const Step& step = program.steps(kOrders - 1).front();
+    const Step& step = program.steps(kUsualOrder).front();
     const bool isScaled = isNeutralAddend(step.after.first) && step.after.divisor == 1.0;
     if (step.code != Code::Polynomial || !isScaled || program.result(0) != step.target)
         return {};
@@ -133,19 +125,19 @@ std::optional<PolynomialLaw> polynomialOf(const Program& program)
 // --- Sines -------------------------------------------------------------------------------
 
 // The content of a register in terms of the sine and cosine that the first step computes.
-struct Scaled {
+struct ScaledSine {
     bool isFirst;  // the step's own value, not the other function of its operand
     SineLaw::Order numbers;
 };
 
-std::optional<Scaled> scaled(bool isFirst, const StageConstants& c)
+std::optional<ScaledSine> scaled(bool isFirst, const StageConstants& c)
 {
     if (c.divisor != 1.0)
         return {};
-    return Scaled{isFirst, {c.first, c.factor, c.last}};
+    return ScaledSine{isFirst, {c.first, c.factor, c.last}};
 }
 
-std::optional<Scaled> scaledIn(std::span<const Step> steps, std::uint32_t number)
+std::optional<ScaledSine> scaledIn(std::span<const Step> steps, std::uint32_t number)
 {
     const Step& both = steps.front();
     const bool hasOther = both.code != Code::Call1;
@@ -174,13 +166,13 @@ std::optional<bool> beginsWithCosine(const Step& step)
 
 std::optional<SineLaw> sineOf(const Program& program)
 {
-    const auto steps = program.steps(kOrders - 1);
+    const auto steps = program.steps(kUsualOrder);
     const std::optional<bool> cosine = beginsWithCosine(steps.front());
     if (!cosine)
         return {};
     SineLaw law = {argumentOf(steps.front()), *cosine, {}, isFlat(program)};
-    for (int k = 0; k < (law.isFlat ? 1 : kOrders); ++k) {
-        const std::optional<Scaled> order = scaledIn(steps, program.result(k));
+    for (int k = 0; k < (law.isFlat ? 1 : kUsualOrder + 1); ++k) {
+        const std::optional<ScaledSine> order = scaledIn(steps, program.result(k));
         if (!order || order->isFirst != (k % 2 == 0))
             return {};
         law.orders[static_cast<std::size_t>(k)] = order->numbers;
@@ -193,9 +185,9 @@ std::optional<SineLaw> sineOf(const Program& program)
 LawForm lawFormOf(const Formula& formula)
 {
     const Program& program = formula.program();
-    if (program.parameterCount() != 1 || program.highestOrder() != kOrders - 1)
+    if (program.parameterCount() != 1 || program.highestOrder() != kUsualOrder)
         return {};
-    const auto steps = program.steps(kOrders - 1);
+    const auto steps = program.steps(kUsualOrder);
     if (steps.empty() || steps.front().a != 0)
         return {};
     if (const auto law = lineOf(program))

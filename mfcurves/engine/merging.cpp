@@ -16,14 +16,8 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::uint32_t kNone = 0xffffffff;
-constexpr unsigned kMostDerivatives = 3;
-
-// The register of the operand of a step with one operand, after the input stage.
-std::uint32_t operandOf(const Step& step)
-{
-    return step.input != Stage::None ? step.moved : step.a;
-}
+constexpr std::uint32_t kNoEntry = 0xffffffff;
+constexpr unsigned kMostDerivatives = kUsualOrder;
 
 bool isSine(const Step& step)
 {
@@ -133,7 +127,7 @@ std::vector<std::uint32_t> useCounts(const Draft& draft)
 class ProductMerger {
 public:
     explicit ProductMerger(Draft& draft)
-        : draft_(draft), uses_(useCounts(draft)), entryOf_(draft.registers, kNone)
+        : draft_(draft), uses_(useCounts(draft)), entryOf_(draft.registers, kNoEntry)
     {
     }
 
@@ -155,7 +149,7 @@ private:
     // use; otherwise null.
     Draft::Entry* only(std::uint32_t number, Code code)
     {
-        if (entryOf_[number] == kNone || uses_[number] != 1)
+        if (entryOf_[number] == kNoEntry || uses_[number] != 1)
             return nullptr;
         Draft::Entry& entry = draft_.entries[entryOf_[number]];
         return entry.step.code == code && entry.step.output == Stage::None ? &entry : nullptr;
@@ -227,13 +221,13 @@ void mergeSinesAndCosines(Draft& draft)
         std::ranges::none_of(entries, isCosine, &Draft::Entry::step))
         return;
     std::vector<std::uint32_t> firstOn(draft.registers,
-                                       kNone);  // the entry that takes a register's sine or cosine
+                                       kNoEntry);  // the entry that takes a register's sine or cosine
     for (std::uint32_t i = 0; i < entries.size(); ++i) {
         Step& step = entries[i].step;
         if (!isSine(step) && !isCosine(step))
             continue;
-        std::uint32_t& first = firstOn[operandOf(step)];
-        if (first == kNone) {
+        std::uint32_t& first = firstOn[step.operand()];
+        if (first == kNoEntry) {
             first = i;
             continue;
         }
@@ -256,13 +250,13 @@ void mergeDerivatives(Draft& draft)
     const auto isPolynomial = [](const Draft::Entry& entry) { return entry.step.code == Code::Polynomial; };
     if (std::ranges::none_of(draft.entries, isPolynomial))
         return;
-    std::vector<std::uint32_t> lawIn(draft.registers, kNone);  // the last polynomial in a register
+    std::vector<std::uint32_t> lawIn(draft.registers, kNoEntry);  // the last polynomial in a register
     std::size_t kept = 0;
     for (std::size_t i = 0; i < draft.entries.size(); ++i) {
         const Draft::Entry entry = draft.entries[i];
         std::array<double, 2> line;
         const auto polynomial = plainPolynomial(draft, entry, line);
-        if (polynomial && lawIn[entry.step.a] != kNone) {
+        if (polynomial && lawIn[entry.step.a] != kNoEntry) {
             Draft::Entry& law = draft.entries[lawIn[entry.step.a]];
             if (law.step.derivatives < kMostDerivatives && nextDerivative(law.step) == polynomial->form) {
                 addDerivative(draft, law, *polynomial, entry.step.value);
@@ -270,7 +264,7 @@ void mergeDerivatives(Draft& draft)
             }
         }
         if (isPolynomial(entry))
-            lawIn[operandOf(entry.step)] = static_cast<std::uint32_t>(kept);
+            lawIn[entry.step.operand()] = static_cast<std::uint32_t>(kept);
         draft.entries[kept++] = entry;
     }
     draft.entries.resize(kept);

@@ -14,6 +14,11 @@ namespace mf::engine {
 /// x + kNeutralAddend is x for every x, -0.0 included.
 constexpr double kNeutralAddend = -0.0;
 
+constexpr std::uint32_t kNoRegister = 0xffffffff;
+
+/// The highest order that most hosts use. They nearly always use all orders up to it.
+constexpr int kUsualOrder = 3;
+
 enum class Code : std::uint8_t {
     Move,        // a
     Sum,         // k0 * a + k1 * b
@@ -86,6 +91,9 @@ struct Step {
     };
     StageConstants before;
     StageConstants after;
+
+    /// The register of the first operand after the input stage.
+    std::uint32_t operand() const { return input == Stage::None ? a : moved; }
 };
 
 /// Number of terms and lowest exponent of a polynomial.

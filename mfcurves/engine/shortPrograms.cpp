@@ -14,8 +14,7 @@
 namespace mf::engine {
 namespace {
 
-constexpr int kHighestOrder = 3;
-constexpr std::size_t kOrders = kHighestOrder + 1;
+constexpr std::size_t kOrders = kUsualOrder + 1;
 
 // The orders of one point, which the compiler keeps in registers of the processor.
 struct Orders {
@@ -30,7 +29,7 @@ struct Orders {
         const double zeros =
             (zeroIfFinite(value) + zeroIfFinite(first)) + (zeroIfFinite(second) + zeroIfFinite(third));
         if (zeros != 0.0) [[unlikely]]
-            markBad(values, kHighestOrder);
+            markBad(values, kUsualOrder);
     }
 };
 
@@ -133,7 +132,7 @@ void runAllOfLaw(const Program& program, double x, double*, double* values)
     constexpr PolynomialForm first = PolynomialForm{terms, lowest}.derivative();
     constexpr PolynomialForm second = first.derivative();
     constexpr PolynomialForm third = second.derivative();
-    const Step& law = program.steps(kHighestOrder).front();
+    const Step& law = program.steps(kUsualOrder).front();
     const double* const c0 = law.constants;
     const double* const c1 = c0 + terms;
     const double* const c2 = c1 + first.terms;
@@ -245,7 +244,7 @@ struct Sine {
 
     static void runAll(const Program& program, double x, double*, double* values)
     {
-        at(x, program.steps(kHighestOrder)).storeTo(values);
+        at(x, program.steps(kUsualOrder)).storeTo(values);
     }
 };
 
@@ -264,9 +263,9 @@ bool isSine(std::span<const Step> steps)
 
 bool isSineWithDerivatives(const Program& program)
 {
-    if (program.highestOrder() != kHighestOrder || !isSine(program.steps(kHighestOrder)))
+    if (program.highestOrder() != kUsualOrder || !isSine(program.steps(kUsualOrder)))
         return false;
-    const auto steps = program.steps(kHighestOrder);
+    const auto steps = program.steps(kUsualOrder);
     return program.result(0) == steps[0].target && program.result(1) == steps[1].moved &&
            program.result(2) == steps[2].moved && program.result(3) == steps[3].moved;
 }
@@ -318,9 +317,8 @@ RunProgram runOfShortProgram(std::span<const Step> steps)
 RunOrders ordersOfShortProgram(const Program& program)
 {
     if (isLawWithDerivatives(program))
-        return runsOfLaw(program.steps(kHighestOrder).front()).asOrders;
-    return isSineWithDerivatives(program) ? runsOfSine(program.steps(kHighestOrder).front()).asOrders
-                                          : nullptr;
+        return runsOfLaw(program.steps(kUsualOrder).front()).asOrders;
+    return isSineWithDerivatives(program) ? runsOfSine(program.steps(kUsualOrder).front()).asOrders : nullptr;
 }
 
 }  // namespace mf::engine

@@ -91,7 +91,7 @@ private:
 
 [[gnu::always_inline]] inline Strip::Pair withError(Strip::Pair sum, Strip::Pair error)
 {
-    return (error == error) & (sum != Strip::Pair{}) ? sum + error : sum;
+    return ((error == error) & (sum != Strip::Pair{})) ? sum + error : sum;
 }
 
 [[gnu::always_inline]] inline Strip withError(Strip sum, Strip error)

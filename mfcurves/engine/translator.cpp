@@ -45,8 +45,7 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::uint32_t kNoRegister = 0xffffffff;
-constexpr std::uint32_t kNone = 0xffffffff;
+constexpr std::uint32_t kNoPending = 0xffffffff;
 
 // The operation of the step for a node. Constants and variables are registers and do not
 // need one.
@@ -95,13 +94,13 @@ public:
         if (registerOf_.size() < graph_.size())
             registerOf_.resize(graph_.size(), kNoRegister);
         isNeeded_.assign(root.index + 1, 0);
-        waitingAt_.assign(root.index + 1, kNone);
+        waitingAt_.assign(root.index + 1, kNoPending);
         draft_.results.push_back(use(root));
         for (std::uint32_t i = root.index + 1; i-- > 0;) {
             const NodeId id{i};
             if (isNeeded_[id] != 0)
                 translate(id);
-            else if (waitingAt_[id] != kNone)
+            else if (waitingAt_[id] != kNoPending)
                 write(takeWaiting(id), registerOf_[id]);
         }
         std::reverse(draft_.entries.begin() + firstEntry, draft_.entries.end());
@@ -193,14 +192,14 @@ private:
     void translateStage(PendingStep& pending, NodeId base)
     {
         const std::uint32_t waiting = waitingAt_[pending.node];
-        if (waiting != kNone && pending_[waiting].input.isNone) {
+        if (waiting != kNoPending && pending_[waiting].input.isNone) {
             PendingStep user = takeWaiting(pending.node);
             user.input = pending.output;
             user.step.moved = registerOf_[pending.node];
             waitAt(base, user);
             return;
         }
-        if (waiting != kNone)
+        if (waiting != kNoPending)
             write(takeWaiting(pending.node), registerOf_[pending.node]);
         pending.step.code = Code::Move;
         pending.step.target = registerOf_[pending.node];
@@ -212,7 +211,7 @@ private:
         const Node& node = graph_[pending.node];
         Step& step = pending.step;
         step.value = registerOf_[pending.node];
-        if (waitingAt_[pending.node] != kNone)
+        if (waitingAt_[pending.node] != kNoPending)
             joinWaiting(pending);
         step.code = codeOf(node.op);
         step.function = node.function;
@@ -239,7 +238,7 @@ private:
     void waitAt(NodeId operand, const PendingStep& pending)
     {
         const std::uint32_t place = use(operand);
-        if (waitingAt_[operand] != kNone) {
+        if (waitingAt_[operand] != kNoPending) {
             write(pending, place);
             return;
         }
@@ -247,7 +246,10 @@ private:
         pending_.push_back(pending);
     }
 
-    PendingStep takeWaiting(NodeId operand) { return pending_[std::exchange(waitingAt_[operand], kNone)]; }
+    PendingStep takeWaiting(NodeId operand)
+    {
+        return pending_[std::exchange(waitingAt_[operand], kNoPending)];
+    }
 
     // `operand` is the register of the operand of a step that has one.
     void write(const PendingStep& pending, std::uint32_t operand)

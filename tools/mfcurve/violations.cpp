@@ -11,7 +11,7 @@ namespace mfcurve {
 
 namespace {
 
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 // The order of a curve that is its velocity (motionOrder 1), acceleration (2) or jerk (3).
 int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::string& place)
@@ -40,7 +40,8 @@ void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
                const mf::analysis::Requirements& required, double factor = 1.0)
 {
     for (const mf::analysis::Violation& broken : mf::analysis::violations(curve, required)) {
-        Violation violation{broken.order, kNone, broken.where.from, broken.where.to, kNone, kNone};
+        Violation violation{broken.order,    kNoNumber, broken.where.from,
+                            broken.where.to, kNoNumber, kNoNumber};
         if (broken.limit)
             violation.limit = *broken.limit * factor;
         if (broken.worst) {
@@ -75,7 +76,7 @@ std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& deman
     if (demands.areDerivativesChecked) {
         const mf::analysis::DerivativeCheck check = mf::analysis::checkDerivatives(curve);
         if (!check.ok)
-            violations.push_back({check.worstOrder, kNone, check.worstX, check.worstX,
+            violations.push_back({check.worstOrder, kNoNumber, check.worstX, check.worstX,
                                   check.stated * std::pow(rate, check.worstOrder), check.worstX});
     }
     return violations;
