@@ -50,6 +50,16 @@ Interval positive(Interval y)
     return y;
 }
 
+// For results that may be so small that they are computed as 0, and have the signs of `lowest` and `highest`.
+Interval withUnderflow(Interval y, double lowest, double highest)
+{
+    if (y.lo == 0.0 && lowest < 0.0)
+        y.lo = -std::numeric_limits<double>::denorm_min();
+    if (y.hi == 0.0 && highest > 0.0)
+        y.hi = std::numeric_limits<double>::denorm_min();
+    return y;
+}
+
 // The part of x between lo and hi. Outside of them the function has no value.
 Interval within(const Interval& x, double lo, double hi)
 {
@@ -263,7 +273,7 @@ Interval ofAtan2(const Interval& y, const Interval& x)
     const double corners[] = {angleValue(y.lo, x.lo), angleValue(y.lo, x.hi), angleValue(y.hi, x.lo),
                               angleValue(y.hi, x.hi)};
     const auto [least, greatest] = std::minmax_element(std::begin(corners), std::end(corners));
-    return {below(*least, kUlps), above(*greatest, kUlps), partial};
+    return withUnderflow({below(*least, kUlps), above(*greatest, kUlps), partial}, y.lo, y.hi);
 }
 
 Interval ofHypot(const Interval& a, const Interval& b)
@@ -360,8 +370,8 @@ Interval ofPower(const Interval& a, const Interval& b)
         if (n < 0.0 && a.contains(0.0))
             return even ? Interval(0.0, kUnbounded, true) : Interval::everything();
         const Interval base = even ? magnitude(a) : a;
-        const double ends[] = {std::pow(base.lo, n), std::pow(base.hi, n)};
-        return {below(std::min(ends[0], ends[1]), kUlps), above(std::max(ends[0], ends[1]), kUlps), partial};
+        const auto [least, greatest] = std::minmax({std::pow(base.lo, n), std::pow(base.hi, n)});
+        return withUnderflow({below(least, kUlps), above(greatest, kUlps), partial}, base.lo, base.hi);
     }
     if (a.lo < 0.0 && !b.isPoint())
         return Interval::everything();  // a base below 0 has powers at the whole exponents in b

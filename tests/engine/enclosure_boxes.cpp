@@ -107,9 +107,11 @@ const std::map<FunctionId, Two> kTwos = {{FunctionId::Atan2, angle},   {Function
 
 class Boxes {
 public:
+    // One of five is of any size that doubles have.
     Interval next(double largest)
     {
-        const double size = largest * std::pow(10.0, uniform(-6.0, 0.0));
+        const double size = uniform(0.0, 1.0) < 0.2 ? std::pow(10.0, uniform(-320.0, 307.0))
+                                                    : largest * std::pow(10.0, uniform(-6.0, 0.0));
         double from = uniform(-size, size);
         if (uniform(0.0, 1.0) < 0.2)
             from = std::round(from);

@@ -299,6 +299,21 @@ TEST(Interval, PowersOfABaseFromNegativeZeroAreUnbounded)
     EXPECT_TRUE(y.contains(1e39));
 }
 
+// What a double computes as 0 is not 0, and its enclosure shows that.
+TEST(Interval, ResultsThatUnderflowAreNotExactlyZero)
+{
+    constexpr double kTiny = 1e-300;
+    constexpr double kHuge = 1e300;
+    namespace rules = mf::engine::intervals;
+    EXPECT_GT(rules::ofPower({-1e-20, 1e-20}, Interval(18.0)).hi, 0.0);
+    EXPECT_LT(rules::ofPower({-1e-20, 1e-20}, Interval(19.0)).lo, 0.0);
+    EXPECT_LT(rules::ofPower({-1e200, -1e190}, Interval(-17.0)).lo, 0.0);
+    EXPECT_GT(rules::ofPower({-1e200, -1e190}, Interval(-18.0)).hi, 0.0);
+    EXPECT_GT(rules::ofAtan2(Interval(kTiny), Interval(kHuge)).hi, 0.0);
+    EXPECT_LT(rules::ofAtan2(Interval(-kTiny), Interval(kHuge)).lo, 0.0);
+    EXPECT_TRUE(rules::ofPower({-0.0, 0.0}, Interval(3.0)).isZero());
+}
+
 // Products just below the largest double, whose halves would overflow; a long double does not.
 TEST(Interval, ProductsNearTheLargestNumberAreBounded)
 {
