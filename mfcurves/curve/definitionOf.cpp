@@ -106,8 +106,7 @@ bool isRotary(MotFuncXYDataType_e type)
     return type >= MfXY_Disp_RotMotor && type <= MfXY_Acc_RotMotor;
 }
 
-// A formula with "#" for each number with six decimals, as laws insert them, and without minus
-// signs. Two formulas of one law with different numbers become equal.
+// A formula with "#" for each number with six decimals, as laws insert them.
 std::wstring withoutNumbers(const std::wstring& formula)
 {
     constexpr std::wstring_view kDigits = L"0123456789";
@@ -115,9 +114,7 @@ std::wstring withoutNumbers(const std::wstring& formula)
     for (std::size_t i = 0; i < formula.size();) {
         const std::size_t end = std::min(formula.find_first_not_of(kDigits, i), formula.size());
         if (end == i) {
-            if (formula[i] != L'-')  // it may be the sign of an inserted number
-                text += formula[i];
-            ++i;
+            text += formula[i++];
             continue;
         }
         const std::size_t last = end < formula.size() && formula[end] == L'.'
@@ -127,6 +124,19 @@ std::wstring withoutNumbers(const std::wstring& formula)
         i = last;
     }
     return text;
+}
+
+// Whether two formulas without numbers are of one law. A number in `held` may be negative.
+bool isSameLaw(std::wstring_view law, std::wstring_view held)
+{
+    for (const wchar_t c : law) {
+        if (c == L'#' && held.starts_with(L'-'))
+            held.remove_prefix(1);
+        if (!held.starts_with(c))
+            return false;
+        held.remove_prefix(1);
+    }
+    return held.empty();
 }
 
 // The laws of a host for the rows of its table; the default law for a row without one.
@@ -171,7 +181,7 @@ bool hasFormulaOf(const mfProfile_c& law, const mfSegment_c& segment)
     const std::wstring anyNumber = L"0.000000";
     std::wstring formula;
     return segments::enterNumbers(law, {anyNumber, anyNumber, anyNumber, anyNumber}, formula) &&
-           withoutNumbers(formula) == withoutNumbers(std::wstring(held.View()));
+           isSameLaw(withoutNumbers(formula), withoutNumbers(std::wstring(held.View())));
 }
 
 SegmentShape segmentsOf(mfFunctionSegments_c& table, std::vector<Problem>& problems)

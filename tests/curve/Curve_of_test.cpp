@@ -111,6 +111,22 @@ TEST_F(CurveOf, FormulaThatIsNotThatOfItsLawIsAnError)
               "the law");
 }
 
+// Only the sign of a number may differ: the numbers of a row may be negative.
+TEST_F(CurveOf, FormulaWithAnotherSignThanItsLawIsAnError)
+{
+    fill();
+    mfSegment_c* row = nullptr;
+    segments().selectSegment(2, row);
+    segments().parseExpression(2);
+    const std::wstring formula(row->getProfileExpr().View());
+    row->setProfileExpr((L"-(" + formula + L")").c_str());
+    EXPECT_EQ(problem().place, "row 2");
+    row->setProfileExpr((L"-" + formula).c_str());
+    EXPECT_EQ(problem().place, "row 2");
+    row->setProfileExpr(formula.c_str());
+    EXPECT_NO_THROW(Curve::of(function));
+}
+
 TEST_F(CurveOf, RowsThatDoNotJoinAreErrors)
 {
     fill();
