@@ -99,7 +99,7 @@ namespace {
 bool isWithoutImpulse(const LawFactors& law, const Limits& limits)
 {
     const int needed = limits.jerk < kInfinity ? 2 : 1;
-    return std::min(law.startContinuity, law.endContinuity) >= needed;
+    return std::min({law.startContinuity, law.innerContinuity, law.endContinuity}) >= needed;
 }
 
 Move moveBy(const std::string& profile, const LawFactors& law, double stroke, const Limits& limits)

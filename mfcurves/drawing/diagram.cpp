@@ -16,8 +16,11 @@ namespace {
 
 std::vector<int> ordersOf(const std::vector<Curve>& curves, const Contents& contents)
 {
-    if (!contents.orders.empty())
-        return contents.orders;
+    if (!contents.orders.empty()) {
+        std::vector<int> known = contents.orders;
+        std::erase_if(known, [](int order) { return order < 0 || order > 3; });
+        return known;
+    }
     int count = 0;
     for (const Curve& curve : curves)
         count = std::max(count, namedOrders(curve.definition()));

@@ -75,7 +75,7 @@ struct Diagram {
 struct Contents {
     std::optional<Range> range;  ///< of x; else from the first x of all curves to the last one
     std::optional<Units> units;  ///< labels; else the usual ones of the first curve
-    std::vector<int> orders;     ///< 0 to 3; empty: the orders that have a name
+    std::vector<int> orders;     ///< 0 to 3, others are ignored; empty: the orders that have a name
     double rate = 1.0;           ///< order k is multiplied by rate to the power of k
     std::string title;           ///< else the name of a single curve
 };

@@ -224,6 +224,17 @@ TEST(Fastest, LeavesOutLawsThatDoNotRestAtTheirEnds)
     EXPECT_EQ(moveBy(fastest(1.0, {1.0, kInfinity, 1.0}), "Cubic").profile, "");
 }
 
+// It rests at its ends, and its velocity jumps from 3/2 to 1 and back.
+TEST(Fastest, LeavesOutALawWhoseVelocityJumpsInside)
+{
+    const std::string text =
+        "SegmentType(\"Broken\", x, x1, y1, x2, y2)\n"
+        "z = (x-x1)/(x2-x1);\n"
+        "y = y1+(y2-y1)*if(z-1/4: 6*z^2, 3/8, if(z-3/4: 1/4+z/2, 5/8, 1-6*(1-z)^2));\n"
+        "return y;\nendSegmentType\n";
+    EXPECT_TRUE(fastest(1.0, {1.0, kInfinity, kInfinity}, {{"Broken", "test", text}}).empty());
+}
+
 TEST(Fastest, IsEmptyWithoutALimitOrAStroke)
 {
     EXPECT_TRUE(fastest(1.0, {}).empty());

@@ -41,6 +41,15 @@ TEST(Diagram, HasAPanelForEachNamedOrder)
 }
 
 // The velocity of 10 (3 u^2 - 2 u^3), u = x/2, is greatest at 1: 7.5.
+TEST(Diagram, IgnoresOrdersThatACurveDoesNotHave)
+{
+    Contents contents;
+    contents.orders = {-1, 2, 4};
+    const Diagram diagram = diagramOf({rows({{90.0, 25.0, "Cubic"}})}, contents);
+    ASSERT_EQ(diagram.panels.size(), 1u);
+    EXPECT_EQ(diagram.panels.front().order, 2);
+}
+
 TEST(Diagram, MarksTheExtremesOfTheFormula)
 {
     const Diagram diagram = diagramOf({rows({{2.0, 10.0, "Cubic"}})});
