@@ -8,8 +8,8 @@
 
 namespace mf::host {
 
-// One bucket per knot. Where the width of a bucket cannot be told, because the range
-// overflows or vanishes in it, all knots share one.
+// One bucket per knot. If the width of a bucket cannot be computed, because the range
+// overflows or is too small, all knots share one bucket.
 KnotIndex::KnotIndex(std::vector<double> knots) : knots_(std::move(knots))
 {
     if (knots_.empty())

@@ -10,8 +10,8 @@
 
 namespace mf::host {
 
-/// Ascending knots, and which of them is the last one at or before an x, found by one look into a
-/// table unless the knots are spread very unevenly. Constant once made.
+/// Ascending knots, and a search for the last knot at or before an x. The search takes one look-up
+/// in a table unless the knots are distributed very unevenly. Constant after construction.
 class KnotIndex {
 public:
     KnotIndex() = default;  ///< no knots
@@ -21,12 +21,12 @@ public:
     /// The first and the last knot; infinity and minus infinity without knots.
     double first() const { return first_; }
     double last() const { return last_; }
-    /// The knots, and twice the double after the last one, so that each knot has a next one and
-    /// that has one, too.
+    /// The knots, followed by two copies of the next double above the last knot, so that the two
+    /// elements after each knot exist.
     const double* knots() const { return knots_.data(); }
 
-    /// The place of the last knot at or before x, for an x from first() to last(). It calls
-    /// likely(place) with the lower of two places one of which it nearly always is.
+    /// The index of the last knot at or before x, for an x from first() to last(). Before it is known,
+    /// calls likely(i) with an index i such that the result is nearly always i or i + 1.
     template <class Likely>
     std::size_t at(double x, const Likely& likely) const
     {
@@ -48,9 +48,9 @@ public:
 private:
     static constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-    // Never falls as x grows, whatever the rounding, which is all that the table needs:
-    // knots in lower buckets lie below x and knots in higher ones above it.
-    // The last bucket is chosen between whole numbers, which takes no branch.
+    // Never decreases as x grows, whatever the rounding. The table needs no more: knots in
+    // lower buckets are below x, knots in higher buckets above it. std::min of integers
+    // takes no branch.
     std::uint32_t iBucketOf(double x) const
     {
         const auto bucket = static_cast<std::int64_t>(x * bucketsPerX_ - bucketsBelowFirst_);
@@ -60,8 +60,8 @@ private:
     std::vector<double> knots_;
     double first_ = kInfinity;
     double last_ = -kInfinity;
-    // The range of x is cut into buckets of equal width. Entry k is the place at the lower
-    // edge of bucket k; one more entry after the last holds the last place.
+    // The range of x is divided into buckets of equal width. Entry k is the index at the lower
+    // edge of bucket k; one more entry after the last has the last index.
     std::vector<std::uint32_t> placeAtBucket_;
     std::int64_t lastBucket_ = 0;
     double bucketsPerX_ = 0.0;

@@ -65,9 +65,9 @@ double Spline::getThirdDerivative(double x)
     return iEvaluate<3>(x);
 }
 
-// The piece that answered last answers most of the time, in as few instructions as
-// can be. Doubles from 0 on are in the order of their bits, and the bits of negative
-// ones and of NaN lie above them all, so one comparison tells 0 <= t < length.
+// Mostly x is in the piece used last, so that case takes as few instructions as
+// possible. Doubles from 0 on have the order of their bits, and the bits of negative
+// doubles and of NaN are above all of those, so one comparison tests 0 <= t < length.
 template <int order>
 double Spline::iEvaluate(double x)
 {
@@ -90,8 +90,8 @@ double Spline::iOrderAt(double t) const
         return current_.d6;
 }
 
-// Curves are mostly walked along, so the piece behind is tried before any search.
-// Stands apart so that the caller has nothing to save and restore for it.
+// Most callers step along a curve, so the next piece is tried before a search. Not
+// inlined, so that iEvaluate need not save and restore registers.
 template <int order>
 [[gnu::noinline]] double Spline::iStepAndEvaluate(double x)
 {
@@ -138,7 +138,7 @@ void Spline::iBuild()
 {
     std::vector<double> x;
     std::vector<double> y;
-    x.reserve(points_.size() + 2);  // room for what KnotIndex adds
+    x.reserve(points_.size() + 2);  // room for the two that KnotIndex adds
     y.reserve(points_.size());
     for (const auto& [pointX, pointY] : points_) {
         x.push_back(pointX);

@@ -15,22 +15,21 @@ namespace mf::host {
 struct SplinePiece;
 class SplinePieces;
 
-/// The interpolator of the stand-alone host: Akima (kind 0), natural cubic (1) or
-/// linear (2, that of a new spline and of any other number).
+/// The spline of mf::host: Akima (kind 0), natural cubic (1) or linear (2, which is
+/// also the kind of a new spline and the meaning of any other number).
 ///
-/// Between points the curve is a polynomial of degree 3 at most. At an inner point
-/// the piece to its right answers, at the last one the piece before it. Outside,
-/// the end tangent goes on. No point: 0.0 everywhere; one: a constant; two: a line
-/// whatever the kind. Asked at a NaN, it answers NaN.
+/// Between points the curve is a polynomial of degree 3 at most. At a point, the piece
+/// that starts there gives the value, at the last point the last piece. Outside, the
+/// curve continues along the end tangent. Without points it is 0.0 everywhere, with one
+/// point a constant, with two a line whatever the kind. At a NaN it is NaN.
 ///
-/// A change costs what it takes to store it; the pieces are built at the first
-/// evaluation after it. Asking on at an x, or near the one asked before, costs no
-/// search; any other x costs one look into an index, unless the X are spread very
-/// unevenly.
+/// Cost: a change only stores the point; the pieces are built at the next evaluation.
+/// An x in the piece of the previous x or the next piece needs no search. Any other x
+/// needs one look-up in an index, unless the X are distributed very unevenly.
 ///
-/// Errors: X that are not finite are dropped. A Y that is not finite spoils the
-/// pieces that it bears on, which for a cubic are all, and so do points so close
-/// that a slope overflows or so far apart that their distance does.
+/// Errors: X that are not finite are dropped. A Y that is not finite makes the pieces
+/// that depend on it NaN or infinite, for a cubic all pieces. So do points so close that
+/// a slope overflows, or so far apart that their distance does.
 class MFCURVES_API Spline : public ISimSplineData_c {
 public:
     Spline();  ///< linear, without points
@@ -40,13 +39,13 @@ public:
 
     void setKind(int kind) override;
     int getKind() override { return kind_; }
-    /// Takes points and kind over through the interface alone; nothing for null
-    /// or itself.
+    /// Copies points and kind through the interface. Does nothing for null or for this
+    /// object.
     void copyFrom(ISimSplineData_c* source) override;
     const std::map<double, double>& getPointMap() override { return points_; }
     void clearPoints() override;
-    /// A second point at one X replaces the first. Constant time for an X above
-    /// all others.
+    /// A second point at the same X replaces the first. Takes constant time for an X
+    /// above all others.
     void addPoint(double x, double y) override;
     double getValue(double x) override;
     double getFirstDerivative(double x) override;
@@ -57,8 +56,8 @@ private:
     static constexpr double kInfinity = std::numeric_limits<double>::infinity();
     MFCURVES_LOCAL static constexpr double kNowhere[3] = {kInfinity, kInfinity, kInfinity};
 
-    // The piece that answered last, with the factors that its derivatives bring
-    // multiplied in. Without a length it answers nowhere.
+    // The piece used last, with its coefficients multiplied by the factors of the
+    // derivatives. With length 0 it contains no x.
     struct Current {
         double start = 0.0;
         std::uint64_t lengthBits = 0;
@@ -84,11 +83,11 @@ private:
     MFCURVES_LOCAL void iBuild();
     MFCURVES_LOCAL void iForgetPieces();
 
-    Current current_;  // first, where it is reached in the shortest instructions
+    Current current_;  // the first member, which has the shortest instructions
     std::map<double, double> points_;
     int kind_ = 2;
 
-    // Of the points and the kind; null from a change to the next evaluation.
+    // Built from the points and the kind; null from a change to the next evaluation.
     std::unique_ptr<const SplinePieces> pieces_;
 };
 

@@ -15,17 +15,17 @@ constexpr int kNaturalCubic = 1;
 using Knots = std::vector<double>;
 using Pieces = std::vector<SplinePiece>;
 
-// Joins the points by chords, which is all that the linear kind asks for and what
-// the other two start from.
+// Joins the points by chords. The linear kind needs no more; the other two kinds start
+// from this.
 void joinByChords(const Knots& knots, Pieces& pieces)
 {
     for (std::size_t i = 0; i + 1 < pieces.size(); ++i)
         pieces[i].b = (pieces[i + 1].a - pieces[i].a) / (knots[i + 1] - knots[i]);
 }
 
-// The slope at a point from the two chords ahead of it and the two behind it:
-// the nearer ones, each weighted by how much the curve bends on the other side.
-// Without a bend on either side the two nearer chords count alike.
+// The slope at a point from the two chords before it and the two after it: the mean of
+// the two nearer chords, each weighted by how much the curve bends on the other side.
+// Without a bend on both sides, the two nearer chords have equal weight.
 double akimaSlope(const double* chords)
 {
     const double weightBefore = std::abs(chords[3] - chords[2]);
@@ -42,7 +42,7 @@ double akimaSlope(const double* chords)
 void bendByAkima(const Knots& knots, Pieces& pieces)
 {
     const std::size_t last = pieces.size() - 1;
-    std::vector<double> chords(last + 4);  // the chord of piece i stands at i + 2
+    std::vector<double> chords(last + 4);  // the chord of piece i is at i + 2
     for (std::size_t i = 0; i < last; ++i)
         chords[i + 2] = pieces[i].b;
     chords[1] = 2.0 * chords[2] - chords[3];
@@ -113,8 +113,8 @@ void expandAtEnd(const Knots& knots, Pieces& pieces)
 
 }  // namespace
 
-// There are as many pieces as points: the last one is the end of the previous piece,
-// expanded at the last point, and holds there alone.
+// There are as many pieces as points: the last piece is the previous one expanded at the
+// last point, and is valid only there.
 SplinePieces::SplinePieces(std::vector<double> x, const std::vector<double>& y, int kind)
 {
     pieces_.reserve(y.size());

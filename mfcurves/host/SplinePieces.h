@@ -16,16 +16,16 @@ struct alignas(32) SplinePiece {
     double d;  ///< a sixth of the third derivative
 };
 
-/// The polynomials between points and the index that finds the one for an x: what
-/// Spline evaluates. Constant once made, so any number of threads may use it.
+/// The polynomials that Spline evaluates, and the index that finds the one for an x.
+/// Constant after construction, so any number of threads may use it.
 ///
-/// There are as many pieces as points. Piece i begins at knot i and holds up to the next
-/// one, and the last piece holds at the last knot alone.
+/// There are as many pieces as points. Piece i is valid from knot i up to the next knot,
+/// and the last piece only at the last knot.
 class SplinePieces {
 public:
     SplinePieces() = default;  ///< no points
-    /// Through the points (x[i], y[i]), x finite and ascending, joined as Spline's kinds
-    /// have it: Akima 0, natural cubic 1, straight for any other kind.
+    /// Joins the points (x[i], y[i]), x finite and ascending, by the kinds of Spline:
+    /// Akima 0, natural cubic 1, straight lines for any other kind.
     SplinePieces(std::vector<double> x, const std::vector<double>& y, int kind);
 
     /// The number of points, and of pieces.
@@ -33,12 +33,12 @@ public:
     /// X of the first and the last point; infinity and minus infinity without points.
     double firstX() const { return index_.first(); }
     double lastX() const { return index_.last(); }
-    /// count() knots, and twice the double after the last one.
+    /// count() knots, followed by two copies of the next double above the last knot.
     const double* knots() const { return index_.knots(); }
     const SplinePiece* pieces() const { return pieces_.data(); }
 
-    /// The last piece that begins at or before x, for an x from the first point to the
-    /// last.
+    /// The index of the last piece that begins at or before x, for an x from the first point
+    /// to the last.
     std::size_t indexAt(double x) const
     {
         return index_.at(x, [this](std::size_t low) {
@@ -47,13 +47,12 @@ public:
         });
     }
 
-    /// The value or derivative of the end tangent, which goes on beyond the points, for an x
-    /// up to the first point or from the last one on. 0.0 without points; NaN at a NaN.
+    /// The value or derivative of the end tangent, for an x up to the first point or from
+    /// the last point on. 0.0 without points; NaN at a NaN.
     double outside(double x, int order) const;
 
 private:
-    // Has memory on its way to the processor while something else is looked at. Any
-    // address may be named.
+    // Prefetches memory into the cache. Any address is allowed.
     static void fetchAhead([[maybe_unused]] const void* address)
     {
 #if defined(__GNUC__)

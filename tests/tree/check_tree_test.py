@@ -9,6 +9,7 @@ import unittest
 import check_includes
 import check_licence
 import check_umbrella
+import check_words
 
 
 def tree(files):
@@ -130,6 +131,28 @@ class CheckLicence(unittest.TestCase):
                     check_licence.add_to(path)
                 self.assertTrue(self.judge(folder))
                 self.assertTrue(path.read_text(encoding="utf-8").endswith(text))
+
+
+class CheckWords(unittest.TestCase):
+    # file, a line of it, whether the line is counted
+    CASES = [
+        ("README.md", "The name stands behind the number.", True),
+        ("README.md", "The stand-alone host returns the name.", False),
+        ("docs/page.md", "Prints one line a sample.", True),
+        ("docs/page.md", "Prints one line per sample, at most a line a day.", False),
+        ("mfcurves/a.h", "// Tells the order.", True),
+        ("mfcurves/a.h", "// Metellus reports the order.", False),
+        ("mfcurves/a.h", "// The point is none.", True),
+        ("mfcurves/a.h", "// There are nonempty rows.", False),
+        ("tests/a.cpp", "// Nothing answers.", False),
+        ("fuzz/corpus/a.txt", "behind", False),
+    ]
+
+    def test_each_case(self):
+        for name, line, counted in self.CASES:
+            with self.subTest(file=name, line=line), tree({name: line + "\n"}) as folder:
+                found = check_words.lines_with_avoided_words(pathlib.Path(folder))
+                self.assertEqual(found, [f"{name}:1: {line}"] if counted else [])
 
 
 if __name__ == "__main__":
