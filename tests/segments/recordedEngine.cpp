@@ -71,3 +71,14 @@ bool MotionMEParser::parse(const wchar_t* expression, wchar_t* independentVariab
     *calculator = new RecordedCalculator(0);
     return true;
 }
+
+int MotionMEParser::getParamsNum()
+{
+    return 0;
+}
+
+const MMEP_WString& MotionMEParser::getParam(int)
+{
+    static const MMEP_WString none(L"", MMEP_WString::Meaning::Other);
+    return none;
+}
