@@ -7,6 +7,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/intervalErrors.h"
 #include "mfcurves/engine/intervalRules.h"
+#include "mfcurves/engine/program.h"
 
 namespace mf::engine {
 namespace {
