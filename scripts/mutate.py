@@ -55,7 +55,8 @@ TARGETS = {
     "profile-lookup": (
         ["mfcurves/profiles/mfProfileManager.cpp", "mfcurves/profiles/mfProfileKey.cpp",
          "mfcurves/profiles/mfProfileKey.h"],
-        ["mfProfileKey_test", "mfProfileManager_test", "mfProfileManager_memory_test"],
+        ["mfProfileKey_test", "mfProfileManager_test", "mfProfileManager_assembly_test",
+         "mfProfileManager_rebuild_test", "mfProfileManager_memory_test"],
     ),
     "segment-values": (
         ["mfcurves/segments/mfFunctionSegments_values.cpp"],
