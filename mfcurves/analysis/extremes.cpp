@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "mfcurves/analysis/foundRange.h"
 #include "mfcurves/analysis/zeros.h"
 
 namespace mf::analysis {
@@ -51,10 +52,10 @@ public:
         Box whole{from_, to_, function_.at(from_), function_.at(to_), {}, all, all};
         whole.around.fill(Interval::everything());
         for (std::size_t k = 0; k < orders_; ++k) {
-            Found& found = found_[k];
+            FoundRange& found = found_[k];
             found.least = found.greatest = {from_, whole.atFrom[k]};
-            see(k, from_, whole.atFrom[k]);
-            offer(k, to_, whole.atTo[k]);
+            found.see(from_, whole.atFrom[k]);
+            found.offer(to_, whole.atTo[k]);
         }
         rounding_ = function_.rounding(from_, to_);
 
@@ -76,24 +77,12 @@ public:
     }
 
 private:
-    struct Found {
-        OrderRange::End least;
-        OrderRange::End greatest;
-        Interval seen{kUnbounded, -kUnbounded};   // from the least to the greatest value seen
-        Interval bound{kUnbounded, -kUnbounded};  // of all boxes that are done, as computed
-        bool failed = false;                      // a box has no bound
-        bool undefined = false;                   // the order has no value at all in a box
-        bool unseen = false;                      // in a box it may vary more than its values show
-        double seenLowAt = std::nan("");
-        double seenHighAt = std::nan("");
-    };
-
     StretchRanges ranges()
     {
         StretchRanges all;
         for (std::size_t k = 0; k < orders_; ++k) {
             polish(k);
-            const Found& found = found_[k];
+            const FoundRange& found = found_[k];
             all.orders[k] = {found.least, found.greatest, -kUnbounded,
                              kUnbounded,  rounding_[k],   !found.unseen};
             if (!found.failed && !found.undefined) {
@@ -119,7 +108,7 @@ private:
         for (std::size_t k = orders_; k-- > 0;) {
             const unsigned bit = 1u << k;
             if ((box.open & bit) != 0 && !found_[k].failed) {
-                see(k, middle, atMiddle[k]);
+                found_[k].see(middle, atMiddle[k]);
                 if (!isDone(k, box, atMiddle[k], over))
                     open |= bit;
             }
@@ -142,7 +131,7 @@ private:
     {
         hasBoxRounding_ = false;
         for (std::size_t k = 0; k < orders_; ++k) {
-            Found& found = found_[k];
+            FoundRange& found = found_[k];
             found.unseen |= (box.unseen >> k & 1u) != 0;
             if ((box.open >> k & 1u) == 0)
                 continue;
@@ -187,7 +176,7 @@ private:
 
     bool isDone(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& over)
     {
-        Found& found = found_[k];
+        FoundRange& found = found_[k];
         found.undefined |= over[k].isNothing();
         if (!over[k].isFinite())
             return over[k].isNothing();
@@ -202,8 +191,8 @@ private:
             return false;
         const Interval ends = hull(box.atFrom[k], box.atTo[k]);
         if (over[k + 1].lo >= 0.0 || over[k + 1].hi <= 0.0) {
-            offer(k, box.from, box.atFrom[k]);
-            offer(k, box.to, box.atTo[k]);
+            found.offer(box.from, box.atFrom[k]);
+            found.offer(box.to, box.atTo[k]);
             return settle(k, box, ends.lo, ends.hi);
         }
         if (static_cast<int>(k) + 2 > function_.highest() || !over[k + 2].isFinite() ||
@@ -226,7 +215,7 @@ private:
             const Zero zero =
                 zeroBetween(function_, static_cast<int>(k) + 1, 0.0, box.from, box.to, over[k + 2]);
             const Enclosures there = function_.at(zero.x);
-            offer(k, zero.x, there[k]);
+            found_[k].offer(zero.x, there[k]);
             // The function is flat there: it moves by less than slope times distance.
             const double beyond = there[k + 1].largest() * zero.error;
             return settle(k, box, std::min(ends.lo, there[k].lo - beyond),
@@ -240,8 +229,8 @@ private:
         }
         if (!(beyond <= tolerance(k)))
             return false;
-        offer(k, box.from, box.atFrom[k]);
-        offer(k, box.to, box.atTo[k]);
+        found_[k].offer(box.from, box.atFrom[k]);
+        found_[k].offer(box.to, box.atTo[k]);
         return settle(k, box, ends.lo - beyond, ends.hi + beyond);
     }
 
@@ -316,42 +305,10 @@ private:
         return true;
     }
 
-    void see(std::size_t k, double x, const Interval& y)
-    {
-        Found& found = found_[k];
-        if (!y.isFinite())
-            return;
-        if (!(y.middle() >= found.seen.lo)) {
-            found.seen.lo = y.middle();
-            found.seenLowAt = x;
-        }
-        if (!(y.middle() <= found.seen.hi)) {
-            found.seen.hi = y.middle();
-            found.seenHighAt = x;
-        }
-    }
-
-    // Keeps an extreme candidate. Of equal ones the first counts.
-    void offer(std::size_t k, double x, const Interval& y)
-    {
-        Found& found = found_[k];
-        if (!y.isFinite())
-            return;
-        const double same = 0x1p-51 * y.largest();
-        const bool unknown = !found.least.y.isFinite();
-        const double below = found.least.y.middle() - y.middle();
-        const double above = y.middle() - found.greatest.y.middle();
-        if (unknown || below > same || (below >= -same && x < found.least.x))
-            found.least = {x, y};
-        if (unknown || above > same || (above >= -same && x < found.greatest.x))
-            found.greatest = {x, y};
-        see(k, x, y);
-    }
-
     // Improves the extremes by values that were seen in the middle of a box.
     void polish(std::size_t k)
     {
-        Found& found = found_[k];
+        FoundRange& found = found_[k];
         const double same = 0x1p-50 * found.seen.largest();
         if (!std::isnan(found.seenLowAt) && found.seen.lo < found.least.y.middle() - same)
             polish(k, found.seenLowAt);
@@ -362,7 +319,7 @@ private:
     void polish(std::size_t k, double x)
     {
         constexpr int kSteps = 8;
-        offer(k, x, function_.at(x)[k]);
+        found_[k].offer(x, function_.at(x)[k]);
         if (static_cast<int>(k) + 2 > function_.highest())
             return;
         for (int i = 0; i < kSteps; ++i) {
@@ -372,16 +329,7 @@ private:
                 return;
             x = next;
         }
-        replaceIfAsGood(k, x, function_.at(x)[k]);
-    }
-
-    void replaceIfAsGood(std::size_t k, double x, const Interval& y)
-    {
-        Found& found = found_[k];
-        if (y.middle() <= found.least.y.middle())
-            found.least = {x, y};
-        if (y.middle() >= found.greatest.y.middle())
-            found.greatest = {x, y};
+        found_[k].replaceIfAsGood(x, function_.at(x)[k]);
     }
 
     BoxEvaluator& function_;
@@ -389,7 +337,7 @@ private:
     double from_;
     double to_;
     std::size_t budgetAtStart_;
-    std::array<Found, kHighestOrder> found_;
+    std::array<FoundRange, kHighestOrder> found_;
     std::array<double, kHighestOrder + 1> rounding_{};     // on the whole stretch
     std::array<double, kHighestOrder + 1> boxRounding_{};  // in the current box
     bool hasBoxRounding_ = false;

@@ -41,6 +41,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/merging.h"
 #include "mfcurves/engine/openStage.h"
+#include "mfcurves/engine/peeling.h"
 
 namespace mf::engine {
 namespace {
@@ -127,60 +128,11 @@ private:
     bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
     double number(NodeId id) const { return graph_[id].number; }
 
-    // Moves the constants around a node to `stage` and returns the node inside them. A part
-    // that already has a register is kept whole.
-    NodeId peel(NodeId id, OpenStage& stage) const
-    {
-        if (graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
-            const NodeId inner = graph_[id].b;
-            if (graph_[inner].op != Op::Product && graph_[inner].op != Op::Quotient) {
-                stage.addFirst(number(graph_[id].a));
-                return inner;
-            }
-            stage.addLast(number(graph_[id].a));
-            id = inner;
-        }
-        if (isOpen(id, stage) && graph_[id].op == Op::Product && isConstant(graph_[id].a)) {
-            stage.multiply(number(graph_[id].a));
-            id = graph_[id].b;
-        }
-        if (isOpen(id, stage) && graph_[id].op == Op::Quotient && isConstant(graph_[id].b)) {
-            stage.divide(number(graph_[id].b));
-            id = graph_[id].a;
-        }
-        if (isOpen(id, stage) && graph_[id].op == Op::Sum && isConstant(graph_[id].a)) {
-            stage.addFirst(number(graph_[id].a));
-            id = graph_[id].b;
-            peelSign(id, stage);
-        }
-        return id;
-    }
-
-    // (c - v) * k + l is (v - c) * -k + l, bit for bit as long as l hides the sign
-    // of a zero.
-    void peelSign(NodeId& id, OpenStage& stage) const
-    {
-        const Node& node = graph_[id];
-        StageConstants& c = stage.constants;
-        if (node.op != Op::Product || !isConstant(node.a, -1.0) || c.last == 0.0)
-            return;
-        c.first = -c.first;
-        c.factor = -c.factor;
-        id = node.b;
-    }
-
-    bool isConstant(NodeId id, double value) const { return isConstant(id) && number(id) == value; }
-
-    bool isOpen(NodeId id, const OpenStage& stage) const
-    {
-        return stage.isNone || registerOf_[id] == kNoRegister;
-    }
-
     void translate(NodeId id)
     {
         PendingStep pending;
         pending.node = id;
-        const NodeId base = peel(id, pending.output);
+        const NodeId base = peel(graph_, registerOf_, id, pending.output);
         if (base == id)
             translateOperation(pending);
         else
