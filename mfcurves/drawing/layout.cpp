@@ -24,7 +24,6 @@ constexpr double kPanelGap = 14.0;      // below each plot
 constexpr double kFooterHeight = 52.0;  // labels of the shared axis
 constexpr double kSeamsHeight = 14.0;   // the row of seam labels
 constexpr std::size_t kMostLegendLines = 3;
-constexpr double kSwatch = 26.0;  // before each name of a curve
 constexpr int kValueTicks = 4;
 
 constexpr Theme kLight{"#fff",

@@ -13,6 +13,8 @@ namespace mf::drawing {
 
 constexpr double kSmallLetter = 11.0;
 constexpr double kLetter = 12.0;
+constexpr double kDigitWidth = 7.6;   ///< of the number at a tick, in a wide font
+constexpr double kSwatch = 26.0;      ///< room before the name of a curve in the legend
 constexpr double kLegendLine = 18.0;  ///< height of a line of the legend
 constexpr double kMargin = 2.0;       ///< distance of labels from the edge of the picture
 

@@ -88,7 +88,7 @@ std::string drawCurveLegend(const Layout& layout, const Theme& theme)
                 "<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\" stroke=\"{}\" stroke-width=\"3\"/>\n",
                 pixels(label.x), pixels(baseline - 4.0), pixels(label.x + 20.0), pixels(baseline - 4.0),
                 colourOfCurve(theme, curve++));
-            svg += textAt(label.x + 26.0, baseline, "class=\"name\"", label.text);
+            svg += textAt(label.x + kSwatch, baseline, "class=\"name\"", label.text);
         }
         baseline += kLegendLine;
     }
@@ -107,7 +107,6 @@ std::string drawStretchNames(const Layout& layout)
 // the edge of the picture if it would run beyond it.
 std::string variableLabel(double x, double y, double room, const Layout& layout, const std::string& label)
 {
-    constexpr double kDigitWidth = 7.6;
     const double edge = layout.width - kMargin;
     const double wanted = kDigitWidth * static_cast<double>(characterCount(label));
     const std::string size =

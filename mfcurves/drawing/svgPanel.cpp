@@ -16,7 +16,6 @@ namespace {
 // More markers than this would run into each other.
 constexpr std::size_t kMostMarkers = 400;
 constexpr std::size_t kMostImpulses = 200;
-constexpr double kDigitWidth = 7.6;  // of the number at a tick, in a wide font
 
 struct Extremes {
     double low = std::numeric_limits<double>::infinity();
