@@ -7,7 +7,8 @@
 12.5
 """
 
-from mfcurves._curve import Curve, Derivative
+from mfcurves._curve import Curve
+from mfcurves._derivative import Derivative
 from mfcurves._errors import CurveError, CurveWarning, Problem
 from mfcurves._inputs import Row
 from mfcurves._laws import Law, Move, fastest, laws

@@ -3,63 +3,34 @@
 
 from __future__ import annotations
 
-import inspect
 import os
 import typing as t
 
-import numpy as np
-
 from mfcurves import _mfcurves
+from mfcurves._calls import changed_state, frozen, text_of_call
+from mfcurves._derivative import Derivative
 from mfcurves._errors import CurveError, warn
 from mfcurves._inputs import (
     FORMS,
     ORDERS,
     OUTSIDES,
-    SIDES,
     Row,
-    as_array,
     as_choice,
+    as_cycle_time,
     as_limit,
     as_number,
     as_order,
     as_pair,
     as_path,
+    as_tolerance,
     check_writable,
 )
-from mfcurves._results import (
-    Break,
-    CamTable,
-    Check,
-    Summary,
-    breaks_from,
-    check_from,
-    summaries_from,
-)
+from mfcurves._results import Break, CamTable, Check, Summary, breaks_from, check_from, ppoly_from, summaries_from
+from mfcurves._values import all_values
 
 if t.TYPE_CHECKING:
+    import numpy as np
     import numpy.typing as npt
-
-
-def _values(curve: "Curve", x: t.Any, nu: t.Any = 0, side: t.Any = "plain") -> t.Any:
-    """What ``curve(x, nu, side)`` returns for all but a plain float."""
-    order = as_order(nu)
-    side = as_choice(side, "side", SIDES)
-    array = as_array(x, "x")
-    values = curve.values(array, order, side)
-    return _shaped_as(x, values)
-
-
-def _shaped_as(x: t.Any, values: npt.NDArray[np.float64]) -> t.Any:
-    if values.ndim == 0 and not isinstance(x, np.ndarray):
-        return float(values)
-    return _masked_as(x, values)
-
-
-def _masked_as(x: t.Any, values: npt.NDArray[np.float64]) -> npt.NDArray[np.float64]:
-    if not isinstance(x, np.ma.MaskedArray):
-        return values
-    masked: npt.NDArray[np.float64] = np.ma.array(values, mask=np.broadcast_to(np.ma.getmaskarray(x), values.shape))
-    return masked
 
 
 class Curve(_mfcurves.CurveCore):
@@ -106,7 +77,7 @@ class Curve(_mfcurves.CurveCore):
         >>> mf.expression("x^2", domain=(0, 1)).svaj([0.5]).ravel().tolist()
         [0.25, 1.0, 2.0, 0.0]
         """
-        return _masked_as(x, self.all_values(as_array(x, "x"), as_choice(side, "side", SIDES)))
+        return all_values(self, x, side)
 
     def derivative(self, nu: int = 1) -> "Derivative":
         """One order of this curve as a function of x.
@@ -188,27 +159,7 @@ class Curve(_mfcurves.CurveCore):
         >>> ramp.replace(rows=[(2, 10, "Linear")], name="slow")(1.0)
         5.0
         """
-        make, arguments = self._arguments()
-        unknown = sorted(set(changes) - set(arguments))
-        if unknown:
-            raise TypeError(f"{make.__name__}() has no argument {unknown[0]!r}; it has {', '.join(arguments)}")
-        state = self.state()
-        changed = make(**{**arguments, **changes}).state()
-        changed["data_type"] = None if {"drive", "rotary"} & set(changes) else state["data_type"]
-        return Curve(_mfcurves.CurveCore(changed)).with_outside(self.outside)
-
-    def _arguments(self) -> t.Tuple[t.Callable[..., "Curve"], t.Dict[str, t.Any]]:
-        """The function that makes this kind of curve, and its arguments for this curve."""
-        from mfcurves import _making  # not at the top: it imports this module
-
-        state = self.state()
-        common = {"over": self.over, "drive": state["drive"], "rotary": state["rotary"], "name": state["name"]}
-        if state["kind"] == "segments":
-            own = {key: state[key] for key in ("rows", "start", "laws", "six_decimals")}
-            return _making.segments, {**own, **common}
-        if state["kind"] == "points":
-            return _making.points, {**{key: state[key] for key in ("x", "y", "interpolation")}, **common}
-        return _making.expression, {"text": state["text"], "domain": state["domain"], **common}
+        return Curve(_mfcurves.CurveCore(changed_state(self, changes))).with_outside(self.outside)
 
     def breaks(self, order: int = 3) -> t.List[Break]:
         """The places where the value or a derivative jumps, ascending.
@@ -322,11 +273,7 @@ class Curve(_mfcurves.CurveCore):
             raise TypeError("over_time() takes either rpm or cycle_time")
         if self.over != "angle":
             raise CurveError(f"only a curve over the angle has a speed, not one over {self.over!r}")
-        rpm_limit, seconds = as_limit(rpm, "rpm"), as_limit(cycle_time, "cycle_time")
-        if rpm_limit is not None:
-            seconds = 60.0 / rpm_limit
-        assert seconds is not None
-        return Curve(self.timed(seconds / 360.0))
+        return Curve(self.timed(as_cycle_time(rpm, cycle_time) / 360.0))
 
     def to_table(
         self,
@@ -354,9 +301,7 @@ class Curve(_mfcurves.CurveCore):
         >>> bool(table.bound <= 1e-6), table.guaranteed
         (True, True)
         """
-        limit = as_limit(tolerance, "tolerance")
-        if limit is None:
-            raise TypeError("tolerance must be a number, not None")
+        limit = as_tolerance(tolerance)
         return CamTable(*self.tabulate(as_choice(form, "form", FORMS), limit, as_limit(d1, "d1"), as_limit(d2, "d2")))
 
     def to_ppoly(self, tolerance: float) -> t.Any:
@@ -374,17 +319,7 @@ class Curve(_mfcurves.CurveCore):
         >>> round(float(pieces(1.0)), 6)
         5.0
         """
-        from scipy.interpolate import BPoly, PPoly  # type: ignore[import]
-
-        table = self.to_table("xyva", tolerance)
-        pieces = np.flatnonzero(np.diff(table.x) > 0.0)
-        knots = np.append(table.x[pieces], table.x[-1])
-        given = np.stack([table.y, table.d1, table.d2], axis=1)
-        polynomials = [
-            PPoly.from_bernstein_basis(BPoly.from_derivatives(table.x[i : i + 2], given[i : i + 2])).c
-            for i in pieces
-        ]
-        return PPoly(np.concatenate(polynomials, axis=1), knots)
+        return ppoly_from(self.to_table("xyva", tolerance))
 
     def plot(self, ax: t.Any = None, orders: t.Iterable[int] = ORDERS) -> t.Any:
         """Draws this curve with matplotlib: its orders, their extremes and its breaks.
@@ -441,7 +376,7 @@ class Curve(_mfcurves.CurveCore):
         return self.equals(other) if isinstance(other, Curve) else NotImplemented
 
     def __hash__(self) -> int:
-        return hash(_frozen(self.state()))
+        return hash(frozen(self.state()))
 
     def __copy__(self) -> "Curve":
         return self
@@ -453,62 +388,7 @@ class Curve(_mfcurves.CurveCore):
         return _restored, (self.state(), self.outside)
 
     def __repr__(self) -> str:
-        make, arguments = self._arguments()
-        defaults = {name: item.default for name, item in inspect.signature(make).parameters.items()}
-        parts = []
-        for name, value in arguments.items():
-            if _frozen(value) == _frozen(defaults[name]) or (name == "laws" and not value):
-                continue
-            if isinstance(value, np.ndarray):
-                value = value.tolist()
-            parts.append(repr(value) if name in ("rows", "x", "y", "text") else f"{name}={value!r}")
-        rule = "" if self.outside == "extend" else f".with_outside({self.outside!r})"
-        return f"mf.{make.__name__}({', '.join(parts)}){rule}"
-
-
-def _frozen(value: t.Any) -> t.Any:
-    """A hashable form of a value; numbers are compared by their bits."""
-    if isinstance(value, dict):
-        return tuple((key, _frozen(item)) for key, item in value.items())
-    if isinstance(value, (list, tuple)):
-        return tuple(_frozen(item) for item in value)
-    if isinstance(value, np.ndarray):
-        return value.tobytes()
-    return value.hex() if isinstance(value, float) else value
-
-
-class Derivative:
-    """One order of a curve as a function of x; what `Curve.derivative` returns."""
-
-    __slots__ = ("curve", "nu")
-
-    def __init__(self, curve: Curve, nu: int) -> None:
-        self.curve = curve
-        self.nu = nu
-
-    def __call__(self, x: t.Any, nu: int = 0, side: t.Literal["plain", "left", "right"] = "plain") -> t.Any:
-        """The derivative at x, or one of its own derivatives."""
-        return self.curve(x, as_order(self.nu + as_order(nu), "the sum of orders"), side)
-
-    def derivative(self, nu: int = 1) -> "Derivative":
-        """A derivative of this derivative, up to order 3 of the curve."""
-        return Derivative(self.curve, as_order(self.nu + as_order(nu), "the sum of orders"))
-
-    @property
-    def domain(self) -> t.Tuple[float, float]:
-        """The first and the last x."""
-        return self.curve.domain
-
-    def __eq__(self, other: object) -> t.Any:
-        if not isinstance(other, Derivative):
-            return NotImplemented
-        return (self.curve, self.nu) == (other.curve, other.nu)
-
-    def __hash__(self) -> int:
-        return hash((self.curve, self.nu))
-
-    def __repr__(self) -> str:
-        return f"{self.curve!r}.derivative({self.nu})"
+        return text_of_call(self)
 
 
 def _restored(state: t.Any, outside: t.Any) -> Curve:

@@ -88,6 +88,22 @@ def as_limit(value: t.Any, name: str) -> t.Optional[float]:
     return limit
 
 
+def as_tolerance(tolerance: t.Any) -> float:
+    limit = as_limit(tolerance, "tolerance")
+    if limit is None:
+        raise TypeError("tolerance must be a number, not None")
+    return limit
+
+
+def as_cycle_time(rpm: t.Any, cycle_time: t.Any) -> float:
+    """Seconds for 360 degrees, from the one of the two that is not None."""
+    rpm_limit, seconds = as_limit(rpm, "rpm"), as_limit(cycle_time, "cycle_time")
+    if rpm_limit is not None:
+        seconds = 60.0 / rpm_limit
+    assert seconds is not None
+    return seconds
+
+
 def as_pair(value: t.Any, name: str) -> t.Tuple[float, float]:
     try:
         first, second = value

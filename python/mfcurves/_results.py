@@ -104,3 +104,17 @@ def summaries_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> t.List[Summary]:
 def check_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> Check:
     violations = tuple(Violation(*item) for item in items)
     return Check(not violations, violations)
+
+
+def ppoly_from(table: CamTable) -> t.Any:
+    """The `scipy.interpolate.PPoly` of an ``"xyva"`` table."""
+    from scipy.interpolate import BPoly, PPoly  # type: ignore[import]
+
+    pieces = np.flatnonzero(np.diff(table.x) > 0.0)
+    knots = np.append(table.x[pieces], table.x[-1])
+    given = np.stack([table.y, table.d1, table.d2], axis=1)
+    polynomials = [
+        PPoly.from_bernstein_basis(BPoly.from_derivatives(table.x[i : i + 2], given[i : i + 2])).c
+        for i in pieces
+    ]
+    return PPoly(np.concatenate(polynomials, axis=1), knots)

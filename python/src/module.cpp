@@ -80,7 +80,7 @@ try {
         const auto& curve = py::handle(self).cast<const mf::Curve&>();
         return PyFloat_FromDouble(curve(PyFloat_AS_DOUBLE(arguments[0]), order));
     }
-    const py::object values = py::module_::import("mfcurves._curve").attr("_values");
+    const py::object values = py::module_::import("mfcurves._values").attr("values");
     std::vector<PyObject*> all{self};
     all.insert(all.end(), arguments, arguments + count + (names == nullptr ? 0 : PyTuple_GET_SIZE(names)));
     return PyObject_Vectorcall(values.ptr(), all.data(), static_cast<std::size_t>(count) + 1, names);
