@@ -5,7 +5,8 @@
     examples/sweep.py --variants 100000 --output sweep.csv
 
 writes sweep.csv, with a row for each variant, and sweep.png, with the share of feasible variants
-over stroke and speed. The work runs on dask.distributed: in processes of this machine, or on the
+over stroke and speed, and prints what a variant costs and how much faster the workers are together
+than one of them alone. The work runs on dask.distributed: in processes of this machine, or on the
 cluster whose scheduler is at --scheduler. If a worker dies, its batches are computed again, so
 nothing is lost. --workers 0 does the same work in this process.
 """
@@ -15,6 +16,7 @@ import csv
 import os
 import pathlib
 import sys
+import time
 
 import mfcurves as mf
 
@@ -62,7 +64,10 @@ def judged(cam, law, stroke, angle, speed):
 
 
 def judged_batch(cam, batch):
-    return [judged(cam, *variant) for variant in batch]
+    """The rows of a batch, and the processor time that they took."""
+    start = time.process_time()
+    rows = [judged(cam, *variant) for variant in batch]
+    return rows, time.process_time() - start
 
 
 def batches(count):
@@ -85,26 +90,31 @@ def show_progress(done, total):
 
 def swept_here(count):
     work = list(batches(count))
-    rows = []
+    results = []
     for done, batch in enumerate(work, 1):
-        rows += judged_batch(CAM, batch)
+        results.append(judged_batch(CAM, batch))
         show_progress(done, len(work))
-    return rows
+    return joined(results)
+
+
+def joined(results):
+    """All rows in order, and the processor time of all batches."""
+    return [row for rows, _ in results for row in rows], sum(seconds for _, seconds in results)
 
 
 def swept_by(client, count):
-    """The same rows by the workers of a cluster."""
+    """The same by the workers of a cluster."""
     from dask.distributed import as_completed
 
     work = list(batches(count))
     # The batch is an argument of its task, so that any worker can repeat it.
     futures = [client.submit(judged_batch, CAM, batch, pure=False, retries=5) for batch in work]
     number = {future.key: i for i, future in enumerate(futures)}
-    rows = [None] * len(work)
+    results = [None] * len(work)
     for done, (future, result) in enumerate(as_completed(futures, with_results=True), 1):
-        rows[number[future.key]] = result
+        results[number[future.key]] = result
         show_progress(done, len(work))
-    return [row for batch in rows for row in batch]
+    return joined(results)
 
 
 def swept(count, workers, scheduler):
@@ -177,12 +187,15 @@ def main():
     if not options.output.absolute().parent.is_dir():
         parser.error(f"--output: there is no folder {options.output.parent}")
 
-    rows = swept(options.variants, options.workers, options.scheduler)
+    start = time.perf_counter()
+    rows, work = swept(options.variants, options.workers, options.scheduler)
+    elapsed = time.perf_counter() - start
     write_rows(rows, options.output)
     picture = options.output.with_suffix(".png")
     draw_region(rows, picture)
     feasible = sum(row[4] for row in rows)
     print(f"{feasible} of {len(rows)} variants are feasible; {options.output} and {picture} are written")
+    print(f"{1e3 * work / len(rows):.2f} ms of work per variant, {elapsed:.1f} s in all, speed-up {work / elapsed:.2f}")
 
 
 if __name__ == "__main__":

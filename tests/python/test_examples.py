@@ -49,7 +49,10 @@ def test_an_integrator_needs_the_breaks():
 def swept_here(tmp_path_factory):
     """The table of a sweep in one process, as bytes."""
     table = tmp_path_factory.mktemp("sweep") / "here.csv"
-    run("sweep.py", "--variants", VARIANTS, "--workers", 0, "--output", table)
+    shown = run("sweep.py", "--variants", VARIANTS, "--workers", 0, "--output", table).stdout
+    work, elapsed, speed_up = map(float, re.search(r"([\d.]+) ms of work.*?([\d.]+) s in all.*?([\d.]+)$", shown.strip()).groups())
+    assert 0.0 < speed_up <= 1.1  # one process
+    assert work * VARIANTS / 1e3 <= 1.1 * elapsed + 0.1
     assert table.with_suffix(".png").read_bytes().startswith(PNG)
     return table.read_bytes()
 
@@ -90,7 +93,7 @@ def test_a_killed_worker_changes_nothing(swept_here, tmp_path, monkeypatch):
                 killed.append(victim)
 
         monkeypatch.setattr(sweep, "show_progress", kill_after_the_first_batch)
-        rows = sweep.swept_by(client, VARIANTS)
+        rows, _ = sweep.swept_by(client, VARIANTS)
     assert killed
     table = tmp_path / "killed.csv"
     sweep.write_rows(rows, table)
