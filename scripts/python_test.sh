@@ -21,7 +21,7 @@ if [ -e "$build/CMakeCache.txt" ]; then
 else
     quietly cmake --preset dev -B "$build" -DMFCURVES_PYTHON=ON
 fi
-quietly cmake --build "$build" --target mfcurves_python -j "$jobs"
+quietly cmake --build "$build" --target mfcurves_python mfcurve -j "$jobs"
 
 export PYTHONPATH=$PWD/$build/python PYTHONDONTWRITEBYTECODE=1 MFCURVES_BUILD=$PWD/$build
 echo "== types and stubs"
