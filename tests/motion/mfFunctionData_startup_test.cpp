@@ -55,10 +55,7 @@ class Startup : public testing::Test {
 protected:
     void setFolders(std::initializer_list<const char*> names)
     {
-        std::string text;
-        for (const char* name : names)
-            text += (text.empty() ? "" : ";") + (folder_ / name).string();
-        host_.services.designLibraryPaths = text.c_str();
+        host_.services.designLibraryPaths = folder_.list(names).c_str();
     }
     void writeLibrary(const std::string& directory, const std::string& text)
     {

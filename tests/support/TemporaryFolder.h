@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -56,6 +57,15 @@ public:
 
     /// Path of a file in the folder, in the form that the library takes.
     std::wstring wide(const std::string& name) const { return mf::platform::widen((path_ / name).string()); }
+
+    /// Its subfolders of these names as a list of design libraries.
+    std::string list(std::initializer_list<const char*> names) const
+    {
+        std::string text;
+        for (const char* name : names)
+            text += (text.empty() ? "" : ";") + (path_ / name).string();
+        return text;
+    }
 
     /// The number of entries in the folder.
     int count() const
