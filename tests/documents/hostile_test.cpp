@@ -12,6 +12,7 @@
 #include "curveFixture.h"
 #include "mfcurves/documents/readCurve.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/longTexts.h"
 
 // Hostile documents give false or a defined curve, in limited time and memory.
 
@@ -28,13 +29,6 @@ protected:
         EXPECT_LT(std::chrono::steady_clock::now() - started_, std::chrono::seconds(60));
     }
 
-    static std::string repeated(const std::string& text, int count)
-    {
-        std::string all;
-        for (int i = 0; i < count; ++i)
-            all += text;
-        return all;
-    }
     static long largestMemoryInKilobytes()
     {
         rusage usage{};

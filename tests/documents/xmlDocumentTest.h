@@ -34,13 +34,4 @@ inline std::string problemOf(const std::string& xml)
     return std::to_string(problem.line) + ":" + std::to_string(problem.column) + " " + problem.message;
 }
 
-inline std::string repeated(const std::string& text, int count)
-{
-    std::string all;
-    all.reserve(text.size() * static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
-        all += text;
-    return all;
-}
-
 }  // namespace mf::documents

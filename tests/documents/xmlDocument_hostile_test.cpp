@@ -9,12 +9,14 @@
 #include <string>
 
 #include "tests/documents/xmlDocumentTest.h"
+#include "tests/support/longTexts.h"
 
 // Documents that are refused, and that it never takes long to refuse one.
 
 namespace mf::documents {
 namespace {
 
+using mf::test::repeated;
 using testing::ElementsAre;
 using testing::HasSubstr;
 

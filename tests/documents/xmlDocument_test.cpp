@@ -11,12 +11,14 @@
 
 #include "tests/documents/xmlDocumentTest.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/longTexts.h"
 
 // Reading texts and files, and writing.
 
 namespace mf::documents {
 namespace {
 
+using mf::test::repeated;
 using mf::test::TemporaryFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;

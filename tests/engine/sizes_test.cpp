@@ -8,9 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/engine/compiled.h"
+#include "tests/support/longTexts.h"
 
 namespace engine_test {
 namespace {
+
+using mf::test::nested;
+using mf::test::repeated;
 
 constexpr int kLongestText = 1 << 20;
 constexpr int kDeepestNesting = 1000;
@@ -38,20 +42,6 @@ double secondsOf(const std::function<void()>& work)
     const std::clock_t start = std::clock();
     work();
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-std::string repeated(const std::string& text, int count)
-{
-    std::string result;
-    result.reserve(text.size() * static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
-}
-
-std::string nested(const std::string& open, const std::string& inside, const std::string& close, int depth)
-{
-    return repeated(open, depth) + inside + repeated(close, depth);
 }
 
 TEST(TextLimit, TakesTheLongestText)

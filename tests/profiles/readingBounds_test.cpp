@@ -11,6 +11,7 @@
 #include "mfcurves/profiles/mfProfileFileParser.h"
 #include "mfcurves/profiles/mfSegmentTypeParser.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/longTexts.h"
 
 // Hostile definitions: none uses much memory, none takes time out of proportion to its
 // length.
@@ -18,6 +19,7 @@
 namespace {
 
 using mf::engine::kLongestText;
+using mf::test::filled;
 using mf::test::TemporaryFolder;
 
 constexpr std::size_t kMegabyte = std::size_t{1} << 20;
@@ -104,14 +106,6 @@ struct HostileCase {
     std::function<std::string()> statements;
 };
 
-std::string repeated(const std::string& text, std::size_t size)
-{
-    std::string result;
-    while (result.size() + text.size() <= size)
-        result += text;
-    return result;
-}
-
 std::string numbered(const std::function<std::string(int)>& statement, std::size_t size)
 {
     std::string result;
@@ -129,8 +123,8 @@ const HostileCase kHostileCases[] = {
     {"ShortStatements", [] { return numbered([](int i) { return name(i) + "=1;"; }, kMegabyte); }},
     {"ChainOfNames",
      [] { return numbered([](int i) { return name(i + 1) + "=" + name(i) + "+1;"; }, kMegabyte); }},
-    {"OneNameAgainAndAgain", [] { return repeated("a=a;", kMegabyte); }},
-    {"OneNameGrows", [] { return repeated("a=aa;", kMegabyte); }},
+    {"OneNameAgainAndAgain", [] { return filled("a=a;", kMegabyte); }},
+    {"OneNameGrows", [] { return filled("a=aa;", kMegabyte); }},
     {"LongNameThatAlmostMatchesEverywhere",
      [] { return std::string(kMegabyte / 4, 'a') + "b=1;y=" + std::string(kMegabyte / 2, 'a') + ";"; }},
     {"ManyLongNames",
@@ -140,8 +134,8 @@ const HostileCase kHostileCases[] = {
      }},
     {"OnlyOperators", [] { return "y=" + std::string(kMegabyte - 100, '(') + ";"; }},
     {"ManyUsesOfOneLongValue",
-     [] { return "v=" + std::string(1000, '1') + ";y=" + repeated("v+", kMegabyte / 4) + "1;"; }},
-    {"KeywordsOfTheOlderDialect", [] { return "y=" + repeated("profile(", kMegabyte) + ";"; }},
+     [] { return "v=" + std::string(1000, '1') + ";y=" + filled("v+", kMegabyte / 4) + "1;"; }},
+    {"KeywordsOfTheOlderDialect", [] { return "y=" + filled("profile(", kMegabyte) + ";"; }},
     {"OnlySigns", [] { return std::string(kMegabyte, '='); }},
     {"OnlySemicolons", [] { return std::string(kMegabyte, ';'); }},
 };

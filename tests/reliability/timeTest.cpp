@@ -4,22 +4,6 @@
 
 namespace time_test {
 
-std::string repeated(const std::string& text, std::size_t size)
-{
-    std::string result;
-    while (result.size() + text.size() <= size)
-        result += text;
-    return result;
-}
-
-std::string times(int count, const std::string& text)
-{
-    std::string result;
-    for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
-}
-
 std::string numbered(const std::function<std::string(int)>& make, std::size_t size)
 {
     std::string result;
@@ -29,11 +13,6 @@ std::string numbered(const std::function<std::string(int)>& make, std::size_t si
             return result;
         result += next;
     }
-}
-
-std::string nested(const std::string& open, const std::string& inside, const std::string& close, int depth)
-{
-    return times(depth, open) + inside + times(depth, close);
 }
 
 std::string nameOf(int number)

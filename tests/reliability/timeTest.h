@@ -9,6 +9,7 @@
 #include <string>
 
 #include "mfcurves/mfcurves.h"
+#include "tests/support/longTexts.h"
 
 // No call takes more than a second for an input of at most a megabyte. These tests use the
 // worst known inputs of each reader, all made here, and time each call separately. The
@@ -88,12 +89,17 @@ protected:
     Stopwatch watch_;
 };
 
-// The text again and again, as long as it fits.
-std::string repeated(const std::string& text, std::size_t size = kMegabyte - 200);
-std::string times(int count, const std::string& text);
+using mf::test::nested;
+using mf::test::repeated;
+
+// The text as often as it fits.
+inline std::string filled(const std::string& text, std::size_t size = kMegabyte - 200)
+{
+    return mf::test::filled(text, size);
+}
+
 // The texts of `make` for 0, 1, 2, ..., joined, as long as they fit.
 std::string numbered(const std::function<std::string(int)>& make, std::size_t size = kMegabyte - 200);
-std::string nested(const std::string& open, const std::string& inside, const std::string& close, int depth);
 // A short name for each number.
 std::string nameOf(int number);
 

@@ -161,7 +161,7 @@ TEST_P(DocumentTime, File)
 }
 
 const TimeCase kDocuments[] = {
-    {"EmptySegments", [] { return segmentDocument("", repeated("<Segment/>", kBody)); }},
+    {"EmptySegments", [] { return segmentDocument("", filled("<Segment/>", kBody)); }},
     {"Segments",
      [] {
          return segmentDocument("", numbered(
@@ -182,34 +182,34 @@ const TimeCase kDocuments[] = {
                                         kBody));
      }},
     {"SegmentsOfNoLength",
-     [] { return segmentDocument("", repeated("<Segment><a>0</a><b>0</b></Segment>", kBody)); }},
+     [] { return segmentDocument("", filled("<Segment><a>0</a><b>0</b></Segment>", kBody)); }},
     {"SegmentsOfOneLongFormula",
      [] {
          return segmentDocument(
-             definition("P", currentDefinition("p", "v=" + repeated("sin(x)+x*", kBody / 2) + "x;returnv;")),
-             repeated("<Segment><a/><a/><a/><a>P</a></Segment>", kBody / 2 - 200));
+             definition("P", currentDefinition("p", "v=" + filled("sin(x)+x*", kBody / 2) + "x;returnv;")),
+             filled("<Segment><a/><a/><a/><a>P</a></Segment>", kBody / 2 - 200));
      }},
     {"SegmentsOfAFormulaThatDoubles",
      [] {
          return segmentDocument(definition("P", currentDefinition("p", doubling(16))),
-                                repeated("<Segment><a/><a/><a/><a>P</a></Segment>", kBody - 2'000));
+                                filled("<Segment><a/><a/><a/><a>P</a></Segment>", kBody - 2'000));
      }},
     {"SegmentsOfAFormulaOfAFewThousandCharacters",
      [] {
          return segmentDocument(
-             definition("P", currentDefinition("p", "v=" + repeated("sin(x*x1)+x2*", 8'000) + "x;returnv;")),
-             repeated("<Segment><a/><a/><a/><a>P</a></Segment>", kBody - 9'000));
+             definition("P", currentDefinition("p", "v=" + filled("sin(x*x1)+x2*", 8'000) + "x;returnv;")),
+             filled("<Segment><a/><a/><a/><a>P</a></Segment>", kBody - 9'000));
      }},
     {"SegmentsWithLongProfileNames",
      [] {
          return segmentDocument(
              definition("P", currentDefinition("p", "v=x;returnv;")),
-             repeated("<Segment><a/><a/><a/><a>" + times(5'000, "P") + "</a></Segment>", kBody - 500));
+             filled("<Segment><a/><a/><a/><a>" + repeated("P", 5'000) + "</a></Segment>", kBody - 500));
      }},
     {"SegmentsInSegments",
      [] {
          return segmentDocument("",
-                                nested("<Segment><a>", repeated("9", kBody - 5'000), "</a></Segment>", 120));
+                                nested("<Segment><a>", filled("9", kBody - 5'000), "</a></Segment>", 120));
      }},
     {"Definitions",
      [] {
@@ -272,11 +272,11 @@ const TimeCase kDocuments[] = {
      [] {
          return segmentDocument(
              nested("<ProfileDefinition><a/><b>",
-                    currentDefinition("p", "v=" + repeated("x+", kBody - 10'000) + "x;returnv;"),
+                    currentDefinition("p", "v=" + filled("x+", kBody - 10'000) + "x;returnv;"),
                     "</b></ProfileDefinition>", 120),
              "<Segment/><Segment/>");
      }},
-    {"EmptyPoints", [] { return pointDocument(repeated("<Point/>", kBody)); }},
+    {"EmptyPoints", [] { return pointDocument(filled("<Point/>", kBody)); }},
     {"Points",
      [] {
          return pointDocument(numbered(
@@ -298,9 +298,9 @@ const TimeCase kDocuments[] = {
              },
              kBody));
      }},
-    {"PointsAtOneX", [] { return pointDocument(repeated("<Point><x/><y/></Point>", kBody)); }},
-    {"PointsWithoutAnX", [] { return pointDocument(repeated("<Point>  <!----><!----></Point>", kBody)); }},
-    {"RowOfPoints", [] { return pointDocument(element("Point", repeated("<a/>", kBody - 20))); }},
+    {"PointsAtOneX", [] { return pointDocument(filled("<Point><x/><y/></Point>", kBody)); }},
+    {"PointsWithoutAnX", [] { return pointDocument(filled("<Point>  <!----><!----></Point>", kBody)); }},
+    {"RowOfPoints", [] { return pointDocument(element("Point", filled("<a/>", kBody - 20))); }},
     {"RowOfPointsInNoOrder",
      [] {
          return pointDocument(element(
@@ -308,26 +308,23 @@ const TimeCase kDocuments[] = {
                                kBody - 20)));
      }},
     {"PointsInPoints",
-     [] {
-         return pointDocument(nested("<Point><a>", repeated("9", kBody - 4'000), "</a><b/></Point>", 120));
-     }},
+     [] { return pointDocument(nested("<Point><a>", filled("9", kBody - 4'000), "</a><b/></Point>", 120)); }},
     {"PointsInPointsOfManyTexts",
      [] {
-         return pointDocument(
-             nested("<Point><a>", repeated("9<a/>", kBody - 4'000), "</a><b/></Point>", 120));
+         return pointDocument(nested("<Point><a>", filled("9<a/>", kBody - 4'000), "</a><b/></Point>", 120));
      }},
     {"LongNumbers",
      [] {
          return pointDocument(numbered(
              [](int i) {
-                 return "<Point><x>" + std::to_string(i) + "." + times(780, "1") + "</x><y>0." +
-                        times(780, "0") + "1</y></Point>";
+                 return "<Point><x>" + std::to_string(i) + "." + repeated("1", 780) + "</x><y>0." +
+                        repeated("0", 780) + "1</y></Point>";
              },
              kBody));
      }},
     {"Expression",
-     [] { return expressionDocument(element("Expression", "x" + repeated("+time", kBody - 100))); }},
-    {"LongName", [] { return expressionDocument(element("Expression", repeated("&lt;", kBody - 100))); }},
+     [] { return expressionDocument(element("Expression", "x" + filled("+time", kBody - 100))); }},
+    {"LongName", [] { return expressionDocument(element("Expression", filled("&lt;", kBody - 100))); }},
     {"Attributes",
      [] {
          return pointDocument("<Point" +
@@ -338,7 +335,7 @@ const TimeCase kDocuments[] = {
          std::string attributes;
          for (int i = 0; i < 900; ++i)
              attributes += " " + nameOf(i) + "=''";
-         return pointDocument(repeated("<Point" + attributes + "/>", kBody));
+         return pointDocument(filled("<Point" + attributes + "/>", kBody));
      }},
     {"DistinctNames",
      [] { return pointDocument(numbered([](int i) { return "<" + nameOf(i) + "/>"; }, kBody)); }},
@@ -347,7 +344,7 @@ const TimeCase kDocuments[] = {
          std::string prefixes;
          for (int i = 0; i < 950; ++i)
              prefixes += " xmlns:" + nameOf(i) + "='" + std::to_string(i) + "'";
-         return pointDocument("<q" + prefixes + ">" + repeated("<_a:b/>", kBody - 30'000) + "</q>");
+         return pointDocument("<q" + prefixes + ">" + filled("<_a:b/>", kBody - 30'000) + "</q>");
      }},
     {"PrefixesOfAttributes",
      [] {
@@ -357,7 +354,7 @@ const TimeCase kDocuments[] = {
          std::string attributes;
          for (int i = 0; i < 900; ++i)
              attributes += " " + nameOf(0) + ":" + nameOf(i) + "=''";
-         return pointDocument("<q" + prefixes + ">" + repeated("<b" + attributes + "/>", kBody - 30'000) +
+         return pointDocument("<q" + prefixes + ">" + filled("<b" + attributes + "/>", kBody - 30'000) +
                               "</q>");
      }},
     {"PrefixesAtEachLevel",
@@ -369,34 +366,34 @@ const TimeCase kDocuments[] = {
                      "='b' xmlns:" + nameOf(4 * i + 2) + "='c' xmlns:" + nameOf(4 * i + 3) + "='d'>";
              close += "</q>";
          }
-         return pointDocument(open + repeated("<_a:b/>", kBody - 30'000) + close);
+         return pointDocument(open + filled("<_a:b/>", kBody - 30'000) + close);
      }},
-    {"Nesting", [] { return pointDocument(repeated("<q>", kBody)); }},
-    {"NestedTwoHundredDeep", [] { return pointDocument(repeated(nested("<q>", "1", "</q>", 200), kBody)); }},
-    {"Comments", [] { return pointDocument(repeated("<!---->", kBody)); }},
+    {"Nesting", [] { return pointDocument(filled("<q>", kBody)); }},
+    {"NestedTwoHundredDeep", [] { return pointDocument(filled(nested("<q>", "1", "</q>", 200), kBody)); }},
+    {"Comments", [] { return pointDocument(filled("<!---->", kBody)); }},
     {"CommentsInAText",
-     [] { return expressionDocument(element("Expression", repeated("1<!---->", kBody - 100))); }},
-    {"Instructions", [] { return pointDocument(repeated("<?a?>", kBody)); }},
+     [] { return expressionDocument(element("Expression", filled("1<!---->", kBody - 100))); }},
+    {"Instructions", [] { return pointDocument(filled("<?a?>", kBody)); }},
     {"CharacterData",
-     [] { return expressionDocument(element("Expression", repeated("<![CDATA[1]]>", kBody - 100))); }},
+     [] { return expressionDocument(element("Expression", filled("<![CDATA[1]]>", kBody - 100))); }},
     {"CharacterReferences",
-     [] { return expressionDocument(element("Expression", repeated("&#32;", kBody - 100))); }},
-    {"LongText", [] { return expressionDocument(element("Expression", repeated("9", kBody - 100))); }},
+     [] { return expressionDocument(element("Expression", filled("&#32;", kBody - 100))); }},
+    {"LongText", [] { return expressionDocument(element("Expression", filled("9", kBody - 100))); }},
     {"LongTextBeyondAscii",
-     [] { return expressionDocument(element("Expression", repeated("\u00fc", kBody - 100))); }},
+     [] { return expressionDocument(element("Expression", filled("\u00fc", kBody - 100))); }},
     {"BytesThatAreNoText",
-     [] { return expressionDocument(element("Expression", repeated("\xff", kBody - 100))); }},
-    {"Lines", [] { return pointDocument(repeated("\n", kBody)); }},
-    {"LinesBetweenElements", [] { return pointDocument(repeated("\n<a/>", kBody)); }},
-    {"MissingElement", [] { return head("Segments").substr(0, 200) + repeated("<q/>", kBody) + "</Curve>"; }},
+     [] { return expressionDocument(element("Expression", filled("\xff", kBody - 100))); }},
+    {"Lines", [] { return pointDocument(filled("\n", kBody)); }},
+    {"LinesBetweenElements", [] { return pointDocument(filled("\n<a/>", kBody)); }},
+    {"MissingElement", [] { return head("Segments").substr(0, 200) + filled("<q/>", kBody) + "</Curve>"; }},
     {"RangesWithoutEnds",
-     [] { return "<Curve><Version>1</Version>" + repeated("<RangeX><q/></RangeX>", kBody) + "</Curve>"; }},
+     [] { return "<Curve><Version>1</Version>" + filled("<RangeX><q/></RangeX>", kBody) + "</Curve>"; }},
     {"DocumentType",
      [] {
          return "<!DOCTYPE a [" + numbered([](int i) { return "<!ENTITY " + nameOf(i) + " 'x'>"; }) +
                 "]><a/>";
      }},
-    {"LessThanSigns", [] { return repeated("<"); }},
+    {"LessThanSigns", [] { return filled("<"); }},
 };
 
 INSTANTIATE_TEST_SUITE_P(Reliability, DocumentTime, testing::ValuesIn(kDocuments),

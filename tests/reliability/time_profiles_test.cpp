@@ -66,7 +66,7 @@ const TimeCase kProfiles[] = {
          return currentDefinition(
              "P", numbered([](int i) { return nameOf(i + 1) + "=" + nameOf(i) + "+1;"; }) + "returny;");
      }},
-    {"OneNameAgainAndAgain", [] { return currentDefinition("P", repeated("a=a;") + "returna;"); }},
+    {"OneNameAgainAndAgain", [] { return currentDefinition("P", filled("a=a;") + "returna;"); }},
     {"LongNameThatAlmostMatchesEverywhere",
      [] {
          return currentDefinition(
@@ -75,13 +75,13 @@ const TimeCase kProfiles[] = {
     {"ManyLongNames",
      [] {
          return currentDefinition(
-             "P", numbered([](int i) { return times(500, "a") + nameOf(i) + "=1;"; }, kMegabyte / 2) +
+             "P", numbered([](int i) { return repeated("a", 500) + nameOf(i) + "=1;"; }, kMegabyte / 2) +
                       "y=" + std::string(kMegabyte / 2 - 100, 'a') + ";returny;");
      }},
     {"Doubling", [] { return currentDefinition("P", doubling(16)); }},
-    {"OneLongExpression", [] { return currentDefinition("P", "y=" + repeated("x1+x*") + "x;returny;"); }},
+    {"OneLongExpression", [] { return currentDefinition("P", "y=" + filled("x1+x*") + "x;returny;"); }},
     {"LongExpressionOfCalls",
-     [] { return currentDefinition("P", "y=" + repeated("sin(x)^x*x2+") + "x;returny;"); }},
+     [] { return currentDefinition("P", "y=" + filled("sin(x)^x*x2+") + "x;returny;"); }},
     {"ManyDefinitionsThatDouble",
      [] {
          return numbered(
@@ -98,14 +98,14 @@ const TimeCase kProfiles[] = {
          return numbered(
              [](int i) { return currentDefinition("P", "v=" + std::to_string(i) + ";returnv;"); });
      }},
-    {"OnlyOperators", [] { return currentDefinition("P", "y=" + repeated("(") + ";returny;"); }},
-    {"OnlySigns", [] { return currentDefinition("P", repeated("=")); }},
-    {"OnlySemicolons", [] { return currentDefinition("P", repeated(";")); }},
-    {"OlderKeywords", [] { return repeated("profile("); }},
-    {"ClosingKeywords", [] { return repeated("endprofile"); }},
-    {"Lines", [] { return repeated("\n"); }},
-    {"Comments", [] { return repeated("'\n"); }},
-    {"Quotes", [] { return repeated("\"A"); }},
+    {"OnlyOperators", [] { return currentDefinition("P", "y=" + filled("(") + ";returny;"); }},
+    {"OnlySigns", [] { return currentDefinition("P", filled("=")); }},
+    {"OnlySemicolons", [] { return currentDefinition("P", filled(";")); }},
+    {"OlderKeywords", [] { return filled("profile("); }},
+    {"ClosingKeywords", [] { return filled("endprofile"); }},
+    {"Lines", [] { return filled("\n"); }},
+    {"Comments", [] { return filled("'\n"); }},
+    {"Quotes", [] { return filled("\"A"); }},
 };
 
 INSTANTIATE_TEST_SUITE_P(Reliability, ProfileTime, testing::ValuesIn(kProfiles),
@@ -142,13 +142,13 @@ const TimeCase kOlderProfiles[] = {
          return olderDefinition(
              "P", numbered([](int i) { return nameOf(i + 1) + "=" + nameOf(i) + "+1;"; }) + "returny;");
      }},
-    {"OneNameAgainAndAgain", [] { return olderDefinition("P", repeated("a=a;") + "returna;"); }},
+    {"OneNameAgainAndAgain", [] { return olderDefinition("P", filled("a=a;") + "returna;"); }},
     {"Doubling", [] { return olderDefinition("P", doubling(16)); }},
-    {"OneLongExpression", [] { return olderDefinition("P", "y=" + repeated("x1+x*") + "x;returny;"); }},
+    {"OneLongExpression", [] { return olderDefinition("P", "y=" + filled("x1+x*") + "x;returny;"); }},
     {"ManyUsesOfOneLongValue",
      [] {
          return olderDefinition(
-             "P", "v=" + times(1000, "1") + ";y=" + repeated("v+", kMegabyte / 4) + "1;returny;");
+             "P", "v=" + repeated("1", 1000) + ";y=" + filled("v+", kMegabyte / 4) + "1;returny;");
      }},
     {"ManyDefinitionsThatDouble",
      [] { return numbered([](int i) { return olderDefinition("P" + std::to_string(i), doubling(14)); }); }},
@@ -157,9 +157,9 @@ const TimeCase kOlderProfiles[] = {
          return numbered(
              [](int i) { return olderDefinition("P" + std::to_string(i), "v=y1+(y2-y1)*(x-x1);returnv;"); });
      }},
-    {"OnlyOperators", [] { return olderDefinition("P", "y=" + repeated("(") + ";returny;"); }},
-    {"OnlySigns", [] { return olderDefinition("P", repeated("=")); }},
-    {"ClosingKeywords", [] { return repeated("endProfile"); }},
+    {"OnlyOperators", [] { return olderDefinition("P", "y=" + filled("(") + ";returny;"); }},
+    {"OnlySigns", [] { return olderDefinition("P", filled("=")); }},
+    {"ClosingKeywords", [] { return filled("endProfile"); }},
 };
 
 INSTANTIATE_TEST_SUITE_P(Reliability, OlderProfileTime, testing::ValuesIn(kOlderProfiles),
