@@ -99,14 +99,15 @@ private:
         else
             found.cuts = {part.from, part.to};
         const auto& ranges = found.orders;
-        std::array<bool, kOrders> isProved;
+        std::array<bool, kOrders> isProved{};
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) < orders;
             if (known && part.smooth().isSmooth) {
                 offer(part, k, sharpened(part, evaluator, k, ranges[k].least));
                 offer(part, k, sharpened(part, evaluator, k, ranges[k].greatest));
             }
-            isProved[k] = known && part.smooth().isSmooth && ranges[k].highest < kUnbounded;
+            isProved[k] = known && part.smooth().isSmooth && ranges[k].highest < kUnbounded &&
+                          hasValues(part, evaluator, k, isProved);
             if (isProved[k])
                 extremes_[k].bound(ranges[k].lowest, ranges[k].highest);
             isSeen_[k] &= ranges[k].isSeen;
@@ -117,6 +118,17 @@ private:
             examineKink(part);
         examined_.push_back(
             {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
+    }
+
+    // An order has no value where a lower one has none, also if its own formula has one.
+    static bool hasValues(const Part& part, BoxEvaluator& evaluator, std::size_t k,
+                          const std::array<bool, kOrders>& isProved)
+    {
+        for (std::size_t lower = 0; lower < k; ++lower) {
+            if (!isProved[lower] && !evaluator.plainly(part.from, part.to)[lower].isFinite())
+                return false;
+        }
+        return true;
     }
 
     // At a single x the curve may have a value of its own, such as sign(0).
@@ -187,6 +199,8 @@ private:
                           : end.x == part.to ? sideAtEnd(part)
                                              : Side::Plain;
         const double computed = curve_.at(end.x, side)[static_cast<int>(k)];
+        if (std::isnan(computed))
+            return;
         extremes_[k].offer(end.x, end.y.contains(computed) ? computed : end.y.middle(), side);
     }
 

@@ -297,6 +297,18 @@ TEST(Summarize, OfAConstantWithRoundingIsProved)
     EXPECT_NEAR(summary[3].greatest.y, 0.0, 1e-9);
 }
 
+// The formula of the second derivative is 0, but the curve has no value.
+TEST(Summarize, DoesNotProveDerivativesOfWhatHasNoValue)
+{
+    for (const char* text : {"x*1e300^5", "x+1e300^5"}) {
+        const auto orders = summarize(expression(text, 0.0, 1.0));
+        for (const Summary& order : orders) {
+            EXPECT_FALSE(order.guaranteed) << text;
+            EXPECT_TRUE(std::isnan(order.least.y) && std::isnan(order.greatest.y)) << text;
+        }
+    }
+}
+
 TEST(Summarize, DoesNotProveNaNInside)
 {
     for (const char* text : {"ln(x-1)", "(x-1)/(x-1)", "asin(x)", "acos(2*x)", "(x-1)^0.5", "log10(-1-x)",
