@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "mfcurves/engine/functionTable.h"
 
@@ -149,6 +150,11 @@ void FormulaPiece::iAppend(double from, double to, double kinkError, const Decis
         budget_.spend(formula_->nodesOfOrders());
     for (const NodeId order : formula_->orders())
         stretch.orders.push_back(decisions.empty() ? order : formula_->decided(order, decisions));
+    if (isSmooth && !decisions.empty()) {
+        // Where the value has no limit, as an angle at the origin, its derivatives prove nothing.
+        BoxEvaluator value(formula_->graph(), std::span(stretch.orders).first(1), budget_);
+        stretch.isSmooth = !value.at(from)[0].partial && !value.at(to)[0].partial;
+    }
     stretches_.push_back(std::move(stretch));
 }
 

@@ -265,11 +265,12 @@ Interval ofAtan2(const Interval& y, const Interval& x)
     const bool crossesCut = x.lo < 0.0 && y.lo < 0.0 && y.hi >= 0.0;
     const bool holdsOrigin = x.contains(0.0) && y.contains(0.0);
     if (y.isZero() && x.lo >= 0.0)
-        return {0.0, 0.0, partial};
+        return {0.0, 0.0, partial || holdsOrigin};
+    // The angle has no limit at the origin, and a derivative with respect to x need not show that.
     if (crossesCut || (holdsOrigin && y.lo < 0.0))
-        return {lowered(-kPi, kUlps), raised(kPi, kUlps), partial};
+        return {lowered(-kPi, kUlps), raised(kPi, kUlps), partial || holdsOrigin};
     if (holdsOrigin)
-        return {0.0, raised(kPi, kUlps), partial};
+        return {0.0, raised(kPi, kUlps), true};
     const double corners[] = {angleValue(y.lo, x.lo), angleValue(y.lo, x.hi), angleValue(y.hi, x.lo),
                               angleValue(y.hi, x.hi)};
     const auto [least, greatest] = std::minmax_element(std::begin(corners), std::end(corners));

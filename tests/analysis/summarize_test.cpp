@@ -309,6 +309,17 @@ TEST(Summarize, DoesNotProveDerivativesOfWhatHasNoValue)
     }
 }
 
+// atan2(x,x) is -3/4 pi below 0 and pi/4 above, and its derivative is 0 everywhere.
+TEST(Summarize, DoesNotProveAnAngleAtTheOrigin)
+{
+    for (const char* text : {"atan2(x,x)", "atan2(x,x)/mod(2.94,3.27)", "atan2(x,x-0)+sign(x,x-1)"}) {
+        const Curve curve = expression(text, -1.0, 2.0);
+        const Summary value = summarize(curve)[0];
+        EXPECT_FALSE(value.guaranteed && curve(1e-6) > value.greatest.y + value.greatest.error) << text;
+        EXPECT_FALSE(value.guaranteed && curve(-1e-6) < value.least.y - value.least.error) << text;
+    }
+}
+
 TEST(Summarize, DoesNotProveNaNInside)
 {
     for (const char* text : {"ln(x-1)", "(x-1)/(x-1)", "asin(x)", "acos(2*x)", "(x-1)^0.5", "log10(-1-x)",

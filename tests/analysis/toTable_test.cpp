@@ -191,6 +191,13 @@ TEST(ToTable, DoesNotPromiseWhatItCannotProve)
     EXPECT_FALSE(toTable(expression("if(x-1: 0, 0, 1)", 0.0, 2.0), Form::Points, {1e-3}).guaranteed);
 }
 
+// Below 0 the angle is -3/4 pi and above it pi/4; at 0 it is 0.
+TEST(ToTable, DoesNotPromiseAnAngleAtTheOrigin)
+{
+    EXPECT_FALSE(toTable(expression("atan2(x,x)", -1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
+    EXPECT_TRUE(toTable(expression("atan2(x,1)", -1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
+}
+
 TEST(ToTable, RefusesTolerancesWithoutMeaning)
 {
     for (const double wrong : {0.0, -1.0, std::nan("")})
