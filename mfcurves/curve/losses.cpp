@@ -131,6 +131,8 @@ private:
             compare(place, "value", row.value, read.rows[i].value, {{startX, row.endX}});
             if (!row.profile.empty())
                 compareLaw(place, wholeLaws.named(row.profile).law, readLaws.named(read.rows[i].profile).law);
+            if (losses_.empty() && !whole.sixDecimals)
+                compareFormula(place, row.profile, {startX, row.endX});
             startX = row.endX;
         }
     }
@@ -140,6 +142,16 @@ private:
     {
         if (!read || whole->record.definitionText != read->record.definitionText)
             add(place, "its law " + quoted(whole->text.name) + " becomes another");
+    }
+
+    // A law that joins a number and a digit, as x22 does for the parameter x2, makes another number of
+    // 1.000000 than of 1.
+    void compareFormula(const std::string& place, const std::string& law, const Range& row)
+    {
+        const Distance distance = distanceWithin(row);
+        if (distance.size > 0.0)
+            add(place, "the law " + quoted(law) + " makes another formula of numbers with six decimals" +
+                           movement(distance));
     }
 
     void compareShape(const PointShape& whole)

@@ -49,6 +49,22 @@ TEST(WriteDocument, SaysWhatSixDecimalsOfRowsChange)
     EXPECT_EQ(std::get<SegmentShape>(Curve::parse(xml).definition().shape).rows[0].value, 0.0);
 }
 
+// x22 contains the parameter x2, so it becomes 22 of 2, and 2.0000002 of 2.000000.
+TEST(WriteDocument, SaysWhereALawJoinsDigitsToItsNumbers)
+{
+    const std::string law =
+        "SegmentType(\"Mine\",x,x1,y1,x2,y2)\n"
+        "y=y1+(y2-y1)*(x-x1)/(x22-x1);\nreturn y;\nendSegmentType\n";
+    CurveDefinition definition;
+    definition.shape = CurveDefinition::Segments{0.0, 0.0, {{2.0, 1.0, "Mine"}}, {{"Mine", law}}, false};
+    const Curve curve(definition);
+    EXPECT_EQ(curve(1.0), 1.0 / 22.0);
+    std::vector<Problem> losses;
+    curve.toXml(&losses);
+    ASSERT_EQ(losses.size(), 1u);
+    EXPECT_THAT(losses[0].message, HasSubstr("makes another formula of numbers with six decimals"));
+}
+
 TEST(WriteDocument, LossesAreCounted)
 {
     CurveDefinition definition;
