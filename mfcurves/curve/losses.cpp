@@ -129,19 +129,23 @@ private:
             const std::string place = "row " + std::to_string(i + 1);
             compare(place, "end x", row.endX, read.rows[i].endX, {{startX, row.endX}});
             compare(place, "value", row.value, read.rows[i].value, {{startX, row.endX}});
-            if (!row.profile.empty())
+            const bool isSameLaw =
+                row.profile.empty() ||
                 compareLaw(place, wholeLaws.named(row.profile).law, readLaws.named(read.rows[i].profile).law);
-            if (losses_.empty() && !whole.sixDecimals)
+            if (isSameLaw && count_ == 0)
                 compareFormula(place, row.profile, {startX, row.endX});
             startX = row.endX;
         }
     }
 
-    void compareLaw(const std::string& place, const std::shared_ptr<const Law>& whole,
+    // Whether the law stays the same.
+    bool compareLaw(const std::string& place, const std::shared_ptr<const Law>& whole,
                     const std::shared_ptr<const Law>& read)
     {
-        if (!read || whole->record.definitionText != read->record.definitionText)
+        const bool isSame = read && whole->record.definitionText == read->record.definitionText;
+        if (!isSame)
             add(place, "its law " + quoted(whole->text.name) + " becomes another");
+        return isSame;
     }
 
     // A law that joins a number and a digit, as x22 does for the parameter x2, makes another number of

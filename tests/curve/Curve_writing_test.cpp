@@ -63,6 +63,11 @@ TEST(WriteDocument, SaysWhereALawJoinsDigitsToItsNumbers)
     curve.toXml(&losses);
     ASSERT_EQ(losses.size(), 1u);
     EXPECT_THAT(losses[0].message, HasSubstr("makes another formula of numbers with six decimals"));
+
+    definition.name = " a loss of its own ";
+    losses.clear();
+    Curve(definition).toXml(&losses);
+    EXPECT_EQ(losses.size(), 2u);
 }
 
 TEST(WriteDocument, LossesAreCounted)
