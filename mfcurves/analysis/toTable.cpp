@@ -188,8 +188,7 @@ private:
         const double power = quintic ? 1.0 / 6.0 : 1.0 / 2.0;
         const double end = part.to;
         // Once the proof has failed, narrow rows are of no use.
-        const double least =
-            table_.guaranteed ? 1e-7 * (end - x) : std::min(1e-3 * (end - part.from), end - x);
+        const double least = table_.guaranteed ? 1e-7 * (end - x) : 1e-3 * (end - part.from);
         double best = x;
         double h = std::min(step, end - x);
         for (int i = 0; i < kMostTries; ++i) {

@@ -198,6 +198,15 @@ TEST(ToTable, DoesNotPromiseAnAngleAtTheOrigin)
     EXPECT_TRUE(toTable(expression("atan2(x,1)", -1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
 }
 
+// Rows must reach the end, also where nothing is known of the way there.
+TEST(ToTable, OfWhatHasNoValueHasFewRows)
+{
+    const CamTable table = toTable(expression("tan(x)/ln(x)", -1.0, 0.0), Form::Linear, {1e-3});
+    EXPECT_FALSE(table.guaranteed);
+    EXPECT_LT(table.x.size(), 5000u);
+    EXPECT_EQ(table.x.back(), 0.0);
+}
+
 TEST(ToTable, RefusesTolerancesWithoutMeaning)
 {
     for (const double wrong : {0.0, -1.0, std::nan("")})
