@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/analysis/parts.h"
@@ -28,10 +30,17 @@ Side sideOf(const Part& part, double x)
     return Side::Plain;
 }
 
-// Where order k is `value` on the parts of formulas.
-std::vector<Place> formulaPlaces(const Curve& curve, int order, double value, Range range)
-{
+// Where an order has a value, in their order along the curve, and the stretches where that is not known.
+struct Places {
     std::vector<Place> places;
+    std::vector<Range> unknown;  // of length 0 at a pole that is known exactly
+};
+
+// Where order k is `value` on the parts of formulas.
+Places formulaPlaces(const Curve& curve, int order, double value, Range range)
+{
+    Places all;
+    std::vector<Place>& places = all.places;
     for (const Part& part : partsOf(curve, range)) {
         BoxEvaluator evaluator = part.evaluator();
         if (order > evaluator.highest())
@@ -46,8 +55,9 @@ std::vector<Place> formulaPlaces(const Curve& curve, int order, double value, Ra
         }
         std::sort(places.begin() + static_cast<std::ptrdiff_t>(first), places.end(),
                   [](const Place& a, const Place& b) { return a.x < b.x; });
+        all.unknown.insert(all.unknown.end(), zeros.unknown.begin(), zeros.unknown.end());
     }
-    return places;
+    return all;
 }
 
 void appendPointPlaces(const SplinePart& part, int order, double value, std::vector<Place>& places)
@@ -67,7 +77,7 @@ void appendPointPlaces(const SplinePart& part, int order, double value, std::vec
         places.push_back({part.knot + part.to, 0.0, Side::Left, flat});
 }
 
-std::vector<Place> placesOf(const Curve& curve, int order, double value, Range range)
+Places placesOf(const Curve& curve, int order, double value, Range range)
 {
     const Range inside = cutToCurve(curve, range);
     if (inside.from > inside.to)
@@ -75,11 +85,11 @@ std::vector<Place> placesOf(const Curve& curve, int order, double value, Range r
     const host::SplinePieces* spline = curve.frozen().spline();
     if (spline == nullptr)
         return formulaPlaces(curve, order, value, inside);
-    std::vector<Place> places;
+    Places all;
     const PointRange points = pointsIn(*spline, inside);
     for (std::size_t i = points.first; i <= points.last; ++i)
-        appendPointPlaces(splinePart(*spline, i, inside), order, value, places);
-    return places;
+        appendPointPlaces(splinePart(*spline, i, inside), order, value, all.places);
+    return all;
 }
 
 // Whether two finds are one place: both at one seam, or closer than their rounding errors.
@@ -94,16 +104,59 @@ bool isOrder(int order)
     return order >= 0 && order <= 3;
 }
 
-// The places where an order may enter or leave its limits: where its value is a limit, and all
-// ends of pieces.
-std::vector<double> changes(const Curve& curve, int order, double low, double high, Range range)
+void join(std::vector<Range>& ranges, Range next)
 {
+    if (!ranges.empty() && ranges.back().to >= next.from)
+        ranges.back().to = std::max(ranges.back().to, next.to);
+    else
+        ranges.push_back(next);
+}
+
+// Ascending ranges, each of which begins after the previous one ends.
+std::vector<Range> joined(std::vector<Range> ranges)
+{
+    std::ranges::sort(ranges, {}, &Range::from);
+    std::vector<Range> all;
+    for (const Range& next : ranges)
+        join(all, next);
+    return all;
+}
+
+// The stretches between places where an order may enter or leave its limits.
+struct Stretches {
+    std::vector<double> ends;    // ascending
+    std::vector<Range> unknown;  // joined: a stretch in one of them may hold other such places
+
+    bool isKnown(double from, double to) const
+    {
+        const auto after = std::ranges::upper_bound(unknown, from, {}, &Range::from);
+        return after == unknown.begin() || std::prev(after)->to < to;
+    }
+};
+
+// The ends are the places where the value of the order is a limit, poles, and the ends of pieces. Most
+// unknown boxes are some ulps at a pole; a wide one is cut evenly.
+Stretches stretchesOf(const Curve& curve, int order, double low, double high, Range range)
+{
+    constexpr double kWide = 1e-9;
+    constexpr int kCuts = 64;
     std::vector<double> x{range.from, range.to};
+    std::vector<Range> unknown;
     for (const double limit : {low, high}) {
         if (!std::isfinite(limit))
             continue;
-        for (const Place& place : placesOf(curve, order, limit, range))
+        const Places found = placesOf(curve, order, limit, range);
+        for (const Place& place : found.places)
             x.push_back(place.x);
+        unknown.insert(unknown.end(), found.unknown.begin(), found.unknown.end());
+    }
+    unknown = joined(std::move(unknown));
+    for (const Range& box : unknown) {
+        const double length = box.to - box.from;
+        const int cuts = length > kWide * (range.to - range.from) ? kCuts : 1;
+        for (int i = 0; i < cuts; ++i)
+            x.push_back(box.from + length * i / cuts);
+        x.push_back(box.to);
     }
     if (const host::SplinePieces* spline = curve.frozen().spline()) {
         for (std::size_t i = 0; i < spline->count(); ++i)
@@ -115,15 +168,7 @@ std::vector<double> changes(const Curve& curve, int order, double low, double hi
     std::sort(x.begin(), x.end());
     std::erase_if(x, [&](double at) { return at < range.from || at > range.to; });
     x.erase(std::unique(x.begin(), x.end()), x.end());
-    return x;
-}
-
-void join(std::vector<Range>& ranges, Range next)
-{
-    if (!ranges.empty() && ranges.back().to >= next.from)
-        ranges.back().to = std::max(ranges.back().to, next.to);
-    else
-        ranges.push_back(next);
+    return {std::move(x), std::move(unknown)};
 }
 
 }  // namespace
@@ -133,7 +178,7 @@ std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range)
     std::vector<Peak> found;
     if (!isOrder(order))
         return found;
-    const std::vector<Place> places = placesOf(curve, order + 1, 0.0, range);
+    const std::vector<Place> places = placesOf(curve, order + 1, 0.0, range).places;
     const Place* last = nullptr;
     for (const Place& place : places) {
         if (place.isFlat || (last != nullptr && same(*last, place)))
@@ -150,7 +195,7 @@ std::vector<double> crossings(const Curve& curve, int order, double value, Range
     std::vector<double> found;
     if (!isOrder(order) || !std::isfinite(value))
         return found;
-    const std::vector<Place> places = placesOf(curve, order, value, range);
+    const std::vector<Place> places = placesOf(curve, order, value, range).places;
     const Place* last = nullptr;
     for (const Place& place : places) {
         if (last == nullptr || !same(*last, place))
@@ -166,12 +211,17 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
     const Range inside = cutToCurve(curve, range);
     if (!isOrder(order) || inside.from > inside.to)
         return found;
-    const auto isBeyond = [&](double y) { return y < low || y > high; };
-    const std::vector<double> x = changes(curve, order, low, high, inside);
-    if (x.size() == 1 && isBeyond(curve.at(x[0])[order]))
+    const auto isBeyond = [&](double at) {
+        const double y = curve(at, order);
+        return y < low || y > high;
+    };
+    const Stretches stretches = stretchesOf(curve, order, low, high, inside);
+    const std::vector<double>& x = stretches.ends;
+    if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
-        if (isBeyond(curve(0.5 * x[i] + 0.5 * x[i + 1], order)))
+        const bool isKnown = stretches.isKnown(x[i], x[i + 1]);
+        if (isBeyond(0.5 * x[i] + 0.5 * x[i + 1]) || (!isKnown && (isBeyond(x[i]) || isBeyond(x[i + 1]))))
             join(found, {x[i], x[i + 1]});
     }
     if (order == 0 || !(std::isfinite(low) || std::isfinite(high)))
@@ -179,11 +229,7 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
 
     for (const double impulse : impulsesOf(curve, order, inside))
         found.push_back({impulse, impulse});
-    std::sort(found.begin(), found.end(), [](const Range& a, const Range& b) { return a.from < b.from; });
-    std::vector<Range> joined;
-    for (const Range& next : found)
-        join(joined, next);
-    return joined;
+    return joined(std::move(found));
 }
 
 }  // namespace mf::analysis

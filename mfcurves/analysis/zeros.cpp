@@ -54,11 +54,16 @@ public:
             const Enclosures atMiddle = function_.at(middle);
             const Enclosures over = function_.over(box.from, box.to, box.atFrom, middle, atMiddle, box.atTo);
             scale = std::max(scale, sizeOf(atMiddle));
+            if (!atMiddle[k_].isFinite())
+                noteUnknown(middle, middle);
             noise_ = 1e-15 * scale + 2.0 * atMiddle[k_].width();
             if (isSettled(box.from, box.to, box.atFrom, box.atTo, over))
                 continue;
             if (function_.budget().isSpent()) {
                 zeros_.complete = false;
+                noteUnknown(box.from, box.to);
+                for (; !open.empty(); open.pop_back())
+                    noteUnknown(open.back().from, open.back().to);
                 break;
             }
             open.push_back({middle, box.to, atMiddle, box.atTo});
@@ -97,8 +102,20 @@ private:
             note(from, to);
             return true;
         }
-        zeros_.complete &= !isNarrow(from, to, to_ - from_);
-        return isNarrow(from, to, to_ - from_);
+        if (!isNarrow(from, to, to_ - from_))
+            return false;
+        zeros_.complete = false;
+        noteUnknown(from, to);
+        return true;
+    }
+
+    // Boxes that touch are one.
+    void noteUnknown(double from, double to)
+    {
+        if (!zeros_.unknown.empty() && zeros_.unknown.back().to == from)
+            zeros_.unknown.back().to = to;
+        else
+            zeros_.unknown.push_back({from, to});
     }
 
     // In a box where the function rises or falls throughout.

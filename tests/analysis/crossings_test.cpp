@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -170,6 +171,40 @@ TEST(Beyond, AreTheRangesWhereALimitIsBroken)
                  {{kPi / 6, 5 * kPi / 6}, {7 * kPi / 6, 11 * kPi / 6}, {2 * kPi + kPi / 6, 7.0}});
     EXPECT_TRUE(beyond(expression("sin(x)", 0.0, 7.0), 0, -1.0, 1.0).empty());  // strict
     expectRanges(beyond(expression("sin(x)", 0.0, 3.0), 0, -kInfinity, -1.0), {{0.0, 3.0}});
+}
+
+// A pole in the middle of the range that it breaks has no value there.
+TEST(Beyond, FindsBothSidesOfAPole)
+{
+    expectRanges(beyond(expression("1/x", -1.0, 1.0), 0, -5.0, 5.0), {{-0.2, 0.2}});
+    expectRanges(beyond(expression("1/x", -1.0, 1.0), 0, -5.0, kInfinity), {{-0.2, 0.0}});
+    expectRanges(beyond(expression("1/x", -1.0, 1.0), 0, -kInfinity, 5.0), {{0.0, 0.2}});
+    expectRanges(beyond(expression("1/(x-0.3)", 0.0, 1.0), 0, -5.0, 5.0), {{0.1, 0.5}});
+    expectRanges(beyond(expression("1/x", -1.0, 1.0), 1, -4.0, 4.0), {{-0.5, 0.5}});
+    expectRanges(beyond(expression("tan(x)", 0.0, 3.0), 0, -1.0, 1.0), {{kPi / 4, 3 * kPi / 4}});
+}
+
+// log(x) has no value up to 0, and a slope above 4 up to 1/4.
+TEST(Beyond, BeginsWhereADomainDoes)
+{
+    expectRanges(beyond(expression("log(x)", -1.0, 1.3), 1, -4.0, 4.0), {{0.0, 0.25}});
+    expectRanges(beyond(expression("sqrt(x)", -1.0, 1.0), 0, -1.0, 0.5), {{0.25, 1.0}});
+    EXPECT_TRUE(beyond(expression("sqrt(x)", -1.0, 1.0), 0, -0.1, 1.5).empty());
+}
+
+// Toward 0 the curve swings without end; a swing cannot be told from the next one there.
+TEST(Beyond, IncludesWhatCannotBeTakenApart)
+{
+    const Curve swings = expression("sin(1/x)", -1.0, 1.0);
+    const std::vector<Range> found = beyond(swings, 0, -0.5, 0.5);
+    const auto isFound = [&](double x) {
+        return std::any_of(found.begin(), found.end(),
+                           [&](const Range& range) { return range.from <= x && x <= range.to; });
+    };
+    EXPECT_TRUE(isFound(2.0 / kPi));
+    EXPECT_TRUE(isFound(-2.0 / kPi));
+    EXPECT_TRUE(isFound(2.0 / (21.0 * kPi)));
+    EXPECT_FALSE(isFound(1.0 / kPi));
 }
 
 TEST(Beyond, JoinsNeighbours)
