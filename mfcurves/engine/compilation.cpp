@@ -27,9 +27,14 @@ bool Compilation::addOrder()
     return true;
 }
 
-std::shared_ptr<const Program> Compilation::program() const
+std::shared_ptr<const Program> Compilation::program() const&
 {
     return programOf(translator_.draft());
+}
+
+std::shared_ptr<const Program> Compilation::program() &&
+{
+    return programOf(std::move(translator_).draft());
 }
 
 }  // namespace mf::engine

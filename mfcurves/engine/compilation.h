@@ -24,7 +24,8 @@ public:
     int highestOrder() const { return translator_.highestOrder(); }
 
     /// The program of the orders so far.
-    std::shared_ptr<const Program> program() const;
+    std::shared_ptr<const Program> program() const&;
+    std::shared_ptr<const Program> program() &&;
 
     /// Bytes that the compilation holds.
     std::size_t bytes() const { return sizeof *this + graph_.bytes() + translator_.bytes(); }

@@ -88,10 +88,11 @@ void CompiledText::iAddOrders(int highest)
     bool isWithinLimits = true;
     while (compilation->highestOrder() < highest && isWithinLimits)
         isWithinLimits = compilation->addOrder();
+    const bool mayBeContinued = highest > kUsualOrder && isWithinLimits;
     if (compilation->highestOrder() > programs_.all->highestOrder())
-        programs_.all = compilation->program();
+        programs_.all = mayBeContinued ? compilation->program() : std::move(*compilation).program();
     hasAllOrders_ = !isWithinLimits;
-    if (highest > kUsualOrder && isWithinLimits)
+    if (mayBeContinued)
         compilation_ = std::move(compilation);
 }
 

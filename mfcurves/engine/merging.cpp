@@ -70,18 +70,31 @@ std::optional<PlainPolynomial> plainPolynomial(const Draft& draft, const Draft::
     return PlainPolynomial{{step.terms, step.lowest}, {&draft.numbers[entry.firstNumber], step.terms}};
 }
 
-// Appends to a piece of a table. A piece that is not at the table's end moves there.
+// Appends to a piece of a table, also from the same table. A piece that is not at the table's end
+// moves there.
 template <class Element>
 void append(std::span<const Element> added, std::vector<Element>& table, std::uint32_t& first,
             std::uint32_t& count)
 {
-    std::vector<Element> piece(table.begin() + first, table.begin() + first + count);
+    std::vector<Element> piece;
+    piece.reserve(count + added.size());
+    piece.assign(table.begin() + first, table.begin() + first + count);
     piece.insert(piece.end(), added.begin(), added.end());
     if (first + count == table.size())
         table.resize(first);
     first = static_cast<std::uint32_t>(table.size());
     count = static_cast<std::uint32_t>(piece.size());
     table.insert(table.end(), piece.begin(), piece.end());
+}
+
+// Appends a new piece to a table.
+template <class Element>
+void place(std::initializer_list<Element> piece, std::vector<Element>& table, std::uint32_t& first,
+           std::uint32_t& count)
+{
+    first = static_cast<std::uint32_t>(table.size());
+    count = static_cast<std::uint32_t>(piece.size());
+    table.insert(table.end(), piece);
 }
 
 void addDerivative(Draft& draft, Draft::Entry& law, const PlainPolynomial& derivative, std::uint32_t target)
@@ -185,11 +198,10 @@ private:
             idle(*product);
         } else if (Draft::Entry* const sum = only(step.a, Code::ProductPlus)) {
             const double* const k = &draft_.numbers[sum->firstNumber];
-            const std::array numbers = {k[0], k[1], draft_.numbers[quotient.firstNumber]};
             const std::uint32_t* const list = &draft_.lists[sum->firstInList];
+            place({k[0], k[1], draft_.numbers[quotient.firstNumber]}, draft_.numbers, quotient.firstNumber,
+                  quotient.numbers);
             become(quotient, Code::ProductPlusOver, {list[0], list[1], list[2], step.b});
-            quotient.numbers = 0;
-            append<double>(numbers, draft_.numbers, quotient.firstNumber, quotient.numbers);
             idle(*sum);
         }
     }
@@ -198,7 +210,7 @@ private:
     {
         entry.step.code = code;
         entry.step.a = entry.step.b = 0;
-        append<std::uint32_t>(operands, draft_.lists, entry.firstInList, entry.listed);
+        place(operands, draft_.lists, entry.firstInList, entry.listed);
     }
 
     static void idle(Draft::Entry& entry)
@@ -253,7 +265,7 @@ void mergeDerivatives(Draft& draft)
     std::vector<std::uint32_t> lawIn(draft.registers, kNoEntry);  // the last polynomial in a register
     std::size_t kept = 0;
     for (std::size_t i = 0; i < draft.entries.size(); ++i) {
-        const Draft::Entry entry = draft.entries[i];
+        const Draft::Entry& entry = draft.entries[i];
         std::array<double, 2> line;
         const auto polynomial = plainPolynomial(draft, entry, line);
         if (polynomial && lawIn[entry.step.a] != kNoEntry) {
@@ -265,7 +277,9 @@ void mergeDerivatives(Draft& draft)
         }
         if (isPolynomial(entry))
             lawIn[entry.step.operand()] = static_cast<std::uint32_t>(kept);
-        draft.entries[kept++] = entry;
+        if (kept != i)
+            draft.entries[kept] = entry;
+        ++kept;
     }
     draft.entries.resize(kept);
 }

@@ -38,7 +38,7 @@ Program::Program(const Draft& draft) : registers_(draft.registers), parameters_(
     size_ = draft.entries.size() * sizeof(Step) + numbers * sizeof(double) +
             draft.constants.size() * sizeof(Draft::Constant) + draft.results.size() * sizeof(Order) +
             listed * sizeof(std::uint32_t);
-    memory_ = std::make_unique<std::byte[]>(size_);
+    memory_ = std::make_unique_for_overwrite<std::byte[]>(size_);
 
     Places places(memory_.get());
     Step* const steps = places.take<Step>(draft.entries.size());

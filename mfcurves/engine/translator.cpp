@@ -47,6 +47,7 @@ namespace mf::engine {
 namespace {
 
 constexpr std::uint32_t kNoPending = 0xffffffff;
+constexpr std::size_t kUsuallyPending = 8;  // steps of one order
 
 // The operation of the step for a node. Constants and variables are registers and do not
 // need one.
@@ -69,37 +70,46 @@ bool isCall(const Step& step, FunctionId id)
     return step.code == Code::Call1 && step.function == id;
 }
 
-// A step that is not written yet: its place in the program is open.
+// A step that is not written yet: its place in the program is open. The registers are those
+// of the step.
 struct PendingStep {
-    Step step;
+    NodeId node;  // whose operation it is
+    Code code = Code::Move;
+    FunctionId function{};
+    std::uint32_t moved = 0;
+    std::uint32_t value = 0;
+    std::uint32_t target = 0;
     OpenStage input;
     OpenStage output;
-    NodeId node;  // whose operation it is
 };
 
 // Writes the steps of one order. A step with one operand waits at that operand and runs
 // right after it, or as part of the same step: nothing can come between them.
 class OrderWriter {
 public:
-    OrderWriter(const Graph& graph, PerNode<std::uint32_t>& registerOf, Draft& draft)
+    OrderWriter(const Graph& graph, PerNode<std::uint32_t>& registerOf, PerNode<std::uint32_t>& waitingAt,
+                Draft& draft)
         : graph_(graph),
           registerOf_(registerOf),
+          waitingAt_(waitingAt),
           draft_(draft),
-          order_(static_cast<int>(draft.results.size()))
+          order_(static_cast<int>(draft.results.size())),
+          firstRegister_(draft.registers)
     {
+        pending_.reserve(kUsuallyPending);
     }
 
     void write(NodeId root)
     {
         const auto firstEntry = std::ssize(draft_.entries);
-        if (registerOf_.size() < graph_.size())
+        if (registerOf_.size() < graph_.size()) {
             registerOf_.resize(graph_.size(), kNoRegister);
-        isNeeded_.assign(root.index + 1, 0);
-        waitingAt_.assign(root.index + 1, kNoPending);
+            waitingAt_.resize(graph_.size(), kNoPending);
+        }
         draft_.results.push_back(use(root));
         for (std::uint32_t i = root.index + 1; i-- > 0;) {
             const NodeId id{i};
-            if (isNeeded_[id] != 0)
+            if (isNew(id))
                 translate(id);
             else if (waitingAt_[id] != kNoPending)
                 write(takeWaiting(id), registerOf_[id]);
@@ -120,9 +130,14 @@ private:
         place = draft_.registers++;
         if (node.op == Op::Constant)
             draft_.constants.push_back({node.number, place});
-        else
-            isNeeded_[id] = 1;
         return place;
+    }
+
+    // Whether this order has to compute the node: an earlier one did not need it.
+    bool isNew(NodeId id) const
+    {
+        const std::uint32_t place = registerOf_[id];
+        return place != kNoRegister && place >= firstRegister_ && !isConstant(id);
     }
 
     bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
@@ -147,27 +162,25 @@ private:
         if (waiting != kNoPending && pending_[waiting].input.isNone) {
             PendingStep user = takeWaiting(pending.node);
             user.input = pending.output;
-            user.step.moved = registerOf_[pending.node];
+            user.moved = registerOf_[pending.node];
             waitAt(base, user);
             return;
         }
         if (waiting != kNoPending)
             write(takeWaiting(pending.node), registerOf_[pending.node]);
-        pending.step.code = Code::Move;
-        pending.step.target = registerOf_[pending.node];
+        pending.target = registerOf_[pending.node];
         waitAt(base, pending);
     }
 
     void translateOperation(PendingStep& pending)
     {
         const Node& node = graph_[pending.node];
-        Step& step = pending.step;
-        step.value = registerOf_[pending.node];
+        pending.value = registerOf_[pending.node];
         if (waitingAt_[pending.node] != kNoPending)
             joinWaiting(pending);
-        step.code = codeOf(node.op);
-        step.function = node.function;
-        if (hasOneOperand(step.code))
+        pending.code = codeOf(node.op);
+        pending.function = node.function;
+        if (hasOneOperand(pending.code))
             waitAt(node.a, pending);
         else
             write(pending, kNoRegister);
@@ -178,11 +191,11 @@ private:
     void joinWaiting(PendingStep& pending)
     {
         const PendingStep waiting = takeWaiting(pending.node);
-        if (waiting.step.code == Code::Move && waiting.input.isNone) {
+        if (waiting.code == Code::Move && waiting.input.isNone) {
             pending.output = waiting.output;
-            pending.step.target = waiting.step.target;
+            pending.target = waiting.target;
         } else {
-            write(waiting, pending.step.value);
+            write(waiting, pending.value);
         }
     }
 
@@ -206,9 +219,13 @@ private:
     // `operand` is the register of the operand of a step that has one.
     void write(const PendingStep& pending, std::uint32_t operand)
     {
-        Draft::Entry entry;
-        entry.step = pending.step;
+        Draft::Entry& entry = draft_.entries.emplace_back();
+        entry.step.code = pending.code;
+        entry.step.function = pending.function;
         entry.step.a = operand;
+        entry.step.moved = pending.moved;
+        entry.step.value = pending.value;
+        entry.step.target = pending.target;
         entry.order = order_;
         entry.firstNumber = static_cast<std::uint32_t>(draft_.numbers.size());
         entry.firstInList = static_cast<std::uint32_t>(draft_.lists.size());
@@ -216,7 +233,6 @@ private:
         writeOperands(graph_[pending.node], entry.step);
         entry.numbers = static_cast<std::uint32_t>(draft_.numbers.size()) - entry.firstNumber;
         entry.listed = static_cast<std::uint32_t>(draft_.lists.size()) - entry.firstInList;
-        draft_.entries.push_back(entry);
     }
 
     static void writeStages(const PendingStep& pending, Step& step)
@@ -321,12 +337,20 @@ private:
 
     const Graph& graph_;
     PerNode<std::uint32_t>& registerOf_;
+    PerNode<std::uint32_t>& waitingAt_;  // place in pending_ of the step that waits for it
     Draft& draft_;
     const int order_;
-    PerNode<char> isNeeded_;            // whether this order has to compute it
-    PerNode<std::uint32_t> waitingAt_;  // place in pending_ of the step that waits for it
+    const std::uint32_t firstRegister_;  // of those that this order adds
     std::vector<PendingStep> pending_;
 };
+
+Draft merged(Draft draft)
+{
+    mergeSinesAndCosines(draft);
+    mergeDerivatives(draft);
+    mergeProducts(draft);
+    return draft;
+}
 
 }  // namespace
 
@@ -338,21 +362,22 @@ Translator::Translator(std::uint32_t parameterCount)
 
 void Translator::add(const Graph& graph, NodeId root)
 {
-    OrderWriter(graph, registerOf_, draft_).write(root);
+    OrderWriter(graph, registerOf_, waitingAt_, draft_).write(root);
 }
 
-Draft Translator::draft() const
+Draft Translator::draft() const&
 {
-    Draft merged = draft_;
-    mergeSinesAndCosines(merged);
-    mergeDerivatives(merged);
-    mergeProducts(merged);
-    return merged;
+    return merged(draft_);
+}
+
+Draft Translator::draft() &&
+{
+    return merged(std::move(draft_));
 }
 
 std::size_t Translator::bytes() const
 {
-    return registerOf_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
+    return registerOf_.bytes() + waitingAt_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
            draft_.numbers.capacity() * sizeof(double) + draft_.lists.capacity() * sizeof(std::uint32_t) +
            draft_.constants.capacity() * sizeof(Draft::Constant);
 }

@@ -23,13 +23,15 @@ public:
     int highestOrder() const { return static_cast<int>(draft_.results.size()) - 1; }
 
     /// The steps of all orders so far.
-    Draft draft() const;
+    Draft draft() const&;
+    Draft draft() &&;
 
     /// Bytes that the translator holds.
     std::size_t bytes() const;
 
 private:
     PerNode<std::uint32_t> registerOf_;  // kNoRegister where a node has none yet
+    PerNode<std::uint32_t> waitingAt_;   // empty entries, except while an order is written
     Draft draft_;
 };
 
