@@ -3,52 +3,12 @@
 #include "mfcurves/engine/compiledText.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
+#include "mfcurves/engine/packedText.h"
 #include "mfcurves/engine/parser.h"
 
 namespace mf::engine {
-namespace {
-
-// A text in little memory: each character as groups of seven bits, one byte per group,
-// the lowest first, with the top bit set in all bytes but the last.
-std::string packed(std::wstring_view text)
-{
-    const auto isAscii = [](wchar_t character) { return character >= 0 && character < 0x80; };
-    if (std::ranges::all_of(text, isAscii))
-        return {text.begin(), text.end()};
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (const wchar_t character : text) {
-        auto rest = std::bit_cast<std::uint32_t>(character);
-        for (; rest >= 0x80; rest >>= 7)
-            bytes.push_back(static_cast<char>(0x80 | (rest & 0x7f)));
-        bytes.push_back(static_cast<char>(rest));
-    }
-    return bytes;
-}
-
-std::wstring unpacked(std::string_view bytes)
-{
-    std::wstring text;
-    std::uint32_t character = 0;
-    unsigned shift = 0;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        character |= static_cast<std::uint32_t>(byte & 0x7f) << shift;
-        shift += 7;
-        if (byte < 0x80) {
-            text.push_back(static_cast<wchar_t>(character));
-            character = 0;
-            shift = 0;
-        }
-    }
-    return text;
-}
-
-}  // namespace
-
 CompiledText::Result CompiledText::compile(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName)
 {

@@ -19,12 +19,12 @@ bool Family::addOrder(int order)
 {
     if (programs_.all != nullptr && order <= programs_.all->highestOrder())
         return true;
-    const auto programs = text_->programs(order);
+    auto programs = text_->programs(order);
     if (!programs)
         return false;
     registers_.resize(std::max(registers_.size(), std::size_t{programs->all->registerCount()}));
     fillConstants(*programs->all, registers_.data());
-    programs_ = *programs;
+    programs_ = *std::move(programs);
     held_ = -1;
     return true;
 }

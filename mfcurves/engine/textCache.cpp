@@ -13,8 +13,9 @@ namespace {
 
 constexpr std::size_t kKeptBytes = std::size_t{8} << 20;  // of all kept texts together
 
-// All that a compiled text depends on.
+// All that a compiled text depends on, with the hash of the text, which is computed once.
 struct Key {
+    std::size_t hash;
     std::wstring_view text;
     std::optional<std::wstring_view> variableName;
 
@@ -22,7 +23,7 @@ struct Key {
 };
 
 struct KeyHash {
-    std::size_t operator()(const Key& key) const { return std::hash<std::wstring_view>()(key.text); }
+    std::size_t operator()(const Key& key) const { return key.hash; }
 };
 
 // The texts compiled last, as many as fit into kKeptBytes. Each thread has its own, so
@@ -44,13 +45,15 @@ public:
     }
 
 private:
+    struct Entry;
+    using Places = std::unordered_map<Key, std::list<Entry>::iterator, KeyHash>;
+
     struct Entry {
         std::wstring text;
         std::optional<std::wstring> variableName;
         std::shared_ptr<CompiledText> compiled;
         std::size_t bytes = 0;
-
-        Key key() const { return {text, variableName}; }
+        Places::iterator place = {};
     };
 
     void keep(const Key& key, const std::shared_ptr<CompiledText>& compiled)
@@ -60,8 +63,10 @@ private:
             measureFirst();
         entries_.push_front(
             {std::wstring(key.text), std::optional<std::wstring>(key.variableName), compiled});
+        Entry& entry = entries_.front();
         try {
-            places_.emplace(entries_.front().key(), entries_.begin());
+            entry.place =
+                places_.try_emplace({key.hash, entry.text, entry.variableName}, entries_.begin()).first;
         } catch (...) {
             entries_.pop_front();
             throw;
@@ -83,12 +88,12 @@ private:
     void forgetLast()
     {
         bytes_ -= entries_.back().bytes;
-        places_.erase(entries_.back().key());
+        places_.erase(entries_.back().place);
         entries_.pop_back();
     }
 
     std::list<Entry> entries_;  // the most recently used first
-    std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> places_;
+    Places places_;
     std::size_t bytes_ = 0;
 };
 
@@ -98,7 +103,7 @@ CompiledText::Result compiledThroughCache(std::wstring_view text,
                                           const std::optional<std::wstring_view>& variableName)
 {
     thread_local TextCache cache;
-    return cache.compiled({text, variableName});
+    return cache.compiled({std::hash<std::wstring_view>()(text), text, variableName});
 }
 
 }  // namespace mf::engine
