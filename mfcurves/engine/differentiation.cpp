@@ -2,6 +2,7 @@
 
 #include "mfcurves/engine/differentiation.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -121,12 +122,15 @@ Term derivativeOf(Term f, std::vector<double>& scratch)
 // operands are done before their users.
 NodeId differentiate(Graph& graph, NodeId root)
 {
+    std::uint32_t lowest = root.index;
     const auto mark = [&](NodeId id) {
-        if (graph[id].derivative == kNoNode)
-            graph.setDerivative(id, kWanted);
+        if (graph[id].derivative != kNoNode)
+            return;
+        graph.setDerivative(id, kWanted);
+        lowest = std::min(lowest, id.index);
     };
     mark(root);
-    for (std::uint32_t i = root.index + 1; i-- > 0;) {
+    for (std::uint32_t i = root.index + 1; i-- > lowest;) {
         const Node& node = graph[NodeId{i}];
         if (node.derivative == kWanted)
             graph.forEachOperand(node, mark);
@@ -134,7 +138,7 @@ NodeId differentiate(Graph& graph, NodeId root)
 
     TermMaker maker(graph, Folding::Free);
     std::vector<double> scratch;
-    for (std::uint32_t i = 0; i <= root.index && !graph.full(); ++i) {
+    for (std::uint32_t i = lowest; i <= root.index && !graph.full(); ++i) {
         const NodeId id{i};
         if (graph[id].derivative == kWanted)
             graph.setDerivative(id, derivativeOf(maker.term(id), scratch).id());

@@ -126,6 +126,8 @@ Term operator-(Term a)
 
 Term operator-(Term a, Term b)
 {
+    if (a.isConstant() && b.isConstant())
+        return a.constant(a.number() - b.number());
     return a + -b;
 }
 
