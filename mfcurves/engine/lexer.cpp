@@ -3,6 +3,7 @@
 #include "mfcurves/engine/lexer.h"
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 #include "mfcurves/engine/values.h"
@@ -33,9 +34,34 @@ bool continuesName(wchar_t c)
     return startsName(c) || isDigit(c);
 }
 
+// A number of few digits without exponent. Both its digits as a whole number and the power of
+// ten under it are exact, so that one division rounds as reading does; Clinger, Proc. PLDI (1990).
+std::optional<double> shortDecimal(std::wstring_view text)
+{
+    constexpr std::size_t kExactDigits = 15;
+    if (text.size() > kExactDigits)
+        return std::nullopt;
+    std::int64_t digits = 0;
+    double unit = 1.0;
+    double shift = 1.0;  // of a digit: 10 after the point
+    for (const wchar_t c : text) {
+        if (c == L'.') {
+            shift = 10.0;
+            continue;
+        }
+        if (!isDigit(c))
+            return std::nullopt;
+        digits = digits * 10 + (c - L'0');
+        unit *= shift;
+    }
+    return static_cast<double>(digits) / unit;
+}
+
 // Reads the digits, point and exponent of a number, which are ASCII.
 double numberIn(std::wstring_view text)
 {
+    if (const auto number = shortDecimal(text))
+        return *number;
     constexpr std::size_t kUsualLength = 64;
     char buffer[kUsualLength];
     if (text.size() <= kUsualLength) {

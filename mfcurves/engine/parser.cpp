@@ -158,12 +158,12 @@ private:
             return *variable_;
         }
         if (token.kind == TokenKind::Name) {
-            if (const auto rows = functionsNamed(token.text); !rows.empty())
-                return functionCall(token, rows);
             for (const NamedConstant& known : kConstants) {
                 if (sameName(token.text, known.name))
                     return maker_.constant(known.value);
             }
+            if (const auto rows = functionsNamed(token.text); !rows.empty())
+                return functionCall(token, rows);
             if (at(TokenKind::Open))
                 return failAtUnknownFunction(token);
         }

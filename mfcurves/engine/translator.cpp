@@ -107,7 +107,7 @@ public:
             waitingAt_.resize(graph_.size(), kNoPending);
         }
         draft_.results.push_back(use(root));
-        for (std::uint32_t i = root.index + 1; i-- > 0;) {
+        for (std::uint32_t i = root.index + 1; i-- > lowest_;) {
             const NodeId id{i};
             if (isNew(id))
                 translate(id);
@@ -130,6 +130,8 @@ private:
         place = draft_.registers++;
         if (node.op == Op::Constant)
             draft_.constants.push_back({node.number, place});
+        else
+            lowest_ = std::min(lowest_, id.index);
         return place;
     }
 
@@ -207,6 +209,7 @@ private:
             write(pending, place);
             return;
         }
+        lowest_ = std::min(lowest_, operand.index);
         waitingAt_[operand] = static_cast<std::uint32_t>(pending_.size());
         pending_.push_back(pending);
     }
@@ -340,7 +343,8 @@ private:
     PerNode<std::uint32_t>& waitingAt_;  // place in pending_ of the step that waits for it
     Draft& draft_;
     const int order_;
-    const std::uint32_t firstRegister_;  // of those that this order adds
+    const std::uint32_t firstRegister_;     // of those that this order adds
+    std::uint32_t lowest_ = kNoNode.index;  // of the nodes to translate or to write steps at
     std::vector<PendingStep> pending_;
 };
 

@@ -2,8 +2,10 @@
 
 #include "mfcurves/engine/lexer.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <ostream>
+#include <random>
 #include <string>
 
 #include "mfcurves/platform/encoding.h"
@@ -118,6 +120,20 @@ TEST(Lexer, ReadsNumbersAndDegrees)
     EXPECT_EQ(Lexer(L"2.5e3").next().number, 2500.0);
     EXPECT_EQ(Lexer(L".5").next().number, 0.5);
     EXPECT_DOUBLE_EQ(Lexer(L"180d").next().number, 3.14159265358979323846);
+}
+
+// Numbers of few digits are read in a way of their own, with the same rounding.
+TEST(Lexer, RoundsShortNumbersAsTheLibraryDoes)
+{
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 100'000; ++i) {
+        std::string text = std::to_string(random()).substr(0, 1 + random() % 17);
+        text.insert(random() % (text.size() + 1), ".");
+        const std::wstring wide(text.begin(), text.end());
+        const Token token = Lexer(wide).next();
+        ASSERT_EQ(token.number, std::strtod(text.c_str(), nullptr)) << text;
+        ASSERT_EQ(token.text.size(), text.size());
+    }
 }
 
 TEST(Lexer, ReadsANumberOfManyDigits)
