@@ -136,6 +136,13 @@ class Rows(ToolTest):
         self.refused(WRONG, "eval", "--row", "1,1,Cubic", "--start", "here", "1", says="--start")
 
 
+    def test_a_motion_result_may_be_called_almost_angle(self):
+        row = ["--row", "90,10,Cubic"]
+        self.assertIn("{Angle}", self.done("info", *row, "--over", "Angle", "--result", "Angle"))
+        self.refused(DONE, "info", *row, "--over", "Angle", says='warning: --over: "Angle" is the name of a motion result; did you mean angle?')
+        self.assertIn("{Slip}", self.done("info", *row, "--over", "Slip"))
+
+
 class Points(ToolTest):
     POINTS = "x,y\n0,0\n1,1\n2,0\n"
 

@@ -10,7 +10,7 @@ import tempfile
 import textwrap
 import unittest
 
-from tooltest import DONE, FAILED, PROJECT, TOOL, ToolTest, run
+from tooltest import DONE, FAILED, PROJECT, TOOL, WRONG, ToolTest, run
 
 
 class Streams(ToolTest):
@@ -40,6 +40,22 @@ class Streams(ToolTest):
     def assertBar(self, label, shown):
         self.assertRegex(shown, rb"\r%s \[#* *\] +\d+ %%" % label.encode())
         self.assertTrue(shown.endswith(b"\r\x1b[K"), shown[-80:])  # and is erased
+
+    def test_an_output_stays_if_no_curve_can_be_read(self):
+        output = self.write("table.csv", "old")
+        self.refused(FAILED, "table", self.folder / "none.xml", "-o", output, says="none.xml: the file cannot be opened")
+        self.assertEqual(output.read_text(), "old")
+
+    def test_an_output_does_not_replace_an_input(self):
+        points = self.write("points.svg", "0,0\n1,1\n")
+        rows = self.write("rows.csv", "90,10,Cubic\n")
+        (self.folder / "same.csv").symlink_to(rows)
+        for call in [["table", "--points", points, "-o", points], ["plot", "--points", points, "-o", points],
+                     ["export", "--rows", rows, "--as", "csv", "-o", self.folder / "same.csv"],
+                     ["convert", "--rows", rows, rows]]:
+            with self.subTest(call[0]):
+                self.refused(WRONG, *call, says="is the input, which it would replace")
+        self.assertEqual((points.read_text(), rows.read_text()), ("0,0\n1,1\n", "90,10,Cubic\n"))
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "this system has no full device")
     def test_a_full_device(self):

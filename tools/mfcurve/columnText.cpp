@@ -164,6 +164,7 @@ std::size_t ColumnText::columnOf(const std::string& name) const
     std::vector<std::string> known;
     for (const auto& header : headers_)
         known.insert(known.end(), header.begin(), header.end());
+    std::erase(known, "");
     throw TextError(
         0, fmt::format("there is no column {}{}; --csv-columns takes numbers from 1 or names in a header",
                        inQuotes(name), nearestAdvice(name, known)));
@@ -173,6 +174,10 @@ std::size_t ColumnText::columnOf(const std::string& name) const
 std::vector<std::size_t> ColumnText::chosenColumns(const ColumnSettings& settings)
 {
     std::vector<std::size_t> columns;
+    if (!settings.columns.empty() && settings.columns.size() != form_.names.size())
+        throw TextError(0,
+                        fmt::format("--csv-columns takes {} columns here, {}, and not {}", form_.names.size(),
+                                    fmt::join(form_.names, ", "), settings.columns.size()));
     for (const std::string& name : settings.columns)
         columns.push_back(columnOf(name));
     if (!columns.empty())
@@ -211,6 +216,9 @@ double ColumnText::number(const ColumnLine& line, std::size_t column)
 {
     const std::string& name = form_.names[column];
     const std::string_view field = column < line.fields ? fieldsOf(line)[column] : std::string_view();
+    if (field.empty() && !areColumnsFirst_)
+        throw TextError(line.number, fmt::format("the {} is missing: column {} is empty; {}", name,
+                                                 columns_[column] + 1, form_.expected));
     if (field.empty())
         throw TextError(line.number, fmt::format("the {} is missing: {} of {} fields; {}", name, line.fields,
                                                  form_.names.size(), form_.expected));

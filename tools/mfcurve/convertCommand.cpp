@@ -30,6 +30,8 @@ void sortFiles(ConvertOptions& options)
                          "\" is IN");
     if (options.files.size() == 2)
         options.curve.files = {options.files.front()};
+    else
+        checkOutput(curve, options.files.front());
 }
 
 int runConvert(ConvertOptions& options)

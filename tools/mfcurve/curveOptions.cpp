@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tools/mfcurve/curveOptions.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "tools/mfcurve/files.h"
 #include "tools/mfcurve/options.h"
 #include "tools/mfcurve/text.h"
 
@@ -52,6 +58,14 @@ Constant readConstant(const std::string& text)
     return {name, finiteNumber(std::string_view(text).substr(sign + 1), "--let " + name)};
 }
 
+void addConstant(std::vector<Constant>& constants, Constant constant)
+{
+    const auto isSame = [&](const Constant& other) { return other.name == constant.name; };
+    if (std::ranges::any_of(constants, isSame))
+        throw UsageError("--let " + constant.name + ": the name has a number already");
+    constants.push_back(std::move(constant));
+}
+
 void declareShapeOptions(CLI::App& command, CurveOptions& options)
 {
     addText(command, "--expression", "TEXT", "a formula of one variable, such as 'sin(2*pi*x)'",
@@ -60,7 +74,7 @@ void declareShapeOptions(CLI::App& command, CurveOptions& options)
     addTexts(command, "--let", "NAME=NUMBER", "a constant of the expression; may be repeated",
              [&options](const std::vector<std::string>& texts) {
                  for (const std::string& text : texts)
-                     options.constants.push_back(readConstant(text));
+                     addConstant(options.constants, readConstant(text));
              })
         .group(kGroup);
     addTexts(command, "--row", "ROW",
@@ -141,7 +155,9 @@ void declareCurveOptions(CLI::App& command, CurveOptions& options)
             "the meaning of x for rows and points [time]: time, angle or the name of a motion result",
             [&options](const std::string& text) { options.variable = readVariable(text); })
         .group(kGroup);
-    addNumber(command, "--from", "X", "start of the range of x to use [that of the curve]", options.from)
+    addNumber(command, "--from", "X",
+              "start of the range of x for table, plot and peaks, or of the expression [that of the curve]",
+              options.from)
         .group(kGroup);
     addNumber(command, "--to", "X", "end of that range", options.to).group(kGroup);
     addText(command, "--name", "TEXT", "name of the curve", options.name).group(kGroup);
@@ -174,6 +190,10 @@ void checkOneSource(const CurveOptions& options)
     onlyWith(options.isRotary, described == 1, "--rotary does not go with a document, which says it itself");
     onlyWith(options.variable.has_value(), options.hasRows() || options.pointsFile.has_value(),
              "--over goes with rows and points; the others say it themselves");
+    onlyWith(options.isRotary, options.quantity != mf::Quantity::Force,
+             "--rotary goes with --drive displacement, velocity and acceleration");
+    if (std::ranges::count_if(options.files, isStandardStream) > 1)
+        throw UsageError("standard input can be read only once");
 }
 
 void checkNoStretch(const CurveOptions& options)
@@ -183,6 +203,19 @@ void checkNoStretch(const CurveOptions& options)
         throw UsageError("--from and --to go with table, plot and peaks, and with an expression");
     if (given == 1)
         throw UsageError("an expression takes both --from and --to here, or neither");
+}
+
+void checkOutput(const CurveOptions& options, const std::string& output)
+{
+    std::vector<std::string> inputs = options.files;
+    for (const std::optional<std::string>& file : {options.rowsFile, options.pointsFile})
+        inputs.push_back(file.value_or(""));
+    for (const std::string& input : inputs) {
+        std::error_code ignored;
+        if (std::filesystem::is_regular_file(input, ignored) &&
+            std::filesystem::equivalent(input, output, ignored))
+            throw UsageError("the output \"" + output + "\" is the input, which it would replace");
+    }
 }
 
 mf::Range chosenRange(const CurveOptions& options, mf::Range domain)
@@ -201,9 +234,9 @@ double rateOf(const CurveOptions& options, const mf::CurveDefinition& definition
     if (!options.cycleTime)
         return 1.0;
     if (definition.over != mf::Over::CycleAngle)
-        throw Failure(kWrong, place,
-                      "--cycle-time and --rpm go with curves over the cycle angle, and this one is over " +
-                          mf::drawing::variableName(definition));
+        throwWrong(place,
+                   "--cycle-time and --rpm go with curves over the cycle angle, and this one is over " +
+                       mf::drawing::variableName(definition));
     return 360.0 / *options.cycleTime;
 }
 

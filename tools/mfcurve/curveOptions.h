@@ -73,6 +73,9 @@ void checkOneSource(const CurveOptions& options);
 /// together, as the range of an expression.
 void checkNoStretch(const CurveOptions& options);
 
+/// Throws UsageError if an output would replace a file that the options read.
+void checkOutput(const CurveOptions& options, const std::string& output);
+
 /// The part of a curve's domain that --from and --to choose. Throws UsageError when it ends before it starts,
 /// or when an end is given neither by the options nor by the curve.
 mf::Range chosenRange(const CurveOptions& options, mf::Range domain);

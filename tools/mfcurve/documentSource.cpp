@@ -25,6 +25,8 @@ std::vector<mf::Problem> withAdvice(std::vector<mf::Problem> problems)
     for (mf::Problem& problem : problems) {
         if (problem.message.starts_with("it runs over the motion result"))
             problem.message += "; --result names one that exists";
+        if (problem.message.starts_with("start tag expected"))
+            problem.message += "; a document is XML, and a file of points is read by --points";
     }
     return problems;
 }

@@ -24,15 +24,16 @@ double finite(const std::string& text, const Edit& edit)
     return *number;
 }
 
-// The number of a row or point, from `least` to `most`.
-std::size_t numberIn(const std::string& text, const Edit& edit, std::size_t least, std::size_t most)
+// The number of a row or point (`part`), from `least` to `most`.
+std::size_t numberIn(const std::string& text, const char* part, const Edit& edit, std::size_t least,
+                     std::size_t most)
 {
     const auto number = readNumber(text);
     if (!number || *number != std::floor(*number) || *number < static_cast<double>(least) ||
         *number > static_cast<double>(most))
         throw Failure(kWrong, edit.place,
-                      fmt::format("there is no {} here; {} to {} are expected",
-                                  text.empty() ? "number" : text, least, most));
+                      fmt::format("there is no {} {} here; {} to {} are expected", part,
+                                  text.empty() ? "\"\"" : text, least, most));
     return static_cast<std::size_t>(*number);
 }
 
@@ -106,7 +107,8 @@ void Editor::applyToRows(mf::SegmentShape& shape, const Edit& edit)
     } else if (edit.kind == Edit::Kind::Insert) {
         insertRow(shape, edit);
     } else {
-        const auto row = static_cast<std::ptrdiff_t>(numberIn(edit.text, edit, 1, shape.rows.size())) - 1;
+        const auto row =
+            static_cast<std::ptrdiff_t>(numberIn(edit.text, "row", edit, 1, shape.rows.size())) - 1;
         if (shape.rows.size() == 1)
             throw Failure(kWrong, edit.place, "it is the only row");
         shape.rows.erase(shape.rows.begin() + row);
@@ -119,7 +121,7 @@ void Editor::applyToRows(mf::SegmentShape& shape, const Edit& edit)
 void Editor::setField(mf::SegmentShape& shape, const Edit& edit)
 {
     const Assignment assignment = assignmentOf(edit, {"end", "value", "profile"});
-    const std::size_t number = numberIn(assignment.number, edit, 0, shape.rows.size());
+    const std::size_t number = numberIn(assignment.number, "row", edit, 0, shape.rows.size());
     if (number == 0 && assignment.field == "profile")
         throw Failure(kWrong, edit.place, "row 0 states the start and has no profile");
     if (assignment.field == "profile")
@@ -133,7 +135,8 @@ void Editor::setField(mf::SegmentShape& shape, const Edit& edit)
 void Editor::insertRow(mf::SegmentShape& shape, const Edit& edit)
 {
     const std::vector<std::string> parts = insertionOf(edit, 3, "ROW:END,VALUE,PROFILE");
-    const auto row = static_cast<std::ptrdiff_t>(numberIn(parts[0], edit, 1, shape.rows.size() + 1)) - 1;
+    const auto row =
+        static_cast<std::ptrdiff_t>(numberIn(parts[0], "row", edit, 1, shape.rows.size() + 1)) - 1;
     const mf::CurveRow inserted{finite(parts[1], edit), finite(parts[2], edit),
                                 profileNamed(shape, parts[3], edit)};
     shape.rows.insert(shape.rows.begin() + row, inserted);
@@ -177,14 +180,15 @@ void Editor::applyToPoints(mf::PointShape& shape, const Edit& edit)
     };
     if (edit.kind == Edit::Kind::Set) {
         const Assignment assignment = assignmentOf(edit, {"x", "y"});
-        const std::size_t point = numberIn(assignment.number, edit, 1, shape.x.size()) - 1;
+        const std::size_t point = numberIn(assignment.number, "point", edit, 1, shape.x.size()) - 1;
         (assignment.field == "x" ? shape.x : shape.y)[point] = finite(assignment.value, edit);
     } else if (edit.kind == Edit::Kind::Insert) {
         const std::vector<std::string> parts = insertionOf(edit, 2, "POINT:X,Y");
-        const std::size_t point = numberIn(parts[0], edit, 1, shape.x.size() + 1) - 1;
+        const std::size_t point = numberIn(parts[0], "point", edit, 1, shape.x.size() + 1) - 1;
         insertAt(point, finite(parts[1], edit), finite(parts[2], edit));
     } else {
-        const auto point = static_cast<std::ptrdiff_t>(numberIn(edit.text, edit, 1, shape.x.size())) - 1;
+        const auto point =
+            static_cast<std::ptrdiff_t>(numberIn(edit.text, "point", edit, 1, shape.x.size())) - 1;
         if (shape.x.size() == 1)
             throw Failure(kWrong, edit.place, "it is the only point");
         shape.x.erase(shape.x.begin() + point);

@@ -50,6 +50,10 @@ void sortArguments(EvalOptions& options)
         else
             options.curve.files.push_back(argument);
     }
+    const std::vector<std::string>& files = options.curve.files;
+    if (options.placesFile && isStandardStream(*options.placesFile) &&
+        std::any_of(files.begin(), files.end(), isStandardStream))
+        throw UsageError("standard input can be read only once");
     if (options.placesFile)
         addPlaces(options, *options.placesFile);
     if (options.x.empty())

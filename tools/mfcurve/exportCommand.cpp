@@ -71,6 +71,7 @@ void checkOptions(const ExportOptions& options)
         throw UsageError("--cycle-time and --rpm go with --as csv and xyva, which have derivatives");
     if (options.format == Format::Json && isStandardStream(options.output))
         throw UsageError("--format json goes with an output file");
+    checkOutput(options.curve, options.output);
 }
 
 Exported sampled(const ExportOptions& options, const Input& input, double rate)

@@ -43,4 +43,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// An option does not fit a curve. Throws Failure with the place of a document, and UsageError for a curve
+/// from options, which has no place.
+[[noreturn]] inline void throwWrong(const std::string& place, const std::string& message)
+{
+    if (place.empty())
+        throw UsageError(message);
+    throw Failure(kWrong, place, message);
+}
+
 }  // namespace mfcurve

@@ -142,6 +142,7 @@ int runPlot(const PlotOptions& options)
         throw Failure(kFailed, options.output, "cannot write: it is a folder");
     else
         checkPictureName(options.output);
+    checkOutput(options.curve, options.output);
     const Inputs inputs = readInputs(options.curve);
     int status = inputs.status;
     if (!isFolder) {

@@ -112,6 +112,8 @@ int runFactors(const ProfilesOptions& options)
 
 int runProfiles(const ProfilesOptions& options)
 {
+    if (options.hasFactors && options.isChecked)
+        throw UsageError("--check and --factors exclude each other");
     if (options.hasFactors)
         return runFactors(options);
     if (options.format == Format::Json)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/mfcurve/sources.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/json.h"
+#include "tools/mfcurve/nearest.h"
 #include "tools/mfcurve/text.h"
 
 namespace mfcurve {
@@ -31,8 +33,20 @@ mf::Problem placed(const Description& description, mf::Problem problem)
     return problem;
 }
 
+// A motion result may have any name, so a slip in "angle" is only a warning.
+void warnOfSlip(const CurveOptions& options)
+{
+    if (!options.variable || options.variable->over != mf::Over::MotionResult)
+        return;
+    const std::string& name = options.variable->motionResult;
+    const std::string advice = nearestAdvice(name, {"time", "angle"});
+    if (!advice.empty() && std::ranges::find(options.motionResults, name) == options.motionResults.end())
+        warn("--over", "\"" + name + "\" is the name of a motion result" + advice);
+}
+
 Description describe(const CurveOptions& options)
 {
+    warnOfSlip(options);
     Description description = options.expression  ? describedExpression(options)
                               : options.hasRows() ? describedRows(options)
                                                   : describedPoints(options);

@@ -90,8 +90,8 @@ Steps Steps::byStep(mf::Range range, double step, bool isOpen, std::size_t most)
     const auto incrementDigits = scaled(increment, steps.exponent_);
     const double estimate = (range.to - range.from) / step + 2.0;
     if (!(estimate <= static_cast<double>(most)))
-        throw UsageError(fmt::format("--step {} would make {:.0f} lines, and {} is the most",
-                                     numberText(step), estimate - 1.0, most));
+        throw UsageError(fmt::format("--step {} would make {} lines, and {} is the most", numberText(step),
+                                     shortNumberText(std::floor(estimate - 1.0), 9), most));
     constexpr double kMostDigits = 9e18;
     if (startDigits && incrementDigits &&
         std::fabs(static_cast<double>(*startDigits)) + estimate * static_cast<double>(*incrementDigits) <

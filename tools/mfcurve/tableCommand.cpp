@@ -54,7 +54,7 @@ public:
     int finish()
     {
         if (isJson())
-            text_ += isFirst_ ? "" : "\n]\n";
+            text_ += "\n]\n";
         if (isStandardStream(options_.output))
             print(text_);
         else
@@ -116,7 +116,10 @@ int runTable(const TableOptions& options)
 {
     if (options.style.decimalMark == options.style.delimiter)
         throw UsageError("--decimal and --delimiter take two different characters");
+    checkOutput(options.curve, options.output);
     const Inputs inputs = readInputs(options.curve);
+    if (inputs.curves.empty())
+        return inputs.status;
     TablePrinter printer(options);
     for (const Input& input : inputs.curves)
         printer.add(input);

@@ -2,8 +2,10 @@
 #include "tools/mfcurve/tableText.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <limits>
+#include <string_view>
 
 #include "mfcurves/drawing/quantities.h"
 #include "tools/mfcurve/choices.h"
@@ -55,6 +57,11 @@ char readDelimiter(const std::string& text)
         return '\t';
     if (text.size() != 1)
         throw UsageError("--delimiter takes one character or tab, not \"" + text + "\"");
+    const bool isOfNumbers = std::isalnum(static_cast<unsigned char>(text.front())) != 0 ||
+                             std::string_view("+-\"\n\r").find(text.front()) != std::string_view::npos;
+    if (isOfNumbers)
+        throw UsageError("--delimiter takes a character that is in no number and no name, not \"" + text +
+                         "\"");
     return text.front();
 }
 

@@ -76,7 +76,15 @@ std::string usageProblem(const CLI::App& app, const CLI::ParseError& error,
         if (name.starts_with("--") && std::find(known.begin(), known.end(), name) == known.end())
             return "there is no option " + name + nearestAdvice(name, known);
     }
-    return error.what();
+    std::string problem = error.what();
+    const std::string option = problem.substr(0, problem.find(':'));
+    if (problem.starts_with("The following argument"))
+        return "no argument is expected here" + problem.substr(problem.find(':'));
+    if (problem.find(": At Most 1 required") != std::string::npos)
+        return option + " is given more than once";
+    if (problem.find(": 1 required") != std::string::npos)
+        return option + " needs a value";
+    return problem;
 }
 
 std::string helpOf(const CLI::App& app, const std::vector<std::string>& arguments)

@@ -23,7 +23,7 @@ int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::s
                                      : definition.quantity == mf::Quantity::Acceleration ? 2
                                                                                          : 0);
     if (!isMotion || order < 0)
-        throw Failure(kWrong, place, std::string("the curve has no ") + kNames[motionOrder]);
+        throwWrong(place, std::string("the curve has no ") + kNames[motionOrder]);
     return order;
 }
 
