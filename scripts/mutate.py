@@ -30,7 +30,8 @@ EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
 # name: (source files, test programs that must notice)
 TARGETS = {
     "spline": (
-        ["mfcurves/host/Spline.cpp", "mfcurves/host/Spline.h"],
+        ["mfcurves/host/Spline.cpp", "mfcurves/host/Spline.h", "mfcurves/host/SplinePieces.cpp",
+         "mfcurves/host/SplinePieces.h", "mfcurves/host/KnotIndex.cpp", "mfcurves/host/KnotIndex.h"],
         ["Spline_test", "Spline_numbers_test"],
     ),
     "points": (

@@ -95,7 +95,7 @@ private:
     }
 
     // A definition that equals a known profile is not stored; its name then refers to
-    // that profile.
+    // that profile. If no key could be made, the name is stored with the empty key.
     void registerProfile(mfProfileManager_c& manager, const std::string& uniqueName,
                          std::unique_ptr<mfProfile_c> profile)
     {
@@ -106,8 +106,7 @@ private:
                                : manager.addAssemblyProfile(baseName, reading_.path(), profile.get(), key);
         if (status == 0)
             (void)profile.release();  // the manager owns it
-        if (status < 2)
-            manager.rememberDocumentName(uniqueName, key);
+        manager.rememberDocumentName(uniqueName, key);
     }
 
     // Elements are identified by their position, not by name; other children are not

@@ -71,7 +71,8 @@ bool mfSegmentTypeParser_c::readDefinitions(const std::string& fileName, std::ve
     if (!stream)
         return false;
     std::string text;
-    readNormalText(stream, text);
+    if (!readNormalText(stream, text))
+        return false;
     upgradeKeywords(text);
     out = mf::profiles::cutDefinitions(text);
     return !out.empty();
@@ -79,9 +80,13 @@ bool mfSegmentTypeParser_c::readDefinitions(const std::string& fileName, std::ve
 
 bool mfSegmentTypeParser_c::readNormalText(std::istream& stream, std::string& out)
 {
+    bool quoted = betweenQuotes;  // kept only if the text is read to its end
     for (std::string line; std::getline(stream, line);)
-        mf::profiles::appendNormalLine(std::move(line), betweenQuotes, out);
-    return !stream.bad();
+        mf::profiles::appendNormalLine(std::move(line), quoted, out);
+    if (stream.bad())
+        return false;
+    betweenQuotes = quoted;
+    return true;
 }
 
 bool mfSegmentTypeParser_c::upgradeKeywords(std::string& text)

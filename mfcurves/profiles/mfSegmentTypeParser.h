@@ -33,12 +33,13 @@ public:
     std::string baseProfileName(const std::string& displayName);
 
     /// Replaces `out` by the definitions of a file, each in normal form and including
-    /// its closing keyword. False when the file does not open or has no definition.
+    /// its closing keyword. False when the file does not open, cannot be read to its
+    /// end, or has no definition.
     bool readDefinitions(const std::string& fileName, std::vector<std::string>& out);
 
     /// Appends the rest of the stream in normal form: without white space and comment
     /// lines, in lower case outside quotes. False when the stream cannot be read to
-    /// its end.
+    /// its end; the state of quotes is then as before.
     bool readNormalText(std::istream& stream, std::string& out);
 
     /// Replaces the older keywords, in lower case, by the current ones. Always true.

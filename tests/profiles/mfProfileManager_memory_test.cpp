@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include "mfcurves/profiles/mfProfile.h"
 #include "mfcurves/profiles/mfProfileManager.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/operatorNew.h"
 
 // The n-th request for memory of this program can be made to fail.
@@ -74,6 +76,43 @@ TEST(OutOfMemory, ProfileThatWasToBeReplacedStays)
     while (failsAt(n))
         ++n;
     EXPECT_GT(n, 5);
+}
+
+// True when the n-th request fails while a design library of two profiles is read.
+bool failsWhileReadingAt(long n, const mf::test::TemporaryFolder& folder)
+{
+    mf::test::FakeHost host;
+    host.services.designLibraryPaths = folder.path().c_str();
+    mfProfileManager_c manager;
+    host.managerAnswer = &manager;
+    requestsLeft = n;
+    try {
+        const bool isRead = manager.rebuildUserProfileMap();
+        const bool hasFailed = requestsLeft == 0;
+        requestsLeft = 0;
+        EXPECT_NE(isRead, hasFailed) << "request " << n;
+        std::vector<CString> names;
+        manager.getAllProfileNames(names);
+        EXPECT_EQ(names.size(), isRead ? 2U : 0U) << "request " << n;
+        return hasFailed;
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+}
+
+// The standard library turns a failed request in the middle of a line into a failed read.
+TEST(OutOfMemory, LibraryThatIsReadOnlyInPartGivesNoProfiles)
+{
+    const mf::test::TemporaryFolder folder;
+    folder.write(
+        "SegmentTypes.txt",
+        "SegmentType(\"First\",x,x1,y1,x2,y2) y=y1+(y2-y1)*(x-x1)/(x2-x1); return y; endSegmentType\n"
+        "SegmentType(\"Second\",x,x1,y1,x2,y2) y=y1+(y2-y1)*((x-x1)/(x2-x1))^2; return y; "
+        "endSegmentType\n");
+    long n = 1;
+    while (failsWhileReadingAt(n, folder))
+        ++n;
+    EXPECT_GT(n, 50);
 }
 
 }  // namespace
