@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "mfcurves/functions/mfDataPoints.h"
@@ -69,7 +70,8 @@ constexpr int kMostRows = 12;
 // The rows ascend without touching, and the spline has exactly their points.
 testing::AssertionResult isSound(mfFunctionDataPoints_c& function)
 {
-    std::map<double, double> points;
+    const std::map<double, double>& points = function.getSplineData()->getPointMap();
+    auto point = points.begin();
     const mfDataPoints_c* before = nullptr;
     for (int i = 0; i < function.getDataPointsCount(); ++i) {
         mfDataPoints_c* row = nullptr;
@@ -77,11 +79,13 @@ testing::AssertionResult isSound(mfFunctionDataPoints_c& function)
             return testing::AssertionFailure() << "row " << i << " has not one point";
         if (before != nullptr && !(before->getEndX() < row->getStartX()))
             return testing::AssertionFailure() << "row " << i << " does not lie above the row before it";
-        points[row->getX(0)] = row->getY(0);
         before = row;
+        if (point == points.end() || *point != std::pair<const double, double>(row->getX(0), row->getY(0)))
+            return testing::AssertionFailure() << "the spline does not have the point of row " << i;
+        ++point;
     }
-    if (function.getSplineData()->getPointMap() != points)
-        return testing::AssertionFailure() << "the spline has other points than the table";
+    if (point != points.end())
+        return testing::AssertionFailure() << "the spline has more points than the table";
     return testing::AssertionSuccess();
 }
 

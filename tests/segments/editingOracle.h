@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
 #include <vector>
+
+#include "mfcurves/interfaces/CString.h"
 
 // A slow and obvious segment table: rows by value, and every rule written out step by step
 // without code shared between rules.
@@ -12,7 +13,7 @@ struct PlainRow {
     double startX = 0.0;
     double endX = 0.0;
     double value = 0.0;
-    std::string name;
+    CString name;
 
     bool operator==(const PlainRow&) const = default;
 };
@@ -81,7 +82,7 @@ struct PlainTable {
                 inserted.startX = previous.endX;
                 inserted.endX = next.startX;
                 inserted.value = previous.value;
-                if (previous.name != "Initial")
+                if (previous.name != L"Initial")
                     inserted.name = previous.name;
             }
         }
@@ -164,7 +165,7 @@ struct PlainTable {
             report(row + 1);
     }
 
-    void setName(int row, const std::string& name)
+    void setName(int row, const CString& name)
     {
         updateRows = {};
         rows.at(static_cast<std::size_t>(row)).name = name;
@@ -238,7 +239,7 @@ struct PlainTable {
             return true;
         const auto at = static_cast<std::size_t>(row);
         const PlainRow& own = rows[at];
-        const bool named = !own.name.empty();
+        const bool named = !own.name.IsEmpty();
         const bool inOrder = !(own.startX > own.endX);
         const bool meetsPrevious = own.startX == rows[at - 1].endX;
         if (row == count() - 1)

@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "mfcurves/platform/encoding.h"
 #include "mfcurves/segments/mfFunctionSegments.h"
 #include "mfcurves/segments/mfSegment.h"
 #include "tests/segments/editingOracle.h"
@@ -33,14 +32,9 @@ bool endsAtZero(mf::IndependentVariableType_e variable)
     return variable == mf::IndependentVariableType_Time || variable == mf::IndependentVariableType_CycleAngle;
 }
 
-CString wide(const std::string& text)
-{
-    return text.c_str();
-}
-
 std::unique_ptr<mfSegment_c> segmentOf(const PlainRow& row)
 {
-    return std::make_unique<mfSegment_c>(row.startX, row.endX, row.value, wide(row.name));
+    return std::make_unique<mfSegment_c>(row.startX, row.endX, row.value, row.name);
 }
 
 void fill(mfFunctionSegments_c& table, const PlainTable& plain)
@@ -55,7 +49,7 @@ void fill(mfFunctionSegments_c& table, const PlainTable& plain)
         segment.setStartX(wanted.startX);
         segment.setEndX(wanted.endX);
         segment.setValue(wanted.value);
-        segment.setProfileName(wide(wanted.name));
+        segment.setProfileName(wanted.name);
     }
 }
 
@@ -69,8 +63,7 @@ bool same(const mfFunctionSegments_c& table, const PlainTable& plain)
         const mfSegment_c& segment = rowOf(table, row);
         const PlainRow& wanted = plain.rows[static_cast<std::size_t>(row)];
         if (segment.getStartX() != wanted.startX || segment.getEndX() != wanted.endX ||
-            segment.getValue() != wanted.value ||
-            mf::platform::toUtf8(segment.getProfileName().View()) != wanted.name)
+            segment.getValue() != wanted.value || segment.getProfileName() != wanted.name)
             return false;
     }
     return true;
@@ -95,6 +88,7 @@ template <typename Visit>
 void forEachTable(int count, Visit visit)
 {
     constexpr double kGrid[] = {-0.5, 0.0, 1.0};
+    const CString kNames[] = {L"A", L"", L"Initial"};
     int tables = 1;
     for (int i = 0; i < 2 * count; ++i)
         tables *= 3;
@@ -104,7 +98,7 @@ void forEachTable(int count, Visit visit)
         for (int row = 0; row < count; ++row) {
             const double startX = kGrid[rest % 3];
             const double endX = kGrid[rest / 3 % 3];
-            const char* name = row == 1 && number % 2 == 1 ? "Initial" : row % 2 == 0 ? "A" : "";
+            const CString& name = kNames[row == 1 && number % 2 == 1 ? 2 : row % 2];
             plain.rows.push_back({startX, endX, 10.0 + row, name});
             rest /= 9;
         }
@@ -163,7 +157,7 @@ TEST_P(EveryTable, FollowsTheRulesOfTheOtherEdits)
                     [&](auto& p) { p.setValue(row, 7.0); }, "value of row " + std::to_string(row));
                 compare(
                     before, [&](auto& t) { t.modifySegment(row, kNameColumn, 9.0, 9.0, 7.0, L"N"); },
-                    [&](auto& p) { p.setName(row, "N"); }, "name of row " + std::to_string(row));
+                    [&](auto& p) { p.setName(row, L"N"); }, "name of row " + std::to_string(row));
             }
             for (int row = -1; row <= count && !HasFatalFailure(); ++row) {
                 compare(
@@ -190,7 +184,7 @@ TEST_P(EveryTable, FollowsTheRulesOfNewRows)
                 for (const double endX : {-0.5, 1.0}) {
                     if (HasFatalFailure())
                         return;
-                    const PlainRow added = {startX, endX, 5.0, "New"};
+                    const PlainRow added = {startX, endX, 5.0, L"New"};
                     compare(
                         before, [&](auto& t) { t.addSegment(segmentOf(added).release()); },
                         [&](auto& p) { p.add(added); }, "addition");
@@ -250,7 +244,7 @@ protected:
 
     std::unique_ptr<mfSegment_c> anySegment()
     {
-        plainNew = {anyX(), anyX(), anyX(), below(3) == 0 ? "Initial" : "Cubic"};
+        plainNew = {anyX(), anyX(), anyX(), below(3) == 0 ? L"Initial" : L"Cubic"};
         return segmentOf(plainNew);
     }
 
@@ -276,7 +270,7 @@ protected:
             plain.setValue(row, value);
         } else if (edit == 4 && n > 0) {
             table.modifySegment(row, kNameColumn, 0.0, 0.0, 0.0, L"Linear");
-            plain.setName(row, "Linear");
+            plain.setName(row, L"Linear");
         } else if (edit <= 6 && n > 0) {
             const double x = anyX();
             table.modifySegment(row, kEndXColumn, 0.0, x, 0.0, L"");
