@@ -44,12 +44,10 @@ Enclosures BoxEvaluator::over(double from, double to, const Enclosures& atFrom, 
 
 std::array<double, kHighestOrder + 1> BoxEvaluator::rounding(double from, double to)
 {
-    Enclosures values;
     std::array<double, kHighestOrder + 1> errors;
     errors.fill(kUnbounded);
-    evaluate({from, to}, values);
-    budget_.spend(cost());
-    enclosure_.errorBounds(errors.data());
+    budget_.spend(2 * cost());
+    enclosure_.errorBounds({from, to}, errors.data());
     return errors;
 }
 

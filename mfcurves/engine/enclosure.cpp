@@ -177,14 +177,20 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
 
 void Enclosure::evaluate(const Interval& x, Interval* values, unsigned wanted)
 {
+    iRun(x, wanted);
+    for (std::size_t k = 0; k < roots_.size(); ++k)
+        values[k] = values_[roots_[k]];
+}
+
+// Sets the registers that the wanted roots depend on.
+void Enclosure::iRun(const Interval& x, unsigned wanted)
+{
     for (const std::uint32_t variable : variables_)
         values_[variable] = x;
     for (const Step& step : steps_) {
         if ((step.roots & wanted) != 0)
             values_[step.target] = iValueOf(step);
     }
-    for (std::size_t k = 0; k < roots_.size(); ++k)
-        values[k] = values_[roots_[k]];
 }
 
 namespace {
@@ -246,8 +252,9 @@ Interval Enclosure::iValueOf(const Step& step) const
     }
 }
 
-void Enclosure::errorBounds(double* errors)
+void Enclosure::errorBounds(const Interval& x, double* errors)
 {
+    iRun(x, ~0u);
     constexpr double kRoomForRounding = 1.0 + 1e-9;  // of the bounds themselves
     for (const Step& step : steps_) {
         const double error = iErrorOf(step) * kRoomForRounding;

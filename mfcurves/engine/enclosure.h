@@ -34,9 +34,8 @@ public:
     void evaluate(const Interval& x, Interval* values, unsigned wanted = ~0u);
 
     /// Sets errors[k] to a bound of the difference between computed and exact values of
-    /// root k anywhere in the box of the last evaluation, for each root that was wanted
-    /// there; infinite where no bound is known.
-    void errorBounds(double* errors);
+    /// root k anywhere in x; infinite where no bound is known. Costs two evaluations.
+    void errorBounds(const Interval& x, double* errors);
 
 private:
     struct Step {
@@ -58,6 +57,7 @@ private:
 
     void iAppend(const Graph& graph, const Node& node, std::uint32_t target, unsigned roots,
                  const PerNode<std::uint32_t>& registerOf);
+    void iRun(const Interval& x, unsigned wanted);
     Interval iValueOf(const Step& step) const;
     double iErrorOf(const Step& step) const;
     std::span<const double> iCoefficients(const Step& step) const
