@@ -3,6 +3,7 @@
 #include "mfcurves/analysis/requirements.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <set>
 #include <utility>
@@ -26,6 +27,24 @@ int derivedOrders(Quantity quantity)
         default:
             return 0;
     }
+}
+
+// An order of a curve and the limit of its magnitude.
+struct LimitedOrder {
+    int order;
+    double magnitude;
+};
+
+std::vector<LimitedOrder> limitedOrders(const Curve& curve, const Limits& limits)
+{
+    const double magnitudes[] = {limits.velocity, limits.acceleration, limits.jerk};
+    std::vector<LimitedOrder> orders;
+    for (int i = 0; i < 3; ++i) {
+        const int order = i + 1 - derivedOrders(curve.definition().quantity);
+        if (magnitudes[i] < kInfinity && order >= 0)
+            orders.push_back({order, magnitudes[i]});
+    }
+    return orders;
 }
 
 class Checking {
@@ -78,18 +97,33 @@ std::vector<Violation> violations(const Curve& curve, const Requirements& requir
         checking.limit(0, required.values->from, kInfinity, required.values->from);
         checking.limit(0, -kInfinity, required.values->to, required.values->to);
     }
-    const double magnitudes[] = {required.limits.velocity, required.limits.acceleration,
-                                 required.limits.jerk};
-    for (int i = 0; i < 3; ++i) {
-        const int order = i + 1 - derivedOrders(curve.definition().quantity);
-        if (magnitudes[i] < kInfinity && order >= 0)
-            checking.limit(order, -magnitudes[i], magnitudes[i], magnitudes[i]);
-    }
+    for (const LimitedOrder& limited : limitedOrders(curve, required.limits))
+        checking.limit(limited.order, -limited.magnitude, limited.magnitude, limited.magnitude);
     if (required.continuity)
         checking.jumps(*required.continuity, true);
     else if (required.isCyclic)
         checking.jumps(0, false);
     return checking.take();
+}
+
+bool areAllViolationsFound(const Curve& curve, const Requirements& required)
+{
+    std::array<bool, 4> isNeeded{};
+    isNeeded[0] = required.values.has_value();
+    for (const LimitedOrder& limited : limitedOrders(curve, required.limits))
+        isNeeded[static_cast<std::size_t>(limited.order)] = true;
+    if (required.continuity) {
+        for (int order = 0; order <= std::min(*required.continuity, 3); ++order)
+            isNeeded[static_cast<std::size_t>(order)] = true;
+    }
+    if (isNeeded == std::array<bool, 4>{})
+        return true;
+    const std::array<Summary, 4> summaries = summarize(curve);
+    for (std::size_t order = 0; order < isNeeded.size(); ++order) {
+        if (isNeeded[order] && !summaries[order].guaranteed)
+            return false;
+    }
+    return true;
 }
 
 namespace {

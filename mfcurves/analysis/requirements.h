@@ -16,7 +16,7 @@ namespace mf::analysis {
 struct Requirements {
     Limits limits;                  ///< of magnitudes
     std::optional<Range> values;    ///< lowest and highest value
-    std::optional<int> continuity;  ///< no order up to this one, 0 to 3, may jump
+    std::optional<int> continuity;  ///< no order up to this one, 0 to 4, may jump
     bool isCyclic = false;          ///< the end must meet the start, at least with continuity 0
 };
 
@@ -31,6 +31,11 @@ struct Violation {
 /// The violations, in the order of the fields of Requirements, ascending in x for each of them.
 /// An impulse breaks every finite limit of its order.
 MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Requirements& required);
+
+/// Whether the violations are proved to be all: every order that has a limit, or that must not jump, is
+/// guaranteed (see Summary). An order is not at a pole, where its formula has no value, and where proving
+/// takes too much work.
+MFCURVES_API bool areAllViolationsFound(const Curve& curve, const Requirements& required);
 
 /// A move from rest to rest by a motion law.
 struct Move {

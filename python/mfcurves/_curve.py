@@ -15,15 +15,17 @@ from mfcurves._inputs import (
     ORDERS,
     OUTSIDES,
     Row,
+    as_ascending,
     as_choice,
     as_cycle_time,
+    as_finite,
     as_limit,
-    as_number,
     as_order,
-    as_pair,
     as_path,
     as_tolerance,
+    as_truth,
     check_writable,
+    raise_file_error,
 )
 from mfcurves._results import Break, CamTable, Check, Summary, breaks_from, check_from, ppoly_from, summaries_from
 from mfcurves._values import all_values
@@ -210,7 +212,7 @@ class Curve(_mfcurves.CurveCore):
         >>> mf.segments([(2, 10, "3-4-5-Polynomial")]).crossings(5.0)
         [1.0]
         """
-        return self.find_crossings(as_order(nu), as_number(value, "value"))
+        return self.find_crossings(as_order(nu), as_finite(value, "value"))
 
     def check(
         self,
@@ -242,13 +244,13 @@ class Curve(_mfcurves.CurveCore):
         (True, False)
         """
         return check_from(
-            self.find_violations(
+            *self.find_violations(
                 as_limit(max_velocity, "max_velocity"),
                 as_limit(max_acceleration, "max_acceleration"),
                 as_limit(max_jerk, "max_jerk"),
-                None if range is None else as_pair(range, "range"),
+                None if range is None else as_ascending(range, "range"),
                 None if continuity is None else as_order(continuity, "continuity"),
-                bool(cyclic),
+                as_truth(cyclic, "cyclic"),
             )
         )
 
@@ -366,11 +368,21 @@ class Curve(_mfcurves.CurveCore):
 
         Raises
         ------
-        OSError, CurveError
+        OSError
             When the file cannot be written; its old content stays.
+
+        Warns
+        -----
+        CurveWarning
+            For each change by the six digits of a document.
         """
-        check_writable(as_path(path))
-        self.save(as_path(path))
+        target = as_path(path)
+        check_writable(target)
+        try:
+            self.save(target)
+        except CurveError as error:
+            raise_file_error(error, target)
+        warn(self.document()[1])
 
     def __eq__(self, other: object) -> t.Any:
         return self.equals(other) if isinstance(other, Curve) else NotImplemented

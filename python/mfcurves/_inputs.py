@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import errno
+import math
 import os
 import typing as t
 
@@ -40,6 +41,19 @@ def as_number(value: t.Any, name: str) -> float:
         return float(value)
     except OverflowError:
         raise CurveError(f"{name} is too large for a number") from None
+
+
+def as_finite(value: t.Any, name: str) -> float:
+    number = as_number(value, name)
+    if not math.isfinite(number):
+        raise CurveError(f"{name} must be finite, not {number!r}")
+    return number
+
+
+def as_truth(value: t.Any, name: str) -> bool:
+    if not isinstance(value, (bool, np.bool_)):
+        raise TypeError(f"{name} must be True or False, not {value!r}")
+    return bool(value)
 
 
 def as_text(value: t.Any, name: str) -> str:
@@ -112,6 +126,13 @@ def as_pair(value: t.Any, name: str) -> t.Tuple[float, float]:
     return as_number(first, f"{name}[0]"), as_number(second, f"{name}[1]")
 
 
+def as_ascending(value: t.Any, name: str) -> t.Tuple[float, float]:
+    low, high = as_pair(value, name)
+    if not low <= high:
+        raise CurveError(f"{name} must be (low, high), not {value!r}")
+    return low, high
+
+
 def as_row(row: t.Any, number: int) -> Row:
     try:
         end, value, profile = row
@@ -150,3 +171,16 @@ def check_writable(path: str) -> None:
         raise FileNotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), path)
     if not os.access(path if os.path.exists(path) else folder, os.W_OK):
         raise PermissionError(errno.EACCES, os.strerror(errno.EACCES), path)
+
+
+def raise_file_error(error: CurveError, path: str) -> t.NoReturn:
+    """Raises the `OSError` of a file that could not be written, although `check_writable` allows it.
+
+    The problem ends with the system's reason. The folder exists, so a missing file is one that the
+    file system did not let us create.
+    """
+    for code in errno.errorcode:
+        if str(error).endswith(": " + os.strerror(code)):
+            reason = errno.EACCES if code == errno.ENOENT else code
+            raise OSError(reason, os.strerror(reason), path) from error
+    raise error

@@ -21,6 +21,7 @@ from mfcurves._inputs import (
     as_rows,
     as_text,
     as_texts,
+    as_truth,
 )
 
 if t.TYPE_CHECKING:
@@ -35,7 +36,7 @@ def _common(name: t.Any, over: t.Any, drive: t.Any, rotary: t.Any) -> t.Dict[str
         "over": over if known else "result",
         "result": "" if known else over,
         "drive": as_choice(drive, "drive", DRIVES),
-        "rotary": bool(rotary),
+        "rotary": as_truth(rotary, "rotary"),
         "data_type": None,
     }
 
@@ -97,7 +98,7 @@ def segments(
         rows=as_rows(rows),
         start=as_pair(start, "start"),
         laws={as_text(key, "the name of a law"): as_text(text, "a law") for key, text in (laws or {}).items()},
-        six_decimals=bool(six_decimals),
+        six_decimals=as_truth(six_decimals, "six_decimals"),
     )
     return _make(state)
 
@@ -196,9 +197,10 @@ def read(
     OSError
         When the file cannot be read; `FileNotFoundError` when it does not exist.
     """
-    with open(path, "rb"):
+    source = as_path(path)
+    with open(source, "rb"):
         pass  # raises Python's own error when the file cannot be read
-    core = _mfcurves.read(as_path(path), as_texts(library, "library"), as_texts(results, "results"))
+    core = _mfcurves.read(source, as_texts(library, "library"), as_texts(results, "results"))
     warn(core.found_odd())
     return Curve(core)
 

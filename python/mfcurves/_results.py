@@ -69,10 +69,15 @@ class Violation(t.NamedTuple):
 
 
 class Check(t.NamedTuple):
-    """Whether a curve stays within its limits, and where it does not."""
+    """Whether a curve stays within its limits, and where it does not.
+
+    ``guaranteed`` is true when it is proved that there are no other violations; it is false
+    at a pole.
+    """
 
     ok: bool
     violations: t.Tuple[Violation, ...]
+    guaranteed: bool
 
 
 class CamTable(t.NamedTuple):
@@ -101,9 +106,9 @@ def summaries_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> t.List[Summary]:
     ]
 
 
-def check_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> Check:
+def check_from(items: t.Iterable[t.Tuple[t.Any, ...]], guaranteed: bool) -> Check:
     violations = tuple(Violation(*item) for item in items)
-    return Check(not violations, violations)
+    return Check(not violations, violations, guaranteed)
 
 
 def ppoly_from(table: CamTable) -> t.Any:

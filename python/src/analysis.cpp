@@ -72,10 +72,10 @@ double limitOf(const std::optional<double>& limit)
     return limit.value_or(std::numeric_limits<double>::infinity());
 }
 
-py::list findViolations(const mf::Curve& curve, std::optional<double> velocity,
-                        std::optional<double> acceleration, std::optional<double> jerk,
-                        std::optional<std::pair<double, double>> range, std::optional<int> continuity,
-                        bool isCyclic)
+py::tuple findViolations(const mf::Curve& curve, std::optional<double> velocity,
+                         std::optional<double> acceleration, std::optional<double> jerk,
+                         std::optional<std::pair<double, double>> range, std::optional<int> continuity,
+                         bool isCyclic)
 {
     Requirements required;
     required.limits = {limitOf(velocity), limitOf(acceleration), limitOf(jerk)};
@@ -90,7 +90,7 @@ py::list findViolations(const mf::Curve& curve, std::optional<double> velocity,
                                    worst ? py::cast(worst->y) : py::none(),
                                    worst ? py::cast(worst->x) : py::none()));
     }
-    return list;
+    return py::make_tuple(list, areAllViolationsFound(curve, required));
 }
 
 py::array_t<double> arrayOf(const std::vector<double>& numbers)

@@ -14,6 +14,8 @@ using analysis_test::cam;
 using analysis_test::expression;
 using analysis_test::rows;
 using mf::Curve;
+using mf::Range;
+using mf::analysis::areAllViolationsFound;
 using mf::analysis::fastest;
 using mf::analysis::Limits;
 using mf::analysis::Move;
@@ -186,6 +188,26 @@ Move moveBy(const std::vector<Move>& moves, const std::string& profile)
             return one;
     }
     return {"", kInfinity, Move::Limit::Velocity};
+}
+
+// Of 1/x the value is not bounded at 0. Of x^1.5 the value and the slope are, and the second derivative
+// is not.
+TEST(Violations, AreAllFoundWhereTheirOrdersAreProved)
+{
+    Requirements values;
+    values.values = Range{-5.0, 5.0};
+    EXPECT_TRUE(areAllViolationsFound(move(), values));
+    EXPECT_TRUE(areAllViolationsFound(move(), limits(1.0, 1.0, 1.0)));
+    EXPECT_FALSE(areAllViolationsFound(expression("1/x", -1.0, 1.0), values));
+    EXPECT_FALSE(areAllViolationsFound(expression("1/x", -1.0, 1.0), limits(1.0)));
+    EXPECT_TRUE(areAllViolationsFound(expression("1/x", -1.0, 1.0), {}));
+
+    const Curve bent = expression("x^1.5", 0.0, 1.0);
+    Requirements smooth;
+    smooth.continuity = 1;
+    EXPECT_TRUE(areAllViolationsFound(bent, smooth));
+    smooth.continuity = 2;
+    EXPECT_FALSE(areAllViolationsFound(bent, smooth));
 }
 
 TEST(Fastest, TakesTheTimeOfTheFactorsAndNamesTheLimit)

@@ -79,6 +79,14 @@ def test_the_range_of_values(wave):
     assert (low.worst_x, high.worst_x) == (pytest.approx(0.75), pytest.approx(0.25))
 
 
+def test_a_check_finds_both_sides_of_a_pole_and_says_what_is_proved(wave):
+    low, high = mf.expression("1/x", domain=(-1, 1)).check(range=(-5, 5)).violations
+    assert (low.start, low.end) == (pytest.approx(-0.2), pytest.approx(0.0, abs=1e-15))
+    assert (high.start, high.end) == (pytest.approx(0.0, abs=1e-15), pytest.approx(0.2))
+    assert not mf.expression("1/x", domain=(-1, 1)).check(continuity=0).guaranteed
+    assert wave.check(range=(-10.5, 10.5), continuity=2).guaranteed
+
+
 def test_an_angle_curve_over_time(cam):
     timed = cam.over_time(rpm=300)
     assert timed.over == "time" and timed.domain == (0.0, pytest.approx(0.2))

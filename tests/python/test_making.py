@@ -3,6 +3,7 @@
 
 import copy
 import errno
+import math
 import os
 import pathlib
 import pickle
@@ -119,9 +120,12 @@ def test_documents_come_back(cam, tmp_path):
     assert mf.read(path) == mf.read(str(path)) == mf.parse(exact.to_xml()) == exact
 
 
-def test_what_six_digits_change_is_a_warning():
-    with pytest.warns(mf.CurveWarning, match="1000.123"):
-        mf.points([0, 1], [0, 1000.123]).to_xml()
+def test_what_six_digits_change_is_a_warning(tmp_path):
+    curve = mf.points([0, 1], [0, 1000.123])
+    with pytest.warns(mf.CurveWarning, match="1000.123") as caught:
+        curve.to_xml()
+        curve.write(tmp_path / "curve.xml")
+    assert len(caught) == 2 and {warning.filename for warning in caught} == {__file__}
 
 
 def test_every_sample_is_read(samples):
@@ -205,6 +209,14 @@ CALLS = [
     (lambda cam: cam.check(max_velocity=0), mf.CurveError),
     (lambda cam: cam.check(continuity=4), mf.CurveError),
     (lambda cam: cam.check(range=3), TypeError),
+    (lambda cam: cam.check(range=(5, 1)), mf.CurveError),
+    (lambda cam: cam.check(range=(math.nan, 1)), mf.CurveError),
+    (lambda cam: cam.check(cyclic="no"), TypeError),
+    (lambda cam: cam.crossings(math.nan), mf.CurveError),
+    (lambda cam: cam.crossings(math.inf), mf.CurveError),
+    (lambda cam: cam.replace(rotary="no"), TypeError),
+    (lambda cam: cam.replace(six_decimals=2), TypeError),
+    (lambda cam: mf.read(0), TypeError),
     (lambda cam: cam.over_time(), TypeError),
     (lambda cam: cam.over_time(rpm=0), mf.CurveError),
     (lambda cam: cam.replace(over="time").over_time(rpm=1), mf.CurveError),
@@ -261,6 +273,13 @@ def test_a_file_without_permission_is_refused(cam, tmp_path):
         target.chmod(0o400)
     with pytest.raises((PermissionError, mf.CurveError)):
         cam.write(target)
+
+
+@pytest.mark.skipif(not os.path.exists("/dev/full"), reason="this system has no full device")
+def test_a_full_device_is_the_error_of_the_system(cam):
+    with pytest.raises(OSError) as caught:
+        cam.write("/dev/full")
+    assert (caught.value.errno, caught.value.filename) == (errno.ENOSPC, "/dev/full")
 
 
 def test_a_curve_that_was_never_made_is_refused():

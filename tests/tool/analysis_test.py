@@ -51,6 +51,20 @@ class Peaks(ToolTest):
         self.assertEqual(text.count("a.xml"), 4)
 
 
+class Proof(ToolTest):
+    POLE = ["--expression", "1/x", "--from", "-1", "--to", "1"]
+
+    def test_both_sides_of_a_pole_are_violations(self):
+        [curve] = json.loads(run("check", *self.POLE, "--range", "-5,5", "--format", "json").stdout)
+        self.assertEqual([violation["limit"] for violation in curve["violations"]], [-5, 5])
+        self.assertAlmostEqual(curve["violations"][0]["from"], -0.2)
+        self.assertAlmostEqual(curve["violations"][1]["to"], 0.2)
+
+    def test_a_warning_says_what_is_not_proved(self):
+        self.refused(DONE, "check", *self.POLE, "--continuity", "0", says="warning: no violation was found, but it is not proved")
+        self.done("check", "--expression", "sin(x)", "--from", "0", "--to", "9", "--continuity", "2", "--range", "-2,2")
+
+
 class Breaks(ToolTest):
     def breaks(self, *arguments):
         [curve] = json.loads(self.done("breaks", *arguments, "--format", "json"))

@@ -76,6 +76,8 @@ int runCheck(CheckOptions& options)
         }
         if (!violations.empty())
             status = kFailed;
+        else if (!areAllFound(input.curve, options.demands))
+            warn(input.place, "no violation was found, but it is not proved that there is none");
         objects.push_back(jsonObject({{"file", jsonFile(input)},
                                       {"ok", jsonTruth(violations.empty())},
                                       {"violations", jsonArray(list)}}));
@@ -136,7 +138,9 @@ void declareCheck(CLI::App& app, Action& action)
         command,
         "Prints every stretch that violates a limit; the exit status is then 1. --cyclic includes the step "
         "from the\n"
-        "end to the start; alone it checks continuity 0. An impulse violates every limit. Examples:\n"
+        "end to the start; alone it checks continuity 0. An impulse violates every limit. A warning says "
+        "where\n"
+        "the result is not proved, for example because the curve has a pole. Examples:\n"
         "  mfcurve check cam.xml --max-velocity 1e6 --max-acceleration 1e9 --rpm 120\n"
         "  mfcurve check cam.xml --continuity 1 --cyclic");
     whenChosen(command, [options, &action] { action = [options] { return runCheck(*options); }; });

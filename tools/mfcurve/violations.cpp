@@ -54,6 +54,16 @@ void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
 
 }  // namespace
 
+bool areAllFound(const mf::Curve& curve, const Demands& demands)
+{
+    // Only which orders have a limit matters here.
+    const mf::analysis::Limits none;
+    const mf::analysis::Limits limits{demands.velocity.value_or(none.velocity),
+                                      demands.acceleration.value_or(none.acceleration),
+                                      demands.jerk.value_or(none.jerk)};
+    return mf::analysis::areAllViolationsFound(curve, {limits, demands.values, demands.continuity, false});
+}
+
 std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& demands, double rate,
                                     const std::string& place)
 {

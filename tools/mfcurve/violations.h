@@ -39,4 +39,7 @@ struct Violation {
 std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& demands, double rate,
                                     const std::string& place);
 
+/// Whether no violation of a limit, range or continuity can be missing in them.
+bool areAllFound(const mf::Curve& curve, const Demands& demands);
+
 }  // namespace mfcurve
