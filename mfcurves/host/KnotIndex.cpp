@@ -2,6 +2,7 @@
 
 #include "mfcurves/host/KnotIndex.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <utility>
@@ -31,6 +32,13 @@ KnotIndex::KnotIndex(std::vector<double> knots) : knots_(std::move(knots))
     for (std::uint32_t i = 1; i < count; ++i)
         ++placeAtBucket_[iBucketOf(knots_[i]) + 1];
     std::partial_sum(placeAtBucket_.begin(), placeAtBucket_.end(), placeAtBucket_.begin());
+}
+
+std::size_t KnotIndex::iSearch(double x, std::size_t low, std::uint32_t bucket) const
+{
+    const double* const knots = knots_.data();
+    const double* const end = knots + placeAtBucket_[bucket + 1] + 1;
+    return static_cast<std::size_t>(std::upper_bound(knots + low + 1, end, x) - knots) - 1;
 }
 
 }  // namespace mf::host

@@ -35,10 +35,7 @@ public:
         std::size_t low = placeAtBucket_[bucket];
         likely(low);
         low += x >= knots[low + 1] ? 1 : 0;  // without a branch, as it goes either way in most buckets
-        if (x < knots[low + 1])
-            return low;
-        const double* const end = knots + placeAtBucket_[bucket + 1] + 1;
-        return static_cast<std::size_t>(std::upper_bound(knots + low + 1, end, x) - knots) - 1;
+        return x < knots[low + 1] ? low : iSearch(x, low, bucket);
     }
     std::size_t at(double x) const
     {
@@ -56,6 +53,9 @@ private:
         const auto bucket = static_cast<std::int64_t>(x * bucketsPerX_ - bucketsBelowFirst_);
         return static_cast<std::uint32_t>(std::min(bucket, lastBucket_));
     }
+
+    // For an x above the knot after `low`, in that bucket.
+    std::size_t iSearch(double x, std::size_t low, std::uint32_t bucket) const;
 
     std::vector<double> knots_;
     double first_ = kInfinity;
