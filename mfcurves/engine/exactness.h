@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 /// Whether operations on numbers are exact.
 namespace mf::engine {
@@ -10,8 +12,8 @@ namespace mf::engine {
 /// unless it over- or underflows.
 inline bool isPowerOfTwo(double number)
 {
-    int exponent = 0;
-    return std::isnormal(number) && std::fabs(std::frexp(number, &exponent)) == 0.5;
+    constexpr std::uint64_t kFraction = (std::uint64_t{1} << 52) - 1;
+    return (std::bit_cast<std::uint64_t>(number) & kFraction) == 0 && std::isnormal(number);
 }
 
 /// Whether a * b, which is a normal number, is exact.

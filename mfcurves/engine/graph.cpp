@@ -31,18 +31,24 @@ constexpr std::uint64_t mix(std::uint64_t hash, std::uint64_t value)
     return hash ^ (hash >> 32);
 }
 
-// The hash of the members that nodes with and without a list share.
-std::uint64_t headHash(const Node& node)
+std::uint64_t operationOf(const Node& node)
 {
-    const auto kind = static_cast<std::uint64_t>(node.op) | static_cast<std::uint64_t>(node.function) << 8 |
-                      static_cast<std::uint64_t>(node.lowest) << 16 |
-                      static_cast<std::uint64_t>(node.count) << 32;
-    return mix(mix(kind, bitsOf(node.number)), bitsOf(node.a));
+    return static_cast<std::uint64_t>(node.op) | static_cast<std::uint64_t>(node.function) << 8;
 }
 
+// Such a node has either operands or a number or an index.
 std::uint64_t hashWithoutList(const Node& node)
 {
-    return mix(headHash(node), bitsOf(node.b) + node.index);
+    const std::uint64_t content = bitsOf(node.number) ^ bitsOf(node.a) << 32 ^ (bitsOf(node.b) + node.index);
+    return mix(mix(0, content), operationOf(node));
+}
+
+// Without the elements of its list.
+std::uint64_t hashOfHead(const Node& node)
+{
+    const std::uint64_t shape =
+        static_cast<std::uint64_t>(node.lowest) << 16 | static_cast<std::uint64_t>(node.count) << 32;
+    return mix(operationOf(node) | shape, bitsOf(node.a));
 }
 
 bool sameHead(const Node& x, const Node& y)
@@ -63,7 +69,7 @@ std::uint64_t Graph::iHash(const Node& node) const
 {
     if (node.count == 0)
         return hashWithoutList(node);
-    std::uint64_t hash = headHash(node);
+    std::uint64_t hash = hashOfHead(node);
     if (node.op == Op::Polynomial || node.op == Op::Chebyshev) {
         for (const double c : coefficients(node))
             hash = mix(hash, bitsOf(c));

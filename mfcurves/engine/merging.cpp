@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::uint32_t kNoEntry = 0xffffffff;
 constexpr unsigned kMostDerivatives = kUsualOrder;
+constexpr std::size_t kMostOperands = 4;  // of a step with merged products
 
 bool isSine(const Step& step)
 {
@@ -146,6 +147,7 @@ public:
 
     void merge()
     {
+        draft_.lists.reserve(draft_.lists.size() + kMostOperands * draft_.entries.size());
         for (std::uint32_t i = 0; i < draft_.entries.size(); ++i) {
             Draft::Entry& entry = draft_.entries[i];
             if (entry.step.code == Code::Sum)

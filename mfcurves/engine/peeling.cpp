@@ -21,11 +21,11 @@ void peelSign(const Graph& graph, NodeId& id, OpenStage& stage)
 
 }  // namespace
 
-NodeId peel(const Graph& graph, const PerNode<std::uint32_t>& registerOf, NodeId id, OpenStage& stage)
+NodeId peel(const Graph& graph, const PerNode<NodePlace>& places, NodeId id, OpenStage& stage)
 {
     const auto isConstant = [&](NodeId part) { return graph[part].op == Op::Constant; };
     const auto number = [&](NodeId part) { return graph[part].number; };
-    const auto isOpen = [&](NodeId part) { return stage.isNone || registerOf[part] == kNoRegister; };
+    const auto isOpen = [&](NodeId part) { return stage.isNone || !places[part].hasRegister(); };
     if (graph[id].op == Op::Sum && isConstant(graph[id].a)) {
         const NodeId inner = graph[id].b;
         if (graph[inner].op != Op::Product && graph[inner].op != Op::Quotient) {

@@ -3,11 +3,12 @@
 #include "mfcurves/engine/program.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace mf::engine {
 namespace {
 
-// Hands out arrays of one piece of memory.
+// Hands out arrays of one piece of memory, with elements that are not set yet.
 class Places {
 public:
     explicit Places(std::byte* memory) : next_(memory) {}
@@ -15,9 +16,10 @@ public:
     template <class T>
     T* take(std::size_t count)
     {
+        static_assert(std::is_trivially_copyable_v<T>);
         T* const place = reinterpret_cast<T*>(next_);
         next_ += count * sizeof(T);
-        return std::uninitialized_default_construct_n(place, count), place;
+        return place;
     }
 
 private:

@@ -46,7 +46,6 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::uint32_t kNoPending = 0xffffffff;
 constexpr std::size_t kUsuallyPending = 8;  // steps of one order
 
 // The operation of the step for a node. Constants and variables are registers and do not
@@ -87,11 +86,9 @@ struct PendingStep {
 // right after it, or as part of the same step: nothing can come between them.
 class OrderWriter {
 public:
-    OrderWriter(const Graph& graph, PerNode<std::uint32_t>& registerOf, PerNode<std::uint32_t>& waitingAt,
-                Draft& draft)
+    OrderWriter(const Graph& graph, PerNode<NodePlace>& places, Draft& draft)
         : graph_(graph),
-          registerOf_(registerOf),
-          waitingAt_(waitingAt),
+          places_(places),
           draft_(draft),
           order_(static_cast<int>(draft.results.size())),
           firstRegister_(draft.registers)
@@ -102,17 +99,15 @@ public:
     void write(NodeId root)
     {
         const auto firstEntry = std::ssize(draft_.entries);
-        if (registerOf_.size() < graph_.size()) {
-            registerOf_.resize(graph_.size(), kNoRegister);
-            waitingAt_.resize(graph_.size(), kNoPending);
-        }
+        if (places_.size() < graph_.size())
+            places_.resize(graph_.size(), NodePlace());
         draft_.results.push_back(use(root));
         for (std::uint32_t i = root.index + 1; i-- > lowest_;) {
             const NodeId id{i};
             if (isNew(id))
                 translate(id);
-            else if (waitingAt_[id] != kNoPending)
-                write(takeWaiting(id), registerOf_[id]);
+            else if (places_[id].hasWaiting())
+                write(takeWaiting(id), places_[id].number);
         }
         std::reverse(draft_.entries.begin() + firstEntry, draft_.entries.end());
     }
@@ -121,25 +116,25 @@ private:
     // Returns the register of a node and makes sure that it is computed before its user runs.
     std::uint32_t use(NodeId id)
     {
-        std::uint32_t& place = registerOf_[id];
-        if (place != kNoRegister)
-            return place;
+        NodePlace& place = places_[id];
+        if (place.hasRegister())
+            return place.number;
         const Node& node = graph_[id];
         if (node.op == Op::Variable)
-            return place = node.index;
-        place = draft_.registers++;
+            return place.number = node.index;
+        place.number = draft_.registers++;
         if (node.op == Op::Constant)
-            draft_.constants.push_back({node.number, place});
+            draft_.constants.push_back({node.number, place.number});
         else
             lowest_ = std::min(lowest_, id.index);
-        return place;
+        return place.number;
     }
 
     // Whether this order has to compute the node: an earlier one did not need it.
     bool isNew(NodeId id) const
     {
-        const std::uint32_t place = registerOf_[id];
-        return place != kNoRegister && place >= firstRegister_ && !isConstant(id);
+        const NodePlace& place = places_[id];
+        return place.hasRegister() && place.number >= firstRegister_ && !isConstant(id);
     }
 
     bool isConstant(NodeId id) const { return graph_[id].op == Op::Constant; }
@@ -149,7 +144,7 @@ private:
     {
         PendingStep pending;
         pending.node = id;
-        const NodeId base = peel(graph_, registerOf_, id, pending.output);
+        const NodeId base = peel(graph_, places_, id, pending.output);
         if (base == id)
             translateOperation(pending);
         else
@@ -160,25 +155,25 @@ private:
     // that waits for it, or else the output stage of the step that computes the other node.
     void translateStage(PendingStep& pending, NodeId base)
     {
-        const std::uint32_t waiting = waitingAt_[pending.node];
-        if (waiting != kNoPending && pending_[waiting].input.isNone) {
+        const NodePlace& place = places_[pending.node];
+        if (place.hasWaiting() && pending_[place.waiting].input.isNone) {
             PendingStep user = takeWaiting(pending.node);
             user.input = pending.output;
-            user.moved = registerOf_[pending.node];
+            user.moved = place.number;
             waitAt(base, user);
             return;
         }
-        if (waiting != kNoPending)
-            write(takeWaiting(pending.node), registerOf_[pending.node]);
-        pending.target = registerOf_[pending.node];
+        if (place.hasWaiting())
+            write(takeWaiting(pending.node), place.number);
+        pending.target = place.number;
         waitAt(base, pending);
     }
 
     void translateOperation(PendingStep& pending)
     {
         const Node& node = graph_[pending.node];
-        pending.value = registerOf_[pending.node];
-        if (waitingAt_[pending.node] != kNoPending)
+        pending.value = places_[pending.node].number;
+        if (places_[pending.node].hasWaiting())
             joinWaiting(pending);
         pending.code = codeOf(node.op);
         pending.function = node.function;
@@ -205,18 +200,18 @@ private:
     void waitAt(NodeId operand, const PendingStep& pending)
     {
         const std::uint32_t place = use(operand);
-        if (waitingAt_[operand] != kNoPending) {
+        if (places_[operand].hasWaiting()) {
             write(pending, place);
             return;
         }
         lowest_ = std::min(lowest_, operand.index);
-        waitingAt_[operand] = static_cast<std::uint32_t>(pending_.size());
+        places_[operand].waiting = static_cast<std::uint32_t>(pending_.size());
         pending_.push_back(pending);
     }
 
     PendingStep takeWaiting(NodeId operand)
     {
-        return pending_[std::exchange(waitingAt_[operand], kNoPending)];
+        return pending_[std::exchange(places_[operand].waiting, NodePlace::kNone)];
     }
 
     // `operand` is the register of the operand of a step that has one.
@@ -314,7 +309,7 @@ private:
     std::uint32_t useScaled(NodeId id, double& factor)
     {
         const Node& node = graph_[id];
-        const bool scaled = node.op == Op::Product && isConstant(node.a) && registerOf_[id] == kNoRegister;
+        const bool scaled = node.op == Op::Product && isConstant(node.a) && !places_[id].hasRegister();
         factor = scaled ? number(node.a) : 1.0;
         return use(scaled ? node.b : id);
     }
@@ -324,8 +319,7 @@ private:
     {
         step.a = use(node.a);
         const Node& divisor = graph_[node.b];
-        const bool shifted =
-            divisor.op == Op::Sum && isConstant(divisor.a) && registerOf_[node.b] == kNoRegister;
+        const bool shifted = divisor.op == Op::Sum && isConstant(divisor.a) && !places_[node.b].hasRegister();
         step.b = use(shifted ? divisor.b : node.b);
         draft_.numbers.push_back(shifted ? number(divisor.a) : kNeutralAddend);
     }
@@ -339,8 +333,7 @@ private:
     }
 
     const Graph& graph_;
-    PerNode<std::uint32_t>& registerOf_;
-    PerNode<std::uint32_t>& waitingAt_;  // place in pending_ of the step that waits for it
+    PerNode<NodePlace>& places_;
     Draft& draft_;
     const int order_;
     const std::uint32_t firstRegister_;     // of those that this order adds
@@ -362,11 +355,15 @@ Translator::Translator(std::uint32_t parameterCount)
 {
     draft_.registers = parameterCount;
     draft_.parameters = parameterCount;
+    draft_.results.reserve(kUsualOrder + 1);
 }
 
+// A derivative mostly takes about as many steps as the value.
 void Translator::add(const Graph& graph, NodeId root)
 {
-    OrderWriter(graph, registerOf_, waitingAt_, draft_).write(root);
+    if (highestOrder() == 0)
+        draft_.entries.reserve((kUsualOrder + 1) * draft_.entries.size());
+    OrderWriter(graph, places_, draft_).write(root);
 }
 
 Draft Translator::draft() const&
@@ -381,7 +378,7 @@ Draft Translator::draft() &&
 
 std::size_t Translator::bytes() const
 {
-    return registerOf_.bytes() + waitingAt_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
+    return places_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
            draft_.numbers.capacity() * sizeof(double) + draft_.lists.capacity() * sizeof(std::uint32_t) +
            draft_.constants.capacity() * sizeof(Draft::Constant);
 }

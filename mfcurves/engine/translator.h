@@ -9,6 +9,17 @@
 
 namespace mf::engine {
 
+/// Where the translation is with a node.
+struct NodePlace {
+    static constexpr std::uint32_t kNone = 0xffffffff;
+
+    std::uint32_t number = kNoRegister;  // of the node's register
+    std::uint32_t waiting = kNone;       // position of the pending step that waits for the node
+
+    bool hasRegister() const { return number != kNoRegister; }
+    bool hasWaiting() const { return waiting != kNone; }
+};
+
 /// Translates the roots of a graph, one order after the other, into the steps of a
 /// program.
 class Translator {
@@ -30,8 +41,7 @@ public:
     std::size_t bytes() const;
 
 private:
-    PerNode<std::uint32_t> registerOf_;  // kNoRegister where a node has none yet
-    PerNode<std::uint32_t> waitingAt_;   // empty entries, except while an order is written
+    PerNode<NodePlace> places_;
     Draft draft_;
 };
 

@@ -58,12 +58,18 @@ std::map<unsigned, std::wstring> readStrings(std::string_view text)
     return strings;
 }
 
+const std::wstring& noString()
+{
+    static const std::wstring none;
+    return none;
+}
+
 }  // namespace
 
-std::wstring ResourceModule::string(unsigned number) const
+const std::wstring& ResourceModule::string(unsigned number) const
 {
     const auto found = strings_.find(number);
-    return found == strings_.end() ? std::wstring() : found->second;
+    return found == strings_.end() ? noString() : found->second;
 }
 
 const ResourceModule* loadResourceModule(const wchar_t* path)
@@ -95,10 +101,10 @@ void setCurrentResourceModule(const ResourceModule* module)
     currentModule() = module;
 }
 
-std::wstring resourceString(unsigned number)
+const std::wstring& resourceString(unsigned number)
 {
     const ResourceModule* const module = currentResourceModule();
-    return module == nullptr ? std::wstring() : module->string(number);
+    return module == nullptr ? noString() : module->string(number);
 }
 
 }  // namespace mf::platform

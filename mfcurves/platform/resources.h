@@ -18,8 +18,8 @@ public:
     /// A module with these strings, by number.
     explicit ResourceModule(std::map<unsigned, std::wstring> strings) : strings_(std::move(strings)) {}
 
-    /// The string of that number; empty when the module does not have it.
-    std::wstring string(unsigned number) const;
+    /// The string of that number, as long as the module exists; empty when it does not have it.
+    const std::wstring& string(unsigned number) const;
 
     /// True when both hold the same strings under the same numbers.
     bool operator==(const ResourceModule& other) const { return strings_ == other.strings_; }
@@ -45,6 +45,6 @@ MFCURVES_API void setCurrentResourceModule(const ResourceModule* module);
 
 /// A string of the current module; empty when the string is missing or no module
 /// is current.
-MFCURVES_API std::wstring resourceString(unsigned number);
+MFCURVES_API const std::wstring& resourceString(unsigned number);
 
 }  // namespace mf::platform
