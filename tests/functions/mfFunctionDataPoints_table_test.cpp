@@ -223,6 +223,7 @@ TEST_F(DataPointTable, ClearingForgetsTableAndInterpolationAndKeepsThePlots)
     start("1 2,3");
     table.setInterpolationType(mf::DataPointInterpolationType_Akima);
     table.setMotionResult(L"force");
+    table.setIndependentVar(mf::IndependentVariableType_MotionResult);
     table.motionObjectType = 1;
     table.calculateValue();
     const mfPoint2D_c* plot = table.getPlottingData0();
@@ -234,6 +235,7 @@ TEST_F(DataPointTable, ClearingForgetsTableAndInterpolationAndKeepsThePlots)
     EXPECT_EQ(table.getInterpolationType(), mf::DataPointInterpolationType_Linear);
     EXPECT_THAT(updateRowsOf(table), IsEmpty());
     EXPECT_TRUE(table.getMotionResult().IsEmpty());
+    EXPECT_EQ(table.independentVar, mf::IndependentVariableType_None);
     EXPECT_EQ(table.motionObjectType, 1);
     EXPECT_EQ(table.getPlottingDataCount(), 100);
     EXPECT_EQ(table.getPlottingData0(), plot);

@@ -113,11 +113,14 @@ TEST_F(Expression, SamplesAnotherObjectWithoutDerivatives)
 
 TEST_F(Expression, HasOnlyValuesToFillWithoutAQuantity)
 {
+    EXPECT_EQ(function_.motionObjectType, 0);
+    EXPECT_EQ(function_.getMotorDependentVar(), mf::MotorDriveType_None);
     function_.setParseExpression(L"time");
     EXPECT_FALSE(function_.calculateValue());
     EXPECT_TRUE(function_.isValidForPlotting());
     EXPECT_NE(function_.getPlottingData0(), nullptr);
-    EXPECT_EQ(function_.getPlottingData1(), nullptr);
+    for (int order = 1; order <= 3; ++order)
+        EXPECT_EQ(function_.getPlottingData(order), nullptr) << order;
 }
 
 TEST_F(Expression, StopsAtASampleWithoutAValue)

@@ -123,6 +123,13 @@ TEST_P(ToNarrow, GivesUtf8)
 INSTANTIATE_TEST_SUITE_P(TextConverter, ToNarrow, testing::ValuesIn(kNarrowCases),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
+TEST(ToNarrowBuffer, EmptyTextTakesNoneFromTheHeap)
+{
+    const int before = arraysTaken;
+    EXPECT_EQ(mfTextConverter_c().toNarrow(CString()), "");
+    EXPECT_EQ(arraysTaken, before);
+}
+
 TEST(ToNarrowBuffer, ThirtyOneCharactersFitTheFixedOne)
 {
     const CString text = ofLength(31);
