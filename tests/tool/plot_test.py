@@ -120,6 +120,16 @@ class Plot(ToolTest):
         for name in ["With Cubic", "With Half-Cosine"]:
             self.assertIn(name, self.texts(picture))
 
+    def test_curves_of_one_picture_share_its_axes(self):
+        angle, time = self.folder / "angle.xml", self.folder / "time.xml"
+        self.done("convert", "--row", "360,10,Cubic", "--over", "angle", angle)
+        self.done("convert", "--row", "360,10,Cubic", "--drive", "velocity", time)
+        both = ["plot", "--overlay", "-o", self.folder / "both.svg"]
+        self.refused(DONE, *both, angle, time, says=f"{time}: Velocity in mm/s over Time is drawn on the axes of {angle}, which are "
+                                                    "Displacement in mm over Cycle angle")
+        for files in [(angle, time), (time, angle)]:
+            self.refused(WRONG, *both, *files, "--rpm", "60", says=f"{time}: --cycle-time and --rpm go with curves over the cycle angle")
+
     def test_size_theme_and_orders(self):
         picture = self.plot("--row", "2,10,Cubic", "--size", "600x500", "--theme", "dark", "--orders", "2,0")
         self.assertEqual((picture.get("width"), picture.get("height")), ("600", "500"))

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <tuple>
 
 #include "mfcurves/drawing/diagram.h"
 #include "tools/mfcurve/commands.h"
@@ -87,9 +88,32 @@ std::vector<mf::Curve> distinct(const std::vector<Input>& inputs)
     return curves;
 }
 
+// All curves of a picture share the axes, units and speed of the first one. --rpm fits each of them or none;
+// other differences are left to the user.
+void checkAxes(const PlotOptions& options, const std::vector<Input>& inputs)
+{
+    const auto axes = [](const mf::CurveDefinition& definition) {
+        return std::tie(definition.quantity, definition.rotary, definition.over, definition.motionResult);
+    };
+    const auto named = [](const mf::CurveDefinition& definition) {
+        const mf::drawing::Units units = mf::drawing::usualUnits(definition);
+        return fmt::format("{} in {} over {}", mf::drawing::quantityName(definition, 0), units.value,
+                           mf::drawing::variableName(definition));
+    };
+    const mf::CurveDefinition& first = inputs.front().curve.definition();
+    for (const Input& input : inputs) {
+        const mf::CurveDefinition& definition = input.curve.definition();
+        rateOf(options.curve, definition, input.place);
+        if (axes(definition) != axes(first))
+            warn(input.place, fmt::format("{} is drawn on the axes of {}, which are {}", named(definition),
+                                          inputs.front().place, named(first)));
+    }
+}
+
 void draw(const PlotOptions& options, const std::vector<Input>& inputs, const std::string& path)
 {
     const Input& first = inputs.front();
+    checkAxes(options, inputs);
     mf::drawing::Contents contents;
     contents.range = rangeOf(options, inputs);
     contents.units = options.units.value_or(unitsOf(options.curve, first.curve.definition()));
