@@ -41,5 +41,8 @@ class Derivative:
     def __hash__(self) -> int:
         return hash((self.curve, self.nu))
 
+    def __reduce__(self) -> t.Tuple[t.Any, ...]:
+        return Derivative, (self.curve, self.nu)
+
     def __repr__(self) -> str:
         return f"{self.curve!r}.derivative({self.nu})"

@@ -61,6 +61,10 @@ def as_text(value: t.Any, name: str) -> str:
         raise TypeError(f"{name} must be a str, not {type(value).__name__}")
     if "\0" in value:
         raise CurveError(f"{name} must not contain a zero character")
+    try:
+        value.encode()
+    except UnicodeEncodeError as error:
+        raise CurveError(f"{name} must be Unicode text, and its character {error.start + 1} is half of one") from None
     return value
 
 
@@ -85,6 +89,11 @@ def as_order(value: t.Any, name: str = "nu", orders: t.Sequence[int] = ORDERS) -
 def as_array(values: t.Any, name: str) -> npt.NDArray[np.float64]:
     """Any array of real numbers as doubles in C order."""
     array = np.asarray(values)
+    if array.dtype.kind == "O":  # such as fractions, and whole numbers of more than 64 bits
+        try:
+            array = np.array([as_number(value, name) for value in array.flat]).reshape(array.shape)
+        except CurveError as error:
+            raise TypeError(str(error)) from None
     if array.dtype.kind not in "biuf":
         if array.size == 0:
             return np.zeros(array.shape)

@@ -66,6 +66,12 @@ def test_pickles_are_exact_in_another_process(tmp_path):
     assert said.stdout == b"".join(c.svaj(np.linspace(*c.domain, 20)).tobytes() for c in made)
 
 
+@pytest.mark.parametrize("protocol", range(pickle.HIGHEST_PROTOCOL + 1))
+def test_every_protocol_keeps_curves_and_derivatives(cam, protocol):
+    velocity = cam.derivative()
+    assert pickle.loads(pickle.dumps((cam, velocity), protocol)) == (cam, velocity)
+
+
 def test_a_pickle_keeps_the_rule_beyond_the_ends(cam):
     repeated = pickle.loads(pickle.dumps(cam.with_outside("repeat")))
     assert repeated(405.0) == cam(45.0)
@@ -168,6 +174,7 @@ BAD = [
     (lambda: mf.expression(b"x", domain=(0, 1)), TypeError, "text"),
     (lambda: mf.expression("x", domain=1), TypeError, "domain"),
     (lambda: mf.expression("x\0y", domain=(0, 1)), mf.CurveError, "zero character"),
+    (lambda: mf.segments([(1, 2, "Linear")], name="half\ud800"), mf.CurveError, "character 5"),
     (lambda: mf.parse("<Curve/>"), mf.CurveError, "missing"),
     (lambda: mf.parse("no xml"), mf.CurveError, ""),
     (lambda: mf.parse(3), TypeError, "text"),
@@ -191,6 +198,10 @@ CALLS = [
     (lambda cam: cam(None), TypeError),
     (lambda cam: cam(1j), TypeError),
     (lambda cam: cam(object()), TypeError),
+    (lambda cam: cam({1.0}), TypeError),
+    (lambda cam: cam([None, 1.0]), TypeError),
+    (lambda cam: cam(np.array([1j], object)), TypeError),
+    (lambda cam: cam(10**400), TypeError),
     (lambda cam: cam([[1.0], [1.0, 2.0]]), (TypeError, ValueError)),
     (lambda cam: cam(np.array(["a"])), TypeError),
     (lambda cam: cam(np.array([1], "M8[s]")), TypeError),

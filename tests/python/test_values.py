@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Values and derivatives against closed forms, SciPy and mpmath, for numbers and arrays."""
 
+import decimal
+import fractions
 import math
 
 import numpy as np
@@ -127,6 +129,13 @@ def test_scalars_of_any_kind_give_numbers(cam):
         y = cam(x)
         assert isinstance(y, float) and y == 12.5
     assert cam(x=45.0, nu=0) == cam(45.0, 0, "left") == 12.5
+
+
+def test_numbers_without_a_dtype_are_taken(cam):
+    assert cam(fractions.Fraction(91, 2)) == cam(decimal.Decimal("45.5")) == cam(45.5)
+    assert cam([fractions.Fraction(91, 2), 45]).tolist() == [cam(45.5), cam(45.0)]
+    assert cam(np.array([[2**70, 45]], object)).tolist() == [[cam(2.0**70), cam(45.0)]]
+    assert cam(np.array([], object)).shape == (0,)
 
 
 def test_sides_differ_where_rows_meet():
