@@ -116,34 +116,36 @@ PolynomialForm nextDerivative(const Step& law)
 
 // --- Products ------------------------------------------------------------------------------
 
-// How often each register is used: by steps, and as the value of an order.
-std::vector<std::uint32_t> useCounts(const Draft& draft)
+// What is known of a register while products are merged.
+struct RegisterUse {
+    std::uint32_t uses = 0;          // by steps, and as the value of an order
+    std::uint32_t entry = kNoEntry;  // that computes it
+};
+
+std::vector<RegisterUse> registerUses(const Draft& draft)
 {
-    std::vector<std::uint32_t> uses(draft.registers);
+    std::vector<RegisterUse> registers(draft.registers);
     for (const Draft::Entry& entry : draft.entries) {
         const Step& step = entry.step;
         const bool computesB = step.code == Code::SinCos || step.code == Code::CosSin;
-        ++uses[step.a];
+        ++registers[step.a].uses;
         if (!computesB)
-            ++uses[step.b];
+            ++registers[step.b].uses;
         if (step.derivatives == 0) {
             for (std::uint32_t i = 0; i < entry.listed; ++i)
-                ++uses[draft.lists[entry.firstInList + i]];
+                ++registers[draft.lists[entry.firstInList + i]].uses;
         }
     }
     for (const std::uint32_t result : draft.results)
-        ++uses[result];
-    return uses;
+        ++registers[result].uses;
+    return registers;
 }
 
 // Merges products, and sums with them, into the steps that use them. A merged step becomes a
 // Move without stages, which does nothing and is erased in the end.
 class ProductMerger {
 public:
-    explicit ProductMerger(Draft& draft)
-        : draft_(draft), uses_(useCounts(draft)), entryOf_(draft.registers, kNoEntry)
-    {
-    }
+    explicit ProductMerger(Draft& draft) : draft_(draft), registers_(registerUses(draft)) {}
 
     void merge()
     {
@@ -154,7 +156,7 @@ public:
                 mergeIntoSum(entry);
             else if (entry.step.code == Code::Quotient)
                 mergeIntoQuotient(entry);
-            entryOf_[entry.step.target] = i;
+            registers_[entry.step.target].entry = i;
         }
         std::erase_if(draft_.entries, isIdle);
     }
@@ -164,9 +166,10 @@ private:
     // use; otherwise null.
     Draft::Entry* only(std::uint32_t number, Code code)
     {
-        if (entryOf_[number] == kNoEntry || uses_[number] != 1)
+        const RegisterUse& use = registers_[number];
+        if (use.entry == kNoEntry || use.uses != 1)
             return nullptr;
-        Draft::Entry& entry = draft_.entries[entryOf_[number]];
+        Draft::Entry& entry = draft_.entries[use.entry];
         return entry.step.code == code && entry.step.output == Stage::None ? &entry : nullptr;
     }
 
@@ -222,8 +225,7 @@ private:
     }
 
     Draft& draft_;
-    std::vector<std::uint32_t> uses_;
-    std::vector<std::uint32_t> entryOf_;  // by register: the entry that computes it
+    std::vector<RegisterUse> registers_;
 };
 
 }  // namespace

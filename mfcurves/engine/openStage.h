@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "mfcurves/engine/graph.h"
 #include "mfcurves/engine/program.h"
 
 namespace mf::engine {
@@ -55,6 +56,19 @@ private:
         constant = number;
         isNone = false;
     }
+};
+
+/// A step that is not written yet: its place in the program is open. The registers are those
+/// of the step.
+struct PendingStep {
+    NodeId node;  ///< whose operation it is
+    Code code = Code::Move;
+    FunctionId function{};
+    std::uint32_t moved = 0;
+    std::uint32_t value = 0;
+    std::uint32_t target = 0;
+    OpenStage input;
+    OpenStage output;
 };
 
 }  // namespace mf::engine

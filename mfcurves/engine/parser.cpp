@@ -231,7 +231,7 @@ private:
 
     void advance()
     {
-        before_ = token_;
+        before_ = token_.text;
         token_ = lexer_.next();
     }
 
@@ -276,7 +276,7 @@ private:
     {
         if (failAtBadToken())
             return;
-        const std::string after = before_.text.empty() ? "" : " after " + quoted(before_.text);
+        const std::string after = before_.empty() ? "" : " after " + quoted(before_);
         if (at(TokenKind::End))
             fail(token_.offset, "The text ends" + after + ", where an operand is missing",
                  "an operand" + after);
@@ -288,7 +288,7 @@ private:
     {
         if (failAtBadToken())
             return;
-        const std::string after = quoted(before_.text);
+        const std::string after = quoted(before_);
         if (at(TokenKind::Close))
             fail(token_.offset, "This `)` closes no parenthesis", "an operator or the end");
         else if (at(TokenKind::Comma) || at(TokenKind::Colon))
@@ -349,8 +349,8 @@ private:
     }
 
     Lexer lexer_;
-    Token token_;   // the current one
-    Token before_;  // the previous one
+    Token token_;               // the current one
+    std::wstring_view before_;  // the text of the previous one
     const std::optional<std::wstring_view>& variableName_;
     ParsedText parsed_;
     TermMaker maker_{parsed_.graph, Folding::KeepText};

@@ -46,7 +46,7 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::size_t kUsuallyPending = 8;  // steps of one order
+constexpr std::size_t kUsuallyPending = 4;  // steps of one order
 
 // The operation of the step for a node. Constants and variables are registers and do not
 // need one.
@@ -69,31 +69,20 @@ bool isCall(const Step& step, FunctionId id)
     return step.code == Code::Call1 && step.function == id;
 }
 
-// A step that is not written yet: its place in the program is open. The registers are those
-// of the step.
-struct PendingStep {
-    NodeId node;  // whose operation it is
-    Code code = Code::Move;
-    FunctionId function{};
-    std::uint32_t moved = 0;
-    std::uint32_t value = 0;
-    std::uint32_t target = 0;
-    OpenStage input;
-    OpenStage output;
-};
-
 // Writes the steps of one order. A step with one operand waits at that operand and runs
 // right after it, or as part of the same step: nothing can come between them.
 class OrderWriter {
 public:
-    OrderWriter(const Graph& graph, PerNode<NodePlace>& places, Draft& draft)
+    OrderWriter(const Graph& graph, PerNode<NodePlace>& places, std::vector<PendingStep>& pending,
+                Draft& draft)
         : graph_(graph),
           places_(places),
+          pending_(pending),
           draft_(draft),
           order_(static_cast<int>(draft.results.size())),
           firstRegister_(draft.registers)
     {
-        pending_.reserve(kUsuallyPending);
+        pending_.clear();
     }
 
     void write(NodeId root)
@@ -334,11 +323,11 @@ private:
 
     const Graph& graph_;
     PerNode<NodePlace>& places_;
+    std::vector<PendingStep>& pending_;
     Draft& draft_;
     const int order_;
     const std::uint32_t firstRegister_;     // of those that this order adds
     std::uint32_t lowest_ = kNoNode.index;  // of the nodes to translate or to write steps at
-    std::vector<PendingStep> pending_;
 };
 
 Draft merged(Draft draft)
@@ -356,14 +345,17 @@ Translator::Translator(std::uint32_t parameterCount)
     draft_.registers = parameterCount;
     draft_.parameters = parameterCount;
     draft_.results.reserve(kUsualOrder + 1);
+    pending_.reserve(kUsuallyPending);
 }
 
 // A derivative mostly takes about as many steps as the value.
 void Translator::add(const Graph& graph, NodeId root)
 {
-    if (highestOrder() == 0)
+    if (highestOrder() == 0) {
         draft_.entries.reserve((kUsualOrder + 1) * draft_.entries.size());
-    OrderWriter(graph, places_, draft_).write(root);
+        draft_.numbers.reserve((kUsualOrder + 1) * draft_.numbers.size());
+    }
+    OrderWriter(graph, places_, pending_, draft_).write(root);
 }
 
 Draft Translator::draft() const&
@@ -378,8 +370,9 @@ Draft Translator::draft() &&
 
 std::size_t Translator::bytes() const
 {
-    return places_.bytes() + draft_.entries.capacity() * sizeof(Draft::Entry) +
-           draft_.numbers.capacity() * sizeof(double) + draft_.lists.capacity() * sizeof(std::uint32_t) +
+    return places_.bytes() + pending_.capacity() * sizeof(PendingStep) +
+           draft_.entries.capacity() * sizeof(Draft::Entry) + draft_.numbers.capacity() * sizeof(double) +
+           draft_.lists.capacity() * sizeof(std::uint32_t) +
            draft_.constants.capacity() * sizeof(Draft::Constant);
 }
 

@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "mfcurves/engine/graph.h"
+#include "mfcurves/engine/openStage.h"
 #include "mfcurves/engine/program.h"
 
 namespace mf::engine {
@@ -42,6 +44,7 @@ public:
 
 private:
     PerNode<NodePlace> places_;
+    std::vector<PendingStep> pending_;  // while an order is written
     Draft draft_;
 };
 
