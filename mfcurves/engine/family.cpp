@@ -13,7 +13,7 @@ Family::Family(std::shared_ptr<CompiledText> text)
     addOrder(0);
 }
 
-// steps_ points into programs_. When that changes, held_ = -1 makes the next evaluation
+// steps_ points into programs_. When that changes, computedOrder_ = -1 makes the next evaluation
 // choose the steps again.
 bool Family::addOrder(int order)
 {
@@ -25,7 +25,7 @@ bool Family::addOrder(int order)
     registers_.resize(std::max(registers_.size(), std::size_t{programs->all->registerCount()}));
     fillConstants(*programs->all, registers_.data());
     programs_ = *std::move(programs);
-    held_ = -1;
+    computedOrder_ = -1;
     return true;
 }
 
@@ -33,12 +33,12 @@ bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& va
 {
     if (parameterCount_ > 1)
         return false;
-    const int highest = std::max(order, asked_);
+    const int highest = std::max(order, requestedOrder_);
     steps_ = programs_.upTo(highest).steps(highest);
     run_ = runFor(steps_);
     if (parameterCount_ == 1) {
-        held_ = highest;
-        asked_ = order;
+        computedOrder_ = highest;
+        requestedOrder_ = order;
         registers_[0] = x;
     }
     return run_(x, steps_, registers_.data(), result, value);

@@ -45,14 +45,14 @@ public:
     bool evaluate(double x, int order, std::uint32_t result, double& value)
     {
         double* const registers = registers_.data();
-        if (order <= held_ && isAt(x)) {
-            asked_ = order;
+        if (order <= computedOrder_ && isAt(x)) {
+            requestedOrder_ = order;
             return isFiniteInto(registers[result], value);
         }
-        if (order != held_) {
-            if (order > held_ || asked_ != held_) [[unlikely]]
+        if (order != computedOrder_) {
+            if (order > computedOrder_ || requestedOrder_ != computedOrder_) [[unlikely]]
                 return iEvaluateAnew(x, order, result, value);
-            asked_ = order;
+            requestedOrder_ = order;
         }
         registers[0] = x;
         return run_(x, steps_, registers, result, value);
@@ -72,9 +72,9 @@ private:
     [[gnu::noinline]] bool iEvaluateAnew(double x, int order, std::uint32_t result, double& value);
 
     std::vector<double> registers_;  // register 0 holds the x of the others
-    int asked_ = 0;                  // the order that was requested last at that x
-    int held_ = -1;                  // the highest order computed at each x; -1 without x
-    std::span<const Step> steps_;    // compute the orders up to held_
+    int requestedOrder_ = 0;         // the order that was requested last at that x
+    int computedOrder_ = -1;         // the highest order computed at each x; -1 without x
+    std::span<const Step> steps_;    // compute the orders up to computedOrder_
     RunProgram run_ = nullptr;       // runs steps_
     Programs programs_;
     const std::size_t parameterCount_;

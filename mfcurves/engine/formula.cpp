@@ -124,9 +124,4 @@ void Formula::evaluateBlock(const double* x, std::size_t count, int order, doubl
     }
 }
 
-std::size_t Formula::bytes() const
-{
-    return sizeof *this + programs_.bytes();
-}
-
 }  // namespace mf::engine

@@ -60,9 +60,6 @@ public:
     /// The program of all orders.
     const Program& program() const { return *programs_.all; }
 
-    /// Bytes that the formula holds.
-    std::size_t bytes() const;
-
 private:
     Programs programs_;
     RunProgram runValue_ = nullptr;  // the fastest function for each program

@@ -5,20 +5,17 @@
 // themselves, and values that are absent if an evaluation fails.
 
 #include <array>
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "mfcurves/functions/calculators.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
 
 namespace engine_test {
 
-struct Releaser {
-    void operator()(ICalculator* calculator) const { calculator->Release(); }
-};
-using Calculator = std::unique_ptr<ICalculator, Releaser>;
+using Calculator = mf::CalculatorHolder;
 
 inline std::wstring wide(const std::string& ascii)
 {
@@ -50,7 +47,7 @@ inline Calculator compileFree(const std::wstring& text)
 
 inline Calculator derivative(const Calculator& calculator)
 {
-    return Calculator(calculator ? calculator->differentiate(0) : nullptr);
+    return mf::derivativeOf(calculator.get());
 }
 
 /// The value at x; nothing if the calculator is null or the evaluation fails.

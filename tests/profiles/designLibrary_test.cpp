@@ -11,6 +11,7 @@
 #include <numbers>
 #include <ostream>
 
+#include "mfcurves/functions/calculators.h"
 #include "mfcurves/interfaces/ICalculator.h"
 #include "mfcurves/interfaces/MMEP_Data.h"
 #include "mfcurves/interfaces/MotionMEParser.h"
@@ -44,18 +45,12 @@ public:
         parser.replaceAll(text, profile.x2, stroke.x2);
         parser.replaceAll(text, profile.y2, stroke.y2);
         MotionMEParser engine;
-        engine.parse(wide(text).c_str(), variable_.data(), &orders_[0]);
-        for (int order = 1; order < kOrders && orders_[order - 1]; ++order)
-            orders_[order] = orders_[order - 1]->differentiate(0);
+        ICalculator* value = nullptr;
+        engine.parse(wide(text).c_str(), variable_.data(), &value);
+        orders_[0].reset(value);
+        for (int order = 1; order < kOrders; ++order)
+            orders_[order] = mf::derivativeOf(orders_[order - 1].get());
     }
-    ~Law()
-    {
-        for (ICalculator* calculator : orders_)
-            if (calculator)
-                calculator->Release();
-    }
-    Law(const Law&) = delete;
-    Law& operator=(const Law&) = delete;
 
     bool compiles() const { return orders_[kOrders - 1] != nullptr; }
 
@@ -72,7 +67,7 @@ private:
     static std::wstring wide(const std::string& text) { return {text.begin(), text.end()}; }
 
     std::wstring variable_;
-    ICalculator* orders_[kOrders] = {};
+    mf::CalculatorHolder orders_[kOrders];
 };
 
 // The records of a file, "" for the built-in table, by name.

@@ -12,52 +12,35 @@
 
 #include "mfcurves/mfcurves.h"
 #include "tests/segments/segmentTables.h"
+#include "tests/support/operatorNew.h"
 
 namespace {
+
+constexpr std::size_t kHead = 64;  // leaves blocks aligned for all that is allocated here
 
 std::size_t liveBytes = 0;
 
 }  // namespace
 
-// Each block starts with its size.
-void* operator new(std::size_t size)
+// Each block starts with the requested size.
+void* mf::test::allocate(const MemoryRequest& request)
 {
-    constexpr std::size_t kHead = alignof(std::max_align_t);
-    auto* const block = static_cast<std::byte*>(std::malloc(kHead + size));
+    auto* const block = static_cast<std::byte*>(
+        fromHeap({kHead + request.size, kHead, request.isArray, request.mayReturnNull}));
     if (block == nullptr)
-        throw std::bad_alloc();
-    new (block) std::size_t(size);
-    liveBytes += size;
+        return nullptr;
+    new (block) std::size_t(request.size);
+    liveBytes += request.size;
     return block + kHead;
 }
 
-void* operator new[](std::size_t size)
-{
-    return operator new(size);
-}
-
-void operator delete(void* memory) noexcept
+void mf::test::release(void* memory) noexcept
 {
     if (memory == nullptr)
         return;
-    auto* const block = static_cast<std::byte*>(memory) - alignof(std::max_align_t);
+    auto* const block = static_cast<std::byte*>(memory) - kHead;
     liveBytes -= *std::launder(reinterpret_cast<std::size_t*>(block));
     std::free(block);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    operator delete(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    operator delete(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    operator delete(memory);
 }
 
 namespace {

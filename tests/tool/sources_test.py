@@ -172,6 +172,14 @@ class Points(ToolTest):
         self.assertEqual((result.returncode, result.stdout), (DONE, "0.5 0.5 1 0 0\n"))
         self.assertEqual(result.stderr, f"mfcurve: warning: {points}:3: x is below that of the previous point; the points are sorted by x\n")
 
+    def test_points_nearly_at_one_x_give_a_warning(self):
+        points = self.write("points.csv", "0,0\n1,1\n3,3\n1.0000001,2\n2,2\n")
+        result = run("eval", "--points", points, "0.5")
+        self.assertEqual((result.returncode, result.stdout), (DONE, "0.5 0.5 1 0 0\n"))
+        self.assertIn(f"warning: {points}:4: x is nearly that of line 2; the curve is nearly vertical", result.stderr)
+        steep = self.write("steep.csv", "0,0\n1,1\n1.0001,2\n2,2\n")
+        self.assertEqual(run("eval", "--points", steep, "0.5").stderr, "")
+
     def test_measurements_as_they_come(self):
         for text, options in [("t;s;lift\ns;mm;mm\n0;0;0,0\n1;9;2,5\n", ["--csv-columns", "t,lift"]),
                               ("made by a scope\n1 2 3\nx y\n0 0\n1 2.5\n", ["--csv-skip", "2"]),

@@ -40,6 +40,20 @@ void sortPoints(PointList& list)
                                     numberText(same->x), same->line));
 }
 
+// The lines of the first two points that are nearer to each other than a millionth of the mean
+// distance. They are mostly one point, rounded in two ways.
+std::pair<int, int> linesOfClosePoints(const std::vector<FilePoint>& points)
+{
+    constexpr double kShare = 1e-6;
+    const double least = kShare * (points.back().x - points.front().x) / static_cast<double>(points.size());
+    const auto close =
+        std::adjacent_find(points.begin(), points.end(),
+                           [&](const FilePoint& a, const FilePoint& b) { return b.x - a.x < least; });
+    if (close == points.end())
+        return {0, 0};
+    return {close->line, std::next(close)->line};
+}
+
 }  // namespace
 
 PointList parsePoints(std::string_view bytes, const ColumnSettings& settings)
@@ -52,6 +66,7 @@ PointList parsePoints(std::string_view bytes, const ColumnSettings& settings)
     if (list.points.empty())
         throw TextError(0, "there are no points; " + pointForm().expected);
     sortPoints(list);
+    list.closeLines = linesOfClosePoints(list.points);
     return list;
 }
 

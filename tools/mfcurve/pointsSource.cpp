@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <filesystem>
+#include <fmt/format.h>
 
 #include "tools/mfcurve/failure.h"
 #include "tools/mfcurve/files.h"
@@ -28,6 +29,9 @@ Description describedPoints(const CurveOptions& options)
     if (list.unsortedLine != 0)
         warn(linePlace(path, list.unsortedLine),
              "x is below that of the previous point; the points are sorted by x");
+    if (const auto [first, second] = list.closeLines; second != 0)
+        warn(linePlace(path, second),
+             fmt::format("x is nearly that of line {}; the curve is nearly vertical between them", first));
     Description description;
     mf::CurveDefinition::Points shape;
     shape.interpolation = options.interpolation.value_or(mf::Interpolation::Linear);
