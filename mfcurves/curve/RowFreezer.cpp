@@ -9,7 +9,6 @@
 #include <variant>
 
 #include "mfcurves/curve/lawFormula.h"
-#include "mfcurves/curve/problems.h"
 #include "mfcurves/engine/limits.h"
 
 namespace mf::curve {
@@ -31,15 +30,15 @@ std::size_t RowFreezer::charactersAllowed(std::size_t rows)
 
 FrozenRows RowFreezer::freeze()
 {
-    checkNumber(problems_, place("row", 0), "the start x", shape_.startX);
-    checkNumber(problems_, place("row", 0), "the start value", shape_.startValue);
+    checkNumber(problems_, Place{"row", 0}, "the start x", shape_.startX);
+    checkNumber(problems_, Place{"row", 0}, "the start value", shape_.startValue);
     if (shape_.rows.empty())
         report(problems_, "", "the curve has no rows");
     startX_ = shape_.startX;
     startValue_ = shape_.startValue;
     for (std::size_t i = 0; i < shape_.rows.size() && !isTooLong_; ++i) {
         const CurveRow& row = shape_.rows[i];
-        iFreezeRow(row, place("row", i + 1));
+        iFreezeRow(row, Place{"row", i + 1});
         startX_ = row.endX;
         startValue_ = row.value;
     }
@@ -51,7 +50,7 @@ FrozenRows RowFreezer::freeze()
 }
 
 // A row of no length is a jump, which needs no law.
-void RowFreezer::iFreezeRow(const CurveRow& row, const std::string& where)
+void RowFreezer::iFreezeRow(const CurveRow& row, Place where)
 {
     checkNumber(problems_, where, "the end x", row.endX);
     checkNumber(problems_, where, "the value", row.value);
@@ -67,7 +66,7 @@ void RowFreezer::iFreezeRow(const CurveRow& row, const std::string& where)
         iCompile(*found.law, row, where);
 }
 
-void RowFreezer::iCompile(const Law& law, const CurveRow& row, const std::string& where)
+void RowFreezer::iCompile(const Law& law, const CurveRow& row, Place where)
 {
     FormulaText text;
     const bool fits = lawFormula(law, startX_, startValue_, row, shape_.sixDecimals, text);

@@ -7,6 +7,7 @@
 
 #include "mfcurves/curve/FrozenCurve.h"
 #include "mfcurves/curve/LawFinder.h"
+#include "mfcurves/curve/problems.h"
 
 namespace mf::curve {
 
@@ -36,8 +37,8 @@ public:
     std::vector<LawText> borrowedTexts() const { return laws_.borrowedTexts(); }
 
 private:
-    void iFreezeRow(const CurveRow& row, const std::string& where);
-    void iCompile(const Law& law, const CurveRow& row, const std::string& where);
+    void iFreezeRow(const CurveRow& row, Place where);
+    void iCompile(const Law& law, const CurveRow& row, Place where);
     bool iPayFor(std::size_t characters);
     void iKeep(std::shared_ptr<const engine::Formula> formula);
     void iFinish();

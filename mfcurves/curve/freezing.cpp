@@ -62,11 +62,12 @@ void FrozenCurve::iFreeze(const PointShape& shape, std::vector<Problem>& problem
     else if (shape.x.empty())
         report(problems, "", "the curve has no points");
     for (std::size_t i = 0; i < shape.x.size(); ++i) {
-        checkNumber(problems, place("point", i + 1), "x", shape.x[i]);
+        const Place where = {"point", i + 1};
+        checkNumber(problems, where, "x", shape.x[i]);
         if (i < shape.y.size())
-            checkNumber(problems, place("point", i + 1), "y", shape.y[i]);
+            checkNumber(problems, where, "y", shape.y[i]);
         if (i > 0 && shape.x[i] <= shape.x[i - 1])
-            report(problems, place("point", i + 1),
+            report(problems, where,
                    "x is " + shortNumber(shape.x[i]) + ", which is not above " + shortNumber(shape.x[i - 1]) +
                        " of the previous point");
     }
@@ -82,8 +83,8 @@ void FrozenCurve::iFreeze(const PointShape& shape, std::vector<Problem>& problem
 
 void FrozenCurve::iFreeze(const ExpressionShape& shape, std::vector<Problem>& problems)
 {
-    checkNumber(problems, "", "the start of the range", shape.from);
-    checkNumber(problems, "", "the end of the range", shape.to);
+    checkNumber(problems, Place{}, "the start of the range", shape.from);
+    checkNumber(problems, Place{}, "the end of the range", shape.to);
     if (shape.from > shape.to)
         report(
             problems, "",
@@ -93,7 +94,7 @@ void FrozenCurve::iFreeze(const ExpressionShape& shape, std::vector<Problem>& pr
         if (shape.text.empty())
             report(problems, "", "the expression is empty");
         else
-            report(problems, place("character", error->offset + 1), messageOf(*error));
+            report(problems, Place{"character", error->offset + 1}, messageOf(*error));
     } else if (std::get<0>(formula)->parameterCount() > 1) {
         report(problems, "",
                "the expression has " + std::to_string(std::get<0>(formula)->parameterCount()) +

@@ -19,9 +19,9 @@ bool isCapital(char c)
 
 }  // namespace
 
-std::string place(const char* what, std::size_t number)
+Place::operator std::string() const
 {
-    return std::string(what) + ' ' + std::to_string(number);
+    return what == nullptr ? std::string() : std::string(what) + ' ' + std::to_string(number);
 }
 
 void report(std::vector<Problem>& problems, std::string where, std::string message)
@@ -29,11 +29,10 @@ void report(std::vector<Problem>& problems, std::string where, std::string messa
     problems.push_back({Problem::Level::Error, std::move(where), std::move(message)});
 }
 
-void checkNumber(std::vector<Problem>& problems, const std::string& where, const char* what, double number)
+void reportNotFinite(std::vector<Problem>& problems, Place where, const char* what, double number)
 {
-    if (!std::isfinite(number))
-        report(problems, where,
-               std::string(what) + " is " + shortNumber(number) + ", which is not a finite number");
+    report(problems, where,
+           std::string(what) + " is " + shortNumber(number) + ", which is not a finite number");
 }
 
 bool hasError(const std::vector<Problem>& problems)

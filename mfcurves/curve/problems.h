@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -10,13 +11,24 @@
 
 namespace mf::curve {
 
-/// "row 3".
-std::string place(const char* what, std::size_t number);
+/// "row 3", or "" for the whole curve. It becomes a text only where a problem is reported.
+struct Place {
+    const char* what = nullptr;
+    std::size_t number = 0;
+
+    operator std::string() const;
+};
 
 /// Appends an error.
 void report(std::vector<Problem>& problems, std::string where, std::string message);
-/// Appends an error if a number is not finite; `what` names the number.
-void checkNumber(std::vector<Problem>& problems, const std::string& where, const char* what, double number);
+/// Appends the error that a number, which `what` names, is not finite.
+void reportNotFinite(std::vector<Problem>& problems, Place where, const char* what, double number);
+/// Does so if it is not finite.
+inline void checkNumber(std::vector<Problem>& problems, Place where, const char* what, double number)
+{
+    if (!std::isfinite(number))
+        reportNotFinite(problems, where, what, number);
+}
 
 bool hasError(const std::vector<Problem>& problems);
 
