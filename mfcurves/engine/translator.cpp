@@ -46,6 +46,9 @@
 namespace mf::engine {
 namespace {
 
+// Of most texts with their usual orders, or fewer.
+constexpr std::size_t kUsualNodes = 64;
+constexpr std::size_t kUsualSteps = 4;
 constexpr std::size_t kUsuallyPending = 4;  // steps of one order
 
 // The operation of the step for a node. Constants and variables are registers and do not
@@ -89,7 +92,7 @@ public:
     {
         const auto firstEntry = std::ssize(draft_.entries);
         if (places_.size() < graph_.size())
-            places_.resize(graph_.size(), NodePlace());
+            places_.resize(std::max(graph_.size(), kUsualNodes), NodePlace());
         draft_.results.push_back(use(root));
         for (std::uint32_t i = root.index + 1; i-- > lowest_;) {
             const NodeId id{i};
@@ -345,6 +348,7 @@ Translator::Translator(std::uint32_t parameterCount)
     draft_.registers = parameterCount;
     draft_.parameters = parameterCount;
     draft_.results.reserve(kUsualOrder + 1);
+    draft_.entries.reserve(kUsualSteps);
     pending_.reserve(kUsuallyPending);
 }
 
