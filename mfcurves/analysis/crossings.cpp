@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <utility>
 
 #include "mfcurves/analysis/analysis.h"
@@ -30,10 +29,10 @@ Side sideOf(const Part& part, double x)
     return Side::Plain;
 }
 
-// Where an order has a value, in their order along the curve, and the stretches where that is not known.
+// Where an order has a value, and the stretches where there may be other such places or no value at all.
 struct Places {
     std::vector<Place> places;
-    std::vector<Range> unknown;  // of length 0 at a pole that is known exactly
+    std::vector<Range> unsure;  // not in order; of length 0 at a pole that is known exactly
 };
 
 // Where order k is `value` on the parts of formulas.
@@ -55,7 +54,9 @@ Places formulaPlaces(const Curve& curve, int order, double value, Range range)
         }
         std::sort(places.begin() + static_cast<std::ptrdiff_t>(first), places.end(),
                   [](const Place& a, const Place& b) { return a.x < b.x; });
-        all.unknown.insert(all.unknown.end(), zeros.unknown.begin(), zeros.unknown.end());
+        all.unsure.insert(all.unsure.end(), zeros.unsure.begin(), zeros.unsure.end());
+        if (!part.smooth().isSmooth)
+            all.unsure.push_back({part.from, part.to});
     }
     return all;
 }
@@ -122,54 +123,95 @@ std::vector<Range> joined(std::vector<Range> ranges)
     return all;
 }
 
-// The stretches between places where an order may enter or leave its limits.
-struct Stretches {
-    std::vector<double> ends;    // ascending
-    std::vector<Range> unknown;  // joined: a stretch in one of them may hold other such places
+// What an order does at x: it keeps its limits, exceeds one of them, or has no value.
+enum class State { Within, Beyond, Nothing };
 
-    bool isKnown(double from, double to) const
+class StateSearch {
+public:
+    StateSearch(const Curve& curve, int order, double low, double high)
+        : curve_(curve), order_(order), low_(low), high_(high)
     {
-        const auto after = std::ranges::upper_bound(unknown, from, {}, &Range::from);
-        return after == unknown.begin() || std::prev(after)->to < to;
     }
-};
 
-// The ends are the places where the value of the order is a limit, poles, and the ends of pieces. Most
-// unknown boxes are some ulps at a pole; a wide one is cut evenly.
-Stretches stretchesOf(const Curve& curve, int order, double low, double high, Range range)
-{
-    constexpr double kWide = 1e-9;
-    constexpr int kCuts = 64;
-    std::vector<double> x{range.from, range.to};
-    std::vector<Range> unknown;
-    for (const double limit : {low, high}) {
-        if (!std::isfinite(limit))
-            continue;
-        const Places found = placesOf(curve, order, limit, range);
-        for (const Place& place : found.places)
-            x.push_back(place.x);
-        unknown.insert(unknown.end(), found.unknown.begin(), found.unknown.end());
+    State at(double x) const
+    {
+        const double y = curve_(x, order_);
+        return std::isnan(y) ? State::Nothing : y < low_ || y > high_ ? State::Beyond : State::Within;
     }
-    unknown = joined(std::move(unknown));
-    for (const Range& box : unknown) {
+
+    // Ascending places between which the state does not change: where the value of the order is a limit,
+    // the ends of pieces, poles, and where the order begins or ceases to have a value.
+    std::vector<double> changes(Range range)
+    {
+        x_ = {range.from, range.to};
+        std::vector<Range> unsure;
+        for (const double limit : {low_, high_}) {
+            if (!std::isfinite(limit))
+                continue;
+            const Places places = placesOf(curve_, order_, limit, range);
+            for (const Place& place : places.places)
+                x_.push_back(place.x);
+            unsure.insert(unsure.end(), places.unsure.begin(), places.unsure.end());
+        }
+        for (const Range& box : joined(std::move(unsure)))
+            sample(box, range.to - range.from);
+        addPieces(range);
+        std::sort(x_.begin(), x_.end());
+        std::erase_if(x_, [&](double x) { return x < range.from || x > range.to; });
+        x_.erase(std::unique(x_.begin(), x_.end()), x_.end());
+        return std::move(x_);
+    }
+
+private:
+    void addPieces(Range range)
+    {
+        if (const host::SplinePieces* spline = curve_.frozen().spline()) {
+            for (std::size_t i = 0; i < spline->count(); ++i)
+                x_.push_back(spline->knots()[i]);
+            return;
+        }
+        for (const Part& part : partsOf(curve_, range))
+            x_.push_back(part.from);
+    }
+
+    // Most boxes are some ulps at a pole. A wide one is sampled.
+    void sample(const Range& box, double rangeLength)
+    {
+        constexpr int kFewest = 16;
+        constexpr double kSamplesOfRange = 2000.0;
+        x_.push_back(box.from);
+        x_.push_back(box.to);
+        if (isNarrow(box.from, box.to, rangeLength))
+            return;
         const double length = box.to - box.from;
-        const int cuts = length > kWide * (range.to - range.from) ? kCuts : 1;
-        for (int i = 0; i < cuts; ++i)
-            x.push_back(box.from + length * i / cuts);
-        x.push_back(box.to);
+        const int count = kFewest + static_cast<int>(kSamplesOfRange * length / rangeLength);
+        double last = box.from;
+        for (int i = 1; i <= count; ++i) {
+            const double next = i == count ? box.to : box.from + length * i / count;
+            if (at(last) != at(next))
+                x_.push_back(changeBetween(last, next));
+            last = next;
+        }
     }
-    if (const host::SplinePieces* spline = curve.frozen().spline()) {
-        for (std::size_t i = 0; i < spline->count(); ++i)
-            x.push_back(spline->knots()[i]);
-    } else {
-        for (const Part& part : partsOf(curve, range))
-            x.push_back(part.from);
+
+    // Where the state at `from` ends, by halving.
+    double changeBetween(double from, double to) const
+    {
+        const State before = at(from);
+        for (;;) {
+            const double middle = 0.5 * from + 0.5 * to;
+            if (middle <= from || middle >= to)
+                return to;
+            (at(middle) == before ? from : to) = middle;
+        }
     }
-    std::sort(x.begin(), x.end());
-    std::erase_if(x, [&](double at) { return at < range.from || at > range.to; });
-    x.erase(std::unique(x.begin(), x.end()), x.end());
-    return {std::move(x), std::move(unknown)};
-}
+
+    const Curve& curve_;
+    int order_;
+    double low_;
+    double high_;
+    std::vector<double> x_;
+};
 
 }  // namespace
 
@@ -211,17 +253,15 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
     const Range inside = cutToCurve(curve, range);
     if (!isOrder(order) || inside.from > inside.to)
         return found;
-    const auto isBeyond = [&](double at) {
-        const double y = curve(at, order);
-        return y < low || y > high;
-    };
-    const Stretches stretches = stretchesOf(curve, order, low, high, inside);
-    const std::vector<double>& x = stretches.ends;
+    StateSearch search(curve, order, low, high);
+    const auto isBeyond = [&](double at) { return search.at(at) == State::Beyond; };
+    const std::vector<double> x = search.changes(inside);
     if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
-        const bool isKnown = stretches.isKnown(x[i], x[i + 1]);
-        if (isBeyond(0.5 * x[i] + 0.5 * x[i + 1]) || (!isKnown && (isBeyond(x[i]) || isBeyond(x[i + 1]))))
+        // A few ulps at a pole may have no value in the middle.
+        const bool isAtPole = isNarrow(x[i], x[i + 1], inside.to - inside.from);
+        if (isBeyond(0.5 * x[i] + 0.5 * x[i + 1]) || (isAtPole && (isBeyond(x[i]) || isBeyond(x[i + 1]))))
             join(found, {x[i], x[i + 1]});
     }
     if (order == 0 || !(std::isfinite(low) || std::isfinite(high)))

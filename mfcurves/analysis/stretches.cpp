@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <span>
 
 #include "mfcurves/engine/functionTable.h"
@@ -34,9 +35,24 @@ double decisionAt(const Condition& condition, const Interval& value)
     return wholeOf(condition, value.middle());
 }
 
-double middleOf(double from, double to)
+// The decision between two places where it may change. If the condition may have no value in between, as at
+// a pole, the decision has to be the same at several places; nothing if it is not.
+std::optional<double> decisionBetween(const Condition& condition, BoxEvaluator& function, double from,
+                                      double to, bool mayHaveNoValue)
 {
-    return 0.5 * from + 0.5 * to;
+    const int count = mayHaveNoValue ? 15 : 1;
+    std::optional<double> decision;
+    for (int i = 1; i <= count; ++i) {
+        const double share = static_cast<double>(i) / (count + 1);
+        const Interval value = function.at(from * (1.0 - share) + to * share)[0];
+        if (mayHaveNoValue && !value.isFinite())
+            return {};
+        const double here = decisionAt(condition, value);
+        if (decision && *decision != here)
+            return {};
+        decision = here;
+    }
+    return decision;
 }
 
 }  // namespace
@@ -98,7 +114,12 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
     for (std::size_t i = 0; i <= cuts.size(); ++i) {
         const double start = i == 0 ? from : cuts[i - 1].x;
         const double end = i == cuts.size() ? to : cuts[i].x;
-        parts.push_back(decisionAt(condition, evaluator.at(middleOf(start, end))[0]));
+        const auto decision = decisionBetween(condition, evaluator, start, end, !changes.unsure.empty());
+        if (!decision) {
+            iAppend(from, to, kinkError, decisions, false);
+            return true;
+        }
+        parts.push_back(*decision);
     }
     if (std::all_of(parts.begin(), parts.end(), [&](double part) { return part == parts.front(); })) {
         decisions[condition] = parts.front();
@@ -138,6 +159,7 @@ Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double
         all.complete &= changes.complete;
         all.places.insert(all.places.end(), changes.places.begin(), changes.places.end());
         all.flat.insert(all.flat.end(), changes.flat.begin(), changes.flat.end());
+        all.unsure.insert(all.unsure.end(), changes.unsure.begin(), changes.unsure.end());
     }
     return all;
 }

@@ -47,6 +47,7 @@ public:
         std::vector<Box> open;
         open.push_back({from_, to_, function_.at(from_), function_.at(to_)});
         double scale = std::max({sizeOf(open[0].atFrom), sizeOf(open[0].atTo), std::fabs(value_)});
+        double mostScale = engine::kUnbounded;
         while (!open.empty()) {
             const Box box = open.back();
             open.pop_back();
@@ -55,15 +56,17 @@ public:
             const Enclosures over = function_.over(box.from, box.to, box.atFrom, middle, atMiddle, box.atTo);
             scale = std::max(scale, sizeOf(atMiddle));
             if (!atMiddle[k_].isFinite())
-                noteUnknown(middle, middle);
-            noise_ = 1e-15 * scale + 2.0 * atMiddle[k_].width();
+                add(zeros_.unsure, middle, middle);
+            if (box.from == from_ && box.to == to_ && !over[k_].isFinite())
+                mostScale = usualSize();
+            noise_ = 1e-15 * std::min(scale, mostScale) + 2.0 * atMiddle[k_].width();
             if (isSettled(box.from, box.to, box.atFrom, box.atTo, over))
                 continue;
             if (function_.budget().isSpent()) {
                 zeros_.complete = false;
-                noteUnknown(box.from, box.to);
+                add(zeros_.unsure, box.from, box.to);
                 for (; !open.empty(); open.pop_back())
-                    noteUnknown(open.back().from, open.back().to);
+                    add(zeros_.unsure, open.back().from, open.back().to);
                 break;
             }
             open.push_back({middle, box.to, atMiddle, box.atTo});
@@ -79,18 +82,35 @@ private:
         return values[k_].isFinite() ? values[k_].largest() : 0.0;
     }
 
+    // The median size at a few places: beside a pole the largest says nothing about the others.
+    double usualSize()
+    {
+        constexpr int kPlaces = 33;
+        std::vector<double> sizes;
+        for (int i = 1; i <= kPlaces; ++i) {
+            const Interval y = function_.at(from_ + (to_ - from_) * i / (kPlaces + 1))[k_];
+            if (y.isFinite())
+                sizes.push_back(y.largest());
+        }
+        if (sizes.empty())
+            return engine::kUnbounded;
+        const auto median = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+        std::nth_element(sizes.begin(), median, sizes.end());
+        return std::max(*median, std::fabs(value_));
+    }
+
     // Whether all is known about the zeros in a box, which are then noted.
     bool isSettled(double from, double to, const Enclosures& atFrom, const Enclosures& atTo,
                    const Enclosures& over)
     {
         const Interval y = shifted(over[k_], value_);
-        if (y.isNothing() || y.excludesZero())
+        if (y.isNothing() || y.excludesZero()) {
+            if (y.isNothing() || y.partial)
+                add(zeros_.unsure, from, to);
             return true;
+        }
         if (y.isZero() && !y.partial) {
-            if (!zeros_.flat.empty() && zeros_.flat.back().to == from)
-                zeros_.flat.back().to = to;
-            else
-                zeros_.flat.push_back({from, to});
+            add(zeros_.flat, from, to);
             return true;
         }
         const bool hasSlope = static_cast<int>(k_) < function_.highest();
@@ -105,17 +125,17 @@ private:
         if (!isNarrow(from, to, to_ - from_))
             return false;
         zeros_.complete = false;
-        noteUnknown(from, to);
+        add(zeros_.unsure, from, to);
         return true;
     }
 
     // Boxes that touch are one.
-    void noteUnknown(double from, double to)
+    static void add(std::vector<Range>& boxes, double from, double to)
     {
-        if (!zeros_.unknown.empty() && zeros_.unknown.back().to == from)
-            zeros_.unknown.back().to = to;
+        if (!boxes.empty() && boxes.back().to == from)
+            boxes.back().to = to;
         else
-            zeros_.unknown.push_back({from, to});
+            boxes.push_back({from, to});
     }
 
     // In a box where the function rises or falls throughout.

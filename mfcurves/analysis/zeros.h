@@ -17,10 +17,10 @@ struct Zero {
 struct Zeros {
     std::vector<Zero> places;  // ascending
     std::vector<Range> flat;   // stretches where the function is exactly the value
-    // Boxes about which nothing is known: about poles and the ends of a domain, and what remained
-    // when the budget was spent. A pole at the end of boxes is a box of length 0.
-    std::vector<Range> unknown;
-    bool complete = true;  // false: there may be other places, in `unknown`
+    // Boxes where the function may have no value, as about poles and beyond a domain, and those that
+    // remained when the budget was spent. A pole at the end of a box is a box of length 0.
+    std::vector<Range> unsure;
+    bool complete = true;  // false: there may be other places, in `unsure`
 };
 
 /// Where order k of a smooth function is `value` on [from, to], ends included.

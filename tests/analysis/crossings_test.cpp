@@ -158,6 +158,17 @@ TEST(Crossings, AreNotWhereAJumpPassesTheValue)
     EXPECT_TRUE(crossings(expression("tan(x)", 1.0, 2.0), 0, 0.0).empty());
 }
 
+// Values of 1e17 beside the pole do not make values of 1 look like 0.
+TEST(Crossings, AreFoundBesideAPole)
+{
+    // tan(x)^2 is 2 where tan(x) is sqrt(2).
+    const double at = std::atan(std::numbers::sqrt2);
+    expectPlaces(crossings(expression("tan(x)*tan(x)", 0.0, 3.0), 0, 2.0), {at, kPi - at});
+    // The derivative of 1/(x^2 (x + 2)) is -(3x + 4)/(x^3 (x + 2)^2), which is -7/9 at 1.
+    expectPlaces(crossings(expression("(x/x)/((x*x)*(x+2))", 0.5, 3.0), 1, -7.0 / 9.0), {1.0});
+    expectPlaces(crossings(expression("(x/x)/((x*x)*(x+2))", -1.0, 3.0), 1, -7.0 / 9.0), {1.0});
+}
+
 TEST(Crossings, OfPointsAreExact)
 {
     const Curve curve = points({0.0, 2.0, 4.0}, {0.0, 4.0, 0.0}, mf::Interpolation::Linear);

@@ -192,6 +192,21 @@ TEST(Summarize, DoesNotProveWhatIsUndefinedInside)
     EXPECT_TRUE(std::isnan(never[0].greatest.y));
 }
 
+// In the middle of the range the condition has no value, and on one side of a pole it has the other sign.
+TEST(Summarize, DecidesNoBranchWhereItsConditionHasNoValue)
+{
+    const Summary root = summarize(expression("min(x+2, sqrt(x))", -2.0, 0.25))[0];
+    EXPECT_FALSE(root.guaranteed);
+    EXPECT_NEAR(root.greatest.y, 0.5, 1e-3);
+    EXPECT_LT(root.least.y, 0.1);  // sampled; 0 at 0
+    const Summary sign = summarize(expression("if(1/x: -1, 0, 1)", -1.0, 1.0))[0];
+    EXPECT_FALSE(sign.guaranteed);
+    EXPECT_EQ(sign.least.y, -1.0);
+    EXPECT_EQ(sign.greatest.y, 1.0);
+    // Where the sign is the same throughout, an end without a value proves enough.
+    EXPECT_TRUE(summarize(expression("max(sqrt(x), -1)", 0.0, 1.0))[0].guaranteed);
+}
+
 TEST(Summarize, DoesNotProveAPole)
 {
     const auto summary = summarize(expression("tan(x)", 0.0, 2.0));
