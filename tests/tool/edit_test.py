@@ -37,7 +37,8 @@ class Edit(ToolTest):
         self.assertEqual(self.edited("--insert", "4:360,0,Linear")[-1], (240, 360, 0, "Linear"))
 
     def test_a_deleted_row_leaves_its_place_to_the_next(self):
-        self.assertEqual(self.edited("--delete", "2", moved="row 2: start 150 to 90\n"), [(0, 90, 25, "Cubic"), (90, 240, 0, "Half-Cosine")])
+        self.assertEqual(self.edited("--delete", "2", moved="row 2: start 150 to 90\n"),
+                         [(0, 90, 25, "Cubic"), (90, 240, 0, "Half-Cosine")])
 
     def test_edits_apply_in_the_order_written(self):
         self.assertEqual(self.edited("--delete", "1", "--set", "1.value=5", "--insert", "1:10,1,Linear",
@@ -58,10 +59,13 @@ class Edit(ToolTest):
     def test_bad_edits(self):
         before = self.cam.read_bytes()
         for edit, words in [(["--set", "2.end=90"], "row 2 would run from 90 to 90 and have no length"),
-                            (["--set", "2.end=300"], "row 3 would run from 300 to 240"), (["--set", "9.end=3"], "there is no row 9 here; 0 to 3"),
+                            (["--set", "2.end=300"], "row 3 would run from 300 to 240"),
+                            (["--set", "9.end=3"], "there is no row 9 here; 0 to 3"),
                             (["--set", "1.hight=3"], "there is no field \"hight\""), (["--set", "1.value"], "ROW.FIELD=VALUE is expected"),
-                            (["--set", "1.value=ten"], "\"ten\" is not a finite number"), (["--set", "1.profile=Cubc"], "did you mean Cubic?"),
-                            (["--insert", "2:120,30"], "ROW:END,VALUE,PROFILE is expected"), (["--delete", "0"], "there is no row 0 here; 1 to 3"),
+                            (["--set", "1.value=ten"], "\"ten\" is not a finite number"),
+                            (["--set", "1.profile=Cubc"], "did you mean Cubic?"),
+                            (["--insert", "2:120,30"], "ROW:END,VALUE,PROFILE is expected"),
+                            (["--delete", "0"], "there is no row 0 here; 1 to 3"),
                             (["--insert", "9:400,0,Linear"], "1 to 4 are expected")]:
             with self.subTest(edit):
                 self.refused(WRONG, "edit", self.cam, self.cam, *edit, says=["mfcurve: error: --", words])

@@ -34,7 +34,8 @@ class Info(ToolTest):
         path = self.folder / "cam.xml"
         self.done("convert", "--row", "90,10,Linear", "--over", "angle", "--name", "Cam", path)
         [cam] = json.loads(self.done("info", path, "--format", "json"))
-        self.assertEqual((cam["file"], cam["name"], cam["kind"], cam["valid"], cam["from"], cam["to"]), (str(path), "Cam", "segments", True, 0, 90))
+        self.assertEqual((cam["file"], cam["name"], cam["kind"], cam["valid"], cam["from"], cam["to"]),
+                         (str(path), "Cam", "segments", True, 0, 90))
         self.assertEqual(cam["seams"], [{"x": 90, "jump": [-10, 0, 0, 0], "cycle_end": True}])
 
     def test_a_row_of_no_length_is_a_jump(self):

@@ -44,7 +44,8 @@ class Profiles(ToolTest):
     def test_a_law_of_ones_own(self):
         library = self.library(LAW.format(name="Lift", formula="((x-x1)/(x2-x1))^4"))
         result = run("profiles", "--library", f"/nowhere; {library}", "--check")
-        self.assertEqual((result.returncode, result.stderr), (DONE, "mfcurve: warning: --library: /nowhere has no SegmentTypes.txt; it is passed over\n"))
+        self.assertEqual((result.returncode, result.stderr),
+                         (DONE, "mfcurve: warning: --library: /nowhere has no SegmentTypes.txt; it is passed over\n"))
         text = result.stdout
         self.assertIn(f"Lift\n    source   {library}", text)
         self.assertIn("vanish at the start: d1 d2 d3, at the end: none", text)

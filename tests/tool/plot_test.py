@@ -98,7 +98,8 @@ class Plot(ToolTest):
 
     def test_a_curve_without_finite_values_is_not_drawn(self):
         out = self.folder / "out.svg"
-        self.refused(FAILED, "plot", "--expression", "sqrt(-1-x^2)", "--from", "0", "--to", "1", "-o", out, says="no finite value from 0 to 1")
+        self.refused(FAILED, "plot", "--expression", "sqrt(-1-x^2)", "--from", "0", "--to", "1", "-o", out,
+                     says="no finite value from 0 to 1")
         self.assertFalse(out.exists())
 
     def test_the_name_of_a_picture_says_its_kind(self):

@@ -36,7 +36,8 @@ class Eval(ToolTest):
 
     def test_places_from_a_file(self):
         places = self.write("x.csv", "x;y\n0,5;1\n2,0;1\n")
-        self.assertEqual(self.samples("eval", "--expression", "x^2", "1", "--at", places), [[1, 1, 2, 2, 0], [0.5, 0.25, 1, 2, 0], [2, 4, 4, 2, 0]])
+        self.assertEqual(self.samples("eval", "--expression", "x^2", "1", "--at", places),
+                         [[1, 1, 2, 2, 0], [0.5, 0.25, 1, 2, 0], [2, 4, 4, 2, 0]])
         self.assertEqual(self.samples("eval", "--expression", "x^2", "--at", "-", text="3\n"), [[3, 9, 6, 2, 0]])
         self.refused(WRONG, "eval", "--expression", "x", "--at", self.write("bad.csv", "1\nb\n"), says="bad.csv:2: ")
 

@@ -45,7 +45,8 @@ void sortPoints(PointList& list)
 std::pair<int, int> linesOfClosePoints(const std::vector<FilePoint>& points)
 {
     constexpr double kShare = 1e-6;
-    const double least = kShare * (points.back().x - points.front().x) / static_cast<double>(points.size());
+    const auto count = static_cast<double>(points.size());
+    const double least = kShare * (points.back().x / count - points.front().x / count);
     const auto close =
         std::adjacent_find(points.begin(), points.end(),
                            [&](const FilePoint& a, const FilePoint& b) { return b.x - a.x < least; });
