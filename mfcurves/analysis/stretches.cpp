@@ -105,6 +105,13 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
         cuts.push_back({flat.from, 0.0});
         cuts.push_back({flat.to, 0.0});
     }
+    // The sign may also change at a pole.
+    for (const Range& unsure : changes.unsure) {
+        for (const double x : {unsure.from, unsure.to}) {
+            if (std::ranges::find(cuts, x, &Zero::x) == cuts.end())
+                cuts.push_back({x, 0.0});
+        }
+    }
     std::sort(cuts.begin(), cuts.end(), [](const Zero& a, const Zero& b) { return a.x < b.x; });
     std::erase_if(cuts, [&](const Zero& cut) { return !(cut.x > from && cut.x < to); });
 

@@ -203,6 +203,9 @@ TEST(Summarize, DecidesNoBranchWhereItsConditionHasNoValue)
     EXPECT_FALSE(sign.guaranteed);
     EXPECT_EQ(sign.least.y, -1.0);
     EXPECT_EQ(sign.greatest.y, 1.0);
+    const Summary pole = summarize(expression("min(-3, 3/x)", -0.2127385486793214, 3.7872614513206786))[0];
+    EXPECT_FALSE(pole.guaranteed);
+    EXPECT_LT(pole.least.y, -1e3);
     // Where the sign is the same throughout, an end without a value proves enough.
     EXPECT_TRUE(summarize(expression("max(sqrt(x), -1)", 0.0, 1.0))[0].guaranteed);
 }
