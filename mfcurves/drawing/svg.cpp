@@ -54,6 +54,12 @@ std::string description(const Diagram& diagram)
     return text;
 }
 
+// The title for people who cannot see the picture: without one, the names of the curves.
+std::string spokenTitle(const Diagram& diagram)
+{
+    return diagram.title.empty() ? fmt::format("{}", fmt::join(diagram.names, ", ")) : diagram.title;
+}
+
 std::string opening(const Diagram& diagram, const Layout& layout, const Theme& theme)
 {
     const std::string style = fmt::format(
@@ -64,8 +70,8 @@ std::string opening(const Diagram& diagram, const Layout& layout, const Theme& t
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0}\" height=\"{1}\" viewBox=\"0 0 {0} {1}\" "
         "role=\"img\">\n<title>{2}</title>\n<desc>{3}</desc>\n<style>{4}</style>\n"
         "<rect width=\"100%\" height=\"100%\" fill=\"{5}\"/>\n",
-        pixels(layout.width), pixels(layout.height), escaped(diagram.title), escaped(description(diagram)),
-        style, theme.background);
+        pixels(layout.width), pixels(layout.height), escaped(spokenTitle(diagram)),
+        escaped(description(diagram)), style, theme.background);
 }
 
 std::string drawTitle(const Diagram& diagram, const Layout& layout)

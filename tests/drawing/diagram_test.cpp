@@ -158,6 +158,16 @@ TEST(Svg, EscapesMarkup)
     EXPECT_NE(svg.find("<title>A &lt;cam&gt; &amp; more</title>"), std::string::npos);
 }
 
+TEST(Svg, OfSeveralCurvesIsTitledByTheirNames)
+{
+    const mf::Curve lift = rows({{2.0, 10.0, "Linear"}}, "Lift");
+    const mf::Curve stroke = rows({{2.0, 20.0, "Linear"}}, "Stroke");
+    EXPECT_NE(toSvg(diagramOf({lift, stroke})).find("<title>Lift, Stroke</title>"), std::string::npos);
+    Contents titled;
+    titled.title = "Both";
+    EXPECT_NE(toSvg(diagramOf({lift, stroke}, titled)).find("<title>Both</title>"), std::string::npos);
+}
+
 TEST(Svg, IsTheSameForTheSameDiagram)
 {
     const Diagram diagram = diagramOf({rows({{2.0, 10.0, "Cubic"}})});
