@@ -25,6 +25,12 @@ class Edit(ToolTest):
         self.assertEqual(self.edited("--set", "1.value=30", "--set", "3.profile=3-4-5-Polynomial"),
                          [(0, 90, 30, "Cubic"), (90, 150, 25, "Cubic"), (150, 240, 0, "3-4-5-Polynomial")])
 
+    def test_a_number_with_more_than_six_decimals_is_named(self):
+        out = self.folder / "out.xml"
+        edit = self.refused(DONE, "edit", self.cam, out, "--set", "1.value=1.23456789",
+                            says="six digits change numbers of the curve; the first: row 1: value 1.23456789 becomes 1.234568")
+        self.assertEqual((edit.stdout, self.rows(out)[0][2]), ("", 1.234568))
+
     def test_the_next_row_starts_where_an_end_moves_to(self):
         self.assertEqual(self.edited("--set", "2.end=120", moved="row 3: start 150 to 120\n"),
                          [(0, 90, 25, "Cubic"), (90, 120, 25, "Cubic"), (120, 240, 0, "Half-Cosine")])

@@ -101,12 +101,16 @@ void checkLoss(const mf::Curve& curve, const std::string& xml, const std::vector
             fmt::format("the document would be another curve: its value at x = {} would be {} and not {}",
                         shortNumberText(change.x, 9), shortNumberText(change.after, 9),
                         shortNumberText(change.before, 9)));
-    if (!losses.empty())
-        warn(path, fmt::format(
-                       "six digits change numbers of the curve, whose value moves by up to {} at x = {}; the "
-                       "first: {}{}{}",
-                       shortNumberText(change.size(), 3), shortNumberText(change.x, 9), losses.front().place,
-                       losses.front().place.empty() ? "" : ": ", losses.front().message));
+    if (losses.empty())
+        return;
+    // The values of an edited document have six decimals already: only its numbers change.
+    const std::string movement =
+        change.size() > 0.0 ? fmt::format(", whose value moves by up to {} at x = {}",
+                                          shortNumberText(change.size(), 3), shortNumberText(change.x, 9))
+                            : "";
+    warn(path,
+         fmt::format("six digits change numbers of the curve{}; the first: {}{}{}", movement,
+                     losses.front().place, losses.front().place.empty() ? "" : ": ", losses.front().message));
 }
 
 }  // namespace
