@@ -16,7 +16,7 @@ constexpr unsigned largestPlainPower(std::size_t terms)
 {
     return terms == 1 ? 2 : 3;
 }
-/// Up to this exponent compensated multiplications are quicker than `pow`.
+/// Up to this exponent, at most 7, compensated multiplications are quicker than `pow`.
 constexpr unsigned kLargestCompensatedPower = 7;
 
 /// Returns sum + error. Returns `sum` alone if the error is NaN because the halves of its
@@ -55,21 +55,47 @@ template <class Number>
     return ((a.high * b.high - product) + a.high * b.low + a.low * b.high) + a.low * b.low;
 }
 
-/// u^exponent for exponents from 2 by multiplications. Their rounding errors are added up
-/// separately, so that the result is as accurate as `pow`; Graillat, IEEE Trans. Comput.
-/// 58 (2009).
+/// A product and the sum of its rounding errors.
+template <class Number>
+struct Compensated {
+    Number product;
+    Number error;
+};
+
+template <class Number>
+[[gnu::always_inline]] inline Compensated<Number> squared(Compensated<Number> a)
+{
+    const Halves<Number> halves(a.product);
+    const Number square = a.product * a.product;
+    const Number twice = a.product + a.product;
+    return {square, twice * a.error + roundingError(halves, halves, square)};
+}
+
+template <class Number>
+[[gnu::always_inline]] inline Compensated<Number> times(Compensated<Number> a, Number u,
+                                                        const Halves<Number>& halvesOfU)
+{
+    const Number product = a.product * u;
+    return {product, a.error * u + roundingError(Halves<Number>(a.product), halvesOfU, product)};
+}
+
+/// u^exponent for exponents from 2 to kLargestCompensatedPower by squaring and multiplying.
+/// The rounding errors are added up separately, so that the result is as accurate as `pow`;
+/// Graillat, IEEE Trans. Comput. 58 (2009).
 template <class Number>
 [[gnu::always_inline]] inline Number compensatedPower(Number u, unsigned exponent)
 {
     const Halves<Number> halves(u);
-    Number power = u * u;
-    Number error = roundingError(halves, halves, power);
-    for (unsigned i = 2; i < exponent; ++i) {
-        const Halves<Number> factor(power);
-        power = power * u;
-        error = error * u + roundingError(factor, halves, power);
+    const Number square = u * u;
+    Compensated<Number> power = {square, roundingError(halves, halves, square)};
+    if (exponent >= 4) {
+        if (exponent & 2)
+            power = times(power, u, halves);
+        power = squared(power);
     }
-    return withError(power, error);
+    if (exponent & 1)
+        power = times(power, u, halves);
+    return withError(power.product, power.error);
 }
 
 /// r * u^exponent, where r is a sum of `terms` terms.
