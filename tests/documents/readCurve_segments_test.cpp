@@ -251,6 +251,61 @@ TEST_F(ReadCurve, WithoutAManagerRowsHaveNoProfile)
     EXPECT_EQ(showSegments(segments()), "0-0=1; 0-2=5; 2-3=4");
 }
 
+// The answers of the other host, but at one request for the manager.
+class HostWithoutAManagerOnce : public QelMotionFunctionContext_c {
+public:
+    HostWithoutAManagerOnce(QelMotionFunctionContext_c& other, int request) : other_(other), left_(request)
+    {
+        QelSession_c::setMotionFunctionContext(this);
+    }
+    ~HostWithoutAManagerOnce() override { QelSession_c::setMotionFunctionContext(&other_); }
+    HostWithoutAManagerOnce(const HostWithoutAManagerOnce&) = delete;
+    HostWithoutAManagerOnce& operator=(const HostWithoutAManagerOnce&) = delete;
+
+    bool wasReached() const { return left_ <= 0; }
+
+    IMotionServices_c* getMotionServices() override { return other_.getMotionServices(); }
+    IMotionStudy_c* getMotionStudy() override { return other_.getMotionStudy(); }
+    mfProfileManager_c* getProfileManager() override
+    {
+        return --left_ == 0 ? nullptr : other_.getProfileManager();
+    }
+
+private:
+    QelMotionFunctionContext_c& other_;
+    int left_;
+};
+
+// Without a manager no key can be made; the name is stored with the empty key, and the row
+// gets the default profile.
+TEST_F(ReadCurve, NameIsStoredEvenIfNoKeyCouldBeMade)
+{
+    const Document document =
+        segmentDocument()
+            .set("Segments", segment("", "", "1", "Mine") + segment("0", "2", "5", "Mine"))
+            .set("ProfileDefinitions", definition("Mine", lineTimes("3", "Mine")));
+    int stored = 0;
+    for (int request = 1;; ++request) {
+        mfProfileManager_c fresh;
+        host.managerAnswer = &fresh;
+        ASSERT_TRUE(fresh.rebuildUserProfileMap());
+        {
+            const HostWithoutAManagerOnce forgetful(host, request);
+            ASSERT_TRUE(readBuffer(document)) << request;
+            if (!forgetful.wasReached())
+                break;
+        }
+        mfProfileKey_c key;
+        fresh.lookupDocumentName("Mine", key);
+        if (!fresh.hasDocumentNames() || !key.isEmpty())
+            continue;
+        ++stored;
+        EXPECT_EQ(showSegments(segments()), "0-0=1 Cubic (Default); 0-2=5 Cubic (Default)") << request;
+    }
+    host.managerAnswer = &manager;
+    EXPECT_EQ(stored, 1);
+}
+
 TEST_F(ReadCurve, WithoutAContextRowsHaveNoProfile)
 {
     QelSession_c::setMotionFunctionContext(nullptr);
