@@ -21,7 +21,7 @@ rm -rf "$prefix" "$work/data" "$work/consumer" "$work/embedded"
 mkdir -p "$work"
 if [ "$kind" = shared ]; then
     build=$work/build
-    cmake -S "$source" -B "$build" -G Ninja -DBUILD_SHARED_LIBS=ON -DCMAKE_UNITY_BUILD=ON \
+    cmake -S "$source" -B "$build" -G Ninja -DBUILD_SHARED_LIBS=ON -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16 \
         -DMFCURVES_TESTS=OFF -DMFCURVES_TOOL=OFF -DMFCURVES_EXAMPLES=OFF >/dev/null
     cmake --build "$build"
 fi
