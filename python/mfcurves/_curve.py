@@ -236,6 +236,12 @@ class Curve(_mfcurves.CurveCore):
         cyclic : bool
             Also check the step from the end to the start; alone it checks continuity 0.
 
+        Warns
+        -----
+        CurveWarning
+            When no violation is found, and it is not proved that there is none, for example
+            because the curve has a pole.
+
         Examples
         --------
         >>> import mfcurves as mf
@@ -243,16 +249,17 @@ class Curve(_mfcurves.CurveCore):
         >>> cam.check(max_velocity=10.0).ok, cam.check(max_velocity=9.0).ok
         (True, False)
         """
-        return check_from(
-            *self.find_violations(
-                as_limit(max_velocity, "max_velocity"),
-                as_limit(max_acceleration, "max_acceleration"),
-                as_limit(max_jerk, "max_jerk"),
-                None if range is None else as_ascending(range, "range"),
-                None if continuity is None else as_order(continuity, "continuity"),
-                as_truth(cyclic, "cyclic"),
-            )
+        items, all_found = self.find_violations(
+            as_limit(max_velocity, "max_velocity"),
+            as_limit(max_acceleration, "max_acceleration"),
+            as_limit(max_jerk, "max_jerk"),
+            None if range is None else as_ascending(range, "range"),
+            None if continuity is None else as_order(continuity, "continuity"),
+            as_truth(cyclic, "cyclic"),
         )
+        if not (items or all_found):
+            warn([("warning", "", "no violation was found, but it is not proved that there is none")])
+        return check_from(items)
 
     def over_time(self, rpm: t.Optional[float] = None, cycle_time: t.Optional[float] = None) -> "Curve":
         """This angle curve over time, at a constant speed.

@@ -69,15 +69,10 @@ class Violation(t.NamedTuple):
 
 
 class Check(t.NamedTuple):
-    """Whether a curve stays within its limits, and where it does not.
-
-    ``guaranteed`` is true when it is proved that there are no other violations; it is false
-    at a pole.
-    """
+    """Whether a curve stays within its limits, and where it does not."""
 
     ok: bool
     violations: t.Tuple[Violation, ...]
-    guaranteed: bool
 
 
 class CamTable(t.NamedTuple):
@@ -106,9 +101,9 @@ def summaries_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> t.List[Summary]:
     ]
 
 
-def check_from(items: t.Iterable[t.Tuple[t.Any, ...]], guaranteed: bool) -> Check:
+def check_from(items: t.Iterable[t.Tuple[t.Any, ...]]) -> Check:
     violations = tuple(Violation(*item) for item in items)
-    return Check(not violations, violations, guaranteed)
+    return Check(not violations, violations)
 
 
 def ppoly_from(table: CamTable) -> t.Any:

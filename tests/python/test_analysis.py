@@ -2,6 +2,7 @@
 """The analysis of curves: breaks, peaks, limits, other forms, pictures."""
 
 import math
+import warnings
 
 import numpy as np
 import pytest
@@ -79,12 +80,18 @@ def test_the_range_of_values(wave):
     assert (low.worst_x, high.worst_x) == (pytest.approx(0.75), pytest.approx(0.25))
 
 
-def test_a_check_finds_both_sides_of_a_pole_and_says_what_is_proved(wave):
+def test_a_check_finds_both_sides_of_a_pole():
     low, high = mf.expression("1/x", domain=(-1, 1)).check(range=(-5, 5)).violations
     assert (low.start, low.end) == (pytest.approx(-0.2), pytest.approx(0.0, abs=1e-15))
     assert (high.start, high.end) == (pytest.approx(0.0, abs=1e-15), pytest.approx(0.2))
-    assert not mf.expression("1/x", domain=(-1, 1)).check(continuity=0).guaranteed
-    assert wave.check(range=(-10.5, 10.5), continuity=2).guaranteed
+
+
+def test_a_check_that_finds_nothing_warns_where_this_is_not_proved(wave):
+    with pytest.warns(mf.CurveWarning, match="not proved that there is none"):
+        assert mf.expression("1/x", domain=(-1, 1)).check(continuity=0).ok
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        assert wave.check(range=(-10.5, 10.5), continuity=2) == (True, ())
 
 
 def test_an_angle_curve_over_time(cam):
