@@ -32,9 +32,9 @@ struct Violation {
 /// An impulse breaks every finite limit of its order.
 MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Requirements& required);
 
-/// Whether the violations are proved to be all: every order that has a limit, or that must not jump, is
-/// guaranteed (see Summary). An order is not at a pole, where its formula has no value, and where proving
-/// takes too much work.
+/// Whether it is proved that violations() finds all: every order that has a limit, or that must not jump, is
+/// guaranteed (see Summary). An order with a pole is not guaranteed, nor one without a value somewhere, nor
+/// one for which a proof takes too much work.
 MFCURVES_API bool areAllViolationsFound(const Curve& curve, const Requirements& required);
 
 /// A move from rest to rest by a motion law.

@@ -9,6 +9,7 @@
 #include "mfcurves/engine/parser.h"
 
 namespace mf::engine {
+
 CompiledText::Result CompiledText::compile(std::wstring_view text,
                                            const std::optional<std::wstring_view>& variableName)
 {
