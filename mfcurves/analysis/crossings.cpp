@@ -139,11 +139,20 @@ public:
         return std::isnan(y) ? State::Nothing : y < low_ || y > high_ ? State::Beyond : State::Within;
     }
 
-    // Ascending places between which the state does not change: where the value of the order is a limit,
-    // the ends of pieces, poles, and where the order begins or ceases to have a value.
-    std::vector<double> changes(Range range)
+    // By more than rounding, which may lift the value at a kink over a limit.
+    bool isClearlyBeyond(double x) const
     {
-        x_ = {range.from, range.to};
+        const double y = curve_(x, order_);
+        const double rounding = kJump * std::fabs(y);
+        return y < low_ - rounding || y > high_ + rounding;
+    }
+
+    // Ascending places between which the state does not change: where the value of the order is a limit,
+    // the ends of pieces, poles, where the order begins or ceases to have a value, and these single places.
+    std::vector<double> changes(Range range, std::vector<double> singlePlaces)
+    {
+        x_ = std::move(singlePlaces);
+        x_.insert(x_.end(), {range.from, range.to});
         std::vector<Range> unsure;
         for (const double limit : {low_, high_}) {
             if (!std::isfinite(limit))
@@ -213,6 +222,23 @@ private:
     std::vector<double> x_;
 };
 
+// Where the formula may have a value of its own, unlike those on both sides, as sign(x) has at 0.
+std::vector<double> singlePlaces(const Curve& curve, Range range)
+{
+    std::vector<double> places;
+    const FormulaPiece* piece = nullptr;
+    for (const Part& part : partsOf(curve, range)) {
+        if (part.beginsAtKink)
+            places.push_back(part.from);
+        if (part.piece.get() != piece) {
+            for (const Zero& touch : part.piece->touches())
+                places.push_back(touch.x);
+        }
+        piece = part.piece.get();
+    }
+    return places;
+}
+
 }  // namespace
 
 std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range)
@@ -255,7 +281,8 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
         return found;
     StateSearch search(curve, order, low, high);
     const auto isBeyond = [&](double at) { return search.at(at) == State::Beyond; };
-    const std::vector<double> x = search.changes(inside);
+    const std::vector<double> single = singlePlaces(curve, inside);
+    const std::vector<double> x = search.changes(inside, single);
     if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
@@ -264,11 +291,14 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
         if (isBeyond(0.5 * x[i] + 0.5 * x[i + 1]) || (isAtPole && (isBeyond(x[i]) || isBeyond(x[i + 1]))))
             join(found, {x[i], x[i + 1]});
     }
-    if (order == 0 || !(std::isfinite(low) || std::isfinite(high)))
-        return found;
-
-    for (const double impulse : impulsesOf(curve, order, inside))
-        found.push_back({impulse, impulse});
+    for (const double at : single) {
+        if (search.isClearlyBeyond(at))
+            found.push_back({at, at});
+    }
+    if (order > 0 && (std::isfinite(low) || std::isfinite(high))) {
+        for (const double impulse : impulsesOf(curve, order, inside))
+            found.push_back({impulse, impulse});
+    }
     return joined(std::move(found));
 }
 

@@ -126,6 +126,8 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
             iAppend(from, to, kinkError, decisions, false);
             return true;
         }
+        if (i > 0 && parts.back() == *decision)
+            touches_.push_back(cuts[i - 1]);
         parts.push_back(*decision);
     }
     if (std::all_of(parts.begin(), parts.end(), [&](double part) { return part == parts.front(); })) {

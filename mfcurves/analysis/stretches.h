@@ -31,6 +31,9 @@ public:
     /// False: the text is not a function of one variable.
     bool hasFormula() const { return formula_ != nullptr; }
     const std::vector<Stretch>& stretches() const { return stretches_; }
+    /// Where a condition is at its edge, but decides the same on both sides. There the formula may have
+    /// a value of its own, as if(x^2: 0, 1, 0) has at 0.
+    const std::vector<Zero>& touches() const { return touches_; }
     /// Evaluates the orders of a stretch. The evaluator refers to this object.
     BoxEvaluator evaluator(const Stretch& stretch) { return {formula_->graph(), stretch.orders, budget_}; }
     /// The same for the formula with its conditions.
@@ -47,6 +50,7 @@ private:
     Budget budget_{kOperationsPerPiece};
     std::unique_ptr<FormulaGraph> formula_;
     std::vector<Stretch> stretches_;
+    std::vector<Zero> touches_;
 };
 
 }  // namespace mf::analysis

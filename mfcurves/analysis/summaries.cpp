@@ -34,9 +34,13 @@ public:
         const std::vector<Part> parts = partsOf(curve_, range_);
         for (const Part& part : parts)
             examine(part);
+        const FormulaPiece* piece = nullptr;
         for (const Part& part : parts) {
             offerOwnValue(part.from);
             offerOwnValue(part.to);
+            if (part.piece.get() != piece)
+                examineTouches(*part.piece);
+            piece = part.piece.get();
         }
         const AllIntegrals totals = integrals();
         std::array<Summary, 4> summaries;
@@ -115,7 +119,7 @@ private:
         if (!std::all_of(isProved.begin(), isProved.end(), [](bool proved) { return proved; }))
             sample(part, isProved);
         if (part.beginsAtKink)
-            examineKink(part);
+            boundNear(*part.piece, part.from, part.smooth().kinkError);
         examined_.push_back(
             {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
     }
@@ -226,12 +230,20 @@ private:
         }
     }
 
-    // The place of a kink is known only to rounding, so near it both branches count.
-    void examineKink(const Part& part)
+    void examineTouches(FormulaPiece& piece)
     {
-        BoxEvaluator whole = part.piece->wholeEvaluator();
-        const double reach = 2.0 * part.smooth().kinkError + 4.0 * 0x1p-52 * std::fabs(part.from);
-        const Enclosures near = whole.plainly(part.from - reach, part.from + reach);
+        for (const Zero& touch : piece.touches()) {
+            offerOwnValue(touch.x);
+            boundNear(piece, touch.x, touch.error);
+        }
+    }
+
+    // The place of a kink or touch is known only to rounding, so near it all branches count.
+    void boundNear(FormulaPiece& piece, double x, double error)
+    {
+        BoxEvaluator whole = piece.wholeEvaluator();
+        const double reach = 2.0 * error + 4.0 * 0x1p-52 * std::fabs(x);
+        const Enclosures near = whole.plainly(x - reach, x + reach);
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) <= whole.highest() && near[k].isFinite();
             extremes_[k].bound(known ? near[k].lo : -kUnbounded, known ? near[k].hi : kUnbounded);

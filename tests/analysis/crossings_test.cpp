@@ -195,6 +195,16 @@ TEST(Beyond, FindsBothSidesOfAPole)
     expectRanges(beyond(expression("tan(x)", 0.0, 3.0), 0, -1.0, 1.0), {{kPi / 4, 3 * kPi / 4}});
 }
 
+TEST(Beyond, FindsAValueAtASingleX)
+{
+    for (const char* text : {"if(x^2: 1, 5, 2)", "if(x: 1, 5, 2)", "nint(4.5-x^2)"}) {
+        const Curve curve = expression(text, -1.0, 1.0);
+        expectRanges(beyond(curve, 0, -kInfinity, 4.5), {{0.0, 0.0}});
+        EXPECT_TRUE(beyond(curve, 0, -kInfinity, 5.0).empty()) << text;
+    }
+    EXPECT_TRUE(beyond(expression("abs((x-0.3)^2)", -1.0, 1.0), 0, 0.0, kInfinity).empty());
+}
+
 // log(x) has no value up to 0, and a slope above 4 up to 1/4.
 TEST(Beyond, BeginsWhereADomainDoes)
 {

@@ -414,6 +414,21 @@ TEST(Summarize, OfEqualBranchesIsThatOfOne)
     }
 }
 
+// The conditions are 0 at one x alone, where they only touch 0 or pass through it.
+TEST(Summarize, CountsAValueAtASingleX)
+{
+    for (const char* text :
+         {"if(x^2: 1, 5, 2)", "if((x-0.5)^2: 1, 5, 2)", "if(x: 1, 5, 2)", "nint(4.5-x^2)"}) {
+        const Summary value = summarize(expression(text, -1.0, 1.0))[0];
+        EXPECT_EQ(value.greatest.y, 5.0) << text;
+        EXPECT_EQ(expression(text, -1.0, 1.0)(value.greatest.x), 5.0) << text;
+        EXPECT_TRUE(value.guaranteed) << text;
+    }
+    // No double is the square root of 2, but rounding might make the condition 0.
+    const Peak missed = summarize(expression("if((x^2-2)^2: 1, 5, 2)", 0.0, 2.0))[0].greatest;
+    EXPECT_GE(missed.y + missed.error, 5.0);
+}
+
 // A triangle wave: 1/3 is the mean of its square.
 TEST(Summarize, OfPointsIsInClosedForm)
 {
