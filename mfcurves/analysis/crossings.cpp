@@ -231,7 +231,7 @@ std::vector<double> singlePlaces(const Curve& curve, Range range)
         if (part.beginsAtKink)
             places.push_back(part.from);
         if (part.piece.get() != piece) {
-            for (const Zero& touch : part.piece->touches())
+            for (const Touch& touch : part.piece->touches())
                 places.push_back(touch.x);
         }
         piece = part.piece.get();

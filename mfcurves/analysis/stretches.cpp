@@ -57,6 +57,12 @@ std::optional<double> decisionBetween(const Condition& condition, BoxEvaluator& 
 
 }  // namespace
 
+Range nearZero(double x, double error)
+{
+    const double reach = 2.0 * error + 4.0 * 0x1p-52 * std::fabs(x);
+    return {x - reach, x + reach};
+}
+
 FormulaPiece::FormulaPiece(const curve::FormulaText& text, double from, double to)
     : formula_(FormulaGraph::make(text))
 {
@@ -113,7 +119,12 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
         }
     }
     std::sort(cuts.begin(), cuts.end(), [](const Zero& a, const Zero& b) { return a.x < b.x; });
-    std::erase_if(cuts, [&](const Zero& cut) { return !(cut.x > from && cut.x < to); });
+    std::erase_if(cuts, [&](const Zero& cut) {
+        const bool isInside = cut.x > from && cut.x < to;
+        if (!isInside)
+            iAddTouch(cut, from, to);
+        return !isInside;
+    });
 
     const NodeId root[] = {function};
     BoxEvaluator evaluator(formula_->graph(), root, budget_);
@@ -127,7 +138,7 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
             return true;
         }
         if (i > 0 && parts.back() == *decision)
-            touches_.push_back(cuts[i - 1]);
+            iAddTouch(cuts[i - 1], from, to);
         parts.push_back(*decision);
     }
     if (std::all_of(parts.begin(), parts.end(), [&](double part) { return part == parts.front(); })) {
@@ -144,6 +155,14 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
              first == 0 ? kinkError : cuts[first - 1].error, std::move(decided));
     }
     return true;
+}
+
+// A zero at an end may reach into the stretch, up to its other end where the condition is 0 but for rounding.
+void FormulaPiece::iAddTouch(const Zero& zero, double from, double to)
+{
+    const Range box = nearZero(zero.x, zero.error);
+    if (box.from <= to && box.to >= from)
+        touches_.push_back({zero.x, {std::max(box.from, from), std::min(box.to, to)}});
 }
 
 // Where the function of a condition is 0, or passes from one whole number to the next.

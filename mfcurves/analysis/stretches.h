@@ -20,6 +20,16 @@ struct Stretch {
     double kinkError = 0.0;              // how far the kink may be from `from`
 };
 
+/// Where a condition is at its edge without cutting a stretch, because it decides the same on both sides
+/// or the place is an end. There the formula may have a value of its own, as if(x^2: 0, 1, 0) has at 0.
+struct Touch {
+    double x;
+    Range box;  // the place is known only to rounding
+};
+
+/// The x that a zero may have, and some more for rounding.
+Range nearZero(double x, double error);
+
 /// One formula of a curve between two x, with its stretches.
 ///
 /// Threads: operations change the graph and the budget, so one object is for one thread.
@@ -31,9 +41,7 @@ public:
     /// False: the text is not a function of one variable.
     bool hasFormula() const { return formula_ != nullptr; }
     const std::vector<Stretch>& stretches() const { return stretches_; }
-    /// Where a condition is at its edge, but decides the same on both sides. There the formula may have
-    /// a value of its own, as if(x^2: 0, 1, 0) has at 0.
-    const std::vector<Zero>& touches() const { return touches_; }
+    const std::vector<Touch>& touches() const { return touches_; }
     /// Evaluates the orders of a stretch. The evaluator refers to this object.
     BoxEvaluator evaluator(const Stretch& stretch) { return {formula_->graph(), stretch.orders, budget_}; }
     /// The same for the formula with its conditions.
@@ -45,12 +53,13 @@ private:
     void iCut(double from, double to, double kinkError, Decisions decisions);
     bool iCutAt(const Condition& condition, double from, double to, double kinkError, Decisions& decisions);
     Zeros iChanges(const Condition& condition, engine::NodeId function, double from, double to);
+    void iAddTouch(const Zero& zero, double from, double to);
     void iAppend(double from, double to, double kinkError, const Decisions& decisions, bool isSmooth);
 
     Budget budget_{kOperationsPerPiece};
     std::unique_ptr<FormulaGraph> formula_;
     std::vector<Stretch> stretches_;
-    std::vector<Zero> touches_;
+    std::vector<Touch> touches_;
 };
 
 }  // namespace mf::analysis

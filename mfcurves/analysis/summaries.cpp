@@ -119,7 +119,7 @@ private:
         if (!std::all_of(isProved.begin(), isProved.end(), [](bool proved) { return proved; }))
             sample(part, isProved);
         if (part.beginsAtKink)
-            boundNear(*part.piece, part.from, part.smooth().kinkError);
+            boundOver(*part.piece, nearZero(part.from, part.smooth().kinkError));
         examined_.push_back(
             {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
     }
@@ -232,18 +232,17 @@ private:
 
     void examineTouches(FormulaPiece& piece)
     {
-        for (const Zero& touch : piece.touches()) {
+        for (const Touch& touch : piece.touches()) {
             offerOwnValue(touch.x);
-            boundNear(piece, touch.x, touch.error);
+            boundOver(piece, touch.box);
         }
     }
 
-    // The place of a kink or touch is known only to rounding, so near it all branches count.
-    void boundNear(FormulaPiece& piece, double x, double error)
+    // Near a kink or touch all branches count.
+    void boundOver(FormulaPiece& piece, Range box)
     {
         BoxEvaluator whole = piece.wholeEvaluator();
-        const double reach = 2.0 * error + 4.0 * 0x1p-52 * std::fabs(x);
-        const Enclosures near = whole.plainly(x - reach, x + reach);
+        const Enclosures near = whole.plainly(box.from, box.to);
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) <= whole.highest() && near[k].isFinite();
             extremes_[k].bound(known ? near[k].lo : -kUnbounded, known ? near[k].hi : kUnbounded);

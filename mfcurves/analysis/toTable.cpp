@@ -154,6 +154,8 @@ public:
         table_.boundD1 = quintic ? total_.d1 : kUnbounded;
         table_.boundD2 = quintic ? total_.d2 : kUnbounded;
         table_.guaranteed &= table_.bound <= tolerance_.value && (!quintic || total_.isWithin(tolerance_));
+        // The bounds are of derivatives, which may be 0 also where the curve has no value.
+        table_.guaranteed = table_.guaranteed && summarize(curve_)[0].guaranteed;
         return std::move(table_);
     }
 

@@ -429,6 +429,14 @@ TEST(Summarize, CountsAValueAtASingleX)
     EXPECT_GE(missed.y + missed.error, 5.0);
 }
 
+// The remainder is 0, but 7*x rounded to a double may be just below 7 times x.
+TEST(Summarize, BoundsARemainderThatRoundingDecides)
+{
+    const Peak rounded = summarize(expression("mod(7*x, -x)", 1.0, 2.0))[0].greatest;
+    EXPECT_GE(rounded.y + rounded.error, 2.0);
+    expectPeak(summarize(expression("mod(7*x, 2)", 1.0, 2.0))[0].least, 8.0 / 7.0, 0.0);
+}
+
 // A triangle wave: 1/3 is the mean of its square.
 TEST(Summarize, OfPointsIsInClosedForm)
 {

@@ -216,4 +216,13 @@ TEST(ToTable, RefusesTolerancesWithoutMeaning)
     EXPECT_THROW(toTable(cam(), Form::Xyva, {1e-3, -1.0}), mf::CurveError);
 }
 
+// The second derivative is 0 everywhere, but the curve has no value where it divides by 0.
+TEST(ToTable, ProvesNothingForACurveWithoutAValue)
+{
+    for (const char* text : {"x*(8/x)-x*(8/x)", "0/(x-1)"}) {
+        EXPECT_FALSE(toTable(expression(text, 0.0, 9.0), Form::Linear, {1e-3}).guaranteed) << text;
+        EXPECT_TRUE(toTable(expression(text, 2.0, 9.0), Form::Linear, {1e-3}).guaranteed) << text;
+    }
+}
+
 }  // namespace
