@@ -3,6 +3,7 @@
 #include "mfcurves/analysis/summaries.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "mfcurves/analysis/extremes.h"
 #include "mfcurves/curve/FrozenCurve.h"
@@ -35,12 +36,17 @@ public:
         for (const Part& part : parts)
             examine(part);
         const FormulaPiece* piece = nullptr;
+        std::optional<BoxEvaluator> whole;
         for (const Part& part : parts) {
             offerOwnValue(part.from);
             offerOwnValue(part.to);
-            if (part.piece.get() != piece)
-                examineTouches(*part.piece);
-            piece = part.piece.get();
+            if (part.piece.get() != piece) {
+                piece = part.piece.get();
+                whole.emplace(part.piece->wholeEvaluator());
+                examineTouches(*piece, *whole);
+            }
+            if (part.beginsAtKink)
+                boundOver(nearZero(part.from, part.smooth().kinkError), *whole);
         }
         const AllIntegrals totals = integrals();
         std::array<Summary, 4> summaries;
@@ -118,8 +124,6 @@ private:
         }
         if (!std::all_of(isProved.begin(), isProved.end(), [](bool proved) { return proved; }))
             sample(part, isProved);
-        if (part.beginsAtKink)
-            boundOver(*part.piece, nearZero(part.from, part.smooth().kinkError));
         examined_.push_back(
             {part, std::move(found), evaluator.cost(), startOf(part, evaluator), endOf(part, evaluator)});
     }
@@ -230,19 +234,21 @@ private:
         }
     }
 
-    void examineTouches(FormulaPiece& piece)
+    void examineTouches(const FormulaPiece& piece, BoxEvaluator& whole)
     {
         for (const Touch& touch : piece.touches()) {
             offerOwnValue(touch.x);
-            boundOver(piece, touch.box);
+            boundOver(touch.box, whole);
         }
     }
 
     // Near a kink or touch all branches count.
-    void boundOver(FormulaPiece& piece, Range box)
+    void boundOver(Range box, BoxEvaluator& whole)
     {
-        BoxEvaluator whole = piece.wholeEvaluator();
-        const Enclosures near = whole.plainly(box.from, box.to);
+        Enclosures near;
+        near.fill(Interval::everything());
+        if (!whole.budget().isSpent())
+            near = whole.plainly(box.from, box.to);
         for (std::size_t k = 0; k < kOrders; ++k) {
             const bool known = static_cast<int>(k) <= whole.highest() && near[k].isFinite();
             extremes_[k].bound(known ? near[k].lo : -kUnbounded, known ? near[k].hi : kUnbounded);

@@ -105,6 +105,13 @@ struct Bounds {
         d1 = std::max(d1, other.d1);
         d2 = std::max(d2, other.d2);
     }
+    Bounds& operator+=(const Bounds& other)
+    {
+        value += other.value;
+        d1 += other.d1;
+        d2 += other.d2;
+        return *this;
+    }
     bool isWithin(const Tolerance& t) const { return value <= t.value && d1 <= t.d1 && d2 <= t.d2; }
     // The largest ratio of a bound to its tolerance; at most 1 if all are within.
     double excess(const Tolerance& t) const { return std::max({value / t.value, d1 / t.d1, d2 / t.d2}); }
@@ -124,6 +131,14 @@ Bounds quinticError(double h, double sixth)
     const double h2 = h * h;
     return {h2 * h2 * h2 / 46080.0 * sixth, h2 * h2 * h * (std::sqrt(5.0) / 30000.0) * sixth,
             h2 * h2 / 1920.0 * sixth};
+}
+
+// How far a quintic over a length h moves if the values at one end move by the gap: sums of the largest
+// magnitudes, rounded up, of its three Hermite polynomials there and of their derivatives.
+Bounds quinticShift(const CurveValues& gap, double h)
+{
+    const double y = std::fabs(gap.y), d1 = std::fabs(gap.d1), d2 = std::fabs(gap.d2);
+    return {y + h * (d1 + h * d2), 2.0 * y / h + d1 + h * d2, 6.0 * y / (h * h) + 4.0 * d1 / h + d2};
 }
 
 // The share of the tolerance for the proved error. The rest is for the rounding of the rows, which
@@ -170,11 +185,14 @@ private:
         const CurveValues start = limits(part, values, part.from, Side::Right);
         if (index == 0 || isDoubled(start))
             append(part.from, start);
+        const CurveValues gap = gapTo(start);
         double x = part.from;
         double step = part.to - part.from;
         while (x < part.to && table_.x.size() < kMostRows) {
             Bounds bounds;
             const double next = nextRow(orders, part, x, step, bounds);
+            if (x == part.from)
+                bounds += quintic ? quinticShift(gap, next - x) : Bounds{std::fabs(gap.y), 0.0, 0.0};
             total_.include(bounds);
             append(next, limits(part, values, next, next == part.to ? Side::Left : Side::Plain));
             step = 1.5 * (next - x);
@@ -242,6 +260,13 @@ private:
         const CurveValues values{one(0), one(1), one(2), one(3)};
         rounding_ = std::max(rounding_, rounding);
         return values;
+    }
+
+    // From the last row to the start of a part, in whose place the row is unless it is doubled.
+    CurveValues gapTo(const CurveValues& start) const
+    {
+        return {start.y - table_.y.back(), table_.form == Form::Xyva ? start.d1 - table_.d1.back() : 0.0,
+                table_.form == Form::Xyva ? start.d2 - table_.d2.back() : 0.0, 0.0};
     }
 
     // Whether the part begins with values other than those at the end of the previous part.

@@ -225,4 +225,14 @@ TEST(ToTable, ProvesNothingForACurveWithoutAValue)
     }
 }
 
+// The jumps of 0.3 are within the tolerance, so that they need no rows of their own.
+TEST(ToTable, CountsAJumpWithoutARow)
+{
+    const Curve curve = expression("mod(x,3)*0.1+300^5", 0.0, 10.0);
+    const CamTable table = toTable(curve, Form::Linear, {1e9});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_GE(table.bound, 0.29);
+    EXPECT_LE(table.bound, 0.31);
+}
+
 }  // namespace
