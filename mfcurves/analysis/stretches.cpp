@@ -20,6 +20,9 @@ namespace {
 
 constexpr std::size_t kMostStretches = 2000;
 
+// Of making a node, in operations on intervals; measured.
+constexpr std::size_t kCostOfNode = 3;
+
 // The whole number to which a condition of whole numbers maps a value.
 double wholeOf(const Condition& condition, double value)
 {
@@ -76,7 +79,7 @@ void FormulaPiece::iCut(double from, double to, double kinkError, Decisions deci
 {
     for (;;) {
         std::optional<Condition> open;
-        budget_.spend(formula_->nodesOfOrders());
+        budget_.spend(kCostOfNode * formula_->nodesOfOrders());
         for (const NodeId order : formula_->orders()) {
             open = formula_->openCondition(order, decisions);
             if (open)
@@ -147,12 +150,17 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
     }
     for (std::size_t i = 0; i < parts.size();) {
         const std::size_t first = i;
+        const double start = first == 0 ? from : cuts[first - 1].x;
+        const double error = first == 0 ? kinkError : cuts[first - 1].error;
+        if (budget_.isSpent()) {
+            iAppend(start, to, error, decisions, false);
+            return true;
+        }
         while (i < parts.size() && parts[i] == parts[first])
             ++i;
         Decisions decided = decisions;
         decided[condition] = parts[first];
-        iCut(first == 0 ? from : cuts[first - 1].x, i == parts.size() ? to : cuts[i - 1].x,
-             first == 0 ? kinkError : cuts[first - 1].error, std::move(decided));
+        iCut(start, i == parts.size() ? to : cuts[i - 1].x, error, std::move(decided));
     }
     return true;
 }
@@ -196,11 +204,13 @@ void FormulaPiece::iAppend(double from, double to, double kinkError, const Decis
                            bool isSmooth)
 {
     Stretch stretch{from, to, {}, isSmooth, kinkError};
-    if (!decisions.empty())
-        budget_.spend(formula_->nodesOfOrders());
+    const bool isDecided = !decisions.empty() && !budget_.isSpent();
+    if (isDecided)
+        budget_.spend(kCostOfNode * formula_->nodesOfOrders());
     for (const NodeId order : formula_->orders())
-        stretch.orders.push_back(decisions.empty() ? order : formula_->decided(order, decisions));
-    if (isSmooth && !decisions.empty()) {
+        stretch.orders.push_back(isDecided ? formula_->decided(order, decisions) : order);
+    stretch.isSmooth &= isDecided || decisions.empty();
+    if (stretch.isSmooth && isDecided) {
         // Where the value has no limit, as an angle at the origin, its derivatives prove nothing.
         BoxEvaluator value(formula_->graph(), std::span(stretch.orders).first(1), budget_);
         stretch.isSmooth = !value.at(from)[0].partial && !value.at(to)[0].partial;

@@ -99,8 +99,38 @@ private:
         return totals;
     }
 
+    // A part of a piece that has spent its budget before.
+    void examineBySamples(const Part& part)
+    {
+        isSeen_.fill(false);
+        sample(part, {});
+        StretchRanges unknown;
+        unknown.cuts = {part.from, part.to};
+        const EndValues start = computedEnd(part, part.from, Side::Right);
+        const std::size_t cost = part.piece->formula().nodesOfOrders();
+        examined_.push_back({part, std::move(unknown), cost, start, computedEnd(part, part.to, Side::Left)});
+    }
+
+    // The values that the curve computes, as exact as it is.
+    EndValues computedEnd(const Part& part, double x, Side side) const
+    {
+        EndValues end;
+        end.values.fill(Interval::nothing());
+        const CurveValues at = curve_.at(x, side);
+        const CurveValues inside = curve_.at(0.5 * part.from + 0.5 * part.to);
+        for (std::size_t k = 0; k < kOrders; ++k) {
+            const double y = at[static_cast<int>(k)];
+            if (std::isfinite(y))
+                end.values[k] = {y, y};
+            end.size[k] = std::max(std::fabs(y), std::fabs(inside[static_cast<int>(k)]));
+        }
+        return end;
+    }
+
     void examine(const Part& part)
     {
+        if (part.piece->budget().isSpent())
+            return examineBySamples(part);
         BoxEvaluator evaluator = part.evaluator();
         const int orders = std::min(kOrders, evaluator.highest() + 1);
         StretchRanges found;
