@@ -133,12 +133,12 @@ Bounds quinticError(double h, double sixth)
             h2 * h2 / 1920.0 * sixth};
 }
 
-// How far a quintic over a length h moves if the values at one end move by the gap: sums of the largest
-// magnitudes, rounded up, of its three Hermite polynomials there and of their derivatives.
+// How far a quintic over a length h moves if the values at one end move by a gap, given as magnitudes: sums
+// of the largest magnitudes, rounded up, of its three Hermite polynomials there and of their derivatives.
 Bounds quinticShift(const CurveValues& gap, double h)
 {
-    const double y = std::fabs(gap.y), d1 = std::fabs(gap.d1), d2 = std::fabs(gap.d2);
-    return {y + h * (d1 + h * d2), 2.0 * y / h + d1 + h * d2, 6.0 * y / (h * h) + 4.0 * d1 / h + d2};
+    return {gap.y + h * (gap.d1 + h * gap.d2), 2.0 * gap.y / h + gap.d1 + h * gap.d2,
+            6.0 * gap.y / (h * h) + 4.0 * gap.d1 / h + gap.d2};
 }
 
 // The share of the tolerance for the proved error. The rest is for the rounding of the rows, which
@@ -192,7 +192,7 @@ private:
             Bounds bounds;
             const double next = nextRow(orders, part, x, step, bounds);
             if (x == part.from)
-                bounds += quintic ? quinticShift(gap, next - x) : Bounds{std::fabs(gap.y), 0.0, 0.0};
+                bounds += quintic ? quinticShift(gap, next - x) : Bounds{gap.y, 0.0, 0.0};
             total_.include(bounds);
             append(next, limits(part, values, next, next == part.to ? Side::Left : Side::Plain));
             step = 1.5 * (next - x);
@@ -265,8 +265,16 @@ private:
     // From the last row to the start of a part, in whose place the row is unless it is doubled.
     CurveValues gapTo(const CurveValues& start) const
     {
-        return {start.y - table_.y.back(), table_.form == Form::Xyva ? start.d1 - table_.d1.back() : 0.0,
-                table_.form == Form::Xyva ? start.d2 - table_.d2.back() : 0.0, 0.0};
+        const auto between = [](double a, double b) {
+            const double gap = std::fabs(a - b);
+            return std::isfinite(gap) ? gap : kUnbounded;
+        };
+        CurveValues gap{between(start.y, table_.y.back()), 0.0, 0.0, 0.0};
+        if (table_.form == Form::Xyva) {
+            gap.d1 = between(start.d1, table_.d1.back());
+            gap.d2 = between(start.d2, table_.d2.back());
+        }
+        return gap;
     }
 
     // Whether the part begins with values other than those at the end of the previous part.

@@ -126,12 +126,18 @@ class Convert(ToolTest):
 
     def test_numbers_that_six_digits_change_are_reported_with_the_change_of_the_curve(self):
         for curve in [["--points", self.write("a.csv", "0,123456.789\n1,123456.789\n")],
-                      ["--points", self.write("b.csv", "0,0.12345678\n1.2345678,9.8765432\n")],
-                      ["--expression", "x", "--from", "0.12345678", "--to", "1.2345678"]]:
+                      ["--points", self.write("b.csv", "0,0.12345678\n1.2345678,9.8765432\n")]]:
             with self.subTest(curve):
                 result = run("convert", *curve, "-")
                 self.assertEqual(result.returncode, DONE)
                 self.assertRegex(result.stderr, r"^mfcurve: warning: standard output: six digits change .* moves by up to \S+ at x = ")
+
+    def test_a_range_that_six_digits_change_is_reported(self):
+        result = run("convert", "--expression", "x", "--from", "0.12345678", "--to", "1.2345678", "-")
+        self.assertEqual(result.returncode, DONE)
+        self.assertEqual(result.stderr,
+                         "mfcurve: warning: standard output: six digits change numbers of the curve; "
+                         "the first: the range's start 0.12345678 becomes 0.123457\n")
 
     def test_out_is_missing(self):
         self.refused(WRONG, "convert", "cam.xml", says=["OUT is missing", "see mfcurve convert --help"])
