@@ -34,7 +34,7 @@ private:
 };
 
 /// Enough for some ten thousand boxes of a law, and 50 ms at most.
-constexpr std::size_t kOperationsPerPiece = 800'000;
+constexpr std::size_t kOperationsPerPiece = 1'000'000;
 
 /// Whether a box is too narrow to be cut again, in a search on a range of length `searchLength`.
 inline bool isNarrow(double from, double to, double searchLength)

@@ -20,9 +20,6 @@ namespace {
 
 constexpr std::size_t kMostStretches = 2000;
 
-// Of making a node, in operations on intervals; measured.
-constexpr std::size_t kCostOfNode = 3;
-
 // The whole number to which a condition of whole numbers maps a value.
 double wholeOf(const Condition& condition, double value)
 {
@@ -79,7 +76,7 @@ void FormulaPiece::iCut(double from, double to, double kinkError, Decisions deci
 {
     for (;;) {
         std::optional<Condition> open;
-        budget_.spend(kCostOfNode * formula_->nodesOfOrders());
+        budget_.spend(formula_->nodesOfOrders());
         for (const NodeId order : formula_->orders()) {
             open = formula_->openCondition(order, decisions);
             if (open)
@@ -206,7 +203,7 @@ void FormulaPiece::iAppend(double from, double to, double kinkError, const Decis
     Stretch stretch{from, to, {}, isSmooth, kinkError};
     const bool isDecided = !decisions.empty() && !budget_.isSpent();
     if (isDecided)
-        budget_.spend(kCostOfNode * formula_->nodesOfOrders());
+        budget_.spend(formula_->nodesOfOrders());
     for (const NodeId order : formula_->orders())
         stretch.orders.push_back(isDecided ? formula_->decided(order, decisions) : order);
     stretch.isSmooth &= isDecided || decisions.empty();
