@@ -148,11 +148,10 @@ public:
     }
 
     // Ascending places between which the state does not change: where the value of the order is a limit,
-    // the ends of pieces, poles, where the order begins or ceases to have a value, and these single places.
-    std::vector<double> changes(Range range, std::vector<double> singlePlaces)
+    // the ends of pieces, poles, where the order begins or ceases to have a value, and singlePlaces().
+    std::vector<double> changes(Range range)
     {
-        x_ = std::move(singlePlaces);
-        x_.insert(x_.end(), {range.from, range.to});
+        x_ = {range.from, range.to};
         std::vector<Range> unsure;
         for (const double limit : {low_, high_}) {
             if (!std::isfinite(limit))
@@ -171,6 +170,10 @@ public:
         return std::move(x_);
     }
 
+    // Where a formula may have a value of its own, unlike those on both sides, as sign(x) has at 0. Known
+    // after changes().
+    const std::vector<double>& singlePlaces() const { return single_; }
+
 private:
     void addPieces(Range range)
     {
@@ -179,8 +182,16 @@ private:
                 x_.push_back(spline->knots()[i]);
             return;
         }
-        for (const Part& part : partsOf(curve_, range))
-            x_.push_back(part.from);
+        const FormulaPiece* piece = nullptr;
+        for (const Part& part : partsOf(curve_, range)) {
+            (part.beginsAtKink ? single_ : x_).push_back(part.from);
+            if (part.piece.get() != piece) {
+                for (const Touch& touch : part.piece->touches())
+                    single_.push_back(touch.x);
+            }
+            piece = part.piece.get();
+        }
+        x_.insert(x_.end(), single_.begin(), single_.end());
     }
 
     // Most boxes are some ulps at a pole. A wide one is sampled.
@@ -220,24 +231,8 @@ private:
     double low_;
     double high_;
     std::vector<double> x_;
+    std::vector<double> single_;
 };
-
-// Where the formula may have a value of its own, unlike those on both sides, as sign(x) has at 0.
-std::vector<double> singlePlaces(const Curve& curve, Range range)
-{
-    std::vector<double> places;
-    const FormulaPiece* piece = nullptr;
-    for (const Part& part : partsOf(curve, range)) {
-        if (part.beginsAtKink)
-            places.push_back(part.from);
-        if (part.piece.get() != piece) {
-            for (const Touch& touch : part.piece->touches())
-                places.push_back(touch.x);
-        }
-        piece = part.piece.get();
-    }
-    return places;
-}
 
 }  // namespace
 
@@ -281,8 +276,7 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
         return found;
     StateSearch search(curve, order, low, high);
     const auto isBeyond = [&](double at) { return search.at(at) == State::Beyond; };
-    const std::vector<double> single = singlePlaces(curve, inside);
-    const std::vector<double> x = search.changes(inside, single);
+    const std::vector<double> x = search.changes(inside);
     if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
@@ -291,7 +285,7 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
         if (isBeyond(0.5 * x[i] + 0.5 * x[i + 1]) || (isAtPole && (isBeyond(x[i]) || isBeyond(x[i + 1]))))
             join(found, {x[i], x[i + 1]});
     }
-    for (const double at : single) {
+    for (const double at : search.singlePlaces()) {
         if (search.isClearlyBeyond(at))
             found.push_back({at, at});
     }

@@ -40,7 +40,8 @@ double decisionAt(const Condition& condition, const Interval& value)
 std::optional<double> decisionBetween(const Condition& condition, BoxEvaluator& function, double from,
                                       double to, bool mayHaveNoValue)
 {
-    const int count = mayHaveNoValue ? 15 : 1;
+    constexpr int kSeveral = 15;
+    const int count = mayHaveNoValue ? kSeveral : 1;
     std::optional<double> decision;
     for (int i = 1; i <= count; ++i) {
         const double share = static_cast<double>(i) / (count + 1);
@@ -104,28 +105,7 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
         return true;
     }
 
-    std::vector<Zero> cuts;
-    for (const Zero& change : changes.places)
-        cuts.push_back(change);
-    for (const Range& flat : changes.flat) {
-        cuts.push_back({flat.from, 0.0});
-        cuts.push_back({flat.to, 0.0});
-    }
-    // The sign may also change at a pole.
-    for (const Range& unsure : changes.unsure) {
-        for (const double x : {unsure.from, unsure.to}) {
-            if (std::ranges::find(cuts, x, &Zero::x) == cuts.end())
-                cuts.push_back({x, 0.0});
-        }
-    }
-    std::sort(cuts.begin(), cuts.end(), [](const Zero& a, const Zero& b) { return a.x < b.x; });
-    std::erase_if(cuts, [&](const Zero& cut) {
-        const bool isInside = cut.x > from && cut.x < to;
-        if (!isInside)
-            iAddTouch(cut, from, to);
-        return !isInside;
-    });
-
+    const std::vector<Zero> cuts = iCuts(changes, from, to);
     const NodeId root[] = {function};
     BoxEvaluator evaluator(formula_->graph(), root, budget_);
     std::vector<double> parts;
@@ -160,6 +140,32 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
         iCut(start, i == parts.size() ? to : cuts[i - 1].x, error, std::move(decided));
     }
     return true;
+}
+
+// The places inside a stretch where a condition may change, ascending. Those at its ends are touches.
+std::vector<Zero> FormulaPiece::iCuts(const Zeros& changes, double from, double to)
+{
+    std::vector<Zero> all = changes.places;
+    for (const Range& flat : changes.flat) {
+        all.push_back({flat.from, 0.0});
+        all.push_back({flat.to, 0.0});
+    }
+    // The sign may also change at a pole.
+    for (const Range& unsure : changes.unsure) {
+        for (const double x : {unsure.from, unsure.to}) {
+            if (std::ranges::find(all, x, &Zero::x) == all.end())
+                all.push_back({x, 0.0});
+        }
+    }
+    std::ranges::sort(all, {}, &Zero::x);
+    std::vector<Zero> cuts;
+    for (const Zero& zero : all) {
+        if (zero.x > from && zero.x < to)
+            cuts.push_back(zero);
+        else
+            iAddTouch(zero, from, to);
+    }
+    return cuts;
 }
 
 // A zero at an end may reach into the stretch, up to its other end where the condition is 0 but for rounding.
