@@ -43,8 +43,8 @@ MFCURVES_API const ResourceModule* currentResourceModule();
 /// Makes `module`, which may be null, the one that look-ups use.
 MFCURVES_API void setCurrentResourceModule(const ResourceModule* module);
 
-/// A string of the current module; empty when the string is missing or no module
-/// is current.
+/// A string of the current module, as long as that module exists; empty when the string is
+/// missing or no module is current.
 MFCURVES_API const std::wstring& resourceString(unsigned number);
 
 }  // namespace mf::platform

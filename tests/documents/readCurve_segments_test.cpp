@@ -251,7 +251,7 @@ TEST_F(ReadCurve, WithoutAManagerRowsHaveNoProfile)
     EXPECT_EQ(showSegments(segments()), "0-0=1; 0-2=5; 2-3=4");
 }
 
-// The answers of the other host, but at one request for the manager.
+// Returns what the other host returns, except for one request for the manager, which gets null.
 class HostWithoutAManagerOnce : public QelMotionFunctionContext_c {
 public:
     HostWithoutAManagerOnce(QelMotionFunctionContext_c& other, int request) : other_(other), left_(request)

@@ -30,6 +30,7 @@ public:
         const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
         std::string name = std::string("mfcurves_") + test->test_suite_name() + "_" + test->name();
         std::replace(name.begin(), name.end(), '/', '_');
+        // mkdtemp replaces the six X at the end by letters that make the name unused.
         std::string path = (std::filesystem::temp_directory_path() / (name + "_XXXXXX")).string();
         EXPECT_NE(::mkdtemp(path.data()), nullptr) << path;
         path_ = path;
