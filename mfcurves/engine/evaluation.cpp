@@ -102,14 +102,6 @@ bool runInTurn(double, std::span<const Step> steps, double* registers, std::uint
     return isFiniteInto(registers[result], value);
 }
 
-template <class Operation, Stage input, Stage output>
-bool runOnly(double x, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
-{
-    const Step& step = steps.front();
-    const double target = keep<output>(Operation(step)(operand<input>(x, step, registers)), step, registers);
-    return isFiniteInto(result == step.target ? target : registers[result], value);
-}
-
 void runAllInTurn(const Program& program, double x, double* registers, double* values)
 {
     const int highest = program.highestOrder();
@@ -269,16 +261,10 @@ RunOrders ordersFor(const Program& program)
     return quick != nullptr ? quick : runAllInTurn;
 }
 
-RunProgram runFor(std::span<const Step> steps)
+RunProgram runFor(const Program& program, int highest)
 {
-    if (const RunProgram quick = runOfShortProgram(steps))
-        return quick;
-    if (steps.size() != 1 || steps.front().a != 0 || steps.front().code != Code::Call1)
-        return runInTurn;
-    return withStage(steps.front().input, [&]<Stage input>() {
-        return withStage(steps.front().output,
-                         []<Stage output>() { return RunProgram(runOnly<Call1, input, output>); });
-    });
+    const RunProgram quick = runOfShortProgram(program, highest);
+    return quick != nullptr ? quick : runInTurn;
 }
 
 }  // namespace mf::engine

@@ -17,8 +17,8 @@ std::shared_ptr<const Program> programOf(Draft draft);
 using RunProgram = bool (*)(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
                             double& value);
 
-/// The fastest function that runs these steps.
-RunProgram runFor(std::span<const Step> steps);
+/// The fastest function that runs the steps of a program that compute the orders up to `highest`.
+RunProgram runFor(const Program& program, int highest);
 
 /// Sets values[k] to the order k at x, for all orders of a program with at most one parameter;
 /// NaN where it is not finite.

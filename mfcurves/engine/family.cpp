@@ -34,8 +34,9 @@ bool Family::iEvaluateAnew(double x, int order, std::uint32_t result, double& va
     if (parameterCount_ > 1)
         return false;
     const int highest = std::max(order, requestedOrder_);
-    steps_ = programs_.upTo(highest).steps(highest);
-    run_ = runFor(steps_);
+    const Program& program = programs_.upTo(highest);
+    steps_ = program.steps(highest);
+    run_ = runFor(program, highest);
     if (parameterCount_ == 1) {
         computedOrder_ = highest;
         requestedOrder_ = order;

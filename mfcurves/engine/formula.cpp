@@ -44,7 +44,7 @@ Formula::Result Formula::compile(std::wstring_view text, const std::optional<std
     formula->programs_.all =
         compilation.highestOrder() == 0 ? formula->programs_.value : std::move(compilation).program();
     const Program& all = *formula->programs_.all;
-    formula->runValue_ = runFor(formula->programs_.value->steps(0));
+    formula->runValue_ = runFor(*formula->programs_.value, 0);
     formula->runAll_ = ordersFor(all);
     formula->highestOrder_ = parameterCount > 1 ? -1 : all.highestOrder();
     formula->hasBranches_ = std::ranges::any_of(all.steps(all.highestOrder()), mayBranch);

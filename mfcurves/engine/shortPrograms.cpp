@@ -14,8 +14,6 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::size_t kOrders = kUsualOrder + 1;
-
 // The orders of one point, which the compiler keeps in registers of the processor.
 struct Orders {
     double value, first, second, third;
@@ -70,15 +68,6 @@ template <Stretch stretch>
         return (x + c.first) / c.divisor;
 }
 
-template <Stretch stretch>
-[[gnu::always_inline]] inline double lawOperand(double x, const Step& step, double* registers)
-{
-    x = stretched<stretch>(x, step.before);
-    if constexpr (stretch != Stretch::None)
-        registers[step.moved] = x;
-    return x;
-}
-
 template <std::uint32_t terms, unsigned lowest>
 [[gnu::always_inline]] inline double lawValue(double u, const double* c)
 {
@@ -100,48 +89,68 @@ template <std::uint32_t terms, unsigned lowest>
     }
 }
 
-template <std::uint32_t terms, unsigned lowest>
-[[gnu::always_inline]] inline double keepLaw(double u, const Step& step, double* registers)
-{
-    double target = lawValue<terms, lowest>(u, step.constants);
-    registers[step.value] = target;
-    if (step.output != Stage::None)
-        registers[step.target] = target = throughStage<Stage::Linear>(target, step.after);
-    if (step.derivatives != 0)
-        keepDerivatives<terms, lowest>(u, step.constants, step.list, step.derivatives, registers);
-    return target;
-}
-
+// A law as one step of a program.
 template <std::uint32_t terms, unsigned lowest, Stretch stretch>
 void runLaw(const Step& step, double* registers)
 {
-    keepLaw<terms, lowest>(lawOperand<stretch>(registers[step.a], step, registers), step, registers);
+    const double u = stretched<stretch>(registers[step.a], step.before);
+    if constexpr (stretch != Stretch::None)
+        registers[step.moved] = u;
+    const double value = lawValue<terms, lowest>(u, step.constants);
+    registers[step.value] = value;
+    if (step.output != Stage::None)
+        registers[step.target] = throughStage<Stage::Linear>(value, step.after);
+    keepDerivatives<terms, lowest>(u, step.constants, step.list, step.derivatives, registers);
+}
+
+// The neutral constants of a missing output stage change no bit.
+template <std::uint32_t terms, unsigned lowest>
+[[gnu::always_inline]] inline double lawResult(double u, const Step& law)
+{
+    return throughStage<Stage::Linear>(lawValue<terms, lowest>(u, law.constants), law.after);
+}
+
+// The value of a program that has no other order.
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+bool runValueOfLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                   double& value)
+{
+    const Step& law = steps.front();
+    registers[result] = lawResult<terms, lowest>(stretched<stretch>(x, law.before), law);
+    return isFiniteInto(registers[result], value);
 }
 
 template <std::uint32_t terms, unsigned lowest, Stretch stretch>
-bool runOnlyLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result, double& value)
+[[gnu::always_inline]] inline Orders ordersOfLaw(double x, const Step& law)
 {
-    const Step& step = steps.front();
-    const double target = keepLaw<terms, lowest>(lawOperand<stretch>(x, step, registers), step, registers);
-    return isFiniteInto(result == step.target ? target : registers[result], value);
+    constexpr PolynomialForm first = PolynomialForm{terms, lowest}.derivative();
+    constexpr PolynomialForm second = first.derivative();
+    constexpr PolynomialForm third = second.derivative();
+    const double* const c1 = law.constants + terms;
+    const double* const c2 = c1 + first.terms;
+    const double* const c3 = c2 + second.terms;
+    const double u = stretched<stretch>(x, law.before);
+    return {lawResult<terms, lowest>(u, law), lawValue<first.terms, first.lowest>(u, c1),
+            lawValue<second.terms, second.lowest>(u, c2), lawValue<third.terms, third.lowest>(u, c3)};
+}
+
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+bool runOrdersOfLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                    double& value)
+{
+    const Step& law = steps.front();
+    const Orders orders = ordersOfLaw<terms, lowest, stretch>(x, law);
+    registers[law.target] = orders.value;
+    registers[law.list[0]] = orders.first;
+    registers[law.list[1]] = orders.second;
+    registers[law.list[2]] = orders.third;
+    return isFiniteInto(registers[result], value);
 }
 
 template <std::uint32_t terms, unsigned lowest, Stretch stretch>
 void runAllOfLaw(const Program& program, double x, double*, double* values)
 {
-    constexpr PolynomialForm first = PolynomialForm{terms, lowest}.derivative();
-    constexpr PolynomialForm second = first.derivative();
-    constexpr PolynomialForm third = second.derivative();
-    const Step& law = program.steps(kUsualOrder).front();
-    const double* const c0 = law.constants;
-    const double* const c1 = c0 + terms;
-    const double* const c2 = c1 + first.terms;
-    const double* const c3 = c2 + second.terms;
-    const double u = stretched<stretch>(x, law.before);
-    Orders{throughStage<Stage::Linear>(lawValue<terms, lowest>(u, c0), law.after),
-           lawValue<first.terms, first.lowest>(u, c1), lawValue<second.terms, second.lowest>(u, c2),
-           lawValue<third.terms, third.lowest>(u, c3)}
-        .storeTo(values);
+    ordersOfLaw<terms, lowest, stretch>(x, program.steps(kUsualOrder).front()).storeTo(values);
 }
 
 // The functions of the laws are in tables in order of their forms, null for a form without one.
@@ -155,22 +164,24 @@ constexpr PolynomialForm formAt(std::size_t index)
             static_cast<unsigned>(index % (kMostTerms + 1))};
 }
 
-// In a longer program the law has no input stage. Long laws are rare there, but their last
-// derivatives, which begin with a constant, are not.
-template <std::size_t index>
+// Long laws are rare in longer programs, but their last derivatives, which begin with a constant,
+// are not. A parabola has no function for all its orders, because its last derivatives are constant.
+template <Stretch stretch, std::size_t index>
 constexpr Step::Run lawStepAt()
 {
     constexpr PolynomialForm form = formAt(index);
-    if constexpr (isLawForm(form) && (form.terms <= 3 || form.lowest == 0))
-        return runLaw<form.terms, form.lowest, Stretch::None>;
+    constexpr bool isShort = stretch == Stretch::None ? form.terms <= 3 || form.lowest == 0 : form.terms == 1;
+    if constexpr (isLawForm(form) && isShort)
+        return runLaw<form.terms, form.lowest, stretch>;
     return nullptr;
 }
 
 // A law is nearly always a whole program, and then has no constant term. Without an input stage
 // the x is scaled by 1, which changes no bit.
 struct RunsOfLaw {
-    RunProgram asProgram = nullptr;
-    RunOrders asOrders = nullptr;  // with three derivatives, none of which is 0
+    RunProgram value = nullptr;
+    RunProgram orders = nullptr;  // to registers: with three derivatives, none of which is 0
+    RunOrders all = nullptr;      // to an array: the same
 };
 
 template <Stretch stretch, std::size_t index>
@@ -179,18 +190,20 @@ constexpr RunsOfLaw lawProgramAt()
     constexpr PolynomialForm form = formAt(index);
     RunsOfLaw runs;
     if constexpr (isLawForm(form) && form.lowest != 0)
-        runs.asProgram = runOnlyLaw<form.terms, form.lowest, stretch>;
-    if constexpr (isLawForm(form) && form.lowest > 1 && form.terms + form.lowest > 3)
-        runs.asOrders = runAllOfLaw<form.terms, form.lowest, stretch>;
+        runs.value = runValueOfLaw<form.terms, form.lowest, stretch>;
+    if constexpr (isLawForm(form) && form.lowest > 1 && form.terms + form.lowest > 3) {
+        runs.orders = runOrdersOfLaw<form.terms, form.lowest, stretch>;
+        runs.all = runAllOfLaw<form.terms, form.lowest, stretch>;
+    }
     return runs;
 }
 
 using LawIndices = std::make_index_sequence<std::size_t{kMostTerms} * (kMostTerms + 1)>;
 
-template <std::size_t... i>
+template <Stretch stretch, std::size_t... i>
 constexpr auto lawSteps(std::index_sequence<i...>)
 {
-    return std::array{lawStepAt<i>()...};
+    return std::array{lawStepAt<stretch, i>()...};
 }
 
 template <Stretch stretch, std::size_t... i>
@@ -209,12 +222,11 @@ RunsOfLaw runsOfLaw(const Step& step)
     return (step.input == Stage::General ? kDivided : kScaled)[indexOf({step.terms, step.lowest})];
 }
 
-// --- Sines ---------------------------------------------------------------------------------
+// --- Sines, and values of one call ---------------------------------------------------------------
 
 // A sine or cosine whose derivatives are multiples of it and of the other function.
 template <Code code, bool divides>
 struct Sine {
-    // The value, then the multiples.
     [[gnu::always_inline]] static Orders at(double x, std::span<const Step> steps)
     {
         const Step& both = steps.front();
@@ -248,31 +260,30 @@ struct Sine {
     }
 };
 
-// Whether the steps are a sine and cosine of x and three multiples of them. Then only these four
-// are needed: a program has no multiple that is not an order.
-bool isSine(std::span<const Step> steps)
-{
-    const Step& both = steps.front();
-    const auto isMultiple = [&](const Step& step) {
-        return step.code == Code::Move && step.input == Stage::Linear && step.output == Stage::None &&
-               (step.a == both.value || step.a == both.b);
-    };
-    return steps.size() == kOrders && (both.code == Code::SinCos || both.code == Code::CosSin) &&
-           both.a == 0 && both.output != Stage::General && std::ranges::all_of(steps.subspan(1), isMultiple);
-}
-
 bool isSineWithDerivatives(const Program& program)
 {
-    if (program.highestOrder() != kUsualOrder || !isSine(program.steps(kUsualOrder)))
+    if (program.highestOrder() != kUsualOrder)
         return false;
     const auto steps = program.steps(kUsualOrder);
-    return program.result(0) == steps[0].target && program.result(1) == steps[1].moved &&
-           program.result(2) == steps[2].moved && program.result(3) == steps[3].moved;
+    if (steps.size() != kUsualOrder + 1)
+        return false;
+    const Step& both = steps.front();
+    if ((both.code != Code::SinCos && both.code != Code::CosSin) || both.a != 0 ||
+        both.output == Stage::General || program.result(0) != both.target)
+        return false;
+    for (int order = 1; order <= kUsualOrder; ++order) {
+        const Step& step = steps[order];
+        const bool isMultiple = step.code == Code::Move && step.input == Stage::Linear &&
+                                step.output == Stage::None && (step.a == both.value || step.a == both.b);
+        if (!isMultiple || program.result(order) != step.moved)
+            return false;
+    }
+    return true;
 }
 
 struct RunsOfSine {
-    RunProgram asProgram;
-    RunOrders asOrders;
+    RunProgram orders;  // to registers
+    RunOrders all;      // to an array
 };
 
 template <Code code>
@@ -289,36 +300,91 @@ RunsOfSine runsOfSine(const Step& both)
                                      : runsOfSine<Code::CosSin>(both.input);
 }
 
+template <Stage input, Stage output>
+bool runValueOfCall(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                    double& value)
+{
+    const Step& call = steps.front();
+    const double called = call.value1(throughStage<input>(x, call.before));
+    registers[result] = throughStage<output>(called, call.after);
+    return isFiniteInto(registers[result], value);
+}
+
+template <Stage input>
+RunProgram valueOfCall(Stage output)
+{
+    return output == Stage::None ? runValueOfCall<input, Stage::None> : runValueOfCall<input, Stage::Shifted>;
+}
+
+RunProgram valueOfCall(const Step& call)
+{
+    if (call.output == Stage::General)
+        return nullptr;
+    if (call.input == Stage::None)
+        return valueOfCall<Stage::None>(call.output);
+    return call.input == Stage::General ? valueOfCall<Stage::General>(call.output)
+                                        : valueOfCall<Stage::Shifted>(call.output);
+}
+
+// Whether a program is one step on x that computes one number, which is every order, as for exp(x).
+bool hasOneResult(const Program& program)
+{
+    const auto steps = program.steps(program.highestOrder());
+    if (steps.size() != 1 || steps.front().a != 0)
+        return false;
+    for (int order = 0; order <= program.highestOrder(); ++order) {
+        if (program.result(order) != steps.front().target)
+            return false;
+    }
+    return true;
+}
+
+RunProgram valueOf(const Step& step)
+{
+    return step.code == Code::Call1 ? valueOfCall(step) : runsOfLaw(step).value;
+}
+
 }  // namespace
 
 Step::Run runOfLaw(const Step& step)
 {
-    static constexpr auto kRuns = lawSteps(LawIndices());
-    return isLaw(step) && step.input == Stage::None ? kRuns[indexOf({step.terms, step.lowest})] : nullptr;
+    static constexpr auto kUnstretched = lawSteps<Stretch::None>(LawIndices());
+    static constexpr auto kDivided = lawSteps<Stretch::Divided>(LawIndices());
+    static constexpr auto kScaled = lawSteps<Stretch::Scaled>(LawIndices());
+    if (!isLaw(step))
+        return nullptr;
+    const std::size_t index = indexOf({step.terms, step.lowest});
+    if (step.input == Stage::None)
+        return kUnstretched[index];
+    return step.input == Stage::General ? kDivided[index] : kScaled[index];
 }
 
 bool isLawWithDerivatives(const Program& program)
 {
-    if (program.highestOrder() != 3 || program.steps(3).size() != 1)
+    if (program.highestOrder() != 3 || program.steps(kUsualOrder).size() != 1)
         return false;
-    const Step& law = program.steps(3).front();
+    const Step& law = program.steps(kUsualOrder).front();
     return isLaw(law) && law.a == 0 && law.derivatives == 3 && program.result(0) == law.target &&
            program.result(1) == law.list[0] && program.result(2) == law.list[1] &&
            program.result(3) == law.list[2];
 }
 
-RunProgram runOfShortProgram(std::span<const Step> steps)
+RunProgram runOfShortProgram(const Program& program, int highest)
 {
-    if (steps.size() == 1 && steps.front().a == 0)
-        return runsOfLaw(steps.front()).asProgram;
-    return isSine(steps) ? runsOfSine(steps.front()).asProgram : nullptr;
+    const auto steps = program.steps(highest);
+    if (hasOneResult(program))
+        return valueOf(steps.front());
+    if (isLawWithDerivatives(program))
+        return runsOfLaw(steps.front()).orders;
+    return isSineWithDerivatives(program) && highest == kUsualOrder ? runsOfSine(steps.front()).orders
+                                                                    : nullptr;
 }
 
 RunOrders ordersOfShortProgram(const Program& program)
 {
     if (isLawWithDerivatives(program))
-        return runsOfLaw(program.steps(kUsualOrder).front()).asOrders;
-    return isSineWithDerivatives(program) ? runsOfSine(program.steps(kUsualOrder).front()).asOrders : nullptr;
+        return runsOfLaw(program.steps(kUsualOrder).front()).all;
+    return isSineWithDerivatives(program) ? runsOfSine(program.steps(kUsualOrder).front()).all : nullptr;
 }
 
 }  // namespace mf::engine

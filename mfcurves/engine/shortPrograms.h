@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <span>
-
 #include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/program.h"
 
@@ -10,16 +8,17 @@
 /// which is one step, or a sine, whose derivatives are multiples of sine and cosine.
 namespace mf::engine {
 
-/// The dedicated function for a polynomial step in the form of a law, without an input stage;
-/// null if there is no such function.
+/// The dedicated function for a polynomial step in the form of a law; null if there is no such
+/// function.
 Step::Run runOfLaw(const Step& step);
 
 /// Whether a program is a single step that computes a law of x and its three derivatives,
 /// which are the orders of the program.
 bool isLawWithDerivatives(const Program& program);
 
-/// The dedicated function for these steps; null if there is no such function.
-RunProgram runOfShortProgram(std::span<const Step> steps);
+/// The dedicated function for the steps of this program that compute the orders up to `highest`;
+/// null if there is no such function.
+RunProgram runOfShortProgram(const Program& program, int highest);
 
 /// The dedicated function for this program; null if there is no such function.
 RunOrders ordersOfShortProgram(const Program& program);
