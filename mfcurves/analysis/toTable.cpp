@@ -164,6 +164,7 @@ public:
             for (std::size_t i = 0; i < parts_.size(); ++i)
                 walk(i);
         }
+        total_ += ownValues();
         table_.bound = total_.value + rounding_;
         const bool quintic = table_.form == Form::Xyva;
         table_.boundD1 = quintic ? total_.d1 : kUnbounded;
@@ -199,6 +200,34 @@ private:
             x = next;
         }
         table_.guaranteed &= x == part.to;
+    }
+
+    // How far values that the formula has of its own inside a part, as if(x^2: 0, 1, 0) has at 0, are from
+    // its smooth course. Those at the ends of the part are on one side of a row or the other.
+    Bounds ownValues() const
+    {
+        Bounds farthest;
+        for (const Part& part : parts_)
+            farthest.include(ownValues(part));
+        return farthest;
+    }
+
+    static Bounds ownValues(const Part& part)
+    {
+        Bounds farthest;
+        for (const Touch& touch : part.piece->touches()) {
+            const Range box{std::max(touch.box.from, part.from), std::min(touch.box.to, part.to)};
+            const bool isAtEnd = box.from == part.from || box.to == part.to;
+            if (box.from > box.to || (isAtEnd && box.to - box.from <= kFewUlps * std::fabs(touch.x)))
+                continue;
+            BoxEvaluator whole = part.piece->wholeEvaluator();
+            BoxEvaluator smooth = part.evaluator();
+            const Enclosures own = whole.plainly(box.from, box.to);
+            const Enclosures course = smooth.plainly(box.from, box.to);
+            const auto distance = [&](std::size_t k) { return largestOf(own[k] - course[k]); };
+            farthest.include({distance(0), distance(1), distance(2)});
+        }
+        return farthest;
     }
 
     double nextRow(PartOrders& orders, const Part& part, double x, double step, Bounds& bounds)
@@ -376,6 +405,7 @@ private:
     }
 
     static constexpr std::size_t kMostPoints = 200'000;
+    static constexpr double kFewUlps = 64.0 * 0x1p-52;
 
     const Curve& curve_;
     Tolerance tolerance_;

@@ -235,4 +235,15 @@ TEST(ToTable, CountsAJumpWithoutARow)
     EXPECT_LE(table.bound, 0.31);
 }
 
+// Between the rows, the formula has another value at a single x, or wherever rounding decides.
+TEST(ToTable, DoesNotPromiseValuesBesideTheCourse)
+{
+    for (const Form form : {Form::Linear, Form::Points, Form::Xyva}) {
+        for (const char* text : {"if(x^2: 0, 1, 0)", "x+if((x-1)^2: 0, 1, 0)", "ln(0.5+abs(mod(7*x, -x)))"})
+            EXPECT_FALSE(toTable(expression(text, -1.1, 3.0), form, {1e-3}).guaranteed) << text;
+        for (const char* text : {"abs(x^2)", "abs((x-1)^2)+x", "max(x^2, -x^2)"})
+            EXPECT_TRUE(toTable(expression(text, -1.1, 3.0), form, {1e-3}).guaranteed) << text;
+    }
+}
+
 }  // namespace
