@@ -56,12 +56,16 @@ bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& va
 // The highest order comes first, because its program computes the lower ones as well.
 int Family::evaluateOrders(double x, int order, double* values)
 {
+    if (parameterCount_ > 1)
+        return 0;
     while (programs_.all->highestOrder() < order && !addOrder(order))
         --order;
     double highest = 0.0;
     const bool isFinite = evaluate(x, order, resultOf(order), highest);
+    const Program& program = programs_.upTo(order);
+    const double* const registers = registers_.data();
     for (int lower = 0; lower < order; ++lower) {
-        if (parameterCount_ > 1 || !isFiniteInto(registers_[resultOf(lower)], values[lower]))
+        if (!isFiniteInto(registers[program.result(lower)], values[lower]))
             return lower;
     }
     if (!isFinite)
