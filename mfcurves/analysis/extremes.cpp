@@ -160,7 +160,7 @@ private:
         constexpr double kMostTurning = 4.0;
         constexpr double kLittle = 1e-20;
         if (!over.isFinite())
-            return found_[k].failed || over.isNothing();
+            return found_[k].failed || over.isNothing() || hasNoValue(k, box, atMiddle);
         const double first = box.atFrom[k].middle();
         const double last = box.atTo[k].middle();
         const double middle = atMiddle.middle();
@@ -177,9 +177,11 @@ private:
     bool isDone(std::size_t k, const Box& box, const Interval& atMiddle, const Enclosures& over)
     {
         FoundRange& found = found_[k];
-        found.undefined |= over[k].isNothing();
-        if (!over[k].isFinite())
-            return over[k].isNothing();
+        if (!over[k].isFinite()) {
+            const bool isUndefined = over[k].isNothing() || hasNoValue(k, box, atMiddle);
+            found.undefined |= isUndefined;
+            return isUndefined;
+        }
         // Differences within the rounding of the value in the middle do not count, either.
         const double room =
             std::max(tolerance(k), 4.0 * atMiddle.width()) + looseness() * found.seen.largest();
@@ -199,6 +201,15 @@ private:
             !over[k + 2].excludesZero())
             return false;
         return hasOneExtreme(k, box, over, ends);
+    }
+
+    // Whether no value of an order is known at the ends and in the middle of a short box. Then its halves
+    // have no bound, either.
+    bool hasNoValue(std::size_t k, const Box& box, const Interval& atMiddle) const
+    {
+        constexpr double kShort = 1.0 / 64.0;
+        return box.to - box.from <= kShort * (to_ - from_) && !atMiddle.isFinite() &&
+               !box.atFrom[k].isFinite() && !box.atTo[k].isFinite();
     }
 
     // The slope rises or falls throughout, so it is 0 at most once.
