@@ -3,7 +3,6 @@
 #include "mfcurves/curve/problems.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "mfcurves/platform/encoding.h"

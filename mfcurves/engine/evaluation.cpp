@@ -3,7 +3,6 @@
 #include "mfcurves/engine/evaluation.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 

@@ -13,7 +13,8 @@ namespace mf::engine {
 std::shared_ptr<const Program> programOf(Draft draft);
 
 /// Runs steps at the point x, which is also in register 0, and sets `value` to the content
-/// of register `result`. Returns false, with `value` unchanged, if that is not finite.
+/// of register `result`. Returns false, with `value` unchanged, if that is not finite. Afterwards only
+/// the registers of the orders that the steps compute have a meaning.
 using RunProgram = bool (*)(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
                             double& value);
 

@@ -16,7 +16,7 @@ constexpr unsigned largestPlainPower(std::size_t terms)
 {
     return terms == 1 ? 2 : 3;
 }
-/// Up to this exponent, at most 7, compensated multiplications are quicker than `pow`.
+/// Up to this exponent compensated multiplications are quicker than `pow`.
 constexpr unsigned kLargestCompensatedPower = 7;
 
 /// Returns sum + error. Returns `sum` alone if the error is NaN because the halves of its
@@ -55,6 +55,18 @@ template <class Number>
     return ((a.high * b.high - product) + a.high * b.low + a.low * b.high) + a.low * b.low;
 }
 
+/// A factor of which a fused multiplication and addition gives the rounding error of a product.
+struct Undivided {
+    double number;
+
+    [[gnu::always_inline]] explicit Undivided(double x) : number(x) {}
+};
+
+[[gnu::always_inline]] inline double roundingError(const Undivided& a, const Undivided& b, double product)
+{
+    return __builtin_fma(a.number, b.number, -product);
+}
+
 /// A product and the sum of its rounding errors.
 template <class Number>
 struct Compensated {
@@ -62,49 +74,67 @@ struct Compensated {
     Number error;
 };
 
-template <class Number>
+template <class Factor, class Number>
 [[gnu::always_inline]] inline Compensated<Number> squared(Compensated<Number> a)
 {
-    const Halves<Number> halves(a.product);
+    const Factor factor(a.product);
     const Number square = a.product * a.product;
     const Number twice = a.product + a.product;
-    return {square, twice * a.error + roundingError(halves, halves, square)};
+    return {square, twice * a.error + roundingError(factor, factor, square)};
 }
 
-template <class Number>
+template <class Factor, class Number>
 [[gnu::always_inline]] inline Compensated<Number> times(Compensated<Number> a, Number u,
-                                                        const Halves<Number>& halvesOfU)
+                                                        const Factor& factorOfU)
 {
     const Number product = a.product * u;
-    return {product, a.error * u + roundingError(Halves<Number>(a.product), halvesOfU, product)};
+    return {product, a.error * u + roundingError(Factor(a.product), factorOfU, product)};
 }
 
 /// u^exponent for exponents from 2 to kLargestCompensatedPower by squaring and multiplying.
-/// The rounding errors are added up separately, so that the result is as accurate as `pow`;
-/// Graillat, IEEE Trans. Comput. 58 (2009).
+/// The rounding errors are added up separately, so that their sum with the product is as accurate
+/// as `pow`; Graillat, IEEE Trans. Comput. 58 (2009).
+template <class Factor, class Number>
+[[gnu::always_inline]] inline Compensated<Number> powerWithError(Number u, unsigned exponent)
+{
+    static_assert(kLargestCompensatedPower <= 7, "one squaring of the square or the cube");
+    const Factor factor(u);
+    const Number square = u * u;
+    Compensated<Number> power = {square, roundingError(factor, factor, square)};
+    if (exponent >= 4) {
+        if (exponent & 2)
+            power = times(power, u, factor);
+        power = squared<Factor>(power);
+    }
+    if (exponent & 1)
+        power = times(power, u, factor);
+    return power;
+}
+
+/// The power on any processor.
 template <class Number>
 [[gnu::always_inline]] inline Number compensatedPower(Number u, unsigned exponent)
 {
-    const Halves<Number> halves(u);
-    const Number square = u * u;
-    Compensated<Number> power = {square, roundingError(halves, halves, square)};
-    if (exponent >= 4) {
-        if (exponent & 2)
-            power = times(power, u, halves);
-        power = squared(power);
-    }
-    if (exponent & 1)
-        power = times(power, u, halves);
+    const Compensated<Number> power = powerWithError<Halves<Number>>(u, exponent);
     return withError(power.product, power.error);
 }
 
-/// r * u^exponent, where r is a sum of `terms` terms.
-template <class Number>
+struct CompensatedPowers {
+    template <class Number>
+    [[gnu::always_inline]] static Number of(Number u, unsigned exponent)
+    {
+        return compensatedPower(u, exponent);
+    }
+};
+
+/// r * u^exponent, where r is a sum of `terms` terms. `Powers` computes the powers that plain
+/// multiplications would not compute well enough.
+template <class Powers, class Number>
 [[gnu::always_inline]] inline Number timesPower(Number r, std::size_t terms, Number u, unsigned exponent)
 {
     if (exponent > largestPlainPower(terms)) [[unlikely]]
-        return r * (exponent > kLargestCompensatedPower ? libraryPower(u, exponent)
-                                                        : compensatedPower(u, exponent));
+        return r *
+               (exponent > kLargestCompensatedPower ? libraryPower(u, exponent) : Powers::of(u, exponent));
     if (exponent & 1)
         r = r * u;
     if (exponent & 2)
@@ -113,14 +143,14 @@ template <class Number>
 }
 
 /// u^lowest * (c[0] + c[1] u + c[2] u^2 + ...) by Horner's rule.
-template <class Number, std::size_t count>
+template <class Powers = CompensatedPowers, class Number, std::size_t count>
 [[gnu::always_inline]] inline Number polynomialValue(Number u, unsigned lowest,
                                                      std::span<const double, count> c)
 {
     Number r(c.back());
     for (std::size_t i = c.size() - 1; i-- > 0;)
         r = r * u + c[i];
-    return timesPower(r, c.size(), u, lowest);
+    return timesPower<Powers>(r, c.size(), u, lowest);
 }
 
 /// c[0] T0(h) + c[1] T1(h) + ... by Clenshaw's recurrence; Clenshaw, Math. Tables Aids

@@ -2,7 +2,6 @@
 
 #include "mfcurves/engine/shortPrograms.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -68,10 +67,54 @@ template <Stretch stretch>
         return (x + c.first) / c.divisor;
 }
 
-template <std::uint32_t terms, unsigned lowest>
+// --- Powers by fused multiplications and additions ---------------------------------------------
+
+#if defined(__x86_64__)
+#define MFCURVES_FUSED [[gnu::target("fma")]]
+
+bool hasFusedOperations()
+{
+    return __builtin_cpu_supports("fma");
+}
+#else
+#define MFCURVES_FUSED
+
+bool hasFusedOperations()
+{
+#if defined(__FP_FAST_FMA)
+    return true;
+#else
+    return false;
+#endif
+}
+#endif
+
+[[gnu::cold, gnu::noinline]] double powerOfAnySize(double u, unsigned exponent)
+{
+    return compensatedPower(u, exponent);
+}
+
+// The same bits as compensatedPower, because the rounding errors are exact in both, unless they are
+// too small for that, or halves overflow.
+struct FusedPowers {
+    [[gnu::always_inline]] static double of(double u, unsigned exponent)
+    {
+        constexpr double kLeast = 0x1p-900;
+        constexpr double kMost = 0x1p+900;
+        const Compensated<double> power = powerWithError<Undivided>(u, exponent);
+        const double size = std::fabs(power.product);
+        if (!(size >= kLeast && size <= kMost)) [[unlikely]]
+            return powerOfAnySize(u, exponent);
+        return power.product + power.error;
+    }
+};
+
+// --- The functions of laws -----------------------------------------------------------------------
+
+template <std::uint32_t terms, unsigned lowest, class Powers = CompensatedPowers>
 [[gnu::always_inline]] inline double lawValue(double u, const double* c)
 {
-    return polynomialValue(u, lowest, std::span<const double, terms>(c, terms));
+    return polynomialValue<Powers>(u, lowest, std::span<const double, terms>(c, terms));
 }
 
 // Stores the derivatives of this form, until `count` of them are done or the next one is 0.
@@ -103,24 +146,15 @@ void runLaw(const Step& step, double* registers)
     keepDerivatives<terms, lowest>(u, step.constants, step.list, step.derivatives, registers);
 }
 
-// The neutral constants of a missing output stage change no bit.
-template <std::uint32_t terms, unsigned lowest>
-[[gnu::always_inline]] inline double lawResult(double u, const Step& law)
+// The value of a program that is one law. The neutral constants of a missing output stage change no bit.
+template <std::uint32_t terms, unsigned lowest, Stretch stretch, class Powers>
+[[gnu::always_inline]] inline double valueOfLaw(double x, const Step& law)
 {
-    return throughStage<Stage::Linear>(lawValue<terms, lowest>(u, law.constants), law.after);
+    const double u = stretched<stretch>(x, law.before);
+    return throughStage<Stage::Linear>(lawValue<terms, lowest, Powers>(u, law.constants), law.after);
 }
 
-// The value of a program that has no other order.
-template <std::uint32_t terms, unsigned lowest, Stretch stretch>
-bool runValueOfLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
-                   double& value)
-{
-    const Step& law = steps.front();
-    registers[result] = lawResult<terms, lowest>(stretched<stretch>(x, law.before), law);
-    return isFiniteInto(registers[result], value);
-}
-
-template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+template <std::uint32_t terms, unsigned lowest, Stretch stretch, class Powers>
 [[gnu::always_inline]] inline Orders ordersOfLaw(double x, const Step& law)
 {
     constexpr PolynomialForm first = PolynomialForm{terms, lowest}.derivative();
@@ -130,16 +164,22 @@ template <std::uint32_t terms, unsigned lowest, Stretch stretch>
     const double* const c2 = c1 + first.terms;
     const double* const c3 = c2 + second.terms;
     const double u = stretched<stretch>(x, law.before);
-    return {lawResult<terms, lowest>(u, law), lawValue<first.terms, first.lowest>(u, c1),
-            lawValue<second.terms, second.lowest>(u, c2), lawValue<third.terms, third.lowest>(u, c3)};
+    return {throughStage<Stage::Linear>(lawValue<terms, lowest, Powers>(u, law.constants), law.after),
+            lawValue<first.terms, first.lowest, Powers>(u, c1),
+            lawValue<second.terms, second.lowest, Powers>(u, c2),
+            lawValue<third.terms, third.lowest, Powers>(u, c3)};
 }
 
-template <std::uint32_t terms, unsigned lowest, Stretch stretch>
-bool runOrdersOfLaw(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
-                    double& value)
+[[gnu::always_inline]] inline bool keepValue(double computed, double* registers, std::uint32_t result,
+                                             double& value)
 {
-    const Step& law = steps.front();
-    const Orders orders = ordersOfLaw<terms, lowest, stretch>(x, law);
+    registers[result] = computed;
+    return isFiniteInto(computed, value);
+}
+
+[[gnu::always_inline]] inline bool keepOrders(const Orders& orders, const Step& law, double* registers,
+                                              std::uint32_t result, double& value)
+{
     registers[law.target] = orders.value;
     registers[law.list[0]] = orders.first;
     registers[law.list[1]] = orders.second;
@@ -147,11 +187,51 @@ bool runOrdersOfLaw(double x, std::span<const Step> steps, double* registers, st
     return isFiniteInto(registers[result], value);
 }
 
+// The value alone, all orders to registers, and all orders to an array: with powers that any processor
+// computes, or by fused operations.
 template <std::uint32_t terms, unsigned lowest, Stretch stretch>
-void runAllOfLaw(const Program& program, double x, double*, double* values)
-{
-    ordersOfLaw<terms, lowest, stretch>(x, program.steps(kUsualOrder).front()).storeTo(values);
-}
+struct PlainLaw {
+    using Powers = CompensatedPowers;
+
+    static bool value(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                      double& y)
+    {
+        return keepValue(valueOfLaw<terms, lowest, stretch, Powers>(x, steps.front()), registers, result, y);
+    }
+    static bool orders(double x, std::span<const Step> steps, double* registers, std::uint32_t result,
+                       double& y)
+    {
+        const Step& law = steps.front();
+        return keepOrders(ordersOfLaw<terms, lowest, stretch, Powers>(x, law), law, registers, result, y);
+    }
+    static void all(const Program& program, double x, double*, double* values)
+    {
+        const Step& law = program.steps(kUsualOrder).front();
+        ordersOfLaw<terms, lowest, stretch, Powers>(x, law).storeTo(values);
+    }
+};
+
+template <std::uint32_t terms, unsigned lowest, Stretch stretch>
+struct FusedLaw {
+    using Powers = FusedPowers;
+
+    MFCURVES_FUSED static bool value(double x, std::span<const Step> steps, double* registers,
+                                     std::uint32_t result, double& y)
+    {
+        return keepValue(valueOfLaw<terms, lowest, stretch, Powers>(x, steps.front()), registers, result, y);
+    }
+    MFCURVES_FUSED static bool orders(double x, std::span<const Step> steps, double* registers,
+                                      std::uint32_t result, double& y)
+    {
+        const Step& law = steps.front();
+        return keepOrders(ordersOfLaw<terms, lowest, stretch, Powers>(x, law), law, registers, result, y);
+    }
+    MFCURVES_FUSED static void all(const Program& program, double x, double*, double* values)
+    {
+        const Step& law = program.steps(kUsualOrder).front();
+        ordersOfLaw<terms, lowest, stretch, Powers>(x, law).storeTo(values);
+    }
+};
 
 // The functions of the laws are in tables in order of their forms, null for a form without one.
 constexpr std::size_t indexOf(PolynomialForm form)
@@ -164,8 +244,9 @@ constexpr PolynomialForm formAt(std::size_t index)
             static_cast<unsigned>(index % (kMostTerms + 1))};
 }
 
-// Long laws are rare in longer programs, but their last derivatives, which begin with a constant,
-// are not. A parabola has no function for all its orders, because its last derivatives are constant.
+// Long laws are rare in longer programs, but their last derivatives, which begin with a constant, are
+// not. With an input stage only a parabola runs as a step: its last derivatives are constant, so that it
+// has no function for all its orders.
 template <Stretch stretch, std::size_t index>
 constexpr Step::Run lawStepAt()
 {
@@ -184,18 +265,34 @@ struct RunsOfLaw {
     RunOrders all = nullptr;      // to an array: the same
 };
 
+constexpr bool needsPowers(PolynomialForm form)
+{
+    return form.lowest > largestPlainPower(form.terms);
+}
+
+template <class Law, PolynomialForm form>
+constexpr RunsOfLaw runsOf()
+{
+    RunsOfLaw runs;
+    runs.value = Law::value;
+    if constexpr (form.lowest > 1 && form.terms + form.lowest > 3) {
+        runs.orders = Law::orders;
+        runs.all = Law::all;
+    }
+    return runs;
+}
+
+// A law that needs powers has functions of its own only by fused operations.
 template <Stretch stretch, std::size_t index>
 constexpr RunsOfLaw lawProgramAt()
 {
     constexpr PolynomialForm form = formAt(index);
-    RunsOfLaw runs;
-    if constexpr (isLawForm(form) && form.lowest != 0)
-        runs.value = runValueOfLaw<form.terms, form.lowest, stretch>;
-    if constexpr (isLawForm(form) && form.lowest > 1 && form.terms + form.lowest > 3) {
-        runs.orders = runOrdersOfLaw<form.terms, form.lowest, stretch>;
-        runs.all = runAllOfLaw<form.terms, form.lowest, stretch>;
-    }
-    return runs;
+    if constexpr (!isLawForm(form) || form.lowest == 0)
+        return {};
+    else if constexpr (needsPowers(form))
+        return runsOf<FusedLaw<form.terms, form.lowest, stretch>, form>();
+    else
+        return runsOf<PlainLaw<form.terms, form.lowest, stretch>, form>();
 }
 
 using LawIndices = std::make_index_sequence<std::size_t{kMostTerms} * (kMostTerms + 1)>;
@@ -212,14 +309,15 @@ constexpr auto lawPrograms(std::index_sequence<i...>)
     return std::array{lawProgramAt<stretch, i>()...};
 }
 
-// Both are null for a step that is not a law.
+// All are null for a step without functions of its own.
 RunsOfLaw runsOfLaw(const Step& step)
 {
     static constexpr auto kDivided = lawPrograms<Stretch::Divided>(LawIndices());
     static constexpr auto kScaled = lawPrograms<Stretch::Scaled>(LawIndices());
-    if (!isLaw(step))
+    const PolynomialForm form = {step.terms, step.lowest};
+    if (!isLaw(step) || (needsPowers(form) && !hasFusedOperations()))
         return {};
-    return (step.input == Stage::General ? kDivided : kScaled)[indexOf({step.terms, step.lowest})];
+    return (step.input == Stage::General ? kDivided : kScaled)[indexOf(form)];
 }
 
 // --- Sines, and values of one call ---------------------------------------------------------------
@@ -326,7 +424,8 @@ RunProgram valueOfCall(const Step& call)
                                         : valueOfCall<Stage::Shifted>(call.output);
 }
 
-// Whether a program is one step on x that computes one number, which is every order, as for exp(x).
+// Whether a program is a single step on x whose result is every order of the program: a value alone, or
+// exp(x) with its derivatives.
 bool hasOneResult(const Program& program)
 {
     const auto steps = program.steps(program.highestOrder());
@@ -361,10 +460,10 @@ Step::Run runOfLaw(const Step& step)
 
 bool isLawWithDerivatives(const Program& program)
 {
-    if (program.highestOrder() != 3 || program.steps(kUsualOrder).size() != 1)
+    if (program.highestOrder() != kUsualOrder || program.steps(kUsualOrder).size() != 1)
         return false;
     const Step& law = program.steps(kUsualOrder).front();
-    return isLaw(law) && law.a == 0 && law.derivatives == 3 && program.result(0) == law.target &&
+    return isLaw(law) && law.a == 0 && law.derivatives == kUsualOrder && program.result(0) == law.target &&
            program.result(1) == law.list[0] && program.result(2) == law.list[1] &&
            program.result(3) == law.list[2];
 }
@@ -376,8 +475,9 @@ RunProgram runOfShortProgram(const Program& program, int highest)
         return valueOf(steps.front());
     if (isLawWithDerivatives(program))
         return runsOfLaw(steps.front()).orders;
-    return isSineWithDerivatives(program) && highest == kUsualOrder ? runsOfSine(steps.front()).orders
-                                                                    : nullptr;
+    if (highest == kUsualOrder && isSineWithDerivatives(program))
+        return runsOfSine(steps.front()).orders;
+    return nullptr;
 }
 
 RunOrders ordersOfShortProgram(const Program& program)

@@ -4,8 +4,9 @@
 #include "mfcurves/engine/evaluation.h"
 #include "mfcurves/engine/program.h"
 
-/// Dedicated functions for programs that are a single motion law. Most laws are a polynomial,
-/// which is one step, or a sine, whose derivatives are multiples of sine and cosine.
+/// Dedicated functions for programs that are a single motion law, or the value of a single call.
+/// Most laws are a polynomial, which is one step, or a sine, whose derivatives are multiples of sine
+/// and cosine.
 namespace mf::engine {
 
 /// The dedicated function for a polynomial step in the form of a law; null if there is no such

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <optional>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -73,6 +74,32 @@ TEST_P(ManyPoints, HaveTheBitsOfSinglePoints)
 
 INSTANTIATE_TEST_SUITE_P(Engine, ManyPoints,
                          testing::Values(0, 1, 2, 7, 8, 9, 100, 127, 128, 129, 255, 256, 257, 1000));
+
+// A single point may use operations of the processor that many points do not use. They give the same
+// bits for all sizes of the argument, also where powers or their rounding errors over- or underflow.
+TEST(ManyPoints, HaveTheBitsOfSinglePointsInLawsOfAnySize)
+{
+    constexpr int kOfEachSize = 8;
+    Generator generator(12);
+    std::vector<double> x{0.0, -0.0, 1.0, -1.0};
+    for (int exponent = -1070; exponent < 1020; ++exponent) {
+        for (int i = 0; i < kOfEachSize; ++i)
+            x.push_back(std::ldexp(generator.uniform(-1.0, 1.0), exponent));
+    }
+    for (const char* law : {"35*u^4-84*u^5+70*u^6-20*u^7", "126*u^5-420*u^6+540*u^7-315*u^8+70*u^9",
+                            "5*u^4-4*u^5+u^6+u^7+u^8", "10*u^3-15*u^4+6*u^5"}) {
+        for (const char* argument : {"(x/1)", "((x-0)/3)", "(x/2)"}) {
+            const std::string text = std::regex_replace(law, std::regex("u"), argument);
+            const Orders compiled(text);
+            ASSERT_TRUE(compiled) << text;
+            for (const int order : {0, 1, 2, 3}) {
+                for (const double at : x)
+                    ASSERT_EQ(bits(many(compiled[order], {at})), bits(oneByOne(compiled[order], {at})))
+                        << text << "\norder " << order << " at " << at;
+            }
+        }
+    }
+}
 
 TEST(ManyPoints, EndBeforeTheFirstFailure)
 {
