@@ -3,6 +3,8 @@
 #include "mfcurves/engine/enclosure.h"
 
 #include <algorithm>
+#include <queue>
+#include <utility>
 
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/intervalErrors.h"
@@ -50,41 +52,54 @@ private:
 
 }  // namespace
 
+namespace {
+
+// The nodes that some roots depend on, ascending, so that operands come before what uses them.
+struct WantedNodes {
+    std::vector<NodeId> ids;
+    std::vector<std::uint32_t> by;  // bit k: root k depends on the node
+};
+
+// From the highest node down, so that all that use a node come before it. A graph may have so many more
+// nodes that a table of them all would cost more than the evaluations.
+WantedNodes wantedNodes(const Graph& graph, std::span<const NodeId> roots)
+{
+    using Open = std::pair<std::uint32_t, std::uint32_t>;  // a node's index, and a part of its `by`
+    std::priority_queue<Open> open;
+    for (std::size_t k = 0; k < roots.size(); ++k)
+        open.emplace(roots[k].index, 1u << k);
+    WantedNodes wanted;
+    while (!open.empty()) {
+        const NodeId id{open.top().first};
+        std::uint32_t by = 0;
+        for (; !open.empty() && open.top().first == id.index; open.pop())
+            by |= open.top().second;
+        wanted.ids.push_back(id);
+        wanted.by.push_back(by);
+        graph.forEachOperand(graph[id], [&](NodeId operand) { open.emplace(operand.index, by); });
+    }
+    std::ranges::reverse(wanted.ids);
+    std::ranges::reverse(wanted.by);
+    return wanted;
+}
+
+// Each node has the register of its position in the list.
+std::uint32_t registerOf(std::span<const NodeId> nodes, NodeId id)
+{
+    return static_cast<std::uint32_t>(std::ranges::lower_bound(nodes, id.index, {}, &NodeId::index) -
+                                      nodes.begin());
+}
+
+}  // namespace
+
 Enclosure::Enclosure(const Graph& graph, std::span<const NodeId> roots)
 {
-    // A graph may be much larger than the part that the roots depend on, so that part is listed first.
-    constexpr std::uint32_t kListed = 1u << 31;
-    const std::uint32_t count = std::ranges::max(roots, {}, &NodeId::index).index + 1;
-    PerNode<std::uint32_t> wantedBy;  // bit k: root k depends on the node
-    wantedBy.assign(count, 0);
-    std::vector<NodeId> wanted;
-    const auto list = [&](NodeId id) {
-        if (wantedBy[id] == 0) {
-            wantedBy[id] = kListed;
-            wanted.push_back(id);
-        }
-    };
-    std::ranges::for_each(roots, list);
-    for (std::size_t i = 0; i < wanted.size(); ++i)
-        graph.forEachOperand(graph[wanted[i]], list);
-    std::ranges::sort(wanted, {}, &NodeId::index);  // operands before what uses them
-    for (std::size_t k = 0; k < roots.size(); ++k)
-        wantedBy[roots[k]] |= 1u << k;
-    for (std::size_t i = wanted.size(); i-- > 0;) {
-        const std::uint32_t by = wantedBy[wanted[i]];
-        graph.forEachOperand(graph[wanted[i]], [&](NodeId operand) { wantedBy[operand] |= by; });
-    }
-
-    PerNode<std::uint32_t> registerOf;
-    registerOf.assign(count, kNoRegister);
-    std::uint32_t registers = 0;
-    for (const NodeId id : wanted) {
-        registerOf[id] = registers++;
-        iAppend(graph, graph[id], registerOf[id], wantedBy[id] & ~kListed, registerOf);
-    }
-    errors_.assign(registers, 0.0);
+    const WantedNodes wanted = wantedNodes(graph, roots);
+    for (std::size_t i = 0; i < wanted.ids.size(); ++i)
+        iAppend(graph, wanted.ids, i, wanted.by[i]);
+    errors_.assign(wanted.ids.size(), 0.0);
     for (const NodeId root : roots)
-        roots_.push_back(registerOf[root]);
+        roots_.push_back(registerOf(wanted.ids, root));
 }
 
 namespace {
@@ -123,9 +138,10 @@ std::size_t costOf(const Node& node)
 
 }  // namespace
 
-void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t target, unsigned roots,
-                        const PerNode<std::uint32_t>& registerOf)
+void Enclosure::iAppend(const Graph& graph, std::span<const NodeId> nodes, std::size_t i, unsigned roots)
 {
+    const Node& node = graph[nodes[i]];
+    const auto target = static_cast<std::uint32_t>(i);
     values_.emplace_back(node.number);
     if (node.op == Op::Constant) {
         if (!std::isfinite(node.number))
@@ -150,26 +166,26 @@ void Enclosure::iAppend(const Graph& graph, const Node& node, std::uint32_t targ
         case Op::ChooseStep:
             step.first = static_cast<std::uint32_t>(lists_.size());
             for (const NodeId operand : graph.operands(node))
-                lists_.push_back(registerOf[operand]);
+                lists_.push_back(registerOf(nodes, operand));
             break;
         case Op::Polynomial:
         case Op::Chebyshev: {
             const auto coefficients = graph.coefficients(node);
-            step.a = registerOf[node.a];
+            step.a = registerOf(nodes, node.a);
             step.first = static_cast<std::uint32_t>(coefficients_.size());
             coefficients_.insert(coefficients_.end(), coefficients.begin(), coefficients.end());
             break;
         }
         case Op::Call1:
-            step.a = registerOf[node.a];
+            step.a = registerOf(nodes, node.a);
             step.rule1 = function(node.function).interval1;
             break;
         case Op::Call2:
             step.rule2 = function(node.function).interval2;
             [[fallthrough]];
         default:
-            step.a = registerOf[node.a];
-            step.b = registerOf[node.b];
+            step.a = registerOf(nodes, node.a);
+            step.b = registerOf(nodes, node.b);
     }
     steps_.push_back(step);
     cost_ += costOf(node);

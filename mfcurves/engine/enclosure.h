@@ -55,8 +55,7 @@ private:
         };
     };
 
-    void iAppend(const Graph& graph, const Node& node, std::uint32_t target, unsigned roots,
-                 const PerNode<std::uint32_t>& registerOf);
+    void iAppend(const Graph& graph, std::span<const NodeId> nodes, std::size_t i, unsigned roots);
     void iRun(const Interval& x, unsigned wanted);
     Interval iValueOf(const Step& step) const;
     double iErrorOf(const Step& step) const;
