@@ -9,6 +9,7 @@
 #include "mfcurves/engine/functionTable.h"
 #include "mfcurves/engine/parser.h"
 #include "mfcurves/engine/term.h"
+#include "mfcurves/engine/values.h"
 
 namespace mf::analysis {
 
@@ -102,6 +103,14 @@ public:
         node.b = b;
         return graph_.intern(node);
     }
+    NodeId angle(const Node& like, NodeId a, NodeId b)
+    {
+        Node node = like;
+        node.a = a;
+        node.b = b;
+        node.derivative = engine::kNoNode;
+        return graph_.intern(node);
+    }
     NodeId negative(NodeId a) { return pair(Op::Product, number(-1.0), a); }
     NodeId signedBy(double sign, NodeId a) { return sign > 0.0 ? a : sign < 0.0 ? negative(a) : number(0.0); }
 
@@ -140,12 +149,12 @@ NodeId pieceOf(Graph& graph, const Node& node, double first, double second, auto
         case FunctionId::Mod:
             return make.pair(Op::Sum, a, make.pair(Op::Product, make.number(-first), b));
         case FunctionId::Atan2: {
-            // Below the x axis, minus the angle of the mirror image, which is continuous up to the cut.
-            Node angle = node;
-            angle.a = first < 0.0 ? make.negative(a) : a;
-            angle.b = b;
-            angle.derivative = engine::kNoNode;
-            const NodeId upper = graph.intern(angle);
+            // From the y axis, so that the angle is continuous beyond the cut as well. Below the x axis,
+            // minus the angle of the mirror image.
+            if (first == 0.0)
+                return make.angle(node, a, b);
+            const NodeId fromAxis = make.angle(node, b, first < 0.0 ? make.negative(a) : a);
+            const NodeId upper = make.pair(Op::Sum, make.number(engine::kPi / 2.0), make.negative(fromAxis));
             return first < 0.0 ? make.negative(upper) : upper;
         }
         default:

@@ -183,8 +183,18 @@ Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double
     std::vector<NodeId> orders{function};
     formula_->differentiate(orders, 4);
     BoxEvaluator evaluator(formula_->graph(), orders, budget_);
-    if (condition.kind == Kind::Sign || condition.kind == Kind::Order)
-        return zerosOf(evaluator, 0, 0.0, from, to);
+    if (condition.kind == Kind::Sign || condition.kind == Kind::Order) {
+        Zeros changes = zerosOf(evaluator, 0, 0.0, from, to);
+        // A zero of high multiplicity, which needs more derivatives.
+        const auto isVague = [&](const Zero& zero) {
+            return zero.error > 1e-9 * std::max(std::fabs(zero.x), to - from);
+        };
+        if (std::ranges::none_of(changes.places, isVague))
+            return changes;
+        formula_->differentiate(orders, kHighestOrder + 1);
+        BoxEvaluator higher(formula_->graph(), orders, budget_);
+        return zerosOf(higher, 0, 0.0, from, to);
+    }
 
     Zeros all;
     const Interval range = evaluator.plainly(from, to)[0];

@@ -153,8 +153,27 @@ private:
             !first.excludesZero() && (last.excludesZero() || first.largest() <= last.largest());
         const double x = atFrom ? from : to;
         const double size = (atFrom ? first : last).largest();
-        const double reach = reachOf(function_, k_, x, size, slope, from_, to_);
-        note(x - reach, x + reach, x);
+        const double reach = reachOf(function_, k_, x, size, slope, from, to);
+        if (reach < to - from || !(atFrom ? last : first).excludesZero())
+            return note(std::max(x - reach, from), std::min(x + reach, to), x);
+        // The slope is 0 next to x, or nearly.
+        const double beyond = nearestNonzero(x, atFrom ? to : from);
+        note(std::min(x, beyond), std::max(x, beyond), x);
+    }
+
+    // The function rises or falls from a zero at x, but for rounding, to a far place where it is not 0.
+    // Returns a place where it is not 0 either, and which is not much further from x than necessary.
+    double nearestNonzero(double x, double far)
+    {
+        constexpr double kFactor = 4.0;
+        double near = x;
+        while (std::fabs(far - x) > kFactor * std::fabs(near - x)) {
+            const double middle = 0.5 * near + 0.5 * far;
+            if (middle == near || middle == far || isNarrow(std::min(near, far), std::max(near, far), 0.0))
+                break;
+            (shifted(function_.at(middle)[k_], value_).excludesZero() ? far : near) = middle;
+        }
+        return far;
     }
 
     void note(double from, double to) { note(from, to, std::nan("")); }
@@ -202,16 +221,20 @@ private:
         });
     }
 
-    // The function touches its value where its slope is 0.
+    // A multiple zero, hidden by rounding: the zero of the highest derivative that has one.
     double innermost(const Found& found)
     {
         const double middle = 0.5 * found.from + 0.5 * found.to;
-        if (!std::isnan(found.x) || static_cast<int>(k_) + 2 > function_.highest())
+        const Enclosures over = function_.plainly(found.from, found.to);
+        std::size_t slope = k_ + 2;
+        while (static_cast<int>(slope) <= function_.highest() && !over[slope].excludesZero())
+            ++slope;
+        if (static_cast<int>(slope) > function_.highest())
             return std::isnan(found.x) ? middle : found.x;
         double x = middle;
         for (int i = 0; i < 4; ++i) {
             const Enclosures at = function_.at(x);
-            const double next = x - at[k_ + 1].middle() / at[k_ + 2].middle();
+            const double next = x - at[slope - 1].middle() / at[slope].middle();
             if (!(next >= found.from && next <= found.to))
                 return middle;
             x = next;
