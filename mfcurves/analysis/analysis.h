@@ -88,8 +88,8 @@ struct Summary {
     double rms;                    ///< root of the mean square over x
     double mean;                   ///< over x
     std::vector<double> impulses;  ///< where the order has an impulse; the peaks leave them out
-    /// true: the errors of both peaks are proved, and rms and mean miss nothing between the x
-    /// where the order is evaluated for them.
+    /// true: the errors of both peaks are proved, however large they are, and rms and mean miss nothing
+    /// between the x where the order is evaluated for them.
     bool guaranteed;
 };
 
@@ -106,7 +106,8 @@ MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, R
 MFCURVES_API std::vector<double> crossings(const Curve& curve, int order, double value, Range range = all);
 
 /// Where an order (0 to 3) is below `low` or above `high`, ascending; adjacent ranges are joined.
-/// An impulse exceeds every finite limit; by itself it is a range of length 0.
+/// An impulse, which an order has where the order below it jumps, exceeds every finite limit; by itself it is
+/// a range of length 0, and so is a value that the curve has at a single x.
 MFCURVES_API std::vector<Range> beyond(const Curve& curve, int order, double low, double high,
                                        Range range = all);
 

@@ -57,7 +57,10 @@ public:
     {
         for (const Range& where : beyond(curve_, order, low, high)) {
             Violation violation{order, limit, where, {}};
-            if (where.from < where.to) {
+            const double y = curve_(where.from, order);
+            if (where.from == where.to && (y < low || y > high)) {
+                violation.worst = Peak{where.from, y, Side::Plain, 0.0};
+            } else if (where.from < where.to) {
                 const Summary summary = summarize(curve_, where)[order];
                 violation.worst = high < kInfinity && (low == -kInfinity || isFarther(summary, low, high))
                                       ? summary.greatest
@@ -106,24 +109,35 @@ std::vector<Violation> violations(const Curve& curve, const Requirements& requir
     return checking.take();
 }
 
+namespace {
+
+// Whether an order may be beyond a limit by the error of a peak that is not. A difference below that of a
+// jump does not count.
+bool mayHide(const Summary& order, double low, double high)
+{
+    const double jump = 1e-9 * std::max(std::fabs(order.least.y), std::fabs(order.greatest.y));
+    return (order.greatest.y <= high && order.greatest.y + order.greatest.error > high + jump) ||
+           (order.least.y >= low && order.least.y - order.least.error < low - jump);
+}
+
+}  // namespace
+
 bool areAllViolationsFound(const Curve& curve, const Requirements& required)
 {
-    std::array<bool, 4> isNeeded{};
-    isNeeded[0] = required.values.has_value();
-    for (const LimitedOrder& limited : limitedOrders(curve, required.limits))
-        isNeeded[static_cast<std::size_t>(limited.order)] = true;
-    if (required.continuity) {
-        for (int order = 0; order <= std::min(*required.continuity, 3); ++order)
-            isNeeded[static_cast<std::size_t>(order)] = true;
-    }
-    if (isNeeded == std::array<bool, 4>{})
-        return true;
     const std::array<Summary, 4> summaries = summarize(curve);
-    for (std::size_t order = 0; order < isNeeded.size(); ++order) {
-        if (isNeeded[order] && !summaries[order].guaranteed)
+    const auto isFound = [&](int order, double low, double high) {
+        const Summary& summary = summaries[static_cast<std::size_t>(order)];
+        return summary.guaranteed && !mayHide(summary, low, high);
+    };
+    if (required.values && !isFound(0, required.values->from, required.values->to))
+        return false;
+    for (const LimitedOrder& limited : limitedOrders(curve, required.limits)) {
+        if (!isFound(limited.order, -limited.magnitude, limited.magnitude))
             return false;
     }
-    return true;
+    const int highest = required.continuity ? std::min(*required.continuity, 3) : required.isCyclic ? 0 : -1;
+    return std::all_of(summaries.begin(), summaries.begin() + highest + 1,
+                       [](const Summary& summary) { return summary.guaranteed; });
 }
 
 namespace {

@@ -22,9 +22,9 @@ struct Requirements {
 
 /// A stretch where a requirement is broken.
 struct Violation {
-    int order;                    ///< of the values that break it, 0 to 3
+    int order;                    ///< of the values that break it, 0 to 3; 4 only for a jump
     std::optional<double> limit;  ///< as required; nothing for a jump
-    Range where;                  ///< of length 0 for a jump and for an impulse
+    Range where;                  ///< of length 0 for a jump, an impulse and a value at a single x
     std::optional<Peak> worst;    ///< the value farthest beyond the limit; nothing for a jump and an impulse
 };
 
@@ -34,7 +34,7 @@ MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Require
 
 /// Whether it is proved that violations() finds all: every order that has a limit, or that must not jump, is
 /// guaranteed (see Summary). An order with a pole is not guaranteed, nor one without a value somewhere, nor
-/// one for which a proof takes too much work.
+/// one for which a proof takes too much work. Order 4 has no Summary and is not examined.
 MFCURVES_API bool areAllViolationsFound(const Curve& curve, const Requirements& required);
 
 /// A move from rest to rest by a motion law.

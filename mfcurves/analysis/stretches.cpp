@@ -64,6 +64,16 @@ Range nearZero(double x, double error)
     return {x - reach, x + reach};
 }
 
+std::vector<Range> undecidedBoxes(const FormulaPiece& piece)
+{
+    std::vector<Range> boxes;
+    for (const Touch& touch : piece.touches())
+        boxes.push_back(touch.box);
+    for (std::size_t i = 1; i < piece.stretches().size(); ++i)
+        boxes.push_back(nearZero(piece.stretches()[i].from, piece.stretches()[i].kinkError));
+    return boxes;
+}
+
 FormulaPiece::FormulaPiece(const curve::FormulaText& text, double from, double to)
     : formula_(FormulaGraph::make(text))
 {
@@ -100,7 +110,7 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
 {
     const NodeId function = formula_->decided(formula_->functionOf(condition), decisions);
     const Zeros changes = iChanges(condition, function, from, to);
-    if (!changes.complete) {
+    if (!changes.complete || changes.hasGap) {
         iAppend(from, to, kinkError, decisions, false);
         return true;
     }
@@ -206,6 +216,7 @@ Zeros FormulaPiece::iChanges(const Condition& condition, NodeId function, double
     for (double level = std::floor(range.lo - offset); level + offset <= range.hi; level += 1.0) {
         const Zeros changes = zerosOf(evaluator, 0, level + offset, from, to);
         all.complete &= changes.complete;
+        all.hasGap |= changes.hasGap;
         all.places.insert(all.places.end(), changes.places.begin(), changes.places.end());
         all.flat.insert(all.flat.end(), changes.flat.begin(), changes.flat.end());
         all.unsure.insert(all.unsure.end(), changes.unsure.begin(), changes.unsure.end());

@@ -16,7 +16,7 @@ struct Stretch {
     double from;
     double to;
     std::vector<engine::NodeId> orders;  // without conditions
-    bool isSmooth = true;                // false: too many conditions, some are not decided
+    bool isSmooth = true;                // false: some conditions are not decided, or an end has no limit
     double kinkError = 0.0;              // how far the kink may be from `from`
 };
 
@@ -27,8 +27,13 @@ struct Touch {
     Range box;  // the place is known only to rounding
 };
 
-/// The x that a zero may have, and some more for rounding.
+/// The x that a zero may have, given its error, and some more for rounding.
 Range nearZero(double x, double error);
+
+class FormulaPiece;
+
+/// Where rounding may decide conditions of a piece otherwise than in its stretches: touches and kinks.
+std::vector<Range> undecidedBoxes(const FormulaPiece& piece);
 
 /// One formula of a curve between two x, with its stretches.
 ///

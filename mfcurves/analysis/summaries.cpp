@@ -42,11 +42,14 @@ public:
             offerOwnValue(part.to);
             if (part.piece.get() != piece) {
                 piece = part.piece.get();
-                whole.emplace(part.piece->wholeEvaluator());
-                examineTouches(*piece, *whole);
+                const std::vector<Range> undecided = undecidedBoxes(*piece);
+                if (!undecided.empty())
+                    whole.emplace(part.piece->wholeEvaluator());
+                for (const Range& box : undecided)
+                    boundOver(box, *whole);
+                for (const Touch& touch : piece->touches())
+                    offerOwnValue(touch.x);
             }
-            if (part.beginsAtKink)
-                boundOver(nearZero(part.from, part.smooth().kinkError), *whole);
         }
         const AllIntegrals totals = integrals();
         std::array<Summary, 4> summaries;
@@ -264,15 +267,7 @@ private:
         }
     }
 
-    void examineTouches(const FormulaPiece& piece, BoxEvaluator& whole)
-    {
-        for (const Touch& touch : piece.touches()) {
-            offerOwnValue(touch.x);
-            boundOver(touch.box, whole);
-        }
-    }
-
-    // Near a kink or touch all branches count.
+    // Where rounding may decide a condition, all branches count.
     void boundOver(Range box, BoxEvaluator& whole)
     {
         Enclosures near;

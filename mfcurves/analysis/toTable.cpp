@@ -203,7 +203,8 @@ private:
     }
 
     // How far values that the formula has of its own inside a part, as if(x^2: 0, 1, 0) has at 0, are from
-    // its smooth course. Those at the ends of the part are on one side of a row or the other.
+    // its smooth course. Values at the ends of a part do not count: there the row has the limit from one
+    // side.
     Bounds ownValues() const
     {
         Bounds farthest;
@@ -214,14 +215,24 @@ private:
 
     static Bounds ownValues(const Part& part)
     {
-        Bounds farthest;
-        for (const Touch& touch : part.piece->touches()) {
-            const Range box{std::max(touch.box.from, part.from), std::min(touch.box.to, part.to)};
+        std::vector<Range> boxes;
+        for (Range box : undecidedBoxes(*part.piece)) {
+            box = {std::max(box.from, part.from), std::min(box.to, part.to)};
             const bool isAtEnd = box.from == part.from || box.to == part.to;
-            if (box.from > box.to || (isAtEnd && box.to - box.from <= kFewUlps * std::fabs(touch.x)))
-                continue;
-            BoxEvaluator whole = part.piece->wholeEvaluator();
-            BoxEvaluator smooth = part.evaluator();
+            const double few = kFewUlps * std::max(std::fabs(box.from), std::fabs(box.to));
+            if (box.from <= box.to && !(isAtEnd && box.to - box.from <= few))
+                boxes.push_back(box);
+        }
+        if (boxes.empty())
+            return {};
+        Budget budget(kOperationsPerPiece);
+        FormulaGraph& formula = part.piece->formula();
+        BoxEvaluator whole(formula.graph(), formula.orders(), budget);
+        BoxEvaluator smooth(formula.graph(), part.smooth().orders, budget);
+        Bounds farthest;
+        for (const Range& box : boxes) {
+            if (budget.isSpent())
+                return {kUnbounded, kUnbounded, kUnbounded};
             const Enclosures own = whole.plainly(box.from, box.to);
             const Enclosures course = smooth.plainly(box.from, box.to);
             const auto distance = [&](std::size_t k) { return largestOf(own[k] - course[k]); };

@@ -104,9 +104,12 @@ private:
                    const Enclosures& over)
     {
         const Interval y = shifted(over[k_], value_);
-        if (y.isNothing() || y.excludesZero()) {
-            if (y.isNothing() || y.partial)
-                add(zeros_.unsure, from, to);
+        if (y.excludesZero() && !y.partial)
+            return true;
+        const bool narrow = isNarrow(from, to, to_ - from_);
+        if (y.isNothing() || (y.excludesZero() && narrow)) {
+            zeros_.hasGap |= !narrow;
+            add(zeros_.unsure, from, to);
             return true;
         }
         if (y.isZero() && !y.partial) {

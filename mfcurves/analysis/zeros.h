@@ -17,10 +17,11 @@ struct Zero {
 struct Zeros {
     std::vector<Zero> places;  // ascending
     std::vector<Range> flat;   // stretches where the function is exactly the value
-    // Boxes where the function may have no value, as about poles and beyond a domain, and those that
-    // remained when the budget was spent. A pole at the end of a box is a box of length 0.
+    // Boxes where the function may have no value, as around poles and outside a domain, and those left when
+    // the budget was spent. A pole where two boxes meet is a box of length 0.
     std::vector<Range> unsure;
-    bool complete = true;  // false: there may be other places, in `unsure`
+    bool complete = true;  // false: there may be other places; zerosOf() lists them in `unsure`
+    bool hasGap = false;   // the function has no value on a stretch
 };
 
 /// Where order k of a smooth function is `value` on [from, to], ends included.

@@ -263,4 +263,35 @@ TEST(Fastest, IsEmptyWithoutALimitOrAStroke)
     EXPECT_TRUE(fastest(0.0, {1.0, 1.0, 1.0}).empty());
 }
 
+TEST(Violations, OfAValueAtASingleXHaveThatValue)
+{
+    Requirements required;
+    required.values = Range{-1.0, 2.0};
+    const auto found = violations(expression("if(x: 0, 5, 0)", -1.0, 1.0), required);
+    ASSERT_EQ(found.size(), 1u);
+    ASSERT_TRUE(found[0].worst.has_value());
+    EXPECT_EQ(found[0].worst->x, 0.0);
+    EXPECT_EQ(found[0].worst->y, 5.0);
+}
+
+// The condition is a fifth power, so that rounding decides it, and with it whether the value is 5, in a range
+// of some thousandths.
+TEST(Violations, MayHideInTheErrorOfAPeak)
+{
+    Requirements required;
+    required.values = Range{-1.0, 2.0};
+    const char* const text = "if(x^5-1.5*x^4+0.9*x^3-0.27*x^2+0.0405*x-0.00243: 0, 5, 1)";
+    EXPECT_FALSE(areAllViolationsFound(expression(text, 0.0, 1.0), required));
+    required.values = Range{-1.0, 6.0};
+    EXPECT_TRUE(areAllViolationsFound(expression(text, 0.0, 1.0), required));
+}
+
+TEST(Violations, OfACycleNeedAValueAtItsEnds)
+{
+    Requirements required;
+    required.isCyclic = true;
+    EXPECT_FALSE(areAllViolationsFound(expression("1/(x*(1-x))", 0.0, 1.0), required));
+    EXPECT_TRUE(areAllViolationsFound(move(), required));
+}
+
 }  // namespace

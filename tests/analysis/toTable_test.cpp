@@ -225,6 +225,16 @@ TEST(ToTable, ProvesNothingForACurveWithoutAValue)
     }
 }
 
+// The gap from 0.46 to 0.48 has no value, and a few samples would miss it.
+TEST(ToTable, ProvesNothingForAGapWithoutValues)
+{
+    for (const char* text : {"max(x, sqrt((x-0.47)^2-0.0001)-5)", "if(sqrt((x-0.47)^2-0.0001)+1: 0, 0, x)"}) {
+        const Curve curve = expression(text, 0.0, 1.0);
+        EXPECT_FALSE(toTable(curve, Form::Linear, {1e-3}).guaranteed) << text;
+        EXPECT_FALSE(mf::analysis::summarize(curve)[0].guaranteed) << text;
+    }
+}
+
 // The jumps of 0.3 are within the tolerance, so that they need no rows of their own.
 TEST(ToTable, CountsAJumpWithoutARow)
 {
@@ -239,7 +249,8 @@ TEST(ToTable, CountsAJumpWithoutARow)
 TEST(ToTable, DoesNotPromiseValuesBesideTheCourse)
 {
     for (const Form form : {Form::Linear, Form::Points, Form::Xyva}) {
-        for (const char* text : {"if(x^2: 0, 1, 0)", "x+if((x-1)^2: 0, 1, 0)", "ln(0.5+abs(mod(7*x, -x)))"})
+        for (const char* text : {"if(x^2: 0, 1, 0)", "x+if((x-1)^2: 0, 1, 0)", "ln(0.5+abs(mod(7*x, -x)))",
+                                 "if(x^5-1.5*x^4+0.9*x^3-0.27*x^2+0.0405*x-0.00243: 0, 0.5, 1)"})
             EXPECT_FALSE(toTable(expression(text, -1.1, 3.0), form, {1e-3}).guaranteed) << text;
         for (const char* text : {"abs(x^2)", "abs((x-1)^2)+x", "max(x^2, -x^2)"})
             EXPECT_TRUE(toTable(expression(text, -1.1, 3.0), form, {1e-3}).guaranteed) << text;

@@ -54,6 +54,7 @@ int runCheck(CheckOptions& options)
     checkNoStretch(options.curve);
     if (options.curve.isPeriodic && !options.demands.continuity && options.demands.isEmpty())
         options.demands.continuity = 0;
+    options.demands.isCyclic = options.curve.isPeriodic;
     if (options.demands.isEmpty())
         throw UsageError("check needs something to check, such as --max-velocity 100 or --continuity 2");
     const Inputs inputs = readInputs(options.curve);
@@ -76,7 +77,7 @@ int runCheck(CheckOptions& options)
         }
         if (!violations.empty())
             status = kFailed;
-        else if (!areAllFound(input.curve, options.demands))
+        else if (!areAllFound(input.curve, options.demands, rate, input.place))
             warn(input.place, "no violation was found, but it is not proved that there is none");
         objects.push_back(jsonObject({{"file", jsonFile(input)},
                                       {"ok", jsonTruth(violations.empty())},

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -32,6 +33,21 @@ struct OrderPeaks {
     int greatestRow;
 };
 
+// Whether the errors of the peaks of an order are too small to matter: compared with the values of the order,
+// or with those of a lower order, over the length of the range.
+bool areErrorsSmall(const std::array<mf::analysis::Summary, 4>& summaries, int order, double length)
+{
+    constexpr double kSmall = 1e-6;
+    double scale = 0.0;
+    for (int lower = 0; lower <= order; ++lower) {
+        const mf::analysis::Summary& summary = summaries[static_cast<std::size_t>(lower)];
+        const double size = std::max(std::fabs(summary.least.y), std::fabs(summary.greatest.y));
+        scale = std::max(scale, size / std::pow(length, order - lower));
+    }
+    const mf::analysis::Summary& summary = summaries[static_cast<std::size_t>(order)];
+    return std::max(summary.least.error, summary.greatest.error) <= kSmall * scale;
+}
+
 std::vector<OrderPeaks> peaksOf(const PeaksOptions& options, const Input& input)
 {
     const mf::CurveDefinition& definition = input.curve.definition();
@@ -43,6 +59,7 @@ std::vector<OrderPeaks> peaksOf(const PeaksOptions& options, const Input& input)
     std::vector<OrderPeaks> peaks;
     for (int order = 0; order < mf::drawing::namedOrders(definition); ++order) {
         mf::analysis::Summary summary = summaries[static_cast<std::size_t>(order)];
+        summary.guaranteed &= areErrorsSmall(summaries, order, range.to - range.from);
         const double factor = std::pow(rate, order);
         for (double* number : {&summary.least.y, &summary.greatest.y, &summary.rms, &summary.mean})
             *number *= factor;

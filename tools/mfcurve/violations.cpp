@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/mfcurve/violations.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -34,18 +35,44 @@ mf::analysis::Limits limitOf(int motionOrder, double magnitude)
     return limits;
 }
 
-// Adds the ranges where a requirement is violated. The requirement is in units of the curve; the stored
-// numbers are multiplied by `factor`.
-void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
-               const mf::analysis::Requirements& required, double factor = 1.0)
+// One limit, range or continuity, in units of the curve. The numbers of its violations are multiplied by
+// `factor`.
+struct Demand {
+    mf::analysis::Requirements required;
+    double factor = 1.0;
+    std::optional<double> limit;  // exactly as given, not divided and multiplied
+};
+
+std::vector<Demand> listOf(const mf::Curve& curve, const Demands& demands, double rate,
+                           const std::string& place)
 {
-    for (const mf::analysis::Violation& broken : mf::analysis::violations(curve, required)) {
+    std::vector<Demand> list;
+    if (demands.values)
+        list.push_back({{{}, demands.values, {}, false}, 1.0, {}});
+    const std::optional<double> limits[] = {demands.velocity, demands.acceleration, demands.jerk};
+    for (int motionOrder = 1; motionOrder <= 3; ++motionOrder) {
+        const std::optional<double> limit = limits[motionOrder - 1];
+        if (!limit)
+            continue;
+        const double factor = std::pow(rate, orderOf(curve.definition(), motionOrder, place));
+        list.push_back({{limitOf(motionOrder, *limit / factor), {}, {}, false}, factor, limit});
+    }
+    if (demands.continuity)
+        list.push_back({{{}, {}, demands.continuity, false}, 1.0, {}});
+    else if (demands.isCyclic)
+        list.push_back({{{}, {}, {}, true}, 1.0, {}});
+    return list;
+}
+
+void addBroken(std::vector<Violation>& violations, const mf::Curve& curve, const Demand& demand)
+{
+    for (const mf::analysis::Violation& broken : mf::analysis::violations(curve, demand.required)) {
         Violation violation{broken.order,    kNoNumber, broken.where.from,
                             broken.where.to, kNoNumber, kNoNumber};
         if (broken.limit)
-            violation.limit = *broken.limit * factor;
+            violation.limit = demand.limit.value_or(*broken.limit);
         if (broken.worst) {
-            violation.worst = broken.worst->y * factor;
+            violation.worst = broken.worst->y * demand.factor;
             violation.worstX = broken.worst->x;
         }
         violations.push_back(violation);
@@ -54,35 +81,20 @@ void addBroken(std::vector<Violation>& violations, const mf::Curve& curve,
 
 }  // namespace
 
-bool areAllFound(const mf::Curve& curve, const Demands& demands)
+bool areAllFound(const mf::Curve& curve, const Demands& demands, double rate, const std::string& place)
 {
-    // Only which orders have a limit matters here.
-    const mf::analysis::Limits none;
-    const mf::analysis::Limits limits{demands.velocity.value_or(none.velocity),
-                                      demands.acceleration.value_or(none.acceleration),
-                                      demands.jerk.value_or(none.jerk)};
-    return mf::analysis::areAllViolationsFound(curve, {limits, demands.values, demands.continuity, false});
+    const std::vector<Demand> list = listOf(curve, demands, rate, place);
+    return std::all_of(list.begin(), list.end(), [&](const Demand& demand) {
+        return mf::analysis::areAllViolationsFound(curve, demand.required);
+    });
 }
 
 std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& demands, double rate,
                                     const std::string& place)
 {
     std::vector<Violation> violations;
-    if (demands.values)
-        addBroken(violations, curve, {{}, demands.values, {}, false});
-    const std::optional<double> limits[] = {demands.velocity, demands.acceleration, demands.jerk};
-    for (int motionOrder = 1; motionOrder <= 3; ++motionOrder) {
-        const std::optional<double> limit = limits[motionOrder - 1];
-        if (!limit)
-            continue;
-        const double factor = std::pow(rate, orderOf(curve.definition(), motionOrder, place));
-        const std::size_t first = violations.size();
-        addBroken(violations, curve, {limitOf(motionOrder, *limit / factor), {}, {}, false}, factor);
-        for (std::size_t i = first; i < violations.size(); ++i)
-            violations[i].limit = *limit;  // exactly as given, not divided and multiplied
-    }
-    if (demands.continuity)
-        addBroken(violations, curve, {{}, {}, demands.continuity, false});
+    for (const Demand& demand : listOf(curve, demands, rate, place))
+        addBroken(violations, curve, demand);
     if (demands.areDerivativesChecked) {
         const mf::analysis::DerivativeCheck check = mf::analysis::checkDerivatives(curve);
         if (!check.ok)

@@ -16,6 +16,7 @@ struct Demands {
     std::optional<double> jerk;
     std::optional<mf::Range> values;
     std::optional<int> continuity;
+    bool isCyclic = false;  // the end has to meet the start; not a demand by itself
     bool areDerivativesChecked = false;
 
     bool isEmpty() const
@@ -40,6 +41,6 @@ std::vector<Violation> violationsOf(const mf::Curve& curve, const Demands& deman
                                     const std::string& place);
 
 /// Whether no violation of a limit, range or continuity can be missing in them.
-bool areAllFound(const mf::Curve& curve, const Demands& demands);
+bool areAllFound(const mf::Curve& curve, const Demands& demands, double rate, const std::string& place);
 
 }  // namespace mfcurve
