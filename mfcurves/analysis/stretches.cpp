@@ -79,6 +79,30 @@ FormulaPiece::FormulaPiece(const curve::FormulaText& text, double from, double t
 {
     if (formula_ != nullptr)
         iCut(from, to, 0.0, {});
+    iDropSlivers();
+}
+
+// Where two conditions change at the same place except for rounding, what is between is no stretch but a
+// touch.
+void FormulaPiece::iDropSlivers()
+{
+    constexpr double kFewUlps = 8.0 * 0x1p-52;
+    const auto isSliver = [](const Stretch& stretch) {
+        return stretch.to - stretch.from <= kFewUlps * std::fabs(stretch.to);
+    };
+    for (std::size_t i = 1; i + 1 < stretches_.size();) {
+        const Stretch& sliver = stretches_[i];
+        if (!isSliver(sliver)) {
+            ++i;
+            continue;
+        }
+        const double error =
+            std::max({sliver.kinkError, stretches_[i + 1].kinkError, sliver.to - sliver.from});
+        touches_.push_back({sliver.from, nearZero(sliver.from, error)});
+        stretches_[i + 1].from = sliver.from;
+        stretches_[i + 1].kinkError = error;
+        stretches_.erase(stretches_.begin() + static_cast<std::ptrdiff_t>(i));
+    }
 }
 
 // Conditions are decided one after the other, inner ones first. Each cuts the stretch

@@ -58,6 +58,7 @@ private:
     void iCut(double from, double to, double kinkError, Decisions decisions);
     bool iCutAt(const Condition& condition, double from, double to, double kinkError, Decisions& decisions);
     std::vector<Zero> iCuts(const Zeros& changes, double from, double to);
+    void iDropSlivers();
     Zeros iChanges(const Condition& condition, engine::NodeId function, double from, double to);
     void iAddTouch(const Zero& zero, double from, double to);
     void iAppend(double from, double to, double kinkError, const Decisions& decisions, bool isSmooth);

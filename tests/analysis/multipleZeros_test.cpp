@@ -98,6 +98,14 @@ TEST(MultipleZeros, OfAMagnitudeAreNoJumpsOfLowOrders)
                 ElementsAre(DoubleNear(kPi, 1e-9), DoubleNear(2.0 * kPi, 1e-9)));
 }
 
+// 1 - cos x is less than |sin x| on both sides of 0 and of a whole turn.
+TEST(MultipleZeros, OfTwoConditionsAtOnePlaceAreNoBreak)
+{
+    const auto breaks = mf::analysis::breaks(expression("min(1-cos(x), abs(sin(x)))", -7.0, 7.0), 1);
+    const auto at = [](double quarters) { return DoubleNear(quarters * kPi / 2.0, 1e-12); };
+    EXPECT_THAT(placesOf(breaks), ElementsAre(at(-3), at(-2), at(-1), at(1), at(2), at(3)));
+}
+
 // The angle turns by a whole turn at roots that are no doubles.
 TEST(CutOfAnAngle, IsABreakWhereverItIs)
 {
