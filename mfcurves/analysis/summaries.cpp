@@ -325,6 +325,13 @@ Summary summaryOf(const Extremes& found, const Integrals& integrals, double scal
     return summary;
 }
 
+bool areAllPlacesFound(const Curve& curve, int upToOrder, Range range)
+{
+    const std::array<Summary, 4> summaries = summarize(curve, range);
+    return std::all_of(summaries.begin(), summaries.begin() + std::clamp(upToOrder, 0, kOrders - 1) + 1,
+                       [](const Summary& summary) { return summary.guaranteed; });
+}
+
 std::array<Summary, 4> summarize(const Curve& curve, Range range)
 {
     const Range inside = cutToCurve(curve, range);

@@ -45,15 +45,14 @@ public:
     }
 
 private:
-    struct Entry;
-    using Places = std::unordered_map<Key, std::list<Entry>::iterator, KeyHash>;
-
     struct Entry {
         std::wstring text;
         std::optional<std::wstring> variableName;
         std::shared_ptr<CompiledText> compiled;
+        std::size_t hash;
         std::size_t bytes = 0;
-        Places::iterator place = {};
+
+        Key key() const { return {hash, text, variableName}; }
     };
 
     void keep(const Key& key, const std::shared_ptr<CompiledText>& compiled)
@@ -62,11 +61,9 @@ private:
         if (!entries_.empty())
             measureFirst();
         entries_.push_front(
-            {std::wstring(key.text), std::optional<std::wstring>(key.variableName), compiled});
-        Entry& entry = entries_.front();
+            {std::wstring(key.text), std::optional<std::wstring>(key.variableName), compiled, key.hash});
         try {
-            entry.place =
-                places_.try_emplace({key.hash, entry.text, entry.variableName}, entries_.begin()).first;
+            places_.emplace(entries_.front().key(), entries_.begin());
         } catch (...) {
             entries_.pop_front();
             throw;
@@ -88,12 +85,12 @@ private:
     void forgetLast()
     {
         bytes_ -= entries_.back().bytes;
-        places_.erase(entries_.back().place);
+        places_.erase(entries_.back().key());
         entries_.pop_back();
     }
 
     std::list<Entry> entries_;  // the most recently used first
-    Places places_;
+    std::unordered_map<Key, std::list<Entry>::iterator, KeyHash> places_;
     std::size_t bytes_ = 0;
 };
 

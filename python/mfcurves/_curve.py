@@ -34,6 +34,13 @@ if t.TYPE_CHECKING:
     import numpy as np
     import numpy.typing as npt
 
+# What a curve that drives something else than a displacement does not have.
+_MISSING_LIMITS = {
+    "acceleration": ("velocity",),
+    "force": ("velocity", "acceleration", "jerk"),
+    "torque": ("velocity", "acceleration", "jerk"),
+}
+
 
 class Curve(_mfcurves.CurveCore):
     """A motion function. It is constant, so any number of threads may share it.
@@ -171,6 +178,12 @@ class Curve(_mfcurves.CurveCore):
         order : int from 0 to 4
             The highest order to examine.
 
+        Warns
+        -----
+        CurveWarning
+            When it is not proved that these are all, for example because a derivative is
+            infinite somewhere.
+
         Examples
         --------
         >>> import mfcurves as mf
@@ -178,7 +191,10 @@ class Curve(_mfcurves.CurveCore):
         >>> [(place.x, place.lowest, place.cause) for place in ramp.breaks()]
         [(1.0, 1, 'seam')]
         """
-        return breaks_from(self.find_breaks(as_order(order, "order", (0, 1, 2, 3, 4))))
+        places = self.find_breaks(as_order(order, "order", (0, 1, 2, 3, 4)))
+        if not self.found_all_places(order):
+            warn([("warning", "", "there may be further breaks: not all of the curve is proved to be smooth")])
+        return breaks_from(places)
 
     def peaks(self) -> t.List[Summary]:
         """Extremes, root mean square and mean of the value and each derivative.
@@ -206,13 +222,22 @@ class Curve(_mfcurves.CurveCore):
         nu : int from 0 to 3
             The order: 0 is the value, 1 to 3 are the derivatives.
 
+        Warns
+        -----
+        CurveWarning
+            When it is not proved that these are all, for example because the order is
+            infinite somewhere.
+
         Examples
         --------
         >>> import mfcurves as mf
         >>> mf.segments([(2, 10, "3-4-5-Polynomial")]).crossings(5.0)
         [1.0]
         """
-        return self.find_crossings(as_order(nu), as_finite(value, "value"))
+        places = self.find_crossings(as_order(nu), as_finite(value, "value"))
+        if not self.found_all_places(nu):
+            warn([("warning", "", "the order may have this value elsewhere, too: it is not proved everywhere")])
+        return places
 
     def check(
         self,
@@ -249,6 +274,13 @@ class Curve(_mfcurves.CurveCore):
         >>> cam.check(max_velocity=10.0).ok, cam.check(max_velocity=9.0).ok
         (True, False)
         """
+        limits = {"velocity": max_velocity, "acceleration": max_acceleration, "jerk": max_jerk}
+        given = [name for name, limit in limits.items() if limit is not None]
+        if given:
+            missing = _MISSING_LIMITS.get(self.drive, ())
+            for name in given:
+                if name in missing:
+                    raise CurveError(f"max_{name}: a curve of {self.drive} has no {name}")
         items, all_found = self.find_violations(
             as_limit(max_velocity, "max_velocity"),
             as_limit(max_acceleration, "max_acceleration"),
@@ -321,6 +353,11 @@ class Curve(_mfcurves.CurveCore):
         tolerance : float above 0
             The largest error of the value, in its unit.
 
+        Warns
+        -----
+        CurveWarning
+            When the error is not proved to be within the tolerance.
+
         Examples
         --------
         >>> import mfcurves as mf
@@ -328,7 +365,10 @@ class Curve(_mfcurves.CurveCore):
         >>> round(float(pieces(1.0)), 6)
         5.0
         """
-        return ppoly_from(self.to_table("xyva", tolerance))
+        table = self.to_table("xyva", tolerance)
+        if not table.guaranteed:
+            warn([("warning", "", f"the table is not proved to keep the tolerance of {tolerance}")])
+        return ppoly_from(table)
 
     def plot(self, ax: t.Any = None, orders: t.Iterable[int] = ORDERS) -> t.Any:
         """Draws this curve with matplotlib: its orders, their extremes and its breaks.

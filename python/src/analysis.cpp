@@ -146,6 +146,8 @@ void addAnalysis(py::module_& module, py::class_<mf::Curve>& curve)
 {
     curve.def("find_breaks", &findBreaks)
         .def("summarize", &summaries)
+        .def("found_all_places",
+             [](const mf::Curve& self, int order) { return areAllPlacesFound(self, order); })
         .def("find_crossings",
              [](const mf::Curve& self, int order, double value) { return crossings(self, order, value); })
         .def("find_violations", &findViolations)

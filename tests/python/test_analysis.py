@@ -157,3 +157,28 @@ def test_plots_have_a_panel_for_each_order(cam):
 def test_a_notebook_shows_a_picture(cam):
     svg = cam._repr_svg_()
     assert svg.lstrip().startswith(("<?xml", "<svg")) and "</svg>" in svg and "cam" in svg
+
+
+@pytest.mark.parametrize("text, domain", [("floor(x)", (0, 2100)), ("sqrt(x^2)", (-1, 1)), ("1/x", (-1, 1))])
+def test_places_that_are_not_proved_to_be_all_warn(text, domain):
+    curve = mf.expression(text, domain=domain)
+    with pytest.warns(mf.CurveWarning, match="there may be further breaks"):
+        curve.breaks()
+    with pytest.warns(mf.CurveWarning, match="elsewhere"):
+        curve.crossings(0.5, nu=1)
+
+
+def test_a_piecewise_polynomial_that_is_not_proved_warns():
+    with pytest.warns(mf.CurveWarning, match="not proved to keep the tolerance"):
+        mf.expression("tan(x)", domain=(1, 2)).to_ppoly(1e-3)
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        mf.segments([(2.0, 10.0, "3-4-5-Polynomial")]).to_ppoly(1e-3)
+
+
+def test_a_limit_of_what_the_curve_does_not_have_is_an_error():
+    row = [(90, 25, "Cubic")]
+    for drive, limit in (("acceleration", "max_velocity"), ("force", "max_velocity"), ("torque", "max_jerk")):
+        with pytest.raises(mf.CurveError, match=f"a curve of {drive} has no"):
+            mf.segments(row, drive=drive).check(**{limit: 20})
+    assert not mf.segments(row, drive="acceleration").check(max_acceleration=20).ok

@@ -38,6 +38,11 @@ class Peaks(ToolTest):
         self.assertAlmostEqual(value["rms"], math.sqrt(81 / 5), delta=1e-9)
         self.assertAlmostEqual(value["mean"], 3, delta=1e-9)
 
+    def test_a_peak_with_a_large_error_is_not_proved(self):
+        # The place of the jump is a zero of the fifth power, which rounding hides.
+        value = self.orders("--expression", "if(x^5-1.5*x^4+0.9*x^3-0.27*x^2+0.0405*x-0.00243: 0, 5, 1)", "--from", "0", "--to", "1")[0]
+        self.assertFalse(value["guaranteed"])
+
     def test_derivatives_by_seconds(self):
         # 60 turns a minute are 360 degrees a second.
         velocity = self.orders("--row", "360,10,Linear", "--over", "angle", "--rpm", "60")[1]
@@ -79,6 +84,9 @@ class Breaks(ToolTest):
         [kink] = self.breaks("--expression", "abs(x-1)", "--from", "0", "--to", "3")
         self.assertEqual((kink["lowest"], kink["cause"]), (1, "kink"))
         self.assertAlmostEqual(kink["x"], 1, delta=1e-12)
+
+    def test_a_warning_says_that_there_may_be_more(self):
+        self.refused(DONE, "breaks", "--expression", "floor(x)", "--from", "0", "--to", "2100", says="there may be further breaks")
 
     def test_the_end_of_a_cycle(self):
         row = ["--row", "360,10,Linear", "--over", "angle"]
@@ -130,6 +138,10 @@ class Check(ToolTest):
         [found] = self.violations(FAILED, *rows, "--cyclic")
         self.assertEqual((found["order"], found["from"]), (0, 360))
         self.assertEqual(self.violations(DONE, "--row", "180,10,Cubic", "--row", "360,0,Cubic", "--over", "angle", "--cyclic"), [])
+
+    def test_a_cycle_is_checked_beside_other_demands(self):
+        [found] = self.violations(FAILED, "--row", "90,25,Cubic", "--over", "angle", "--cyclic", "--range", "0,25")
+        self.assertEqual((found["order"], found["from"], found["limit"]), (0, 90, None))
 
     def test_derivatives(self):
         self.assertEqual(self.violations(DONE, *self.CUBIC, "--derivatives"), [])
@@ -202,6 +214,9 @@ class Fastest(ToolTest):
         durations = [move["duration"] for move in self.moves("--stroke", "1", "--max-velocity", "1", "--max-jerk", "5")]
         self.assertEqual(durations, sorted(durations))
         self.assertGreater(len(durations), 5)
+
+    def test_no_move_is_an_empty_list(self):
+        self.assertEqual(self.moves("--stroke", "1e300", "--max-jerk", "1e-300"), [])
 
     def test_bad_limits(self):
         for arguments, words in [(["--stroke", "1"], "fastest needs a limit"), (["--max-jerk", "1"], "--stroke"),

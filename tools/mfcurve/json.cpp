@@ -45,7 +45,7 @@ std::string jsonArray(const std::vector<std::string>& elements)
 
 std::string jsonDocument(const std::vector<std::string>& elements)
 {
-    return elements.empty() ? "" : fmt::format("[\n{}\n]\n", fmt::join(elements, ",\n"));
+    return elements.empty() ? "[]\n" : fmt::format("[\n{}\n]\n", fmt::join(elements, ",\n"));
 }
 
 std::string jsonObject(std::initializer_list<std::pair<std::string_view, std::string>> members)
