@@ -65,9 +65,9 @@ struct Break {
 /// limits are those at firstX.
 MFCURVES_API std::vector<Break> breaks(const Curve& curve, int upToOrder = 3, Range range = all);
 
-/// Whether it is proved that breaks() and crossings() find all places: each order up to `upToOrder`, at most 3, is
-/// guaranteed (see Summary). It is not where an order is infinite or has no value, as the velocity of sqrt(x^2) at
-/// 0, nor where a piece has too many kinks.
+/// Whether it is proved that breaks() and crossings() find all places: each order up to `upToOrder`, at most
+/// 3, is guaranteed (see Summary). It is not where an order is infinite or has no value, as the velocity of
+/// sqrt(x^2) at 0, nor where a piece has too many kinks.
 MFCURVES_API bool areAllPlacesFound(const Curve& curve, int upToOrder = 3, Range range = all);
 
 /// The x of the first break strictly after an x. With Outside::Repeat the search continues

@@ -147,8 +147,9 @@ public:
         return y < low_ - rounding || y > high_ + rounding;
     }
 
-    // Ascending places between which the state does not change: where the value of the order is a limit,
-    // the ends of pieces, poles, where the order begins or ceases to have a value, and singlePlaces().
+    // Ascending places where the state may change: where the order is at a limit, at ends of pieces and at
+    // poles, where the order starts or stops having a value, and at singlePlaces(). In wide boxes that are
+    // unsure only samples show a change.
     std::vector<double> changes(Range range)
     {
         x_ = {range.from, range.to};
@@ -194,7 +195,7 @@ private:
         x_.insert(x_.end(), single_.begin(), single_.end());
     }
 
-    // Most boxes are some ulps at a pole. A wide one is sampled.
+    // Most boxes are a few ulps around a pole. Wide boxes are sampled.
     void sample(const Range& box, double rangeLength)
     {
         constexpr int kFewest = 16;

@@ -147,7 +147,7 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
         const double start = i == 0 ? from : cuts[i - 1].x;
         const double end = i == cuts.size() ? to : cuts[i].x;
         const auto decision = decisionBetween(condition, evaluator, start, end, !changes.unsure.empty());
-        if (!decision) {
+        if (!decision || budget_.isSpent()) {
             iAppend(from, to, kinkError, decisions, false);
             return true;
         }
@@ -176,7 +176,8 @@ bool FormulaPiece::iCutAt(const Condition& condition, double from, double to, do
     return true;
 }
 
-// The places inside a stretch where a condition may change, ascending. Those at its ends are touches.
+// Returns the places inside a stretch where a condition may change, ascending. Adds those at its ends as
+// touches.
 std::vector<Zero> FormulaPiece::iCuts(const Zeros& changes, double from, double to)
 {
     std::vector<Zero> all = changes.places;
@@ -202,7 +203,8 @@ std::vector<Zero> FormulaPiece::iCuts(const Zeros& changes, double from, double 
     return cuts;
 }
 
-// A zero at an end may reach into the stretch, up to its other end where the condition is 0 but for rounding.
+// The error of a zero at an end may reach into the stretch; where the condition is 0 except for rounding, it
+// reaches the other end.
 void FormulaPiece::iAddTouch(const Zero& zero, double from, double to)
 {
     const Range box = nearZero(zero.x, zero.error);

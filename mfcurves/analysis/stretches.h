@@ -27,7 +27,7 @@ struct Touch {
     Range box;  // the place is known only to rounding
 };
 
-/// The x that a zero may have, given its error, and some more for rounding.
+/// The range in which a zero at x may be, given the error of x, widened for rounding.
 Range nearZero(double x, double error);
 
 class FormulaPiece;

@@ -102,7 +102,7 @@ private:
         return totals;
     }
 
-    // A part of a piece that has spent its budget before.
+    // Examines a part whose piece has already spent its budget.
     void examineBySamples(const Part& part)
     {
         isSeen_.fill(false);
@@ -114,7 +114,7 @@ private:
         examined_.push_back({part, std::move(unknown), cost, start, computedEnd(part, part.to, Side::Left)});
     }
 
-    // The values that the curve computes, as exact as it is.
+    // The computed values at x, taken as exact.
     EndValues computedEnd(const Part& part, double x, Side side) const
     {
         EndValues end;

@@ -23,7 +23,7 @@ struct Place {
 void report(std::vector<Problem>& problems, std::string where, std::string message);
 /// Appends the error that a number, which `what` names, is not finite.
 void reportNotFinite(std::vector<Problem>& problems, Place where, const char* what, double number);
-/// Does so if it is not finite.
+/// Appends that error if the number is not finite.
 inline void checkNumber(std::vector<Problem>& problems, Place where, const char* what, double number)
 {
     if (!std::isfinite(number))

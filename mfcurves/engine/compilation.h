@@ -25,6 +25,7 @@ public:
 
     /// The program of the orders so far.
     std::shared_ptr<const Program> program() const&;
+    /// The same without a copy; no operation may follow.
     std::shared_ptr<const Program> program() &&;
 
     /// Bytes that the compilation holds.

@@ -36,7 +36,7 @@ std::uint64_t operationOf(const Node& node)
     return static_cast<std::uint64_t>(node.op) | static_cast<std::uint64_t>(node.function) << 8;
 }
 
-// Such a node has either operands or a number or an index.
+// A node without a list has operands, a number or an index.
 std::uint64_t hashWithoutList(const Node& node)
 {
     const std::uint64_t content = bitsOf(node.number) ^ bitsOf(node.a) << 32 ^ (bitsOf(node.b) + node.index);

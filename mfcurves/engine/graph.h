@@ -29,7 +29,6 @@ class PerNode {
 public:
     void assign(std::size_t count, const T& entry) { entries_.assign(count, entry); }
     void resize(std::size_t count, const T& entry) { entries_.resize(count, entry); }
-    void clear() { entries_.clear(); }
     std::size_t size() const { return entries_.size(); }
     std::size_t bytes() const { return entries_.capacity() * sizeof(T); }
 

@@ -71,10 +71,10 @@ std::optional<PlainPolynomial> plainPolynomial(const Draft& draft, const Draft::
     return PlainPolynomial{{step.terms, step.lowest}, {&draft.numbers[entry.firstNumber], step.terms}};
 }
 
-// Appends to a piece of a table, also from the same table. A piece that is not at the table's end
+// Extends a piece of a table; `added` may be in the same table. A piece that is not at the end of the table
 // moves there.
 template <class Element>
-void append(std::span<const Element> added, std::vector<Element>& table, std::uint32_t& first,
+void extend(std::span<const Element> added, std::vector<Element>& table, std::uint32_t& first,
             std::uint32_t& count)
 {
     std::vector<Element> piece;
@@ -90,8 +90,8 @@ void append(std::span<const Element> added, std::vector<Element>& table, std::ui
 
 // Appends a new piece to a table.
 template <class Element>
-void place(std::initializer_list<Element> piece, std::vector<Element>& table, std::uint32_t& first,
-           std::uint32_t& count)
+void appendPiece(std::initializer_list<Element> piece, std::vector<Element>& table, std::uint32_t& first,
+                 std::uint32_t& count)
 {
     first = static_cast<std::uint32_t>(table.size());
     count = static_cast<std::uint32_t>(piece.size());
@@ -100,8 +100,8 @@ void place(std::initializer_list<Element> piece, std::vector<Element>& table, st
 
 void addDerivative(Draft& draft, Draft::Entry& law, const PlainPolynomial& derivative, std::uint32_t target)
 {
-    append<double>(derivative.coefficients, draft.numbers, law.firstNumber, law.numbers);
-    append<std::uint32_t>({&target, 1}, draft.lists, law.firstInList, law.listed);
+    extend<double>(derivative.coefficients, draft.numbers, law.firstNumber, law.numbers);
+    extend<std::uint32_t>({&target, 1}, draft.lists, law.firstInList, law.listed);
     ++law.step.derivatives;
 }
 
@@ -204,8 +204,8 @@ private:
         } else if (Draft::Entry* const sum = only(step.a, Code::ProductPlus)) {
             const double* const k = &draft_.numbers[sum->firstNumber];
             const std::uint32_t* const list = &draft_.lists[sum->firstInList];
-            place({k[0], k[1], draft_.numbers[quotient.firstNumber]}, draft_.numbers, quotient.firstNumber,
-                  quotient.numbers);
+            appendPiece({k[0], k[1], draft_.numbers[quotient.firstNumber]}, draft_.numbers,
+                        quotient.firstNumber, quotient.numbers);
             become(quotient, Code::ProductPlusOver, {list[0], list[1], list[2], step.b});
             idle(*sum);
         }
@@ -215,7 +215,7 @@ private:
     {
         entry.step.code = code;
         entry.step.a = entry.step.b = 0;
-        place(operands, draft_.lists, entry.firstInList, entry.listed);
+        appendPiece(operands, draft_.lists, entry.firstInList, entry.listed);
     }
 
     static void idle(Draft::Entry& entry)

@@ -46,10 +46,11 @@
 namespace mf::engine {
 namespace {
 
-// Of most texts with their usual orders, or fewer.
+// Room that is enough for most texts: nodes of all usual orders, steps of the value, pending steps of one
+// order.
 constexpr std::size_t kUsualNodes = 64;
 constexpr std::size_t kUsualSteps = 4;
-constexpr std::size_t kUsuallyPending = 4;  // steps of one order
+constexpr std::size_t kUsuallyPending = 4;
 
 // The operation of the step for a node. Constants and variables are registers and do not
 // need one.
@@ -352,7 +353,7 @@ Translator::Translator(std::uint32_t parameterCount)
     pending_.reserve(kUsuallyPending);
 }
 
-// A derivative mostly takes about as many steps as the value.
+// Most derivatives take about as many steps as the value.
 void Translator::add(const Graph& graph, NodeId root)
 {
     if (highestOrder() == 0) {

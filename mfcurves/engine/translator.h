@@ -37,6 +37,7 @@ public:
 
     /// The steps of all orders so far.
     Draft draft() const&;
+    /// The same without a copy; no operation may follow.
     Draft draft() &&;
 
     /// Bytes that the translator holds.

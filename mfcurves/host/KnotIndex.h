@@ -54,7 +54,7 @@ private:
         return static_cast<std::uint32_t>(std::min(bucket, lastBucket_));
     }
 
-    // For an x above the knot after `low`, in that bucket.
+    // For an x in that bucket, at or above the knot after `low`.
     std::size_t iSearch(double x, std::size_t low, std::uint32_t bucket) const;
 
     std::vector<double> knots_;

@@ -18,7 +18,8 @@ public:
     /// A module with these strings, by number.
     explicit ResourceModule(std::map<unsigned, std::wstring> strings) : strings_(std::move(strings)) {}
 
-    /// The string of that number, as long as the module exists; empty when it does not have it.
+    /// The string of that number; empty when the module does not have it. The reference is valid as
+    /// long as the module exists.
     const std::wstring& string(unsigned number) const;
 
     /// True when both hold the same strings under the same numbers.
@@ -43,8 +44,8 @@ MFCURVES_API const ResourceModule* currentResourceModule();
 /// Makes `module`, which may be null, the one that look-ups use.
 MFCURVES_API void setCurrentResourceModule(const ResourceModule* module);
 
-/// A string of the current module, as long as that module exists; empty when the string is
-/// missing or no module is current.
+/// A string of the current module; empty when it is missing or no module is current. The
+/// reference is valid as long as that module exists.
 MFCURVES_API const std::wstring& resourceString(unsigned number);
 
 }  // namespace mf::platform

@@ -213,8 +213,8 @@ TEST(Beyond, BeginsWhereADomainDoes)
     EXPECT_TRUE(beyond(expression("sqrt(x)", -1.0, 1.0), 0, -0.1, 1.5).empty());
 }
 
-// Toward 0 the curve swings without end; a swing cannot be told from the next one there.
-TEST(Beyond, IncludesWhatCannotBeTakenApart)
+// Near 0 the swings are too narrow to be separated.
+TEST(Beyond, IncludesSwingsThatCannotBeSeparated)
 {
     const Curve swings = expression("sin(1/x)", -1.0, 1.0);
     const std::vector<Range> found = beyond(swings, 0, -0.5, 0.5);

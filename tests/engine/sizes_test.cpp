@@ -112,7 +112,7 @@ TEST(NestingLimit, LetsDeepFunctionsBeDifferentiated)
 // The values of a text and of its derivatives at x = 1.
 using FourOrders = std::array<double, 4>;
 
-/// A text of nearly the longest size.
+/// A text whose terms repeat.
 struct LongCase {
     const char* name;
     std::string text;
