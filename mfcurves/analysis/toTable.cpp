@@ -5,10 +5,8 @@
 
 #include "mfcurves/analysis/analysis.h"
 #include "mfcurves/analysis/parts.h"
-#include "mfcurves/analysis/splineParts.h"
-#include "mfcurves/curve/FrozenCurve.h"
-#include "mfcurves/curve/lawFormula.h"
-#include "mfcurves/platform/encoding.h"
+#include "mfcurves/analysis/tableParts.h"
+#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/platform/numbers.h"
 
 namespace mf::analysis {
@@ -19,75 +17,6 @@ using engine::kUnbounded;
 namespace {
 
 constexpr std::size_t kMostRows = 1'000'000;
-
-// --- The smooth parts of any curve -----------------------------------------------------
-
-std::wstring number(double value)
-{
-    return L"(" + platform::widen(curve::allDigits(value)) + L")";
-}
-
-// A polynomial between two points as a formula.
-curve::FormulaText textOf(const host::SplinePiece& piece, double knot)
-{
-    const std::wstring t = L"(x-" + number(knot) + L")";
-    return {number(piece.a) + L"+" + t + L"*(" + number(piece.b) + L"+" + t + L"*(" + number(piece.c) + L"+" +
-                t + L"*" + number(piece.d) + L"))",
-            true, L"x"};
-}
-
-std::vector<Part> smoothParts(const Curve& curve)
-{
-    const host::SplinePieces* spline = curve.frozen().spline();
-    if (spline == nullptr)
-        return partsOf(curve, all);
-    std::vector<Part> parts;
-    for (std::size_t i = 0; i + 1 < spline->count(); ++i) {
-        const double knot = spline->knots()[i];
-        curve::CurvePiece piece;
-        piece.start = knot;
-        piece.end = spline->knots()[i + 1];
-        piece.formula = textOf(spline->pieces()[i], knot);
-        appendParts(curve, piece, all, parts);
-    }
-    return parts;
-}
-
-// Enclosures of some orders of a part, the lowest first.
-class PartOrders {
-public:
-    PartOrders(const Part& part, std::size_t lowest, std::size_t count) : budget_(kOperations)
-    {
-        const std::vector<engine::NodeId>& known = part.smooth().orders;
-        std::vector<engine::NodeId> orders(known.begin(), known.end());
-        part.piece->formula().differentiate(orders, lowest + count);
-        if (orders.size() < lowest + count || !part.smooth().isSmooth)
-            return;
-        orders.erase(orders.begin(), orders.begin() + static_cast<std::ptrdiff_t>(lowest));
-        orders.resize(count);
-        evaluator_.emplace(part.piece->formula().graph(), orders, budget_);
-    }
-
-    // The order at index i over [from, to]; unbounded if it is not known.
-    Interval over(std::size_t i, double from, double to)
-    {
-        if (!evaluator_ || budget_.isSpent())
-            return Interval::everything();
-        const double middle = 0.5 * from + 0.5 * to;
-        return evaluator_->over(from, to, evaluator_->at(from), middle, evaluator_->at(middle),
-                                evaluator_->at(to))[i];
-    }
-    Interval at(std::size_t i, double x)
-    {
-        return evaluator_ ? evaluator_->at(x)[i] : Interval::everything();
-    }
-
-private:
-    static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part
-
-    Budget budget_;
-    std::optional<BoxEvaluator> evaluator_;
-};
 
 double largestOf(const Interval& y)
 {

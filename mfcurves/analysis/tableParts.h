@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "mfcurves/analysis/boxes.h"
+#include "mfcurves/analysis/parts.h"
+
+namespace mf::analysis {
+
+/// The smooth parts of any curve; of a curve through points, each polynomial between two points.
+std::vector<Part> smoothParts(const Curve& curve);
+
+/// Enclosures of `count` orders of a part, from the order `lowest` on. Refers to the part.
+class PartOrders {
+public:
+    PartOrders(const Part& part, std::size_t lowest, std::size_t count);
+
+    /// The order at index i over [from, to]; unbounded if it is not known.
+    engine::Interval over(std::size_t i, double from, double to);
+    engine::Interval at(std::size_t i, double x);
+
+private:
+    static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part
+
+    Budget budget_;
+    std::optional<BoxEvaluator> evaluator_;
+};
+
+}  // namespace mf::analysis
