@@ -58,6 +58,8 @@ class Curve(_mfcurves.CurveCore):
     (0.0, 150.0)
     """
 
+    __slots__ = ()  # no other attributes, because curves are shared
+
     # Using an object without its C++ curve would crash the process, so __new__ makes both.
     def __new__(cls, core: _mfcurves.CurveCore) -> "Curve":
         curve = super().__new__(cls)

@@ -4,6 +4,7 @@
 import decimal
 import fractions
 import math
+import weakref
 
 import numpy as np
 import pytest
@@ -163,3 +164,9 @@ def test_derivatives_are_functions(cam):
     assert hash(velocity) == hash(cam.derivative(1))
     with pytest.raises(mf.CurveError):
         velocity.derivative(3)
+
+
+def test_a_curve_takes_no_further_attributes(cam):
+    with pytest.raises(AttributeError):
+        cam.naem = "x"
+    assert weakref.ref(cam)() is cam
