@@ -267,15 +267,16 @@ private:
         }
     }
 
-    // Where rounding may decide a condition, all branches count.
+    // Where rounding may decide a condition, all branches count. An order has no value where a lower one has none.
     void boundOver(Range box, BoxEvaluator& whole)
     {
         Enclosures near;
         near.fill(Interval::everything());
         if (!whole.budget().isSpent())
             near = whole.plainly(box.from, box.to);
+        bool known = true;
         for (std::size_t k = 0; k < kOrders; ++k) {
-            const bool known = static_cast<int>(k) <= whole.highest() && near[k].isFinite();
+            known = known && static_cast<int>(k) <= whole.highest() && near[k].isFinite();
             extremes_[k].bound(known ? near[k].lo : -kUnbounded, known ? near[k].hi : kUnbounded);
         }
     }

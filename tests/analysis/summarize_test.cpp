@@ -483,4 +483,13 @@ TEST(Summarize, BoundsEverySample)
     }
 }
 
+// The condition has no value at 0, and neither have the formula and its derivatives, although these are 0 elsewhere.
+TEST(Summarize, ProvesNoOrderWhereAConditionHasNoValue)
+{
+    for (const double from : {0.0, -2.0}) {
+        for (const auto& order : summarize(expression("1.6*sign(x/x-2)", from, 2.0)))
+            EXPECT_FALSE(order.guaranteed);
+    }
+}
+
 }  // namespace
