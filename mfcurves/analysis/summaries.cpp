@@ -267,7 +267,8 @@ private:
         }
     }
 
-    // Where rounding may decide a condition, all branches count. An order has no value where a lower one has none.
+    // Where rounding may decide a condition, all branches count. An order has no value where a lower one has
+    // none.
     void boundOver(Range box, BoxEvaluator& whole)
     {
         Enclosures near;

@@ -483,7 +483,8 @@ TEST(Summarize, BoundsEverySample)
     }
 }
 
-// The condition has no value at 0, and neither have the formula and its derivatives, although these are 0 elsewhere.
+// The condition has no value at 0, and neither have the formula and its derivatives, although these are 0
+// elsewhere.
 TEST(Summarize, ProvesNoOrderWhereAConditionHasNoValue)
 {
     for (const double from : {0.0, -2.0}) {
