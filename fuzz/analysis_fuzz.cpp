@@ -3,6 +3,7 @@
 // The bytes describe a definition, in the form of definitionText.h. The results of the analysis
 // of its curve are in order and inside the range, and no sample exceeds a guaranteed bound.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -47,7 +48,7 @@ double sampleAt(const Curve& curve, int i)
     if (i == kSamples)
         return curve.lastX();
     const double share = static_cast<double>(i) / kSamples;
-    return (1.0 - share) * curve.firstX() + share * curve.lastX();
+    return std::clamp((1.0 - share) * curve.firstX() + share * curve.lastX(), curve.firstX(), curve.lastX());
 }
 
 void requireInside(const Curve& curve, double x)

@@ -139,6 +139,12 @@ class Check(ToolTest):
         self.assertEqual((found["order"], found["from"]), (0, 360))
         self.assertEqual(self.violations(DONE, "--row", "180,10,Cubic", "--row", "360,0,Cubic", "--over", "angle", "--cyclic"), [])
 
+    def test_a_jump_above_the_jerk_has_no_name(self):
+        # The modified sine is made of sines that agree up to the jerk.
+        result = run("check", "--row", "90,25,Modified-Sine", "--continuity", "4")
+        self.assertEqual(result.returncode, FAILED)
+        self.assertRegex(result.stdout, r"(?m)^order 4 jumps at 11.25$")
+
     def test_a_cycle_is_checked_beside_other_demands(self):
         [found] = self.violations(FAILED, "--row", "90,25,Cubic", "--over", "angle", "--cyclic", "--range", "0,25")
         self.assertEqual((found["order"], found["from"], found["limit"]), (0, 90, None))

@@ -49,6 +49,7 @@ class Eval(ToolTest):
 
     def test_constants(self):
         self.assertEqual(self.samples("eval", "--expression", "k*x^2+k2", "--let", "k=3", "--let", "k2=-1", "2"), [[2, 11, 12, 6, 0]])
+        self.assertEqual(self.samples("eval", "--expression", "K*x^2+k2", "--let", "k=3", "--let", "K2=-1", "2"), [[2, 11, 12, 6, 0]])
         for let, words in [("k", "such as k=12.5"), ("k=two", "--let k takes a finite number"), ("z=1", "has no such name")]:
             self.refused(WRONG, "eval", "--expression", "k*x", "--let", let, "1", says=words)
 
@@ -84,6 +85,7 @@ class Eval(ToolTest):
 
     def test_bad_x(self):
         self.refused(WRONG, "eval", "--expression", "x", says="at least one x")
+        self.refused(WRONG, "eval", "cam.xml", "45deg", says='at least one x, and "45deg" is not a number')
         self.refused(WRONG, "eval", "--expression", "x", "nan", says="nan")
         self.refused(WRONG, "eval", "--expression", "x", "1e999", says="1e999")
 

@@ -7,6 +7,7 @@
 #include "tools/mfcurve/files.h"
 #include "tools/mfcurve/json.h"
 #include "tools/mfcurve/options.h"
+#include "tools/mfcurve/samples.h"
 #include "tools/mfcurve/sources.h"
 #include "tools/mfcurve/text.h"
 #include "tools/mfcurve/violations.h"
@@ -38,6 +39,8 @@ std::string sentence(const mf::CurveDefinition& definition, const Violation& vio
                                   ? "at " + shortNumberText(violation.from, 9)
                                   : fmt::format("from {} to {}", shortNumberText(violation.from, 9),
                                                 shortNumberText(violation.to, 9));
+    if (violation.order >= kOrders)
+        return fmt::format("order {} jumps {}", violation.order, place);
     if (std::isnan(violation.limit))
         return fmt::format(
             "{}: order {} {} {}", quantity, violation.order,

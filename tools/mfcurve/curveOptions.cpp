@@ -60,7 +60,7 @@ Constant readConstant(const std::string& text)
 
 void addConstant(std::vector<Constant>& constants, Constant constant)
 {
-    const auto isSame = [&](const Constant& other) { return other.name == constant.name; };
+    const auto isSame = [&](const Constant& other) { return isSameName(other.name, constant.name); };
     if (std::ranges::any_of(constants, isSame))
         throw UsageError("--let " + constant.name + ": the name has a number already");
     constants.push_back(std::move(constant));

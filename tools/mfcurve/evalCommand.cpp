@@ -56,6 +56,8 @@ void sortArguments(EvalOptions& options)
         throw UsageError("standard input can be read only once");
     if (options.placesFile)
         addPlaces(options, *options.placesFile);
+    if (options.x.empty() && files.size() > 1)
+        throw UsageError("eval needs at least one x, and \"" + files.back() + "\" is not a number");
     if (options.x.empty())
         throw UsageError("eval needs at least one x, such as mfcurve eval cam.xml 0 45 90");
 }

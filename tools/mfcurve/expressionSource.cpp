@@ -24,7 +24,7 @@ std::string withConstants(std::string_view text, const std::vector<Constant>& co
         const std::string_view word = text.substr(0, wordLength(text));
         text.remove_prefix(word.size());
         const auto found = std::find_if(constants.begin(), constants.end(),
-                                        [&](const Constant& c) { return c.name == word; });
+                                        [&](const Constant& c) { return isSameName(c.name, word); });
         const bool isCall = trimmed(text).starts_with('(');
         if (found == constants.end() || isCall) {
             result += word;

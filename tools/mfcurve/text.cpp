@@ -108,6 +108,12 @@ std::string_view trimmed(std::string_view text)
     return text;
 }
 
+bool isSameName(std::string_view a, std::string_view b)
+{
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::ranges::equal(a, b, {}, lower, lower);
+}
+
 std::vector<std::string> splitText(std::string_view text, char separator)
 {
     std::vector<std::string> pieces;

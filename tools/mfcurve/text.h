@@ -35,6 +35,10 @@ std::optional<double> readDecimal(std::string_view text);
 /// The text without blanks and tabs at its ends.
 std::string_view trimmed(std::string_view text);
 
+/// Whether two names of ASCII letters, digits and `_` are the same for an expression, where case does not
+/// matter.
+bool isSameName(std::string_view a, std::string_view b);
+
 /// The pieces between separators, each trimmed; one empty piece for an empty text.
 std::vector<std::string> splitText(std::string_view text, char separator);
 
