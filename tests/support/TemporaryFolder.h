@@ -30,8 +30,9 @@ public:
         const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
         std::string name = std::string("mfcurves_") + test->test_suite_name() + "_" + test->name();
         std::replace(name.begin(), name.end(), '/', '_');
-        // mkdtemp replaces the six X at the end by letters that make the name unused.
-        std::string path = (std::filesystem::temp_directory_path() / (name + "_XXXXXX")).string();
+        // mkdtemp needs six of these at the end, and replaces them by letters that make the name unused.
+        const std::string replaced(6, 'X');
+        std::string path = (std::filesystem::temp_directory_path() / (name + "_" + replaced)).string();
         EXPECT_NE(::mkdtemp(path.data()), nullptr) << path;
         path_ = path;
     }
