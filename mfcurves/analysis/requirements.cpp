@@ -47,6 +47,18 @@ std::vector<LimitedOrder> limitedOrders(const Curve& curve, const Limits& limits
     return orders;
 }
 
+}  // namespace
+
+std::optional<int> motionOrder(Quantity quantity, int derivative)
+{
+    const int order = derivative - derivedOrders(quantity);
+    if (quantity == Quantity::Force || quantity == Quantity::Torque || order < 0)
+        return {};
+    return order;
+}
+
+namespace {
+
 class Checking {
 public:
     explicit Checking(const Curve& curve) : curve_(curve) {}

@@ -11,6 +11,10 @@
 
 namespace mf::analysis {
 
+/// The order of a curve that is its velocity (`derivative` 1), acceleration (2) or jerk (3); nothing if it
+/// does not have it, as a curve of accelerations has no velocity and a force has none of them.
+MFCURVES_API std::optional<int> motionOrder(Quantity quantity, int derivative);
+
 /// What a curve has to satisfy. Velocity, acceleration and jerk are those of the moving part: if
 /// the values of the curve are velocities, they are its orders 0, 1 and 2.
 struct Requirements {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <set>
 #include <span>
 
 #include "mfcurves/engine/functionTable.h"
@@ -186,9 +187,12 @@ std::vector<Zero> FormulaPiece::iCuts(const Zeros& changes, double from, double 
         all.push_back({flat.to, 0.0});
     }
     // The sign may also change at a pole.
+    std::set<double> known;
+    for (const Zero& zero : all)
+        known.insert(zero.x);
     for (const Range& unsure : changes.unsure) {
         for (const double x : {unsure.from, unsure.to}) {
-            if (std::ranges::find(all, x, &Zero::x) == all.end())
+            if (known.insert(x).second)
                 all.push_back({x, 0.0});
         }
     }

@@ -34,13 +34,6 @@ if t.TYPE_CHECKING:
     import numpy as np
     import numpy.typing as npt
 
-# What a curve that drives something else than a displacement does not have.
-_MISSING_LIMITS = {
-    "acceleration": ("velocity",),
-    "force": ("velocity", "acceleration", "jerk"),
-    "torque": ("velocity", "acceleration", "jerk"),
-}
-
 
 class Curve(_mfcurves.CurveCore):
     """A motion function. It is constant, so any number of threads may share it.
@@ -277,12 +270,9 @@ class Curve(_mfcurves.CurveCore):
         (True, False)
         """
         limits = {"velocity": max_velocity, "acceleration": max_acceleration, "jerk": max_jerk}
-        given = [name for name, limit in limits.items() if limit is not None]
-        if given:
-            missing = _MISSING_LIMITS.get(self.drive, ())
-            for name in given:
-                if name in missing:
-                    raise CurveError(f"max_{name}: a curve of {self.drive} has no {name}")
+        for derivative, (name, limit) in enumerate(limits.items(), 1):
+            if limit is not None and not self.has_motion(derivative):
+                raise CurveError(f"max_{name}: a curve of {self.drive} has no {name}")
         items, all_found = self.find_violations(
             as_limit(max_velocity, "max_velocity"),
             as_limit(max_acceleration, "max_acceleration"),

@@ -146,6 +146,10 @@ void addAnalysis(py::module_& module, py::class_<mf::Curve>& curve)
 {
     curve.def("find_breaks", &findBreaks)
         .def("summarize", &summaries)
+        .def("has_motion",
+             [](const mf::Curve& self, int derivative) {
+                 return motionOrder(self.definition().quantity, derivative).has_value();
+             })
         .def("found_all_places",
              [](const mf::Curve& self, int order) { return areAllPlacesFound(self, order); })
         .def("find_crossings",

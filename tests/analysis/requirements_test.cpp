@@ -294,4 +294,17 @@ TEST(Violations, OfACycleNeedAValueAtItsEnds)
     EXPECT_TRUE(areAllViolationsFound(move(), required));
 }
 
+TEST(MotionOrder, FollowsFromWhatTheValuesAre)
+{
+    using mf::Quantity;
+    using mf::analysis::motionOrder;
+    EXPECT_EQ(motionOrder(Quantity::Displacement, 1), 1);
+    EXPECT_EQ(motionOrder(Quantity::Velocity, 1), 0);
+    EXPECT_EQ(motionOrder(Quantity::Velocity, 3), 2);
+    EXPECT_EQ(motionOrder(Quantity::Acceleration, 1), std::nullopt);
+    EXPECT_EQ(motionOrder(Quantity::Acceleration, 2), 0);
+    EXPECT_EQ(motionOrder(Quantity::Force, 1), std::nullopt);
+    EXPECT_EQ(motionOrder(Quantity::Torque, 3), std::nullopt);
+}
+
 }  // namespace

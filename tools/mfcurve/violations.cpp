@@ -14,18 +14,13 @@ namespace {
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
-// The order of a curve that is its velocity (motionOrder 1), acceleration (2) or jerk (3).
 int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::string& place)
 {
     constexpr const char* kNames[] = {"", "velocity", "acceleration", "jerk"};
-    const bool isMotion =
-        definition.quantity != mf::Quantity::Force && definition.quantity != mf::Quantity::Torque;
-    const int order = motionOrder - (definition.quantity == mf::Quantity::Velocity       ? 1
-                                     : definition.quantity == mf::Quantity::Acceleration ? 2
-                                                                                         : 0);
-    if (!isMotion || order < 0)
+    const std::optional<int> order = mf::analysis::motionOrder(definition.quantity, motionOrder);
+    if (!order)
         throwWrong(place, std::string("the curve has no ") + kNames[motionOrder]);
-    return order;
+    return *order;
 }
 
 mf::analysis::Limits limitOf(int motionOrder, double magnitude)
