@@ -31,7 +31,7 @@
 /// magnitude on the two adjacent pieces. Where order k - 1 jumps, order k has an impulse.
 /// Errors: no function throws, except std::bad_alloc, and CurveError where that is documented.
 /// Cost: each function limits its work for one piece by a count of operations, which take
-/// 50 ms at most (toTable: some seconds). The result therefore does not depend on the speed.
+/// 50 ms at most (toTable: a second). The result therefore does not depend on the speed.
 /// Threads: any number of threads may analyse the same curve at once.
 namespace mf::analysis {
 

@@ -61,18 +61,20 @@ PartOrders::PartOrders(const Part& part, std::size_t lowest, std::size_t count) 
     evaluator_.emplace(part.piece->formula().graph(), orders, budget_);
 }
 
-Interval PartOrders::over(std::size_t i, double from, double to)
+PartOrders::InBox PartOrders::in(double from, double to)
 {
-    if (!evaluator_ || budget_.isSpent())
-        return Interval::everything();
+    InBox box;
+    if (areSpent()) {
+        for (Enclosures* orders : {&box.from, &box.middle, &box.to, &box.over})
+            orders->fill(Interval::everything());
+        return box;
+    }
     const double middle = 0.5 * from + 0.5 * to;
-    return evaluator_->over(from, to, evaluator_->at(from), middle, evaluator_->at(middle),
-                            evaluator_->at(to))[i];
-}
-
-Interval PartOrders::at(std::size_t i, double x)
-{
-    return evaluator_ ? evaluator_->at(x)[i] : Interval::everything();
+    box.from = evaluator_->at(from);
+    box.middle = evaluator_->at(middle);
+    box.to = evaluator_->at(to);
+    box.over = evaluator_->over(from, to, box.from, middle, box.middle, box.to);
+    return box;
 }
 
 }  // namespace mf::analysis

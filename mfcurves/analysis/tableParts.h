@@ -18,9 +18,15 @@ class PartOrders {
 public:
     PartOrders(const Part& part, std::size_t lowest, std::size_t count);
 
-    /// The order at index i over [from, to]; unbounded if it is not known.
-    engine::Interval over(std::size_t i, double from, double to);
-    engine::Interval at(std::size_t i, double x);
+    struct InBox {
+        Enclosures from, middle, to;  // at these x
+        Enclosures over;              // over the whole box
+    };
+    /// All orders in the box [from, to]; unbounded where they are not known.
+    InBox in(double from, double to);
+
+    /// Whether all operations for this part are spent, so that nothing more becomes known.
+    bool areSpent() const { return !evaluator_ || budget_.isSpent(); }
 
 private:
     static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part

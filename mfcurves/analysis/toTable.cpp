@@ -182,7 +182,7 @@ private:
         double h = std::min(step, end - x);
         for (int i = 0; i < kMostTries; ++i) {
             const double to = h >= end - x ? end : x + h;
-            const double size = largestOf(orders.over(2, x, to));
+            const double size = largestOf(orders.in(x, to).over[2]);
             const Bounds found = quintic ? quinticError(to - x, size) : chordError(to - x, size);
             const double excess =
                 (quintic ? found.excess(tolerance_) : found.value / tolerance_.value) / kShareForRounding;
@@ -215,13 +215,14 @@ private:
         const Enclosures at = evaluator.at(x);
         // A wrong velocity moves the quintic by less than its size times the length of the row, a wrong
         // acceleration by less than its size times the square of that.
+        const std::size_t used = table_.form == Form::Xyva ? 3 : 1;
         double rounding = 0.0;
         double reach = 1.0;
         const auto one = [&](std::size_t k) {
             const double y = computed[static_cast<int>(k)];
             if (static_cast<int>(k) > evaluator.highest())
                 return y;
-            if (k < 3 && at[k].isFinite())
+            if (k < used && at[k].isFinite())
                 rounding += at[k].width() * reach;
             reach *= part.to - part.from;
             return at[k].contains(y) ? y : at[k].middle();
@@ -273,10 +274,20 @@ private:
 
     // --- Points of the natural cubic spline -------------------------------------------
 
+    // A row and the next one, with what is known of the curve between them.
     struct Cell {
         double from, to;
         std::size_t part;
+        Interval start, end;  // values of the curve
+        Interval second;      // derivative in the middle
+        Interval third;       // derivative over the cell
     };
+
+    static Cell cellOf(double from, double to, std::size_t part, PartOrders& orders)
+    {
+        const PartOrders::InBox box = orders.in(from, to);
+        return {from, to, part, box.from[0], box.to[0], box.middle[2], box.over[3]};
+    }
 
     // Halves cells with too large an error until all are within the tolerance.
     void fitCubic()
@@ -287,9 +298,8 @@ private:
         std::vector<Cell> cells;
         for (std::size_t i = 0; i < parts_.size(); ++i) {
             orders.emplace_back(parts_[i], 0, 5);
-            const double middle = 0.5 * parts_[i].from + 0.5 * parts_[i].to;
-            cells.push_back({parts_[i].from, middle, i});
-            cells.push_back({middle, parts_[i].to, i});
+            if (!appendHalves(parts_[i].from, parts_[i].to, i, orders[i], cells))
+                cells.push_back(cellOf(parts_[i].from, parts_[i].to, i, orders[i]));
         }
         for (int round = 0; round < kMostRounds; ++round) {
             std::vector<double> x{cells.front().from};
@@ -299,13 +309,11 @@ private:
             for (std::size_t i = 0; i < x.size(); ++i)
                 y[i] = curve_.at(x[i], i + 1 == x.size() ? Side::Left : Side::Right).y;
             const host::SplinePieces spline(x, y, 1);
-            total_ = {};
-            std::vector<Cell> finer;
-            for (std::size_t i = 0; i < cells.size(); ++i) {
-                const double bound = cubicError(spline.pieces()[i], cells[i], orders[cells[i].part]);
-                total_.value = std::max(total_.value, bound);
-                split(cells[i], bound > kShareForRounding * tolerance_.value, finer);
-            }
+            std::vector<double> bounds;
+            for (std::size_t i = 0; i < cells.size(); ++i)
+                bounds.push_back(cubicError(spline.pieces()[i], cells[i]));
+            total_ = {*std::ranges::max_element(bounds), 0.0, 0.0};
+            std::vector<Cell> finer = halved(cells, bounds, orders);
             table_.x = std::move(x);
             table_.y = std::move(y);
             if (finer.size() == cells.size() || finer.size() > kMostPoints)
@@ -316,32 +324,52 @@ private:
             rounding_ = std::max(rounding_, 64.0 * 0x1p-53 * std::fabs(table_.y[i]));
     }
 
-    static void split(const Cell& cell, bool isOff, std::vector<Cell>& finer)
+    // The cells with those whose bound is too large in halves, as far as that may help. Of cells without a
+    // bound some are halved all the same, because the curve may be smooth there.
+    std::vector<Cell> halved(const std::vector<Cell>& cells, const std::vector<double>& bounds,
+                             std::vector<PartOrders>& orders) const
     {
-        const double middle = 0.5 * cell.from + 0.5 * cell.to;
-        if (!isOff || middle <= cell.from || middle >= cell.to) {
-            finer.push_back(cell);
-            return;
+        constexpr std::ptrdiff_t kMostUnbounded = 1000;
+        const bool areUnboundedFew = std::ranges::count(bounds, kUnbounded) <= kMostUnbounded;
+        std::vector<Cell> finer;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const Cell& cell = cells[i];
+            PartOrders& known = orders[cell.part];
+            const bool isOff = bounds[i] > kShareForRounding * tolerance_.value;
+            const bool mayHelp = bounds[i] < kUnbounded ? !known.areSpent() : areUnboundedFew;
+            if (!(isOff && mayHelp && appendHalves(cell.from, cell.to, cell.part, known, finer)))
+                finer.push_back(cell);
         }
-        finer.push_back({cell.from, middle, cell.part});
-        finer.push_back({middle, cell.to, cell.part});
+        return finer;
+    }
+
+    // False, without effect, if there is no x between the two.
+    static bool appendHalves(double from, double to, std::size_t part, PartOrders& orders,
+                             std::vector<Cell>& cells)
+    {
+        const double middle = 0.5 * from + 0.5 * to;
+        if (middle <= from || middle >= to)
+            return false;
+        cells.push_back(cellOf(from, middle, part, orders));
+        cells.push_back(cellOf(middle, to, part, orders));
+        return true;
     }
 
     // The difference is 0 at both ends, so it is at most h^2/8 times its second derivative. This is
     // at most its value in the middle plus half the length times the third derivative.
-    static double cubicError(const host::SplinePiece& piece, const Cell& cell, PartOrders& orders)
+    static double cubicError(const host::SplinePiece& piece, const Cell& cell)
     {
         const double h = cell.to - cell.from;
         const double middle = 0.5 * cell.from + 0.5 * cell.to;
         const double t = middle - cell.from;
-        const Interval second = orders.at(2, middle) - Interval(2.0 * piece.c + 6.0 * piece.d * t);
-        const Interval third = orders.over(3, cell.from, cell.to) - Interval(6.0 * piece.d);
+        const Interval second = cell.second - Interval(2.0 * piece.c + 6.0 * piece.d * t);
+        const Interval third = cell.third - Interval(6.0 * piece.d);
         // The cubic meets the curve at both ends except for rounding, unless the value jumps.
-        const Interval endError =
-            orders.at(0, cell.to) - Interval(piece.a + h * (piece.b + h * (piece.c + h * piece.d)));
-        const Interval startError = orders.at(0, cell.from) - Interval(piece.a);
-        return h * h / 8.0 * (largestOf(second) + 0.5 * h * largestOf(third)) +
-               std::max(largestOf(endError), largestOf(startError));
+        const Interval endError = cell.end - Interval(piece.a + h * (piece.b + h * (piece.c + h * piece.d)));
+        const Interval startError = cell.start - Interval(piece.a);
+        const double bound = h * h / 8.0 * (largestOf(second) + 0.5 * h * largestOf(third)) +
+                             std::max(largestOf(endError), largestOf(startError));
+        return std::isnan(bound) ? kUnbounded : bound;
     }
 
     static constexpr std::size_t kMostPoints = 200'000;

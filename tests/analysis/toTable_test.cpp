@@ -198,6 +198,36 @@ TEST(ToTable, DoesNotPromiseAnAngleAtTheOrigin)
     EXPECT_TRUE(toTable(expression("atan2(x,1)", -1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
 }
 
+// A natural spline needs a distance h with h^4/384 times the fourth derivative below the tolerance, which
+// is 0.0079; halving reaches it with at most twice as many rows, and next to the ends with some more.
+TEST(ToTable, ProvesPointsOfManyTurns)
+{
+    const CamTable table = toTable(expression("1e6*sin(50*x)", 0.0, 4.0), Form::Points, {1.0});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_GT(table.x.size(), 4.0 / 0.0028);
+    EXPECT_LT(table.x.size(), 5000u);
+}
+
+// Straight lines depend on the values alone, not on derivatives, whose rounding errors are larger than a
+// part of the tolerance here.
+TEST(ToTable, ProvesStraightLinesOfManyTurns)
+{
+    const CamTable table = toTable(expression("1e6*sin(50*x)", 0.0, 4.0), Form::Linear, {1.0});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_LE(table.bound, 1.0);
+}
+
+TEST(ToTable, OfPointsWithoutAProofHasFewRows)
+{
+    for (const char* text : {"sin(1/x)", "1/x", "atan2(x,x^3)+tan(x)"}) {
+        const CamTable table = toTable(expression(text, -1.0, 1.0), Form::Points, {1e-3});
+        EXPECT_FALSE(table.guaranteed) << text;
+        EXPECT_GT(table.x.size(), 500u) << text;
+        EXPECT_LT(table.x.size(), 5000u) << text;
+        EXPECT_EQ(table.x.back(), 1.0) << text;
+    }
+}
+
 // Rows must reach the end, also where nothing is known of the way there.
 TEST(ToTable, OfWhatHasNoValueHasFewRows)
 {
