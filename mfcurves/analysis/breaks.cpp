@@ -197,7 +197,7 @@ private:
 
 }  // namespace
 
-std::vector<double> impulsesOf(const Curve& curve, int order, Range range)
+std::vector<double> impulsesOf(const Curve& curve, const std::vector<Part>& parts, int order, Range range)
 {
     Impulses impulses(order, range);
     const bool closes = curve.outside() == Outside::Repeat && curve.lastX() > curve.firstX();
@@ -213,7 +213,6 @@ std::vector<double> impulsesOf(const Curve& curve, int order, Range range)
             impulses.add(curve.lastX(), end(spline->count() - 2), start(0));
         return impulses.take();
     }
-    const std::vector<Part> parts = partsOf(curve, all);
     for (std::size_t i = 1; i < parts.size(); ++i)
         impulses.add(parts[i].from, endOf(parts[i - 1]), startOf(parts[i]));
     if (closes && !parts.empty())

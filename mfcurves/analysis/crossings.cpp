@@ -36,11 +36,11 @@ struct Places {
 };
 
 // Where order k is `value` on the parts of formulas.
-Places formulaPlaces(const Curve& curve, int order, double value, Range range)
+Places formulaPlaces(const std::vector<Part>& parts, int order, double value)
 {
     Places all;
     std::vector<Place>& places = all.places;
-    for (const Part& part : partsOf(curve, range)) {
+    for (const Part& part : parts) {
         BoxEvaluator evaluator = part.evaluator();
         if (order > evaluator.highest())
             continue;
@@ -78,19 +78,29 @@ void appendPointPlaces(const SplinePart& part, int order, double value, std::vec
         places.push_back({part.knot + part.to, 0.0, Side::Left, flat});
 }
 
-Places placesOf(const Curve& curve, int order, double value, Range range)
+Places splinePlaces(const host::SplinePieces& spline, int order, double value, Range range)
+{
+    Places all;
+    const PointRange points = pointsIn(spline, range);
+    for (std::size_t i = points.first; i <= points.last; ++i)
+        appendPointPlaces(splinePart(spline, i, range), order, value, all.places);
+    return all;
+}
+
+// `parts` are those in the range, which is not empty.
+Places placesIn(const Curve& curve, const std::vector<Part>& parts, int order, double value, Range range)
+{
+    const host::SplinePieces* spline = curve.frozen().spline();
+    return spline != nullptr ? splinePlaces(*spline, order, value, range)
+                             : formulaPlaces(parts, order, value);
+}
+
+std::vector<Place> placesOf(const Curve& curve, int order, double value, Range range)
 {
     const Range inside = cutToCurve(curve, range);
     if (inside.from > inside.to)
         return {};
-    const host::SplinePieces* spline = curve.frozen().spline();
-    if (spline == nullptr)
-        return formulaPlaces(curve, order, value, inside);
-    Places all;
-    const PointRange points = pointsIn(*spline, inside);
-    for (std::size_t i = points.first; i <= points.last; ++i)
-        appendPointPlaces(splinePart(*spline, i, inside), order, value, all.places);
-    return all;
+    return placesIn(curve, partsOf(curve, inside), order, value, inside).places;
 }
 
 // Whether two finds are one place: both at one seam, or closer than their rounding errors.
@@ -128,10 +138,12 @@ enum class State { Within, Beyond, Nothing };
 
 class StateSearch {
 public:
-    StateSearch(const Curve& curve, int order, double low, double high)
-        : curve_(curve), order_(order), low_(low), high_(high)
+    StateSearch(const Curve& curve, int order, double low, double high, Range range)
+        : curve_(curve), parts_(partsOf(curve, range)), order_(order), low_(low), high_(high), range_(range)
     {
     }
+
+    const std::vector<Part>& parts() const { return parts_; }
 
     State at(double x) const
     {
@@ -150,23 +162,23 @@ public:
     // Ascending places where the state may change: where the order is at a limit, at ends of pieces and at
     // poles, where the order starts or stops having a value, and at singlePlaces(). In wide boxes that are
     // unsure only samples show a change.
-    std::vector<double> changes(Range range)
+    std::vector<double> changes()
     {
-        x_ = {range.from, range.to};
+        x_ = {range_.from, range_.to};
         std::vector<Range> unsure;
         for (const double limit : {low_, high_}) {
             if (!std::isfinite(limit))
                 continue;
-            const Places places = placesOf(curve_, order_, limit, range);
+            const Places places = placesIn(curve_, parts_, order_, limit, range_);
             for (const Place& place : places.places)
                 x_.push_back(place.x);
             unsure.insert(unsure.end(), places.unsure.begin(), places.unsure.end());
         }
         for (const Range& box : joined(std::move(unsure)))
-            sample(box, range.to - range.from);
-        addPieces(range);
+            sample(box, range_.to - range_.from);
+        addPieces();
         std::sort(x_.begin(), x_.end());
-        std::erase_if(x_, [&](double x) { return x < range.from || x > range.to; });
+        std::erase_if(x_, [&](double x) { return x < range_.from || x > range_.to; });
         x_.erase(std::unique(x_.begin(), x_.end()), x_.end());
         return std::move(x_);
     }
@@ -176,7 +188,7 @@ public:
     const std::vector<double>& singlePlaces() const { return single_; }
 
 private:
-    void addPieces(Range range)
+    void addPieces()
     {
         if (const host::SplinePieces* spline = curve_.frozen().spline()) {
             for (std::size_t i = 0; i < spline->count(); ++i)
@@ -184,7 +196,7 @@ private:
             return;
         }
         const FormulaPiece* piece = nullptr;
-        for (const Part& part : partsOf(curve_, range)) {
+        for (const Part& part : parts_) {
             (part.beginsAtKink ? single_ : x_).push_back(part.from);
             if (part.piece.get() != piece) {
                 for (const Touch& touch : part.piece->touches())
@@ -228,9 +240,11 @@ private:
     }
 
     const Curve& curve_;
+    const std::vector<Part> parts_;
     int order_;
     double low_;
     double high_;
+    Range range_;
     std::vector<double> x_;
     std::vector<double> single_;
 };
@@ -242,7 +256,7 @@ std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range)
     std::vector<Peak> found;
     if (!isOrder(order))
         return found;
-    const std::vector<Place> places = placesOf(curve, order + 1, 0.0, range).places;
+    const std::vector<Place> places = placesOf(curve, order + 1, 0.0, range);
     const Place* last = nullptr;
     for (const Place& place : places) {
         if (place.isFlat || (last != nullptr && same(*last, place)))
@@ -259,7 +273,7 @@ std::vector<double> crossings(const Curve& curve, int order, double value, Range
     std::vector<double> found;
     if (!isOrder(order) || !std::isfinite(value))
         return found;
-    const std::vector<Place> places = placesOf(curve, order, value, range).places;
+    const std::vector<Place> places = placesOf(curve, order, value, range);
     const Place* last = nullptr;
     for (const Place& place : places) {
         if (last == nullptr || !same(*last, place))
@@ -275,9 +289,9 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
     const Range inside = cutToCurve(curve, range);
     if (!isOrder(order) || inside.from > inside.to)
         return found;
-    StateSearch search(curve, order, low, high);
+    StateSearch search(curve, order, low, high, inside);
     const auto isBeyond = [&](double at) { return search.at(at) == State::Beyond; };
-    const std::vector<double> x = search.changes(inside);
+    const std::vector<double> x = search.changes();
     if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
@@ -291,7 +305,9 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
             found.push_back({at, at});
     }
     if (order > 0 && (std::isfinite(low) || std::isfinite(high))) {
-        for (const double impulse : impulsesOf(curve, order, inside))
+        const bool isWhole = inside.from == curve.firstX() && inside.to == curve.lastX();
+        for (const double impulse :
+             impulsesOf(curve, isWhole ? search.parts() : partsOf(curve, all), order, inside))
             found.push_back({impulse, impulse});
     }
     return joined(std::move(found));

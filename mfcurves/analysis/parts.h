@@ -62,7 +62,8 @@ bool jumps(const EndValues& left, const EndValues& right, int order);
 /// The lowest order up to `upTo` that jumps; upTo + 1 if no order jumps.
 int lowestJump(const EndValues& left, const EndValues& right, int upTo);
 
-/// Where an order (1 to 3) has an impulse in a range: where the order below it jumps.
-std::vector<double> impulsesOf(const Curve& curve, int order, Range range);
+/// Where an order (1 to 3) has an impulse in a range: where the order below it jumps. `parts` are those
+/// of the whole curve.
+std::vector<double> impulsesOf(const Curve& curve, const std::vector<Part>& parts, int order, Range range);
 
 }  // namespace mf::analysis

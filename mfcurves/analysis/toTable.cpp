@@ -170,6 +170,12 @@ private:
         return farthest;
     }
 
+    Bounds errorOver(PartOrders& orders, double from, double to) const
+    {
+        const double size = largestOf(orders.in(from, to).over[2]);
+        return table_.form == Form::Xyva ? quinticError(to - from, size) : chordError(to - from, size);
+    }
+
     double nextRow(PartOrders& orders, const Part& part, double x, double step, Bounds& bounds)
     {
         constexpr int kMostTries = 30;
@@ -177,13 +183,14 @@ private:
         const double power = quintic ? 1.0 / 6.0 : 1.0 / 2.0;
         const double end = part.to;
         // Once the proof has failed, narrow rows are of no use.
-        const double least = table_.guaranteed ? 1e-7 * (end - x) : 1e-3 * (end - part.from);
+        const double least =
+            table_.guaranteed ? 1e-7 * (end - x)
+                              : std::max(1e-3 * (end - part.from), 1e-4 * (curve_.lastX() - curve_.firstX()));
         double best = x;
         double h = std::min(step, end - x);
         for (int i = 0; i < kMostTries; ++i) {
             const double to = h >= end - x ? end : x + h;
-            const double size = largestOf(orders.in(x, to).over[2]);
-            const Bounds found = quintic ? quinticError(to - x, size) : chordError(to - x, size);
+            const Bounds found = errorOver(orders, x, to);
             const double excess =
                 (quintic ? found.excess(tolerance_) : found.value / tolerance_.value) / kShareForRounding;
             if (excess <= 1.0) {
@@ -194,9 +201,7 @@ private:
             } else if (best > x) {
                 return best;
             } else if (h < least) {
-                table_.guaranteed = false;
-                bounds = found;
-                return to;
+                break;
             }
             const double factor = excess > 0.0 ? std::pow(0.98 / excess, power) : 2.0;
             h *= std::isfinite(excess) ? std::clamp(factor, 0.1, 4.0) : 0.25;
@@ -204,6 +209,7 @@ private:
         if (best == x) {
             table_.guaranteed = false;
             best = std::min(end, x + std::max(h, least));
+            bounds = errorOver(orders, x, best);
         }
         return best;
     }
