@@ -12,6 +12,9 @@
 namespace mf::engine {
 namespace {
 
+// Room that is enough for the polynomials of most texts.
+constexpr std::size_t kUsualCoefficients = 8;
+
 // Marks a node whose derivative is needed but not made yet. No graph has a node with this id.
 constexpr NodeId kWanted{kNoNode.index - 1};
 
@@ -138,6 +141,7 @@ NodeId differentiate(Graph& graph, NodeId root)
 
     TermMaker maker(graph, Folding::Free);
     std::vector<double> scratch;
+    scratch.reserve(kUsualCoefficients);
     for (std::uint32_t i = lowest; i <= root.index && !graph.full(); ++i) {
         const NodeId id{i};
         if (graph[id].derivative == kWanted)

@@ -10,7 +10,10 @@
 namespace mf::engine {
 namespace {
 
-constexpr std::size_t kSmallestTable = 128;
+// Room that is enough for most texts with their usual orders. The table is at most half full.
+constexpr std::size_t kReservedNodes = 96;
+constexpr std::size_t kReservedCoefficients = 48;
+constexpr std::size_t kSmallestTable = 256;
 constexpr std::uint32_t kFree = 0xffffffff;
 
 // Numbers are compared by their bits: 0.0 and -0.0 are two constants, and a NaN
@@ -61,8 +64,8 @@ bool sameHead(const Node& x, const Node& y)
 
 Graph::Graph() : table_(kSmallestTable, kFree)
 {
-    nodes_.reserve(kSmallestTable / 2);
-    coefficients_.reserve(kSmallestTable / 4);
+    nodes_.reserve(kReservedNodes);
+    coefficients_.reserve(kReservedCoefficients);
 }
 
 std::uint64_t Graph::iHash(const Node& node) const

@@ -46,10 +46,11 @@
 namespace mf::engine {
 namespace {
 
-// Room that is enough for most texts: nodes of all usual orders, steps of the value, pending steps of one
-// order.
+// Room that is enough for most texts: nodes of all usual orders, steps and numbers of the value, pending
+// steps of one order.
 constexpr std::size_t kUsualNodes = 64;
-constexpr std::size_t kUsualSteps = 4;
+constexpr std::size_t kUsualSteps = 6;
+constexpr std::size_t kUsualNumbers = 8;
 constexpr std::size_t kUsuallyPending = 4;
 
 // The operation of the step for a node. Constants and variables are registers and do not
@@ -350,6 +351,7 @@ Translator::Translator(std::uint32_t parameterCount)
     draft_.parameters = parameterCount;
     draft_.results.reserve(kUsualOrder + 1);
     draft_.entries.reserve(kUsualSteps);
+    draft_.numbers.reserve(kUsualNumbers);
     pending_.reserve(kUsuallyPending);
 }
 
