@@ -244,14 +244,14 @@ void markBad(double* values, int highest)
 
 void takeValues(const Program& program, int highest, const double* registers, double* values)
 {
-    double zeros = 0.0;
-    for (int k = 0; k <= highest; ++k) {
-        const double value = registers[program.result(k)];
-        zeros += zeroIfFinite(value);
-        values[k] = value;
-    }
-    if (zeros != 0.0) [[unlikely]]
+    if (!copyOrders(program, highest, registers, values)) [[unlikely]]
         markBad(values, highest);
+}
+
+int countFinite(const double* values, int highest)
+{
+    const auto isFinite = [](double value) { return std::isfinite(value); };
+    return static_cast<int>(std::find_if_not(values, values + highest + 1, isFinite) - values);
 }
 
 RunOrders ordersFor(const Program& program)

@@ -64,6 +64,23 @@ inline void fillConstants(const Program& program, double* registers)
 /// Replaces each of values[0] to values[highest] that is not finite by NaN.
 [[gnu::cold]] void markBad(double* values, int highest);
 
+/// The number of values before the first that is not finite.
+[[gnu::cold]] int countFinite(const double* values, int highest);
+
+/// Sets values[k] to the order k, up to `highest`, from registers that a program has computed. Returns
+/// whether all are finite.
+[[gnu::always_inline]] inline bool copyOrders(const Program& program, int highest, const double* registers,
+                                              double* values)
+{
+    double zeros = 0.0;
+    for (int k = 0; k <= highest; ++k) {
+        const double value = registers[program.result(k)];
+        zeros += zeroIfFinite(value);
+        values[k] = value;
+    }
+    return zeros == 0.0;
+}
+
 /// Sets `result` to a value. Returns false, with `result` unchanged, if it is not finite.
 [[gnu::always_inline]] inline bool isFiniteInto(double value, double& result)
 {

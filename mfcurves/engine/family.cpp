@@ -53,25 +53,15 @@ bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& va
     return isFiniteInto(registers_[result], value);
 }
 
-// The highest order comes first, because its program computes the lower ones as well.
-int Family::evaluateOrders(double x, int order, double* values)
+int Family::iMoveTo(double x, int order)
 {
     if (parameterCount_ > 1)
-        return 0;
+        return -1;
     while (programs_.all->highestOrder() < order && !addOrder(order))
         --order;
     double highest = 0.0;
-    const bool isFinite = evaluate(x, order, resultOf(order), highest);
-    const Program& program = programs_.upTo(order);
-    const double* const registers = registers_.data();
-    for (int lower = 0; lower < order; ++lower) {
-        if (!isFiniteInto(registers[program.result(lower)], values[lower]))
-            return lower;
-    }
-    if (!isFinite)
-        return order;
-    values[order] = highest;
-    return order + 1;
+    evaluate(x, order, resultOf(order), highest);
+    return order;
 }
 
 }  // namespace mf::engine

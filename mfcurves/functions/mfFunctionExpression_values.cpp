@@ -95,11 +95,15 @@ bool mfFunctionExpression_c::calculateValue(double x, double& y, double& d1, dou
 
 double mfFunctionExpression_c::evaluate(double x, int order)
 {
-    double values[kOrderCount] = {};
-    if (order < 0 || order >= kOrderCount || iEvaluate(x, order, values) == 0)
+    if (order < 0 || order >= kOrderCount)
         return 0.0;
+    double values[kOrderCount];
+    const int done = iEvaluate(x, order, values);
+    if (done == 0)
+        return 0.0;
+    const double value = order < done ? values[order] : 0.0;
     const double factor = iUnitFactor();
-    return factor == 1.0 ? values[order] : values[order] / factor;  // usually 1.0: saves the division
+    return factor == 1.0 ? value : value / factor;  // usually 1.0: saves the division
 }
 
 // 1.0 when the host has no services.
