@@ -53,15 +53,18 @@ bool Family::evaluate(const MMEP_Data* numbers, std::uint32_t result, double& va
     return isFiniteInto(registers_[result], value);
 }
 
-int Family::iMoveTo(double x, int order)
+// The program of the highest order computes the lower ones as well.
+int Family::evaluateOrders(double x, int order, double* values)
 {
     if (parameterCount_ > 1)
-        return -1;
+        return 0;
     while (programs_.all->highestOrder() < order && !addOrder(order))
         --order;
     double highest = 0.0;
     evaluate(x, order, resultOf(order), highest);
-    return order;
+    if (copyOrders(programs_.upTo(order), order, registers_.data(), values)) [[likely]]
+        return order + 1;
+    return countFinite(values, order);
 }
 
 }  // namespace mf::engine

@@ -63,25 +63,13 @@ public:
     /// Sets values[k] to the order k at x, for k = 0 to `order`. Returns the number of orders
     /// before the first that is not finite or that exceeds the limits; from there on the content
     /// of `values` has no meaning.
-    int evaluateOrders(double x, int order, double* values)
-    {
-        if (order <= computedOrder_ && isAt(x))
-            requestedOrder_ = order;
-        else
-            order = iMoveTo(x, order);
-        if (copyOrders(programs_.upTo(order), order, registers_.data(), values)) [[likely]]
-            return order + 1;
-        return countFinite(values, order);
-    }
+    int evaluateOrders(double x, int order, double* values);
 
 private:
     bool isAt(double x) const
     {
         return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(registers_[0]);
     }
-    /// Computes the orders 0 to `order` at x, or as many as the limits allow, into their registers.
-    /// Returns the highest of them; -1 for several parameters.
-    int iMoveTo(double x, int order);
     [[gnu::noinline]] bool iEvaluateAnew(double x, int order, std::uint32_t result, double& value);
 
     std::vector<double> registers_;  // register 0 holds the x of the others

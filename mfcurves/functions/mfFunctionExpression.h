@@ -161,8 +161,18 @@ public:
 private:
     static constexpr int kOrderCount = 4;
 
+    // The orders at one x. Solvers request them one by one at each x, so they are computed together.
+    struct Point {
+        double x = 0.0;
+        int computed = 0;  // orders, the value included; 0 without a point that may be used again
+        int finite = 0;    // the first of them, up to the first that is not finite
+        int asked = 0;     // the highest order that was requested at x
+        double values[kOrderCount] = {};
+    };
+
     MFCURVES_LOCAL bool iSample();
-    MFCURVES_LOCAL int iEvaluate(double x, int order, double* values);
+    MFCURVES_LOCAL int iEvaluate(double x, int order);
+    MFCURVES_LOCAL void iMoveTo(double x, int order);
     MFCURVES_LOCAL int iEvaluateAfresh(double x, int highest, double* values);
     MFCURVES_LOCAL int iDerivativesOfAPoint() const;
     MFCURVES_LOCAL double iUnitFactor() const;
@@ -178,6 +188,7 @@ private:
     CString independentVariable_;
     int plottingPointCount_ = 1;
     ICalculator* calculator_ = nullptr;  // of the text compiled last; owned, freed by Release
+    Point point_;                        // the last one
     bool isReusable_ = false;            // calculator_ can evaluate the next point, see iEvaluate
     bool lastPointFailed_ = false;       // calculateDerivatives then fails
     bool validForPlotting_ = false;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <string>
 
 #include "mfcurves/engine/evaluateMany.h"
@@ -11,23 +13,47 @@
 #include "mfcurves/interfaces/MotionMEParser.h"
 #include "mfcurves/interfaces/hostAnswers.h"
 
-// Computes the value at x and the derivatives up to `order`, as far as a point has them.
+namespace {
+
+// By the bits: a division distinguishes 0.0 from -0.0.
+bool isSame(double x, double other)
+{
+    return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(other);
+}
+
+}  // namespace
+
+// Makes point_ hold the value at x and the derivatives up to `order`, as far as a point has them.
 // Returns how many of them precede the first failure, the value included.
 //
 // By default each point compiles the math expression again. The previous calculator is
 // reused when another compile would give the same one and have no side effect: the text is
 // unchanged and ASCII, the host has set no encoder, the process is already at the locale
 // "C", and the calculator is the engine's own. The resources can change the meaning of a
-// name, but that does not matter for a point. With a reused calculator the orders above
-// `order` are not computed.
-int mfFunctionExpression_c::iEvaluate(double x, int order, double* values)
+// name, but that does not matter for a point.
+int mfFunctionExpression_c::iEvaluate(double x, int order)
 {
     const int highest = order == 0 ? 0 : iDerivativesOfAPoint();
     if (!isReusable_ || !mf::narrowingLeavesNoTrace())
-        return iEvaluateAfresh(x, highest, values);
-    const int done = mf::engine::evaluateOrders(*calculator_, x, std::min(order, highest), values);
-    lastPointFailed_ = done == 0;
-    return done;
+        return iEvaluateAfresh(x, highest, point_.values);
+    const int wanted = std::min(order, highest);
+    if (wanted < point_.computed && isSame(x, point_.x))
+        point_.asked = std::max(point_.asked, wanted);
+    else
+        iMoveTo(x, wanted);
+    return std::min(point_.finite, wanted + 1);
+}
+
+// A solver mostly requests the same orders at each x.
+void mfFunctionExpression_c::iMoveTo(double x, int order)
+{
+    const int highest = std::max(order, point_.asked);
+    point_.computed = 0;  // in case an allocation fails
+    point_.finite = mf::engine::evaluateOrders(*calculator_, x, highest, point_.values);
+    point_.x = x;
+    point_.asked = order;
+    point_.computed = highest + 1;
+    lastPointFailed_ = point_.finite == 0;
 }
 
 // An int thrown before the value is known counts as a failed evaluation. A failure
@@ -71,24 +97,24 @@ int mfFunctionExpression_c::iDerivativesOfAPoint() const
 
 bool mfFunctionExpression_c::calculateValue(double x, double& y)
 {
-    double value = 0.0;
-    if (iEvaluate(x, 0, &value) == 0)
+    if (iEvaluate(x, 0) == 0)
         return false;
-    y = value;
+    y = point_.values[0];
     return true;
 }
 
 bool mfFunctionExpression_c::calculateValue(double x, double& y, double& d1, double& d2, double& d3)
 {
-    double values[kOrderCount] = {};
-    const int done = iEvaluate(x, kOrderCount - 1, values);
+    const int done = iEvaluate(x, kOrderCount - 1);
     if (done == 0)
         return false;
     const bool isComplete = done > iDerivativesOfAPoint();
     double* const outputs[kOrderCount] = {&y, &d1, &d2, &d3};
     for (int order = 0; order < kOrderCount; ++order) {
-        if (order < done || isComplete)
-            *outputs[order] = values[order];
+        if (order < done)
+            *outputs[order] = point_.values[order];
+        else if (isComplete)
+            *outputs[order] = 0.0;
     }
     return true;
 }
@@ -97,11 +123,10 @@ double mfFunctionExpression_c::evaluate(double x, int order)
 {
     if (order < 0 || order >= kOrderCount)
         return 0.0;
-    double values[kOrderCount];
-    const int done = iEvaluate(x, order, values);
+    const int done = iEvaluate(x, order);
     if (done == 0)
         return 0.0;
-    const double value = order < done ? values[order] : 0.0;
+    const double value = order < done ? point_.values[order] : 0.0;
     const double factor = iUnitFactor();
     return factor == 1.0 ? value : value / factor;  // usually 1.0: saves the division
 }

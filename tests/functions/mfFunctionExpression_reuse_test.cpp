@@ -108,6 +108,29 @@ TEST_F(ReusedExpression, HasTheDerivativesThatTheCountAllows)
     EXPECT_THAT(d, ElementsAre(32.0, 0.0, 0.0));
 }
 
+TEST_F(ReusedExpression, HasTheOrdersInAnySequence)
+{
+    function_.setMathExpression(L"time^4");
+    ordersAt(1.0);
+    EXPECT_EQ(function_.evaluate(2.0, 3), 48.0);
+    EXPECT_EQ(function_.evaluate(2.0, 0), 16.0);
+    EXPECT_EQ(function_.evaluate(3.0, 0), 81.0);
+    EXPECT_EQ(function_.evaluate(3.0, 2), 108.0);
+    EXPECT_EQ(function_.evaluate(2.0, 1), 32.0);
+    EXPECT_EQ(function_.evaluate(4.0, 0), 256.0);
+    EXPECT_EQ(function_.evaluate(5.0, 0), 625.0);
+    EXPECT_EQ(function_.evaluate(5.0, 3), 120.0);
+}
+
+TEST_F(ReusedExpression, DistinguishesTheSignsOfZero)
+{
+    function_.setMathExpression(L"if(1/time: -1, 0, 1)");
+    ordersAt(1.0);
+    EXPECT_EQ(function_.evaluate(0.0, 0), 1.0);
+    EXPECT_EQ(function_.evaluate(-0.0, 0), -1.0);
+    EXPECT_EQ(function_.evaluate(0.0, 0), 1.0);
+}
+
 // The square root of 0 has a value but no slope.
 TEST_F(ReusedExpression, DoesNotChangeOutputsFromTheFirstFailingDerivativeOn)
 {
@@ -146,6 +169,9 @@ TEST_F(ReusedExpression, NoticesAnotherText)
     ordersAt(1.0);
     function_.setMathExpression(L"time^3");
     EXPECT_THAT(ordersAt(2.0), ElementsAre(8.0, 12.0, 12.0, 6.0));
+    EXPECT_THAT(ordersAt(2.0), ElementsAre(8.0, 12.0, 12.0, 6.0));
+    function_.setMathExpression(L"time^2");
+    EXPECT_THAT(ordersAt(2.0), ElementsAre(4.0, 4.0, 2.0, 0.0));
     function_.clearExpression();
     function_.setPlottingPointCount(100);
     EXPECT_THAT(ordersAt(2.0), Each(0.0));
