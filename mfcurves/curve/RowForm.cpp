@@ -287,9 +287,7 @@ const RowForm* formOf(std::monostate, std::vector<double>&)
 
 double formulaValue(RowData row, double x)
 {
-    double value;
-    evaluateFormula(*row.formula, x, 0, &value);
-    return value;
+    return valueOfFormula(*row.formula, x);
 }
 
 void formulaOrders(RowData row, double x, int order, double* values)
@@ -360,6 +358,13 @@ void evaluateFormula(const engine::Formula& formula, double x, int order, double
     const auto use = [&](double* registers) { formula.evaluate(x, order, registers, values); };
     if (!withRegisters(formula.registerCount(), use))
         std::fill_n(values, order + 1, kNaN);
+}
+
+double valueOfFormula(const engine::Formula& formula, double x)
+{
+    double value = kNaN;
+    withRegisters(formula.registerCount(), [&](double* registers) { value = formula.value(x, registers); });
+    return value;
 }
 
 // A formula without branches is its own limit.

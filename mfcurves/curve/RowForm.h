@@ -41,7 +41,10 @@ const RowForm* rowFormOf(const engine::LawForm& law, std::vector<double>& number
 /// Sets values[0] to values[order] of a formula at x; NaN if there is no memory for its registers.
 void evaluateFormula(const engine::Formula& formula, double x, int order, double* values);
 
-/// The same as a limit from the left or the right.
+/// The value of a formula at x; NaN if there is no memory for its registers.
+double valueOfFormula(const engine::Formula& formula, double x);
+
+/// The same as evaluateFormula as a limit from the left or the right.
 void evaluateFormulaBeside(const engine::Formula& formula, double x, bool fromLeft, int order,
                            double* values);
 

@@ -160,10 +160,8 @@ inline double FrozenCurve::valueInside(double x) const noexcept
         const FrozenRows::Row& row = rows->rows[rows->starts.at(x)];
         return row.form->value(row.data, x);
     }
-    double value = kNaN;
-    if (const auto* expression = std::get_if<FrozenExpression>(&pieces_))
-        evaluateFormula(*expression->formula, x, 0, &value);
-    return value;
+    const auto* expression = std::get_if<FrozenExpression>(&pieces_);
+    return expression != nullptr ? valueOfFormula(*expression->formula, x) : kNaN;
 }
 
 void FrozenCurve::evaluate(double x, Side side, Outside outside, int order, double* values) const noexcept

@@ -107,7 +107,8 @@ void runAllInTurn(const Program& program, double x, double* registers, double* v
     registers[0] = x;
     fillConstants(program, registers);
     run(program.steps(highest), registers);
-    takeValues(program, highest, registers, values);
+    if (!copyOrders(program, highest, registers, values)) [[unlikely]]
+        markBad(values, highest);
 }
 
 // --- The choice ---------------------------------------------------------------------------

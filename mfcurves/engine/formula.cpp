@@ -46,6 +46,7 @@ Formula::Result Formula::compile(std::wstring_view text, const std::optional<std
     const Program& all = *formula->programs_.all;
     formula->runValue_ = runFor(*formula->programs_.value, 0);
     formula->runAll_ = ordersFor(all);
+    formula->registerCount_ = std::max<std::size_t>(all.registerCount(), 1);
     formula->highestOrder_ = parameterCount > 1 ? -1 : all.highestOrder();
     formula->hasBranches_ = std::ranges::any_of(all.steps(all.highestOrder()), mayBranch);
     return formula;
@@ -56,28 +57,19 @@ std::size_t Formula::parameterCount() const
     return programs_.all->parameterCount();
 }
 
-// Register 0 holds x, even if the text does not use it.
-std::size_t Formula::registerCount() const
+void Formula::iEvaluateSome(double x, int order, double* registers, double* values) const noexcept
 {
-    return std::max<std::size_t>(programs_.all->registerCount(), 1);
-}
-
-void Formula::evaluate(double x, int order, double* registers, double* values) const noexcept
-{
-    if (order == highestOrder_ && order > 0) [[likely]]
-        return runAll_(*programs_.all, x, registers, values);
     const int highest = std::min(order, highestOrder_);
     fillAbove(highest, order, values);
     if (highest < 0)
         return;
+    if (highest == 0) {
+        values[0] = value(x, registers);
+        return;
+    }
     const Program& program = programs_.upTo(highest);
     registers[0] = x;
     fillConstants(program, registers);
-    if (highest == 0) {
-        if (!runValue_(x, program.steps(0), registers, program.result(0), values[0]))
-            values[0] = kNaN;
-        return;
-    }
     run(program.steps(highest), registers);
     takeValues(program, highest, registers, values);
 }

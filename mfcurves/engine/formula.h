@@ -11,6 +11,7 @@
 #include "mfcurves/engine/limits.h"
 #include "mfcurves/engine/parseError.h"
 #include "mfcurves/engine/program.h"
+#include "mfcurves/engine/values.h"
 
 namespace mf::engine {
 
@@ -34,14 +35,32 @@ public:
     std::size_t parameterCount() const;
 
     /// Number of doubles that one point needs as registers.
-    std::size_t registerCount() const;
+    std::size_t registerCount() const { return registerCount_; }
 
     /// Computes values[k], the derivative of order k at x, for k = 0 to `order`. NaN where
     /// it is not finite, where the derivative exceeds the limits, above the highest order
     /// compiled, and for two or more parameters.
-    void evaluate(double x, int order, double* registers, double* values) const noexcept;
+    void evaluate(double x, int order, double* registers, double* values) const noexcept
+    {
+        if (order == highestOrder_ && order > 0) [[likely]]
+            return runAll_(*programs_.all, x, registers, values);
+        iEvaluateSome(x, order, registers, values);
+    }
 
-    /// The same at `count` points, at most kBlock, bit for bit. `registers` are
+    /// The value alone: what `evaluate` computes as order 0.
+    double value(double x, double* registers) const noexcept
+    {
+        double value = kNaN;
+        if (highestOrder_ >= 0) {
+            const Program& program = *programs_.value;
+            registers[0] = x;
+            fillConstants(program, registers);
+            runValue_(x, program.steps(0), registers, program.result(0), value);
+        }
+        return value;
+    }
+
+    /// The same as `evaluate` at `count` points, at most kBlock, bit for bit. `registers` are
     /// registerCount() * kBlock doubles. values[k] has room for `count` doubles and does
     /// not overlap `x`.
     void evaluateBlock(const double* x, std::size_t count, int order, double* registers,
@@ -61,10 +80,13 @@ public:
     const Program& program() const { return *programs_.all; }
 
 private:
+    void iEvaluateSome(double x, int order, double* registers, double* values) const noexcept;
+
     Programs programs_;
     RunProgram runValue_ = nullptr;  // the fastest function for each program
     RunOrders runAll_ = nullptr;
-    int highestOrder_ = -1;  // with values; -1 if no order has them
+    std::size_t registerCount_ = 1;  // register 0 holds x, even if the text does not use it
+    int highestOrder_ = -1;          // with values; -1 if no order has them
     bool hasBranches_ = false;
 };
 
