@@ -11,8 +11,8 @@ namespace mf::engine {
 namespace {
 
 // Room that is enough for most texts with their usual orders. The table is at most half full.
-constexpr std::size_t kReservedNodes = 96;
-constexpr std::size_t kReservedCoefficients = 48;
+constexpr std::size_t kReservedNodes = 128;
+constexpr std::size_t kReservedCoefficients = 64;
 constexpr std::size_t kSmallestTable = 256;
 constexpr std::uint32_t kFree = 0xffffffff;
 

@@ -49,7 +49,7 @@ namespace {
 // Room that is enough for most texts: nodes of all usual orders, steps and numbers of the value, pending
 // steps of one order.
 constexpr std::size_t kUsualNodes = 64;
-constexpr std::size_t kUsualSteps = 6;
+constexpr std::size_t kUsualSteps = 4;
 constexpr std::size_t kUsualNumbers = 8;
 constexpr std::size_t kUsuallyPending = 4;
 
