@@ -44,7 +44,7 @@ void evaluateFormula(const engine::Formula& formula, double x, int order, double
 /// The value of a formula at x; NaN if there is no memory for its registers.
 double valueOfFormula(const engine::Formula& formula, double x);
 
-/// The same as evaluateFormula as a limit from the left or the right.
+/// Like evaluateFormula, but the limit from the left or the right.
 void evaluateFormulaBeside(const engine::Formula& formula, double x, bool fromLeft, int order,
                            double* values);
 

@@ -22,8 +22,7 @@ bool isOwnCalculator(const ICalculator& calculator);
 
 /// Sets values[k] to the order k at x, for k = 0 to `order`, of one of the engine's own
 /// calculators, which has order 0. Returns the number of orders before the first that is not
-/// finite or that exceeds the limits; from there on the content of values[0] to values[order]
-/// has no meaning.
+/// finite or that exceeds the limits; the rest of values[0] to values[order] has no meaning.
 int evaluateOrders(ICalculator& calculator, double x, int order, double* values);
 
 }  // namespace mf::engine

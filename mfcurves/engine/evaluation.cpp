@@ -107,8 +107,7 @@ void runAllInTurn(const Program& program, double x, double* registers, double* v
     registers[0] = x;
     fillConstants(program, registers);
     run(program.steps(highest), registers);
-    if (!copyOrders(program, highest, registers, values)) [[unlikely]]
-        markBad(values, highest);
+    takeValues(program, highest, registers, values);
 }
 
 // --- The choice ---------------------------------------------------------------------------
@@ -241,12 +240,6 @@ void markBad(double* values, int highest)
 {
     const auto isBad = [](double value) { return !std::isfinite(value); };
     std::replace_if(values, values + highest + 1, isBad, kNaN);
-}
-
-void takeValues(const Program& program, int highest, const double* registers, double* values)
-{
-    if (!copyOrders(program, highest, registers, values)) [[unlikely]]
-        markBad(values, highest);
 }
 
 int countFinite(const double* values, int highest)

@@ -28,10 +28,6 @@ using RunOrders = void (*)(const Program& program, double x, double* registers, 
 /// The fastest function that runs this program.
 RunOrders ordersFor(const Program& program);
 
-/// Sets values[k] to the order k, up to `highest`, from registers that a program has computed;
-/// NaN where it is not finite.
-void takeValues(const Program& program, int highest, const double* registers, double* values);
-
 /// Runs steps at one point. The loop is unrolled by four because the processor predicts
 /// the target of each call instruction separately.
 [[gnu::always_inline]] inline void run(std::span<const Step> steps, double* registers)
@@ -79,6 +75,14 @@ inline void fillConstants(const Program& program, double* registers)
         values[k] = value;
     }
     return zeros == 0.0;
+}
+
+/// The same, with NaN in place of what is not finite.
+[[gnu::always_inline]] inline void takeValues(const Program& program, int highest, const double* registers,
+                                              double* values)
+{
+    if (!copyOrders(program, highest, registers, values)) [[unlikely]]
+        markBad(values, highest);
 }
 
 /// Sets `result` to a value. Returns false, with `result` unchanged, if it is not finite.

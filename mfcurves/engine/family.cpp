@@ -60,8 +60,8 @@ int Family::evaluateOrders(double x, int order, double* values)
         return 0;
     while (programs_.all->highestOrder() < order && !addOrder(order))
         --order;
-    double highest = 0.0;
-    evaluate(x, order, resultOf(order), highest);
+    double unused = 0.0;  // the registers have all orders
+    evaluate(x, order, resultOf(order), unused);
     if (copyOrders(programs_.upTo(order), order, registers_.data(), values)) [[likely]]
         return order + 1;
     return countFinite(values, order);

@@ -61,8 +61,8 @@ public:
     bool evaluate(const MMEP_Data* numbers, std::uint32_t result, double& value);
 
     /// Sets values[k] to the order k at x, for k = 0 to `order`. Returns the number of orders
-    /// before the first that is not finite or that exceeds the limits; from there on the content
-    /// of `values` has no meaning.
+    /// before the first that is not finite or that exceeds the limits; the rest of `values` has
+    /// no meaning.
     int evaluateOrders(double x, int order, double* values);
 
 private:

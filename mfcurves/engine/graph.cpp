@@ -10,7 +10,7 @@
 namespace mf::engine {
 namespace {
 
-// Room that is enough for most texts with their usual orders. The table is at most half full.
+// Room that is enough for the value and three derivatives of most texts. The table is at most half full.
 constexpr std::size_t kReservedNodes = 128;
 constexpr std::size_t kReservedCoefficients = 64;
 constexpr std::size_t kSmallestTable = 256;

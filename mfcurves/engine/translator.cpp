@@ -46,8 +46,8 @@
 namespace mf::engine {
 namespace {
 
-// Room that is enough for most texts: nodes of all usual orders, steps and numbers of the value, pending
-// steps of one order.
+// Room that is enough for most texts: nodes of the value and its first derivatives, steps and numbers of
+// the value, pending steps of one order.
 constexpr std::size_t kUsualNodes = 64;
 constexpr std::size_t kUsualSteps = 4;
 constexpr std::size_t kUsualNumbers = 8;

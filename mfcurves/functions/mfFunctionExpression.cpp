@@ -161,7 +161,7 @@ void mfFunctionExpression_c::iReleaseCalculator()
 {
     isReusable_ = false;
     lastPointFailed_ = false;
-    point_.computed = 0;
+    point_ = {};
     if (calculator_ == nullptr)
         return;
     calculator_->Release();

@@ -164,8 +164,8 @@ private:
     // The orders at one x. Solvers request them one by one at each x, so they are computed together.
     struct Point {
         double x = 0.0;
-        int computed = 0;  // orders, the value included; 0 without a point that may be used again
-        int finite = 0;    // the first of them, up to the first that is not finite
+        int computed = 0;  // number of orders, the value included; 0: nothing to use again
+        int finite = 0;    // how many of them precede the first that is not finite
         int asked = 0;     // the highest order that was requested at x
         double values[kOrderCount] = {};
     };
@@ -173,7 +173,7 @@ private:
     MFCURVES_LOCAL bool iSample();
     MFCURVES_LOCAL int iEvaluate(double x, int order);
     MFCURVES_LOCAL void iMoveTo(double x, int order);
-    MFCURVES_LOCAL int iEvaluateAfresh(double x, int highest, double* values);
+    MFCURVES_LOCAL int iEvaluateAfresh(double x, int highest);
     MFCURVES_LOCAL int iDerivativesOfAPoint() const;
     MFCURVES_LOCAL double iUnitFactor() const;
     MFCURVES_LOCAL void iFreePlottingData();

@@ -35,7 +35,7 @@ int mfFunctionExpression_c::iEvaluate(double x, int order)
 {
     const int highest = order == 0 ? 0 : iDerivativesOfAPoint();
     if (!isReusable_ || !mf::narrowingLeavesNoTrace())
-        return iEvaluateAfresh(x, highest, point_.values);
+        return iEvaluateAfresh(x, highest);
     const int wanted = std::min(order, highest);
     if (wanted < point_.computed && isSame(x, point_.x))
         point_.asked = std::max(point_.asked, wanted);
@@ -44,7 +44,8 @@ int mfFunctionExpression_c::iEvaluate(double x, int order)
     return std::min(point_.finite, wanted + 1);
 }
 
-// A solver mostly requests the same orders at each x.
+// Computes the orders at a new x: up to `order`, and as many as were requested at the previous x, because
+// a solver mostly requests the same orders at each x.
 void mfFunctionExpression_c::iMoveTo(double x, int order)
 {
     const int highest = std::max(order, point_.asked);
@@ -58,7 +59,7 @@ void mfFunctionExpression_c::iMoveTo(double x, int order)
 
 // An int thrown before the value is known counts as a failed evaluation. A failure
 // releases the calculator unless it can be reused; lastPointFailed_ marks both cases.
-int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest, double* values)
+int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest)
 {
     const std::wstring text = mf::throughNarrow(mathExpression_);
     iReleaseCalculator();
@@ -67,7 +68,7 @@ int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest, double* value
         MotionMEParser().parse(text.c_str(), nullptr, &calculator_);
         isReusable_ = calculator_ != nullptr && mf::engine::isOwnCalculator(*calculator_) &&
                       mf::isSameThroughNarrow(mathExpression_);
-        evaluated = mf::evaluateAt(calculator_, x, values[0]);
+        evaluated = mf::evaluateAt(calculator_, x, point_.values[0]);
     } catch (int) {
         evaluated = false;
     }
@@ -83,7 +84,7 @@ int mfFunctionExpression_c::iEvaluateAfresh(double x, int highest, double* value
     for (int order = 1; order <= highest; ++order) {
         derivatives[order] = mf::derivativeOf(below);
         below = derivatives[order].get();
-        if (!mf::evaluateAt(below, x, values[order]))
+        if (!mf::evaluateAt(below, x, point_.values[order]))
             return order;
     }
     return highest + 1;
