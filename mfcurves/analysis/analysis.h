@@ -31,8 +31,8 @@
 /// magnitude on the two adjacent pieces. Where order k - 1 jumps, order k has an impulse.
 /// Errors: no function throws, except std::bad_alloc, and CurveError where that is documented.
 /// Cost: each function limits its work for one piece by a count of operations, which take
-/// 50 ms at most (toTable: a second). The result therefore does not depend on the speed.
-/// Threads: any number of threads may analyse the same curve at once.
+/// 50 ms at most (beyond: for each limit; toTable: a second). The result therefore does not depend on the
+/// speed. Threads: any number of threads may analyse the same curve at once.
 namespace mf::analysis {
 
 /// The curve's own range.
@@ -65,10 +65,10 @@ struct Break {
 /// limits are those at firstX.
 MFCURVES_API std::vector<Break> breaks(const Curve& curve, int upToOrder = 3, Range range = all);
 
-/// Whether it is proved that breaks() and crossings() find all places: each order up to `upToOrder`, at most
-/// 3, is guaranteed (see Summary). It is not where an order is infinite or has no value, as the velocity of
+/// Whether it is proved that breaks() finds all places: each order up to `upToOrder`, at most 3, is
+/// guaranteed (see Summary). It is not where an order is infinite or has no value, as the velocity of
 /// sqrt(x^2) at 0, nor where a piece has too many kinks.
-MFCURVES_API bool areAllPlacesFound(const Curve& curve, int upToOrder = 3, Range range = all);
+MFCURVES_API bool areAllBreaksFound(const Curve& curve, int upToOrder = 3, Range range = all);
 
 /// The x of the first break strictly after an x. With Outside::Repeat the search continues
 /// through every cycle. Nothing if no break follows, or if `after` is not finite.
@@ -109,6 +109,11 @@ MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, R
 /// Where an order (0 to 3) has a value, ascending; both ends of a stretch where it has that value
 /// throughout. A jump across the value does not count. Empty for a value that is not finite.
 MFCURVES_API std::vector<double> crossings(const Curve& curve, int order, double value, Range range = all);
+
+/// Whether it is proved that crossings() finds all places: the order and those below it are guaranteed (see
+/// Summary), and the search left no range undecided. It may leave one where the order touches the value, or
+/// has it thousands of times.
+MFCURVES_API bool areAllCrossingsFound(const Curve& curve, int order, double value, Range range = all);
 
 /// Where an order (0 to 3) is below `low` or above `high`, ascending; adjacent ranges are joined.
 /// An impulse, which an order has where the order below it jumps, exceeds every finite limit; by itself it is

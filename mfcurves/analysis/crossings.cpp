@@ -87,7 +87,7 @@ Places splinePlaces(const host::SplinePieces& spline, int order, double value, R
     return all;
 }
 
-// `parts` are those in the range, which is not empty.
+// The range is not empty. `parts` are those in it, none for a curve through points.
 Places placesIn(const Curve& curve, const std::vector<Part>& parts, int order, double value, Range range)
 {
     const host::SplinePieces* spline = curve.frozen().spline();
@@ -141,6 +141,7 @@ public:
     StateSearch(const Curve& curve, int order, double low, double high, Range range)
         : curve_(curve), parts_(partsOf(curve, range)), order_(order), low_(low), high_(high), range_(range)
     {
+        findChanges();
     }
 
     const std::vector<Part>& parts() const { return parts_; }
@@ -162,49 +163,51 @@ public:
     // Ascending places where the state may change: where the order is at a limit, at ends of pieces and at
     // poles, where the order starts or stops having a value, and at singlePlaces(). In wide boxes that are
     // unsure only samples show a change.
-    std::vector<double> changes()
+    const std::vector<double>& changes() const { return changes_; }
+
+    // Where a formula may have a value of its own, unlike those on both sides, as sign(x) has at 0.
+    const std::vector<double>& singlePlaces() const { return single_; }
+
+private:
+    void findChanges()
     {
-        x_ = {range_.from, range_.to};
+        changes_ = {range_.from, range_.to};
         std::vector<Range> unsure;
         for (const double limit : {low_, high_}) {
             if (!std::isfinite(limit))
                 continue;
+            for (const Part& part : parts_)
+                part.piece->renewBudget();
             const Places places = placesIn(curve_, parts_, order_, limit, range_);
             for (const Place& place : places.places)
-                x_.push_back(place.x);
+                changes_.push_back(place.x);
             unsure.insert(unsure.end(), places.unsure.begin(), places.unsure.end());
         }
         for (const Range& box : joined(std::move(unsure)))
             sample(box, range_.to - range_.from);
         addPieces();
-        std::sort(x_.begin(), x_.end());
-        std::erase_if(x_, [&](double x) { return x < range_.from || x > range_.to; });
-        x_.erase(std::unique(x_.begin(), x_.end()), x_.end());
-        return std::move(x_);
+        std::sort(changes_.begin(), changes_.end());
+        std::erase_if(changes_, [&](double x) { return x < range_.from || x > range_.to; });
+        changes_.erase(std::unique(changes_.begin(), changes_.end()), changes_.end());
     }
 
-    // Where a formula may have a value of its own, unlike those on both sides, as sign(x) has at 0. Known
-    // after changes().
-    const std::vector<double>& singlePlaces() const { return single_; }
-
-private:
     void addPieces()
     {
         if (const host::SplinePieces* spline = curve_.frozen().spline()) {
             for (std::size_t i = 0; i < spline->count(); ++i)
-                x_.push_back(spline->knots()[i]);
+                changes_.push_back(spline->knots()[i]);
             return;
         }
         const FormulaPiece* piece = nullptr;
         for (const Part& part : parts_) {
-            (part.beginsAtKink ? single_ : x_).push_back(part.from);
+            (part.beginsAtKink ? single_ : changes_).push_back(part.from);
             if (part.piece.get() != piece) {
                 for (const Touch& touch : part.piece->touches())
                     single_.push_back(touch.x);
             }
             piece = part.piece.get();
         }
-        x_.insert(x_.end(), single_.begin(), single_.end());
+        changes_.insert(changes_.end(), single_.begin(), single_.end());
     }
 
     // Most boxes are a few ulps around a pole. Wide boxes are sampled.
@@ -212,8 +215,8 @@ private:
     {
         constexpr int kFewest = 16;
         constexpr double kSamplesOfRange = 2000.0;
-        x_.push_back(box.from);
-        x_.push_back(box.to);
+        changes_.push_back(box.from);
+        changes_.push_back(box.to);
         if (isNarrow(box.from, box.to, rangeLength))
             return;
         const double length = box.to - box.from;
@@ -222,7 +225,7 @@ private:
         for (int i = 1; i <= count; ++i) {
             const double next = i == count ? box.to : box.from + length * i / count;
             if (at(last) != at(next))
-                x_.push_back(changeBetween(last, next));
+                changes_.push_back(changeBetween(last, next));
             last = next;
         }
     }
@@ -245,7 +248,7 @@ private:
     double low_;
     double high_;
     Range range_;
-    std::vector<double> x_;
+    std::vector<double> changes_;
     std::vector<double> single_;
 };
 
@@ -283,15 +286,30 @@ std::vector<double> crossings(const Curve& curve, int order, double value, Range
     return found;
 }
 
+bool areAllCrossingsFound(const Curve& curve, int order, double value, Range range)
+{
+    return areAllBreaksFound(curve, order, range) && isEachBoxDecided(curve, order, value, range);
+}
+
+bool isEachBoxDecided(const Curve& curve, int order, double value, Range range)
+{
+    const Range inside = cutToCurve(curve, range);
+    if (!isOrder(order) || !std::isfinite(value) || inside.from > inside.to)
+        return true;
+    const Places places = placesIn(curve, partsOf(curve, inside), order, value, inside);
+    return std::ranges::all_of(
+        places.unsure, [&](const Range& box) { return isNarrow(box.from, box.to, inside.to - inside.from); });
+}
+
 std::vector<Range> beyond(const Curve& curve, int order, double low, double high, Range range)
 {
     std::vector<Range> found;
     const Range inside = cutToCurve(curve, range);
     if (!isOrder(order) || inside.from > inside.to)
         return found;
-    StateSearch search(curve, order, low, high, inside);
+    const StateSearch search(curve, order, low, high, inside);
     const auto isBeyond = [&](double at) { return search.at(at) == State::Beyond; };
-    const std::vector<double> x = search.changes();
+    const std::vector<double>& x = search.changes();
     if (x.size() == 1 && isBeyond(x[0]))
         found.push_back({x[0], x[0]});
     for (std::size_t i = 0; i + 1 < x.size(); ++i) {
@@ -305,10 +323,14 @@ std::vector<Range> beyond(const Curve& curve, int order, double low, double high
             found.push_back({at, at});
     }
     if (order > 0 && (std::isfinite(low) || std::isfinite(high))) {
-        const bool isWhole = inside.from == curve.firstX() && inside.to == curve.lastX();
-        for (const double impulse :
-             impulsesOf(curve, isWhole ? search.parts() : partsOf(curve, all), order, inside))
-            found.push_back({impulse, impulse});
+        const auto append = [&](const std::vector<Part>& parts) {
+            for (const double impulse : impulsesOf(curve, parts, order, inside))
+                found.push_back({impulse, impulse});
+        };
+        if (inside.from == curve.firstX() && inside.to == curve.lastX())
+            append(search.parts());
+        else
+            append(partsOf(curve, all));
     }
     return joined(std::move(found));
 }

@@ -62,8 +62,12 @@ bool jumps(const EndValues& left, const EndValues& right, int order);
 /// The lowest order up to `upTo` that jumps; upTo + 1 if no order jumps.
 int lowestJump(const EndValues& left, const EndValues& right, int upTo);
 
+/// Whether the search for the places where an order has a value leaves no box undecided that is wider than
+/// rounding. True for a value that is not finite.
+bool isEachBoxDecided(const Curve& curve, int order, double value, Range range);
+
 /// Where an order (1 to 3) has an impulse in a range: where the order below it jumps. `parts` are those
-/// of the whole curve.
+/// of the whole curve; they are not used for a curve through points.
 std::vector<double> impulsesOf(const Curve& curve, const std::vector<Part>& parts, int order, Range range);
 
 }  // namespace mf::analysis

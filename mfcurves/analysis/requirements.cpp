@@ -8,6 +8,7 @@
 #include <set>
 #include <utility>
 
+#include "mfcurves/analysis/parts.h"
 #include "mfcurves/curve/laws.h"
 
 namespace mf::analysis {
@@ -46,18 +47,6 @@ std::vector<LimitedOrder> limitedOrders(const Curve& curve, const Limits& limits
     }
     return orders;
 }
-
-}  // namespace
-
-std::optional<int> motionOrder(Quantity quantity, int derivative)
-{
-    const int order = derivative - derivedOrders(quantity);
-    if (quantity == Quantity::Force || quantity == Quantity::Torque || order < 0)
-        return {};
-    return order;
-}
-
-namespace {
 
 class Checking {
 public:
@@ -104,6 +93,15 @@ private:
 
 }  // namespace
 
+std::optional<int> motionOrder(Quantity quantity, int derivative)
+{
+    const int order = derivative - derivedOrders(quantity);
+    const bool isMotion = quantity != Quantity::Force && quantity != Quantity::Torque;
+    if (!isMotion || derivative < 1 || derivative > 3 || order < 0)
+        return {};
+    return order;
+}
+
 std::vector<Violation> violations(const Curve& curve, const Requirements& required)
 {
     const Curve asked = required.isCyclic ? curve.with(Outside::Repeat) : curve;
@@ -123,13 +121,19 @@ std::vector<Violation> violations(const Curve& curve, const Requirements& requir
 
 namespace {
 
-// Whether an order may be beyond a limit by the error of a peak that is not. A difference below that of a
-// jump does not count.
+// Whether the peaks prove that an order keeps its limits. A difference below that of a jump does not count.
+bool staysWithin(const Summary& order, double low, double high)
+{
+    const double jump = kJump * std::max(std::fabs(order.least.y), std::fabs(order.greatest.y));
+    return order.greatest.y + order.greatest.error <= high + jump &&
+           order.least.y - order.least.error >= low - jump;
+}
+
+// Whether an order may be beyond a limit by the error of a peak that is not.
 bool mayHide(const Summary& order, double low, double high)
 {
-    const double jump = 1e-9 * std::max(std::fabs(order.least.y), std::fabs(order.greatest.y));
-    return (order.greatest.y <= high && order.greatest.y + order.greatest.error > high + jump) ||
-           (order.least.y >= low && order.least.y - order.least.error < low - jump);
+    return (order.greatest.y <= high && !staysWithin(order, -kInfinity, high)) ||
+           (order.least.y >= low && !staysWithin(order, low, kInfinity));
 }
 
 }  // namespace
@@ -139,7 +143,10 @@ bool areAllViolationsFound(const Curve& curve, const Requirements& required)
     const std::array<Summary, 4> summaries = summarize(curve);
     const auto isFound = [&](int order, double low, double high) {
         const Summary& summary = summaries[static_cast<std::size_t>(order)];
-        return summary.guaranteed && !mayHide(summary, low, high);
+        if (!summary.guaranteed || mayHide(summary, low, high))
+            return false;
+        return staysWithin(summary, low, high) ||
+               (isEachBoxDecided(curve, order, low, all) && isEachBoxDecided(curve, order, high, all));
     };
     if (required.values && !isFound(0, required.values->from, required.values->to))
         return false;

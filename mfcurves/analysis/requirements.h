@@ -11,12 +11,13 @@
 
 namespace mf::analysis {
 
-/// The order of a curve that is its velocity (`derivative` 1), acceleration (2) or jerk (3); nothing if it
-/// does not have it, as a curve of accelerations has no velocity and a force has none of them.
+/// The order of a curve that is its velocity (`derivative` 1), acceleration (2) or jerk (3). Nothing for a
+/// quantity without it: accelerations have no velocity, forces have none of the three.
 MFCURVES_API std::optional<int> motionOrder(Quantity quantity, int derivative);
 
 /// What a curve has to satisfy. Velocity, acceleration and jerk are those of the moving part: if
-/// the values of the curve are velocities, they are its orders 0, 1 and 2.
+/// the values of the curve are velocities, they are its orders 0, 1 and 2. Those of a force or torque
+/// count as its derivatives.
 struct Requirements {
     Limits limits;                  ///< of magnitudes
     std::optional<Range> values;    ///< lowest and highest value
@@ -37,8 +38,9 @@ struct Violation {
 MFCURVES_API std::vector<Violation> violations(const Curve& curve, const Requirements& required);
 
 /// Whether it is proved that violations() finds all: every order that has a limit, or that must not jump, is
-/// guaranteed (see Summary). An order with a pole is not guaranteed, nor one without a value somewhere, nor
-/// one for which a proof takes too much work. Order 4 has no Summary and is not examined.
+/// guaranteed (see Summary), and no range between two places where it is at its limit is left undecided. An
+/// order with a pole is not guaranteed, nor one without a value somewhere, nor one for which a proof takes
+/// too much work. Order 4 has no Summary and is not examined.
 MFCURVES_API bool areAllViolationsFound(const Curve& curve, const Requirements& required);
 
 /// A move from rest to rest by a motion law.

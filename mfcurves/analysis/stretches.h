@@ -53,6 +53,8 @@ public:
     BoxEvaluator wholeEvaluator() { return {formula_->graph(), formula_->orders(), budget_}; }
     FormulaGraph& formula() { return *formula_; }
     Budget& budget() { return budget_; }
+    /// For another search of its own.
+    void renewBudget() { budget_ = Budget(kOperationsPerPiece); }
 
 private:
     void iCut(double from, double to, double kinkError, Decisions decisions);

@@ -327,7 +327,7 @@ Summary summaryOf(const Extremes& found, const Integrals& integrals, double scal
     return summary;
 }
 
-bool areAllPlacesFound(const Curve& curve, int upToOrder, Range range)
+bool areAllBreaksFound(const Curve& curve, int upToOrder, Range range)
 {
     const std::array<Summary, 4> summaries = summarize(curve, range);
     return std::all_of(summaries.begin(), summaries.begin() + std::clamp(upToOrder, 0, kOrders - 1) + 1,

@@ -187,7 +187,7 @@ class Curve(_mfcurves.CurveCore):
         [(1.0, 1, 'seam')]
         """
         places = self.find_breaks(as_order(order, "order", (0, 1, 2, 3, 4)))
-        if not self.found_all_places(order):
+        if not self.found_all_breaks(order):
             warn([("warning", "", "there may be further breaks: not all of the curve is proved to be smooth")])
         return breaks_from(places)
 
@@ -229,8 +229,9 @@ class Curve(_mfcurves.CurveCore):
         >>> mf.segments([(2, 10, "3-4-5-Polynomial")]).crossings(5.0)
         [1.0]
         """
-        places = self.find_crossings(as_order(nu), as_finite(value, "value"))
-        if not self.found_all_places(nu):
+        wanted = as_finite(value, "value")
+        places = self.find_crossings(as_order(nu), wanted)
+        if not self.found_all_crossings(nu, wanted):
             warn([("warning", "", "the order may have this value elsewhere, too: it is not proved everywhere")])
         return places
 

@@ -150,8 +150,10 @@ void addAnalysis(py::module_& module, py::class_<mf::Curve>& curve)
              [](const mf::Curve& self, int derivative) {
                  return motionOrder(self.definition().quantity, derivative).has_value();
              })
-        .def("found_all_places",
-             [](const mf::Curve& self, int order) { return areAllPlacesFound(self, order); })
+        .def("found_all_breaks",
+             [](const mf::Curve& self, int order) { return areAllBreaksFound(self, order); })
+        .def("found_all_crossings", [](const mf::Curve& self, int order,
+                                       double value) { return areAllCrossingsFound(self, order, value); })
         .def("find_crossings",
              [](const mf::Curve& self, int order, double value) { return crossings(self, order, value); })
         .def("find_violations", &findViolations)

@@ -185,6 +185,25 @@ TEST(Beyond, AreTheRangesWhereALimitIsBroken)
 }
 
 // A pole in the middle of the range that it breaks has no value there.
+// The sine is above 0.99999 for an angle of 2 acos(0.99999) in each half turn.
+TEST(Beyond, HasABudgetForEachLimit)
+{
+    const Curve curve = expression("sin(1000*x)", 0.0, 4.0);
+    double total = 0.0;
+    for (const Range& range : beyond(curve, 0, -0.99999, 0.99999))
+        total += range.to - range.from;
+    EXPECT_NEAR(total, 4.0 * 2.0 * std::acos(0.99999) / std::numbers::pi, 1e-4);
+}
+
+TEST(Crossings, SayWhetherTheyAreAll)
+{
+    using mf::analysis::areAllCrossingsFound;
+    EXPECT_TRUE(areAllCrossingsFound(expression("sin(20*x)", 0.0, 4.0), 0, 0.5));
+    EXPECT_FALSE(areAllCrossingsFound(expression("sin(2000*x)", 0.0, 4.0), 0, 0.99999)) << "too many";
+    EXPECT_FALSE(areAllCrossingsFound(expression("1/x", -1.0, 1.0), 0, 0.5)) << "a pole";
+    EXPECT_TRUE(areAllCrossingsFound(expression("sin(2000*x)", 0.0, 4.0), 0, 1.5)) << "never there";
+}
+
 TEST(Beyond, FindsBothSidesOfAPole)
 {
     expectRanges(beyond(expression("1/x", -1.0, 1.0), 0, -5.0, 5.0), {{-0.2, 0.2}});

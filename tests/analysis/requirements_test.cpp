@@ -294,6 +294,17 @@ TEST(Violations, OfACycleNeedAValueAtItsEnds)
     EXPECT_TRUE(areAllViolationsFound(move(), required));
 }
 
+// The peaks of both are proved, but the search for the limits finds only some of the 2,500 ranges of one.
+TEST(Violations, AreNotAllFoundWhereTheSearchGivesUp)
+{
+    Requirements required;
+    required.values = Range{-0.99999, 0.99999};
+    EXPECT_TRUE(areAllViolationsFound(expression("sin(20*x)", 0.0, 4.0), required));
+    EXPECT_FALSE(areAllViolationsFound(expression("sin(2000*x)", 0.0, 4.0), required));
+    required.values = Range{-1.5, 1.5};
+    EXPECT_TRUE(areAllViolationsFound(expression("sin(2000*x)", 0.0, 4.0), required));
+}
+
 TEST(MotionOrder, FollowsFromWhatTheValuesAre)
 {
     using mf::Quantity;
@@ -305,6 +316,8 @@ TEST(MotionOrder, FollowsFromWhatTheValuesAre)
     EXPECT_EQ(motionOrder(Quantity::Acceleration, 2), 0);
     EXPECT_EQ(motionOrder(Quantity::Force, 1), std::nullopt);
     EXPECT_EQ(motionOrder(Quantity::Torque, 3), std::nullopt);
+    EXPECT_EQ(motionOrder(Quantity::Displacement, 0), std::nullopt);
+    EXPECT_EQ(motionOrder(Quantity::Displacement, 4), std::nullopt);
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ int runBreaks(const BreaksOptions& options)
                 print(textLine(found, rate));
             list.push_back(jsonBreak(found, rate));
         }
-        if (!mf::analysis::areAllPlacesFound(input.curve, options.order))
+        if (!mf::analysis::areAllBreaksFound(input.curve, options.order))
             warn(input.place, "there may be further breaks: not all of the curve is proved to be smooth");
         objects.push_back(jsonObject({{"file", jsonFile(input)}, {"breaks", jsonArray(list)}}));
     }

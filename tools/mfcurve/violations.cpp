@@ -14,19 +14,19 @@ namespace {
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
-int orderOf(const mf::CurveDefinition& definition, int motionOrder, const std::string& place)
+int orderOf(const mf::CurveDefinition& definition, int derivative, const std::string& place)
 {
     constexpr const char* kNames[] = {"", "velocity", "acceleration", "jerk"};
-    const std::optional<int> order = mf::analysis::motionOrder(definition.quantity, motionOrder);
+    const std::optional<int> order = mf::analysis::motionOrder(definition.quantity, derivative);
     if (!order)
-        throwWrong(place, std::string("the curve has no ") + kNames[motionOrder]);
+        throwWrong(place, std::string("the curve has no ") + kNames[derivative]);
     return *order;
 }
 
-mf::analysis::Limits limitOf(int motionOrder, double magnitude)
+mf::analysis::Limits limitOf(int derivative, double magnitude)
 {
     mf::analysis::Limits limits;
-    (motionOrder == 1 ? limits.velocity : motionOrder == 2 ? limits.acceleration : limits.jerk) = magnitude;
+    (derivative == 1 ? limits.velocity : derivative == 2 ? limits.acceleration : limits.jerk) = magnitude;
     return limits;
 }
 
@@ -45,12 +45,12 @@ std::vector<Demand> listOf(const mf::Curve& curve, const Demands& demands, doubl
     if (demands.values)
         list.push_back({{{}, demands.values, {}, false}, 1.0, {}});
     const std::optional<double> limits[] = {demands.velocity, demands.acceleration, demands.jerk};
-    for (int motionOrder = 1; motionOrder <= 3; ++motionOrder) {
-        const std::optional<double> limit = limits[motionOrder - 1];
+    for (int derivative = 1; derivative <= 3; ++derivative) {
+        const std::optional<double> limit = limits[derivative - 1];
         if (!limit)
             continue;
-        const double factor = std::pow(rate, orderOf(curve.definition(), motionOrder, place));
-        list.push_back({{limitOf(motionOrder, *limit / factor), {}, {}, false}, factor, limit});
+        const double factor = std::pow(rate, orderOf(curve.definition(), derivative, place));
+        list.push_back({{limitOf(derivative, *limit / factor), {}, {}, false}, factor, limit});
     }
     if (demands.continuity)
         list.push_back({{{}, {}, demands.continuity, false}, 1.0, {}});
