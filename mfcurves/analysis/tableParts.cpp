@@ -64,7 +64,7 @@ PartOrders::PartOrders(const Part& part, std::size_t lowest, std::size_t count) 
 PartOrders::InBox PartOrders::in(double from, double to)
 {
     InBox box;
-    if (areSpent()) {
+    if (knowsNoMore()) {
         for (Enclosures* orders : {&box.from, &box.middle, &box.to, &box.over})
             orders->fill(Interval::everything());
         return box;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -9,6 +10,22 @@
 #include "mfcurves/analysis/parts.h"
 
 namespace mf::analysis {
+
+/// The share of the tolerance of a table for the error of exact rows. The rest is for the rounding of their
+/// values, which is added to the bounds.
+constexpr double kShareForRounding = 0.999;
+
+/// The largest magnitude in an interval; infinite if it is not known to be finite.
+inline double largestOf(const engine::Interval& y)
+{
+    return y.isFinite() ? y.largest() : engine::kUnbounded;
+}
+
+/// The larger one of two bounds; infinite if the second is NaN.
+inline double larger(double bound, double other)
+{
+    return other <= bound ? bound : std::isnan(other) ? engine::kUnbounded : other;
+}
 
 /// The smooth parts of any curve; of a curve through points, each polynomial between two points.
 std::vector<Part> smoothParts(const Curve& curve);
@@ -25,8 +42,8 @@ public:
     /// All orders in the box [from, to]; unbounded where they are not known.
     InBox in(double from, double to);
 
-    /// Whether all operations for this part are spent, so that nothing more becomes known.
-    bool areSpent() const { return !evaluator_ || budget_.isSpent(); }
+    /// Whether every further box is unbounded: no order is known, or the operations of this part are spent.
+    bool knowsNoMore() const { return !evaluator_ || budget_.isSpent(); }
 
 private:
     static constexpr std::size_t kOperations = 20'000'000;  // for all rows of a part

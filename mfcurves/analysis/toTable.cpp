@@ -4,24 +4,18 @@
 #include <cmath>
 
 #include "mfcurves/analysis/analysis.h"
+#include "mfcurves/analysis/cubicFit.h"
 #include "mfcurves/analysis/parts.h"
 #include "mfcurves/analysis/tableParts.h"
-#include "mfcurves/host/SplinePieces.h"
 #include "mfcurves/platform/numbers.h"
 
 namespace mf::analysis {
 
-using engine::Interval;
 using engine::kUnbounded;
 
 namespace {
 
 constexpr std::size_t kMostRows = 1'000'000;
-
-double largestOf(const Interval& y)
-{
-    return y.isFinite() ? y.largest() : kUnbounded;
-}
 
 // --- Rows ------------------------------------------------------------------------------
 
@@ -30,9 +24,9 @@ struct Bounds {
 
     void include(const Bounds& other)
     {
-        value = std::max(value, other.value);
-        d1 = std::max(d1, other.d1);
-        d2 = std::max(d2, other.d2);
+        value = larger(value, other.value);
+        d1 = larger(d1, other.d1);
+        d2 = larger(d2, other.d2);
     }
     Bounds& operator+=(const Bounds& other)
     {
@@ -47,19 +41,18 @@ struct Bounds {
 };
 
 // The error of a chord over a length h is at most h^2/8 times the second derivative, that of its
-// slope h/2 times it.
+// slope h/2 times it. Here and below, the derivative comes before the powers of h, which may underflow.
 Bounds chordError(double h, double second)
 {
-    return {h * h / 8.0 * second, h / 2.0 * second, second};
+    return {h * second * h / 8.0, h * second / 2.0, second};
 }
 
 // The error of a quintic with the value, velocity and acceleration of the curve at both ends;
 // Birkhoff and Priver, J. Math. and Phys. 46 (1967).
 Bounds quinticError(double h, double sixth)
 {
-    const double h2 = h * h;
-    return {h2 * h2 * h2 / 46080.0 * sixth, h2 * h2 * h * (std::sqrt(5.0) / 30000.0) * sixth,
-            h2 * h2 / 1920.0 * sixth};
+    const double h4 = sixth * h * h * h * h;
+    return {h4 * h * h / 46080.0, h4 * h * (std::sqrt(5.0) / 30000.0), h4 / 1920.0};
 }
 
 // How far a quintic over a length h moves if the values at one end move by a gap, given as magnitudes: sums
@@ -67,12 +60,8 @@ Bounds quinticError(double h, double sixth)
 Bounds quinticShift(const CurveValues& gap, double h)
 {
     return {gap.y + h * (gap.d1 + h * gap.d2), 2.0 * gap.y / h + gap.d1 + h * gap.d2,
-            6.0 * gap.y / (h * h) + 4.0 * gap.d1 / h + gap.d2};
+            6.0 * gap.y / h / h + 4.0 * gap.d1 / h + gap.d2};
 }
-
-// The share of the tolerance for the proved error. The rest is for the rounding of the rows, which
-// is added to the bound.
-constexpr double kShareForRounding = 0.999;
 
 class TableMaker {
 public:
@@ -88,47 +77,72 @@ public:
         if (parts_.empty()) {
             append(curve_.firstX(), curve_.at(curve_.firstX(), Side::Right));
         } else if (table_.form == Form::Points) {
-            fitCubic();
+            CubicFit fit = fitCubic(curve_, parts_, tolerance_.value);
+            table_.x = std::move(fit.x);
+            table_.y = std::move(fit.y);
+            total_.value = fit.bound;
         } else {
             for (std::size_t i = 0; i < parts_.size(); ++i)
                 walk(i);
         }
         total_ += ownValues();
-        table_.bound = total_.value + rounding_;
+        table_.bound = total_.value;
         const bool quintic = table_.form == Form::Xyva;
         table_.boundD1 = quintic ? total_.d1 : kUnbounded;
         table_.boundD2 = quintic ? total_.d2 : kUnbounded;
-        table_.guaranteed &= table_.bound <= tolerance_.value && (!quintic || total_.isWithin(tolerance_));
+        table_.guaranteed &= table_.bound < kUnbounded && table_.bound <= tolerance_.value &&
+                             (!quintic || total_.isWithin(tolerance_));
         // The bounds are of derivatives, which may be 0 also where the curve has no value.
         table_.guaranteed = table_.guaranteed && summarize(curve_)[0].guaranteed;
         return std::move(table_);
     }
 
 private:
+    // One-sided values at an x, and how far they may be from the exact ones.
+    struct Ends {
+        CurveValues values;
+        CurveValues errors;
+    };
+
     // Appends the rows of a part, each as far from the previous one as the tolerance allows.
     void walk(std::size_t index)
     {
         const Part& part = parts_[index];
         const bool quintic = table_.form == Form::Xyva;
         PartOrders orders = quintic ? PartOrders(part, 4, 4) : PartOrders(part, 0, 4);
-        BoxEvaluator values = part.evaluator();
-        const CurveValues start = limits(part, values, part.from, Side::Right);
-        if (index == 0 || isDoubled(start))
-            append(part.from, start);
-        const CurveValues gap = gapTo(start);
+        BoxEvaluator evaluator = part.evaluator();
+        Ends start = limits(evaluator, part.from, Side::Right);
+        if (index == 0 || isDoubled(start.values))
+            append(part.from, start.values);
+        else
+            start.errors = sum(start.errors, gapTo(start.values));
         double x = part.from;
         double step = part.to - part.from;
-        while (x < part.to && table_.x.size() < kMostRows) {
+        bool isProved = true;
+        while (x < part.to) {
             Bounds bounds;
-            const double next = nextRow(orders, part, x, step, bounds);
-            if (x == part.from)
-                bounds += quintic ? quinticShift(gap, next - x) : Bounds{gap.y, 0.0, 0.0};
+            const double next = nextRow(orders, part, x, step, isProved, bounds);
+            const Ends end = limits(evaluator, next, next == part.to ? Side::Left : Side::Plain);
+            bounds += shift(start.errors, next - x);
+            bounds += shift(end.errors, next - x);
             total_.include(bounds);
-            append(next, limits(part, values, next, next == part.to ? Side::Left : Side::Plain));
+            append(next, end.values);
             step = 1.5 * (next - x);
             x = next;
+            start = end;
         }
-        table_.guaranteed &= x == part.to;
+        table_.guaranteed &= isProved;
+    }
+
+    static CurveValues sum(const CurveValues& a, const CurveValues& b)
+    {
+        return {a.y + b.y, a.d1 + b.d1, a.d2 + b.d2, 0.0};
+    }
+
+    // How far the rows' course over a length h moves with the values at one end.
+    Bounds shift(const CurveValues& errors, double h) const
+    {
+        return table_.form == Form::Xyva ? quinticShift(errors, h) : Bounds{errors.y, 0.0, 0.0};
     }
 
     // How far values that the formula has of its own inside a part, as if(x^2: 0, 1, 0) has at 0, are from
@@ -176,20 +190,25 @@ private:
         return table_.form == Form::Xyva ? quinticError(to - from, size) : chordError(to - from, size);
     }
 
-    double nextRow(PartOrders& orders, const Part& part, double x, double step, Bounds& bounds)
+    // The end of the next row; unproved if none is within the tolerance. Once the proof of a part has failed,
+    // narrow rows are of no use: a thousand follow, or ten thousand in the whole table.
+    double nextRow(PartOrders& orders, const Part& part, double x, double step, bool& isProved,
+                   Bounds& bounds) const
     {
         constexpr int kMostTries = 30;
         const bool quintic = table_.form == Form::Xyva;
         const double power = quintic ? 1.0 / 6.0 : 1.0 / 2.0;
         const double end = part.to;
-        // Once the proof has failed, narrow rows are of no use.
         const double least =
-            table_.guaranteed ? 1e-7 * (end - x)
-                              : std::max(1e-3 * (end - part.from), 1e-4 * (curve_.lastX() - curve_.firstX()));
+            isProved ? 1e-7 * (end - x)
+                     : std::max(1e-3 * (end - part.from), 1e-4 * (curve_.lastX() - curve_.firstX()));
         double best = x;
         double h = std::min(step, end - x);
-        for (int i = 0; i < kMostTries; ++i) {
+        const bool isFull = table_.x.size() >= kMostRows;
+        for (int i = 0; i < kMostTries && !isFull; ++i) {
             const double to = h >= end - x ? end : x + h;
+            if (to <= x)
+                break;
             const Bounds found = errorOver(orders, x, to);
             const double excess =
                 (quintic ? found.excess(tolerance_) : found.value / tolerance_.value) / kShareForRounding;
@@ -207,35 +226,28 @@ private:
             h *= std::isfinite(excess) ? std::clamp(factor, 0.1, 4.0) : 0.25;
         }
         if (best == x) {
-            table_.guaranteed = false;
-            best = std::min(end, x + std::max(h, least));
+            isProved = false;
+            best = isFull ? end : std::min(end, std::max(x + std::max(h, least), std::nextafter(x, end)));
             bounds = errorOver(orders, x, best);
         }
         return best;
     }
 
-    // One-sided values: as computed if the enclosures contain them, else as enclosed.
-    CurveValues limits(const Part& part, BoxEvaluator& evaluator, double x, Side side)
+    // The values are as computed if the enclosures contain them, else as enclosed.
+    Ends limits(BoxEvaluator& evaluator, double x, Side side) const
     {
         const CurveValues computed = curve_.at(x, side);
         const Enclosures at = evaluator.at(x);
-        // A wrong velocity moves the quintic by less than its size times the length of the row, a wrong
-        // acceleration by less than its size times the square of that.
-        const std::size_t used = table_.form == Form::Xyva ? 3 : 1;
-        double rounding = 0.0;
-        double reach = 1.0;
-        const auto one = [&](std::size_t k) {
+        const auto value = [&](std::size_t k) {
             const double y = computed[static_cast<int>(k)];
-            if (static_cast<int>(k) > evaluator.highest())
-                return y;
-            if (k < used && at[k].isFinite())
-                rounding += at[k].width() * reach;
-            reach *= part.to - part.from;
-            return at[k].contains(y) ? y : at[k].middle();
+            const bool isKnown = static_cast<int>(k) <= evaluator.highest() && !at[k].contains(y);
+            return isKnown ? at[k].middle() : y;
         };
-        const CurveValues values{one(0), one(1), one(2), one(3)};
-        rounding_ = std::max(rounding_, rounding);
-        return values;
+        const auto error = [&](std::size_t k) {
+            const bool isKnown = static_cast<int>(k) <= evaluator.highest() && at[k].isFinite();
+            return isKnown ? at[k].width() : kUnbounded;
+        };
+        return {{value(0), value(1), value(2), value(3)}, {error(0), error(1), error(2), 0.0}};
     }
 
     // From the last row to the start of a part, in whose place the row is unless it is doubled.
@@ -278,107 +290,6 @@ private:
         table_.d2.push_back(values.d2);
     }
 
-    // --- Points of the natural cubic spline -------------------------------------------
-
-    // A row and the next one, with what is known of the curve between them.
-    struct Cell {
-        double from, to;
-        std::size_t part;
-        Interval start, end;  // values of the curve
-        Interval second;      // derivative in the middle
-        Interval third;       // derivative over the cell
-    };
-
-    static Cell cellOf(double from, double to, std::size_t part, PartOrders& orders)
-    {
-        const PartOrders::InBox box = orders.in(from, to);
-        return {from, to, part, box.from[0], box.to[0], box.middle[2], box.over[3]};
-    }
-
-    // Halves cells with too large an error until all are within the tolerance.
-    void fitCubic()
-    {
-        constexpr int kMostRounds = 40;
-        std::vector<PartOrders> orders;
-        orders.reserve(parts_.size());
-        std::vector<Cell> cells;
-        for (std::size_t i = 0; i < parts_.size(); ++i) {
-            orders.emplace_back(parts_[i], 0, 5);
-            if (!appendHalves(parts_[i].from, parts_[i].to, i, orders[i], cells))
-                cells.push_back(cellOf(parts_[i].from, parts_[i].to, i, orders[i]));
-        }
-        for (int round = 0; round < kMostRounds; ++round) {
-            std::vector<double> x{cells.front().from};
-            for (const Cell& cell : cells)
-                x.push_back(cell.to);
-            std::vector<double> y(x.size());
-            for (std::size_t i = 0; i < x.size(); ++i)
-                y[i] = curve_.at(x[i], i + 1 == x.size() ? Side::Left : Side::Right).y;
-            const host::SplinePieces spline(x, y, 1);
-            std::vector<double> bounds;
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                bounds.push_back(cubicError(spline.pieces()[i], cells[i]));
-            total_ = {*std::ranges::max_element(bounds), 0.0, 0.0};
-            std::vector<Cell> finer = halved(cells, bounds, orders);
-            table_.x = std::move(x);
-            table_.y = std::move(y);
-            if (finer.size() == cells.size() || finer.size() > kMostPoints)
-                break;
-            cells = std::move(finer);
-        }
-        for (std::size_t i = 0; i < table_.y.size(); ++i)
-            rounding_ = std::max(rounding_, 64.0 * 0x1p-53 * std::fabs(table_.y[i]));
-    }
-
-    // The cells with those whose bound is too large in halves, as far as that may help. Of cells without a
-    // bound some are halved all the same, because the curve may be smooth there.
-    std::vector<Cell> halved(const std::vector<Cell>& cells, const std::vector<double>& bounds,
-                             std::vector<PartOrders>& orders) const
-    {
-        constexpr std::ptrdiff_t kMostUnbounded = 1000;
-        const bool areUnboundedFew = std::ranges::count(bounds, kUnbounded) <= kMostUnbounded;
-        std::vector<Cell> finer;
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const Cell& cell = cells[i];
-            PartOrders& known = orders[cell.part];
-            const bool isOff = bounds[i] > kShareForRounding * tolerance_.value;
-            const bool mayHelp = bounds[i] < kUnbounded ? !known.areSpent() : areUnboundedFew;
-            if (!(isOff && mayHelp && appendHalves(cell.from, cell.to, cell.part, known, finer)))
-                finer.push_back(cell);
-        }
-        return finer;
-    }
-
-    // False, without effect, if there is no x between the two.
-    static bool appendHalves(double from, double to, std::size_t part, PartOrders& orders,
-                             std::vector<Cell>& cells)
-    {
-        const double middle = 0.5 * from + 0.5 * to;
-        if (middle <= from || middle >= to)
-            return false;
-        cells.push_back(cellOf(from, middle, part, orders));
-        cells.push_back(cellOf(middle, to, part, orders));
-        return true;
-    }
-
-    // The difference is 0 at both ends, so it is at most h^2/8 times its second derivative. This is
-    // at most its value in the middle plus half the length times the third derivative.
-    static double cubicError(const host::SplinePiece& piece, const Cell& cell)
-    {
-        const double h = cell.to - cell.from;
-        const double middle = 0.5 * cell.from + 0.5 * cell.to;
-        const double t = middle - cell.from;
-        const Interval second = cell.second - Interval(2.0 * piece.c + 6.0 * piece.d * t);
-        const Interval third = cell.third - Interval(6.0 * piece.d);
-        // The cubic meets the curve at both ends except for rounding, unless the value jumps.
-        const Interval endError = cell.end - Interval(piece.a + h * (piece.b + h * (piece.c + h * piece.d)));
-        const Interval startError = cell.start - Interval(piece.a);
-        const double bound = h * h / 8.0 * (largestOf(second) + 0.5 * h * largestOf(third)) +
-                             std::max(largestOf(endError), largestOf(startError));
-        return std::isnan(bound) ? kUnbounded : bound;
-    }
-
-    static constexpr std::size_t kMostPoints = 200'000;
     static constexpr double kFewUlps = 64.0 * 0x1p-52;
 
     const Curve& curve_;
@@ -386,7 +297,6 @@ private:
     std::vector<Part> parts_;
     CamTable table_;
     Bounds total_;
-    double rounding_ = 0.0;  // of the values in the rows
 };
 
 void refuse(const std::string& message)

@@ -198,8 +198,8 @@ TEST(ToTable, DoesNotPromiseAnAngleAtTheOrigin)
     EXPECT_TRUE(toTable(expression("atan2(x,1)", -1.0, 2.0), Form::Linear, {1e-3}).guaranteed);
 }
 
-// A natural spline needs a distance h with h^4/384 times the fourth derivative below the tolerance, which
-// is 0.0079; halving reaches it with at most twice as many rows, and next to the ends with some more.
+// A natural spline needs a distance h with h^4/384 times the fourth derivative below the tolerance: here
+// 0.0028. Halving stops at most a factor of two below it, and next to the ends a little further.
 TEST(ToTable, ProvesPointsOfManyTurns)
 {
     const CamTable table = toTable(expression("1e6*sin(50*x)", 0.0, 4.0), Form::Points, {1.0});
@@ -219,13 +219,63 @@ TEST(ToTable, ProvesStraightLinesOfManyTurns)
 
 TEST(ToTable, OfPointsWithoutAProofHasFewRows)
 {
-    for (const char* text : {"sin(1/x)", "1/x", "atan2(x,x^3)+tan(x)"}) {
-        const CamTable table = toTable(expression(text, -1.0, 1.0), Form::Points, {1e-3});
+    for (const char* text : {"sin(1/x)", "1/x", "atan2(x,x^3)+tan(x)", "mod(x,0.001)"}) {
+        const CamTable table = toTable(expression(text, -1.0, 1.0), Form::Points, {1e-4});
         EXPECT_FALSE(table.guaranteed) << text;
         EXPECT_GT(table.x.size(), 500u) << text;
         EXPECT_LT(table.x.size(), 5000u) << text;
         EXPECT_EQ(table.x.back(), 1.0) << text;
     }
+}
+
+// Rounding moves a value of 1e6 by 1e-10, and that the second derivative of a row of length h by 6e-10/h^2.
+TEST(ToTable, CountsTheRoundingOfTheRowsInDerivatives)
+{
+    const auto isProved = [](const char* text, double d1, double d2) {
+        return toTable(expression(text, 0.0, 1.0), Form::Xyva, {1e-3, d1, d2}).guaranteed;
+    };
+    EXPECT_FALSE(isProved("1e6+sin(50*x)", kInfinity, 1e-6));
+    EXPECT_FALSE(isProved("1e6+sin(50*x)", 1e-9, kInfinity));
+    EXPECT_FALSE(isProved("sin(50*x)", kInfinity, 1e-9));
+    EXPECT_TRUE(isProved("sin(50*x)", 1e-6, 1e-3));
+}
+
+// The second derivative is 1e308, and the square of a row's length underflows.
+TEST(ToTable, OfVerySteepCurvesIsWithinItsBound)
+{
+    const CamTable table = toTable(expression("1e-22*sin(1e165*x)", 0.0, 3e-165), Form::Linear, {1e-25});
+    EXPECT_TRUE(table.guaranteed);
+    EXPECT_GT(table.x.size(), 25u);
+}
+
+TEST(ToTable, ReachesTheEndWhereRowsCannotBeShorter)
+{
+    for (const Form form : {Form::Linear, Form::Points, Form::Xyva}) {
+        const CamTable table = toTable(expression("1/(x-1e15-0.5)", 1e15, 1e15 + 1.0), form, {1e-3});
+        EXPECT_FALSE(table.guaranteed);
+        EXPECT_EQ(table.x.back(), 1e15 + 1.0);
+        EXPECT_LT(table.x.size(), 5000u);
+    }
+}
+
+// The slope of the root is infinite at 0, and nothing is proved there.
+TEST(ToTable, OfAPartWithoutAProofLeavesTheOthersAsTheyAre)
+{
+    const CamTable alone = toTable(expression("1/((x-0.5)^2+1e-6)", 0.1, 1.0), Form::Linear, {1.0});
+    const CamTable both =
+        toTable(expression("if(x-0.1: sqrt(x), 0.3, 1/((x-0.5)^2+1e-6))", 0.0, 1.0), Form::Linear, {1.0});
+    EXPECT_TRUE(alone.guaranteed);
+    EXPECT_FALSE(both.guaranteed);
+    EXPECT_GT(both.x.size(), alone.x.size());
+}
+
+// There are more kinks than the analysis can find, and hundreds of parts between those that it finds.
+TEST(ToTable, OfManyPartsWithoutAProofHasFewRows)
+{
+    const CamTable table = toTable(expression("mod(310,x)*3", 0.33, 310.0), Form::Xyva, {1e7});
+    EXPECT_FALSE(table.guaranteed);
+    EXPECT_LT(table.x.size(), 20'000u);
+    EXPECT_EQ(table.x.back(), 310.0);
 }
 
 // Rows must reach the end, also where nothing is known of the way there.
