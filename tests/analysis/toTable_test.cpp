@@ -22,6 +22,7 @@ using analysis_test::rows;
 using mf::Curve;
 using mf::analysis::CamTable;
 using mf::analysis::Form;
+using mf::analysis::Tolerance;
 using mf::analysis::toTable;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -238,6 +239,53 @@ TEST(ToTable, CountsTheRoundingOfTheRowsInDerivatives)
     EXPECT_FALSE(isProved("1e6+sin(50*x)", 1e-9, kInfinity));
     EXPECT_FALSE(isProved("sin(50*x)", kInfinity, 1e-9));
     EXPECT_TRUE(isProved("sin(50*x)", 1e-6, 1e-3));
+}
+
+// The quintic of a row in powers of u from 0 to 1, in more digits than the rows have.
+struct QuinticSlopes {
+    long double d1;
+    long double d2;
+};
+
+QuinticSlopes quinticSlopes(const CamTable& t, std::size_t i, long double u)
+{
+    const long double h = static_cast<long double>(t.x[i + 1]) - t.x[i];
+    const long double c1 = h * t.d1[i];
+    const long double c2 = h * h * t.d2[i] / 2;
+    const long double rise = static_cast<long double>(t.y[i + 1]) - t.y[i] - c1 - c2;
+    const long double slope = h * t.d1[i + 1] - c1 - 2 * c2;
+    const long double bend = h * h * t.d2[i + 1] - 2 * c2;
+    const long double c3 = 10 * rise - 4 * slope + bend / 2;
+    const long double c4 = -15 * rise + 7 * slope - bend;
+    const long double c5 = 6 * rise - 3 * slope + bend / 2;
+    return {(c1 + u * (2 * c2 + u * (3 * c3 + u * (4 * c4 + u * 5 * c5)))) / h,
+            (2 * c2 + u * (6 * c3 + u * (12 * c4 + u * 20 * c5))) / h / h};
+}
+
+void expectDerivativesWithin(const Curve& curve, const CamTable& table)
+{
+    for (std::size_t i = 0; i + 1 < table.x.size(); ++i) {
+        const double from = table.x[i];
+        const long double h = static_cast<long double>(table.x[i + 1]) - from;
+        for (int k = 1; k < 10; ++k) {
+            const double x = from + (table.x[i + 1] - from) * k / 10.0;
+            const QuinticSlopes slopes = quinticSlopes(table, i, (static_cast<long double>(x) - from) / h);
+            ASSERT_LE(std::fabs(slopes.d1 - curve(x, 1)), table.boundD1) << x;
+            ASSERT_LE(std::fabs(slopes.d2 - curve(x, 2)), table.boundD2) << x;
+        }
+    }
+}
+
+TEST(ToTable, BoundsTheDerivativesOfItsQuintics)
+{
+    const Tolerance tolerances[] = {
+        {1e-3, kInfinity, 1e-6}, {1e-3, 1e-9, kInfinity}, {1e-6, 1e-3, 1e-1}, {1e-13, kInfinity, kInfinity}};
+    for (const char* text : {"1e6+sin(50*x)", "sin(50*x)", "exp(x)*sin(x)", "cos(3*x)*1e4"}) {
+        SCOPED_TRACE(text);
+        const Curve curve = expression(text, 0.0, 1.0);
+        for (const Tolerance& tolerance : tolerances)
+            expectDerivativesWithin(curve, toTable(curve, Form::Xyva, tolerance));
+    }
 }
 
 // The second derivative is 1e308, and the square of a row's length underflows.
