@@ -98,8 +98,8 @@ public:
     }
 
 private:
-    // One-sided values at an x, and how far they may be from the exact ones.
-    struct Ends {
+    // Values of a row, which are limits from one side, and how far they may be from the exact ones.
+    struct Row {
         CurveValues values;
         CurveValues errors;
     };
@@ -111,7 +111,7 @@ private:
         const bool quintic = table_.form == Form::Xyva;
         PartOrders orders = quintic ? PartOrders(part, 4, 4) : PartOrders(part, 0, 4);
         BoxEvaluator evaluator = part.evaluator();
-        Ends start = limits(evaluator, part.from, Side::Right);
+        Row start = limits(evaluator, part.from, Side::Right);
         if (index == 0 || isDoubled(start.values))
             append(part.from, start.values);
         else
@@ -122,7 +122,7 @@ private:
         while (x < part.to) {
             Bounds bounds;
             const double next = nextRow(orders, part, x, step, isProved, bounds);
-            const Ends end = limits(evaluator, next, next == part.to ? Side::Left : Side::Plain);
+            const Row end = limits(evaluator, next, next == part.to ? Side::Left : Side::Plain);
             bounds += shift(start.errors, next - x);
             bounds += shift(end.errors, next - x);
             total_.include(bounds);
@@ -234,7 +234,7 @@ private:
     }
 
     // The values are as computed if the enclosures contain them, else as enclosed.
-    Ends limits(BoxEvaluator& evaluator, double x, Side side) const
+    Row limits(BoxEvaluator& evaluator, double x, Side side) const
     {
         const CurveValues computed = curve_.at(x, side);
         const Enclosures at = evaluator.at(x);
