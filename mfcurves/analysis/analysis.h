@@ -103,7 +103,8 @@ MFCURVES_API std::array<Summary, 4> summarize(const Curve& curve, Range range = 
 
 /// Where the derivative of an order (0 to 3) is 0, ascending: inside a piece, and at its ends as
 /// a limit from inside. Places that rounding cannot separate count once. Stretches where the
-/// order is constant are left out.
+/// order is constant are left out. For orders up to 2, areAllCrossingsFound of the next order and 0 says
+/// whether these are proved to be all.
 MFCURVES_API std::vector<Peak> stationaryPoints(const Curve& curve, int order, Range range = all);
 
 /// Where an order (0 to 3) has a value, ascending; both ends of a stretch where it has that value
