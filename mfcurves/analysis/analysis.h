@@ -207,7 +207,8 @@ struct CamTable {
 
 /// The curve as a table within a tolerance, from firstX() to lastX(). Rows are as far apart as
 /// the proof of the bound allows: the error of a form is a known multiple of a derivative, which
-/// is enclosed between the rows. Form::Points cannot follow a jump of the value.
+/// is enclosed between the rows. Form::Points cannot follow a jump of the value. A doubled row is at its
+/// jump but for some ulps, between which the bound does not hold.
 ///
 /// Throws CurveError for a tolerance that is not positive, and for a finite tolerance of a
 /// derivative with a form other than Xyva.
