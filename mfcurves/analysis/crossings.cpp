@@ -220,10 +220,10 @@ private:
         if (isNarrow(box.from, box.to, rangeLength))
             return;
         const double length = box.to - box.from;
-        const int count = kFewest + static_cast<int>(kSamplesOfRange * length / rangeLength);
+        const int count = kFewest + static_cast<int>(kSamplesOfRange * (length / rangeLength));
         double last = box.from;
         for (int i = 1; i <= count; ++i) {
-            const double next = i == count ? box.to : box.from + length * i / count;
+            const double next = i == count ? box.to : box.from + length * (static_cast<double>(i) / count);
             if (at(last) != at(next))
                 changes_.push_back(changeBetween(last, next));
             last = next;

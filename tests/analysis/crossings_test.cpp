@@ -204,6 +204,15 @@ TEST(Crossings, SayWhetherTheyAreAll)
     EXPECT_TRUE(areAllCrossingsFound(expression("sin(2000*x)", 0.0, 4.0), 0, 1.5)) << "never there";
 }
 
+// Most of the range is only sampled.
+TEST(Beyond, ExaminesARangeNearOverflow)
+{
+    const std::vector<Range> found = beyond(expression("mod(x,3)*0.1+6", 0.0, 1.13e305), 0, 0.0, 5.0);
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found.front().from, 0.0);
+    EXPECT_EQ(found.back().to, 1.13e305);
+}
+
 TEST(Beyond, FindsBothSidesOfAPole)
 {
     expectRanges(beyond(expression("1/x", -1.0, 1.0), 0, -5.0, 5.0), {{-0.2, 0.2}});
